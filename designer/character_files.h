@@ -1,0 +1,28 @@
+#pragma once
+
+// The definition files of the program's own font: MATH0.PSF, MATH0.WT, MATH0.TXT and the same sections in
+// QRX.PRO.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kelvane {
+
+// Fills CharacterDefs from MATH0.PSF. Throws Failure "ERROR: Missing file MATH0.PSF" or
+// "ERROR: MATH0.PSF file format".
+void LoadCharacterDefs();
+
+// The procedure and the width (glyph units) of a glyph drawn as strokes: lines `x0 y0 cx cy x1 y1 ...` in
+// design coordinates 0 to 50, y downwards, baseline at 40. Strokes of four or fewer numbers are skipped.
+struct GlyphProcedure {
+  std::string text;
+  float width = 0;
+};
+GlyphProcedure BuildGlyph(const std::vector<std::string>& strokes);
+
+// Puts a glyph (code 32 to 127) into the four files and then into memory. The files are checked first; on
+// Failure each file is whole, old or new, and memory is as it was.
+void SaveGlyph(std::int16_t code, const std::vector<std::string>& strokes);
+
+}  // namespace kelvane

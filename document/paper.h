@@ -1,0 +1,58 @@
+#pragma once
+
+// A paper is a row of page files, name and three-digit number; only the current page is in memory.
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/controls.h"
+
+namespace kelvane {
+
+// Full path of the current page's file; empty while the paper has no name.
+extern std::string CurrentPaperFile;
+// Counts from 1.
+extern std::int16_t CurrentPageNumber;
+// Not 0 while the page differs from what its file holds.
+extern std::int16_t PageChanged;
+// Where dialogs start; settings key PDIR.
+extern std::string PaperFolder;
+
+// The window whose title names the paper, and the box that shows the page number.
+extern Window* Form1;
+extern TextBox* PageBox;
+
+// Filled at start-up: completing a run being typed, and showing a page that was put in place of another.
+extern std::function<void()> FinishTyping;
+extern std::function<void()> PageReplaced;
+
+inline constexpr char kProgramTitle[] = "Kelvane ver 1.7";
+inline constexpr char kPageFilter[] = "*.001|*.001";
+
+void ResetPaper();
+
+// Page file of page `number` of the current paper; empty while the paper has no name.
+std::string PageFileName(std::int16_t number);
+std::string PageFileName(const std::string& paperFile, int number);
+
+// Sets PageChanged by comparing the page with what was last read or written.
+void NotePageChange();
+
+// The menu and button commands. They throw Failure when a file cannot be read or written; page, name and
+// number are then as they were. Save and Name return false if the person cancelled.
+bool SavePaper();
+bool SavePaperAs();
+bool NewPaper();
+bool OpenPaper();
+bool OpenPaperFile(const std::string& chosenFile);
+bool PageUp();
+bool PageDown();
+
+// Asks whether to save a changed page and saves it; false if the command must be given up.
+bool OfferToSave();
+// The first step of printing and plain-text output: completes the run being typed and writes a changed page
+// of a named paper to its own file.
+void StorePageBeforeOutput();
+
+}  // namespace kelvane

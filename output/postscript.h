@@ -1,0 +1,23 @@
+#pragma once
+
+// PostScript output of one page or of a whole paper.
+
+#include <string>
+
+namespace kelvane {
+
+// The prolog QRX.PRO with its placeholders filled in, as it goes to the output.
+std::string Prologue();
+// Writes the prolog alone to a new file.
+void WritePrologue(const std::string& outputPath);
+
+// The whole job for a page file, or for pages 1 to 999 of its paper. Throw Failure if QRX.PRO or a page file
+// cannot be read.
+std::string OnePageJob(const std::string& pageFile);
+std::string WholePaperJob(const std::string& pageFile);
+
+// The menu commands: ask for a page file and write its job beside it. Nothing is written when cancelled.
+void PrintOnePage();
+void PrintPaper();
+
+}  // namespace kelvane

@@ -1,0 +1,104 @@
+#pragma once
+
+// The drawing canvas: a surface with two layers and a logical coordinate system.
+//
+// The page layer is painted whole by a redraw. The overlay above it holds what comes and goes (cursor mark,
+// the run being typed); clearing it uncovers the page. Coordinates are logical (points of the paper once
+// SetCoordinates was called) and stay floats; pen widths and text sizes are logical pixels.
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+struct Point {
+  float x = 0;
+  float y = 0;
+};
+
+// Colour value 0x00BBGGRR.
+using ColourValue = std::int32_t;
+
+struct Pen {
+  ColourValue colour = 0;
+  float width = 1;  // pixels; caps and joins are round
+};
+
+// A typeface of the screen by its usual name, e.g. "Times New Roman". The platform takes the face whose
+// outlines the printed page uses, or the nearest one installed. `family` "Symbol" means the Symbol encoding,
+// every other family Windows code page 1252.
+struct ScreenFace {
+  std::string_view family;
+  bool bold = false;
+  bool italic = false;
+};
+
+enum class Layer { Page, Overlay };
+
+enum class MouseButton { Left, Middle, Right };
+
+struct MouseEvent {
+  MouseButton button = MouseButton::Left;
+  float x = 0;  // logical position
+  float y = 0;
+  float pixelX = 0;  // position in pixels from the canvas's top-left corner
+  float pixelY = 0;
+};
+
+struct WheelEvent {
+  float steps = 0;      // notches vertically, positive away from the person
+  float sideSteps = 0;  // notches sideways, positive to the left
+  bool shift = false;
+  bool control = false;
+  float pixelX = 0;
+  float pixelY = 0;
+};
+
+class Canvas {
+ public:
+  virtual ~Canvas() = default;
+
+  // Size in logical pixels; 0 while the window is not laid out.
+  virtual int PixelWidth() const = 0;
+  virtual int PixelHeight() const = 0;
+
+  // The logical rectangle that fills the canvas. Width and height are above 0.
+  virtual void SetCoordinates(float left, float top, float width, float height) = 0;
+
+  // Drawing goes to this layer until the next call.
+  virtual void SelectLayer(Layer layer) = 0;
+  // Page: filled with the desk colour. Overlay: transparent.
+  virtual void Clear() = 0;
+
+  virtual void FillBox(float left, float top, float right, float bottom, ColourValue colour) = 0;
+  virtual void DrawLine(Point from, Point to, const Pen& pen) = 0;
+  virtual void DrawPolyline(std::span<const Point> points, const Pen& pen) = 0;
+  // Non-zero winding; the last point is joined to the first.
+  virtual void FillPolygon(std::span<const Point> points, ColourValue colour) = 0;
+  virtual void DrawCircle(Point centre, float radius, const Pen& pen) = 0;
+  // Characters of one face and size, each with its origin on the baseline. `em` is in pixels. `codes` and
+  // `origins` have the same length.
+  virtual void DrawText(const ScreenFace& face, float em, std::string_view codes,
+                        std::span<const Point> origins, ColourValue colour) = 0;
+
+  // The mouse pointer: the system's arrow, or an icon file of the program folder whose hot spot is the
+  // marked point. SetPointerIcon returns false and shows the arrow if the file cannot be loaded.
+  virtual void SetPointerArrow() = 0;
+  virtual bool SetPointerIcon(const std::string& path) = 0;
+
+  virtual void Focus() = 0;
+
+  // Handlers, set by the owner. Key codes are characters 32 to 255 of code page 1252, 8 Backspace,
+  // 10 Ctrl+Enter, 13 Enter, 127 Ctrl+Backspace.
+  std::function<void(int)> OnKeyPress;
+  std::function<void(const MouseEvent&)> OnMouseDown;
+  std::function<void(const MouseEvent&)> OnMouseMove;
+  std::function<void(const MouseEvent&)> OnMouseUp;
+  std::function<void()> OnMouseLeave;
+  std::function<void(const WheelEvent&)> OnWheel;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,194 @@
+#pragma once
+
+// Abstract windows and controls. The window makes its controls and owns them; pointers stay valid as long
+// as the window lives. Nobody has to check a pointer that a factory gave.
+//
+// Positions and sizes of controls are pixels inside the window's client area (below the menu bar); those of
+// windows are twips, 15 to a logical pixel. Texts are 8-bit (see design of strings in docs/architecture.md).
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/canvas.h"
+
+namespace kelvane {
+
+inline constexpr float kTwipsPerPixel = 15;
+
+struct Place {
+  int left = 0;
+  int top = 0;
+  int width = 0;
+  int height = 0;
+};
+
+class Control {
+ public:
+  virtual ~Control() = default;
+  virtual void SetPlace(const Place& place) = 0;
+  virtual Place GetPlace() const = 0;
+  virtual void SetEnabled(bool enabled) = 0;
+};
+
+class Label : public Control {
+ public:
+  virtual void SetText(const std::string& text) = 0;
+  virtual std::string Text() const = 0;
+  // Paints the label now instead of at the next pass of the event loop.
+  virtual void Repaint() = 0;
+};
+
+// A small drawing for a button on a 24 by 24 grid, y downwards.
+struct IconShape {
+  enum class Kind { Line, Box, Disc, Letters };
+  Kind kind = Kind::Line;
+  float x0 = 0, y0 = 0;  // start; left and top; centre; left and baseline
+  float x1 = 0, y1 = 0;  // end; right and bottom; x1 = radius; x1 = em size
+  bool accent = false;   // the part that says what the button does
+  bool italic = false;   // Letters only
+  std::string letters;
+};
+using IconDrawing = std::vector<IconShape>;
+
+class Button : public Control {
+ public:
+  // A button that stays down shows a mode; the owner sets it.
+  virtual void SetDown(bool down) = 0;
+  std::function<void()> OnClick;
+};
+
+class TextBox : public Control {
+ public:
+  // SetText does not call OnChange.
+  virtual void SetText(const std::string& text) = 0;
+  virtual std::string Text() const = 0;
+  virtual void Focus() = 0;
+  virtual void SelectAll() = 0;
+  std::function<void()> OnChange;  // the person changed the text
+  std::function<void()> OnEnter;   // Enter, with or without Ctrl, was pressed in the box
+  std::function<void()> OnEscape;
+};
+
+class ScrollBar : public Control {
+ public:
+  // What is to be seen: values from `least` to `most`, of which `page` from `value` on are visible.
+  // SetRange does not call OnScroll.
+  virtual void SetRange(float least, float most, float page, float value) = 0;
+  std::function<void(float)> OnScroll;  // the new value, chosen by the person
+};
+
+class MenuEntry {
+ public:
+  virtual ~MenuEntry() = default;
+  // Caption with "&" before its mnemonic.
+  virtual void SetCaption(const std::string& caption) = 0;
+  // Caption shown as it stands: "&" is text, control codes are shown in a readable form.
+  virtual void SetLiteralCaption(const std::string& caption) = 0;
+  // The caption as it was set.
+  virtual std::string Caption() const = 0;
+  // Check marks are set by the owner alone; choosing an entry does not toggle it.
+  virtual void SetChecked(bool checked) = 0;
+  virtual bool Checked() const = 0;
+  virtual void SetEnabled(bool enabled) = 0;
+  std::function<void()> OnChosen;
+};
+
+class Menu {
+ public:
+  virtual ~Menu() = default;
+  virtual Menu* AddMenu(const std::string& caption) = 0;
+  // `key` as "Ctrl+Shift+S", "F5", "PgUp", empty for none.
+  virtual MenuEntry* AddEntry(const std::string& caption, const std::string& key) = 0;
+  virtual void AddSeparator() = 0;
+  // Called before the menu is shown, to refresh what is enabled.
+  std::function<void()> OnOpen;
+};
+
+struct WindowPlace {
+  float left = 0;
+  float top = 0;
+  float width = 0;
+  float height = 0;
+};
+
+class Window {
+ public:
+  virtual ~Window() = default;
+
+  virtual void SetTitle(const std::string& title) = 0;
+  virtual std::string Title() const = 0;
+
+  // Place on the screen in twips, frame excluded from width and height; while minimised or maximised, the
+  // place the window is restored to. SetWindowPlace moves a window that would lie off every screen onto one.
+  virtual void SetWindowPlace(const WindowPlace& place) = 0;
+  virtual WindowPlace GetWindowPlace() const = 0;
+  // The client area in twips, without menu bar and status line.
+  virtual float InnerWidth() const = 0;
+  virtual float InnerHeight() const = 0;
+
+  virtual void Show() = 0;
+  virtual void Hide() = 0;
+  virtual bool Visible() const = 0;
+  // Closes without asking OnCloseRequest.
+  virtual void Close() = 0;
+
+  virtual Menu* AddMenu(const std::string& caption) = 0;
+  virtual Canvas* AddCanvas() = 0;
+  virtual void SetCanvasPlace(Canvas* canvas, const Place& place) = 0;
+  virtual Label* AddLabel(const std::string& text) = 0;
+  // A button with an icon (tool tip and accessible name `caption`), or with its caption if `icon` is empty.
+  virtual Button* AddButton(const std::string& caption, const IconDrawing& icon,
+                            const std::string& toolTip) = 0;
+  // `accessibleName` says what the box is for. `fixedPitch` boxes show the characters of a run in the face
+  // "Letter Gothic" or the nearest fixed-pitch one, control codes as visible signs.
+  virtual TextBox* AddTextBox(const std::string& accessibleName, bool fixedPitch) = 0;
+  virtual ScrollBar* AddScrollBar(bool horizontal) = 0;
+  // A text at the foot of the window.
+  virtual Label* AddStatusText(int width) = 0;
+  // Keys that work wherever the focus is in this window, e.g. "PgUp".
+  virtual void AddShortcut(const std::string& key, std::function<void()> handler) = 0;
+
+  std::function<void()> OnResize;
+  // The frame's close button: true lets the window close.
+  std::function<bool()> OnCloseRequest;
+};
+
+class Timer {
+ public:
+  virtual ~Timer() = default;
+  virtual void Start(int milliseconds) = 0;
+  virtual void Stop() = 0;
+  std::function<void()> OnTick;
+};
+
+class Dialogs {
+ public:
+  virtual ~Dialogs() = default;
+  virtual void Message(const std::string& text) = 0;
+  // Yes and No; Escape and closing the box mean No. `yesIsDefault` says which one Enter takes.
+  virtual bool Ask(const std::string& text, bool yesIsDefault) = 0;
+  // The chosen path in backslash form, empty if the person cancelled. `folder` is where the dialog starts,
+  // empty for the current folder. ChooseToSave asks itself before it returns an existing file.
+  virtual std::string ChooseToOpen(const std::string& title, const std::string& filter,
+                                   const std::string& folder) = 0;
+  virtual std::string ChooseToSave(const std::string& title, const std::string& filter,
+                                   const std::string& folder) = 0;
+};
+
+// Makes windows and timers. Everything it hands out lives as long as the toolkit.
+class Toolkit {
+ public:
+  virtual ~Toolkit() = default;
+  // `main`: the window whose closing ends the program; others are tool windows above it.
+  virtual Window* NewWindow(bool main) = 0;
+  virtual Timer* NewTimer() = 0;
+  virtual void Quit() = 0;
+};
+
+// In use by the whole program; start-up and tests set them.
+extern Dialogs* TheDialogs;
+extern Toolkit* TheToolkit;
+
+}  // namespace kelvane

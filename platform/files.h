@@ -1,0 +1,53 @@
+#pragma once
+
+// Files as the program sees them: whole contents, backslash paths, and single steps that can each fail.
+
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+// The folder that holds the program and its data files; backslash form, always ends in a backslash.
+// Set once by start-up (tests set it to a folder of their own).
+extern std::string ProgramFolder;
+
+// File operations. Paths are in backslash form (`\home\u\Essay.001`); a drive letter in front stands for
+// the root. Every operation throws Failure with the file's name and the system's reason.
+class Files {
+ public:
+  using Handle = int;
+
+  virtual ~Files() = default;
+
+  // True if something of that name is there, readable or not.
+  virtual bool Exists(const std::string& path) = 0;
+  // The whole content of a regular file.
+  virtual std::string ReadWhole(const std::string& path) = 0;
+  // The path with symbolic links followed, so that replacing a file replaces what a link points to.
+  virtual std::string Resolve(const std::string& path) = 0;
+
+  // The steps of writing. Create truncates; Close releases the handle even when it throws.
+  virtual Handle Create(const std::string& path) = 0;
+  virtual void Write(Handle handle, std::string_view bytes) = 0;
+  virtual void Sync(Handle handle) = 0;
+  virtual void Close(Handle handle) = 0;
+  // Puts `from` in the place of `to` in one step, with the access rights `to` had.
+  virtual void Rename(const std::string& from, const std::string& to) = 0;
+  virtual void Remove(const std::string& path) = 0;
+};
+
+// The files in use: those of the disk unless a test puts others in their place.
+extern Files* TheFiles;
+Files& DiskFiles();
+
+// Replaces the content of `path`, or makes the file: writes a temporary file beside it (extension with "~"
+// in place of the first character's position, `QRX.DAT` by way of `QRX.~DAT`), syncs and closes it, and
+// renames it over the old one. On any failure the old file is whole, the temporary file is gone where it
+// can be removed, and Failure is thrown.
+void WriteFileSafely(const std::string& path, std::string_view content);
+
+// Backslash form to the machine's form and back. The only place that knows the difference.
+std::string MachinePath(const std::string& path);
+std::string BackslashPath(const std::string& machinePath);
+
+}  // namespace kelvane

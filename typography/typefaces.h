@@ -1,0 +1,53 @@
+#pragma once
+
+// The sixteen typefaces: their names, screen faces and widths, and the choice of typeface and size.
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "platform/controls.h"
+
+namespace kelvane {
+
+inline constexpr std::int16_t kTypefaces = 16;
+inline constexpr std::int16_t kFirstGlyphFont = 12;  // 12 to 15 are drawn by the glyph interpreter
+inline constexpr int kFirstSwitchCode = 224;         // 224 + n in a run switches to typeface n
+
+struct TypefaceRecord {
+  std::string Name;                // base name of the width file; empty without one
+  std::array<float, 256> Widths{};  // advances in the typeface's own units
+  float WidthUnit = 0;             // divisor of all widths
+  float AscentFactor = 0;          // cell top above the baseline, in ems
+  float ScreenSizeFactor = 0;      // part of the canvas font size
+};
+
+struct TypefaceNames {
+  const char* menuCaption;
+  const char* postScriptName;
+  ScreenFace screen;  // empty family for the glyph fonts
+};
+
+// Built by ResetTypefaces, widths filled by LoadWidthTables and by saving a glyph.
+extern TypefaceRecord TypefaceTable[kTypefaces];
+extern const TypefaceNames kTypefaceNames[kTypefaces];
+
+extern std::int16_t BaseFont;     // the entry being typed starts in it; checked in the menu
+extern std::int16_t CurrentFont;  // in force at the end of the entry being typed
+extern float FontSize;            // points
+
+extern Label* FontLabel;
+extern MenuEntry* FontMenu[kTypefaces];
+extern TextBox* Text1;  // "Font Size"
+
+void ResetTypefaces();
+
+// Name, a blank, the size as "#.00", "pts": "Times-Roman 11.00pts", " .50pts" for a number outside 0 to 15.
+std::string FontLabelText(std::int16_t font, float size);
+void ShowFontLabel(std::int16_t font, float size);
+void CheckFontMenu(std::int16_t font);
+
+// The size box changed: FontSize is its number, CurrentFont is BaseFont again.
+void SizeBoxChanged(const std::string& text);
+
+}  // namespace kelvane

@@ -1,0 +1,40 @@
+#pragma once
+
+// What part of the paper the canvas shows, the paper's size, grids and guides. Set by the settings file and
+// the View menu.
+
+#include <cstdint>
+
+namespace kelvane {
+
+extern float PaperWidth;   // points
+extern float PaperHeight;  // points
+extern float STARTX;       // page point at the centre of the canvas
+extern float STARTY;
+extern float SCALE;  // canvas pixels per point
+
+// Grid choices 1 to 6. GridStepH belongs to the entries mGridH1 to mGridH6 ("&Vertical Grid Lines", settings
+// GRIDX): the spacing of vertical lines and the step in x. GridStepV likewise for horizontal lines and y.
+extern std::int16_t GridStepH;
+extern std::int16_t GridStepV;
+
+inline constexpr int kGuides = 16;
+extern float GuideX[kGuides];  // a zero ends the list
+extern float GuideY[kGuides];
+
+// The rectangle of the page that the canvas shows, in points; valid after a redraw.
+extern float VisibleLeft;
+extern float VisibleTop;
+extern float VisibleRight;
+extern float VisibleBottom;
+
+// The marked box of mouse editing, points; all 0 when nothing is marked.
+extern float MarkedLeft;
+extern float MarkedBottom;
+extern float MarkedRight;
+extern float MarkedTop;
+
+void ResetView();
+void ClearMarkedBox();
+
+}  // namespace kelvane
