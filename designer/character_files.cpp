@@ -1,0 +1,288 @@
+#include "designer/character_files.h"
+
+// Reading and rewriting of the font's four files. They carry the same widths and outlines, so a glyph is
+// saved into all of them or into none: every new content is made in memory first, and files that were already
+// replaced are put back when a later one cannot be written.
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "document/fields.h"
+#include "document/lines.h"
+#include "document/numbers.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "typography/glyphs.h"
+#include "typography/typefaces.h"
+
+namespace kelvane {
+namespace {
+
+constexpr float kBaseline = 40;    // design y of the baseline
+constexpr float kDesignSide = 50;  // side of the design grid, one em
+constexpr float kBoxMargin = 2;    // bounding boxes reach this far beyond the advance
+constexpr int kSections = 3;       // advance widths, bounding boxes, procedures
+
+// A line of a file and the characters that end it, so that it can be copied as it is.
+struct RawLine {
+  std::string_view text;
+  std::string_view end;
+};
+
+RawLine TakeRawLine(std::string_view& rest) {
+  const std::string_view before = rest;
+  const std::string_view text = TakeLine(rest);
+  const std::size_t taken = before.size() - rest.size();
+  return {text, before.substr(text.size(), taken - text.size())};
+}
+
+std::string_view TrimBlanks(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(' ');
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string_view BetweenBraces(std::string_view line) {
+  const std::size_t open = line.find('{');
+  const std::size_t close = line.find('}');
+  if (open == std::string_view::npos || close == std::string_view::npos || close < open) return {};
+  return TrimBlanks(line.substr(open + 1, close - open - 1));
+}
+
+// Takes a line that must be there for the font's definition to be whole.
+std::string_view TakeFontLine(std::string_view& rest) {
+  if (rest.empty()) throw Failure("ERROR: MATH0.PSF file format");
+  return TakeLine(rest);
+}
+
+// A stroke's numbers with y turned upwards from the baseline. Fields past the end count as 0.
+class Stroke {
+ public:
+  explicit Stroke(std::string_view line) {
+    const int fields = CountFields(line, " ");
+    for (int i = 1; i <= fields; ++i)
+      numbers.push_back(ReadSingle(GetField(line, static_cast<std::int16_t>(i), " ")));
+  }
+
+  int Count() const { return static_cast<int>(numbers.size()); }
+  Point At(int xField) const { return {Field(xField), kBaseline - Field(xField + 1)}; }
+
+ private:
+  float Field(int index) const {
+    return index <= Count() ? numbers[static_cast<std::size_t>(index - 1)] : 0.0F;
+  }
+
+  std::vector<float> numbers;
+};
+
+// Path operators of glyphs, and how far they reach to either side.
+struct GlyphPath {
+  std::string text;
+  float smallestX = kDesignSide;
+  float largestX = 0;
+
+  void Reach(float x) {
+    smallestX = std::min(smallestX, x);
+    largestX = std::max(largestX, x);
+  }
+
+  void MoveTo(Point to) {
+    Reach(to.x);
+    if (!text.empty()) text += ' ';
+    text += FormatSingle(to.x) + ' ' + FormatSingle(to.y) + " moveto";
+  }
+
+  void SegmentTo(Point from, Point control, Point to) {
+    Reach(to.x);
+    const bool straight = control.x == (to.x + from.x) * 0.5F && control.y == (to.y + from.y) * 0.5F;
+    if (!straight) AddStep(from, control);
+    AddStep(from, to);
+    text += straight ? " rlineto" : " rp";
+  }
+
+ private:
+  void AddStep(Point from, Point to) {
+    text += ' ' + FormatSingle(to.x - from.x) + ' ' + FormatSingle(to.y - from.y);
+  }
+};
+
+float WidthInEms(float gridUnits) {
+  return static_cast<float>(gridUnits * 0.02);
+}
+
+std::string SectionLine(int section, std::string_view oldLine, const GlyphProcedure& glyph) {
+  const std::string name = GetField(oldLine, 1, " ");
+  if (section == 1) return name + ' ' + FormatSingle(glyph.width) + " def";
+  if (section == 2) return name + " [-2 -12 " + FormatSingle(glyph.width + kBoxMargin) + " 42] def";
+  return name + " { " + glyph.text + " } def";
+}
+
+// MATH0.PSF or QRX.PRO with the glyph's line of each of the three sections made anew.
+std::string RewriteSections(const std::string& path, std::string_view rest, int code,
+                            const GlyphProcedure& glyph) {
+  std::string result;
+  int section = 0;
+  int sectionCode = kFirstGlyph + kGlyphs;  // code of the next line; past the last one between the sections
+  while (!rest.empty()) {
+    const RawLine line = TakeRawLine(rest);
+    const bool inSection = sectionCode < kFirstGlyph + kGlyphs;
+    if (inSection && sectionCode == code) {
+      result += SectionLine(section, line.text, glyph);
+    } else {
+      result += line.text;
+    }
+    result += line.end;
+    if (inSection) {
+      ++sectionCode;
+    } else if (section < kSections && line.text.starts_with("/.notdef")) {
+      ++section;
+      sectionCode = kFirstGlyph;
+    }
+  }
+  if (section < kSections || sectionCode < kFirstGlyph + kGlyphs) {
+    throw Failure(path + " does not hold three sections of 96 characters.");
+  }
+  return result;
+}
+
+// MATH0.TXT with the width of one code made anew.
+std::string RewriteWidthText(const std::string& path, std::string_view rest, int code, float width) {
+  std::string result;
+  int lineCode = kFirstGlyph;
+  for (; !rest.empty(); ++lineCode) {
+    const RawLine line = TakeRawLine(rest);
+    if (lineCode == code) {
+      result += FormatFixed(width * 0.02, 6, true);
+    } else {
+      result += line.text;
+    }
+    result += line.end;
+  }
+  if (lineCode <= code) throw Failure(path + " has no line for character " + std::to_string(code) + '.');
+  return result;
+}
+
+void AppendSingle(std::string& bytes, float value) {
+  const auto bits = std::bit_cast<std::uint32_t>(value);
+  for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(bits >> shift & 0xFFU);
+}
+
+// MATH0.WT: the divisor, then the widths of codes 1 to 255 with that of one code made anew.
+std::string WidthTable(int code, float width) {
+  const TypefaceRecord& typeface = TypefaceTable[kFirstGlyphFont];
+  std::string bytes;
+  AppendSingle(bytes, typeface.WidthUnit);
+  for (int c = 1; c < 256; ++c) {
+    AppendSingle(bytes, c == code ? WidthInEms(width) : typeface.Widths[static_cast<std::size_t>(c)]);
+  }
+  return bytes;
+}
+
+struct FileChange {
+  std::string path;
+  bool existed = true;
+  std::string oldContent;
+  std::string newContent;
+};
+
+// The four files in the order in which they are written.
+std::vector<FileChange> PlanChanges(int code, const GlyphProcedure& glyph) {
+  std::vector<FileChange> changes;
+  for (const char* name : {"MATH0.WT", "MATH0.TXT", "MATH0.PSF", "QRX.PRO"}) {
+    FileChange change{ProgramFolder + name, true, {}, {}};
+    // The width table alone is made whole from memory, so it may be missing.
+    change.existed = !changes.empty() || TheFiles->Exists(change.path);
+    if (change.existed) change.oldContent = TheFiles->ReadWhole(change.path);
+    changes.push_back(std::move(change));
+  }
+  changes[0].newContent = WidthTable(code, glyph.width);
+  changes[1].newContent = RewriteWidthText(changes[1].path, changes[1].oldContent, code, glyph.width);
+  for (std::size_t i = 2; i < changes.size(); ++i) {
+    changes[i].newContent = RewriteSections(changes[i].path, changes[i].oldContent, code, glyph);
+  }
+  return changes;
+}
+
+// Puts back the first `count` files. Returns the names of those that could not be, each after a blank.
+std::string PutBack(const std::vector<FileChange>& changes, std::size_t count) {
+  std::string lost;
+  for (std::size_t i = count; i-- > 0;) {
+    try {
+      if (changes[i].existed) {
+        WriteFileSafely(changes[i].path, changes[i].oldContent);
+      } else {
+        TheFiles->Remove(changes[i].path);
+      }
+    } catch (const Failure&) {
+      lost += ' ' + changes[i].path;
+    }
+  }
+  return lost;
+}
+
+void WriteAllOrNone(const std::vector<FileChange>& changes) {
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    try {
+      WriteFileSafely(changes[i].path, changes[i].newContent);
+    } catch (const Failure& failure) {
+      const std::string lost = PutBack(changes, i);
+      std::string message = "The character was not saved: " + changes[i].path + ": " + failure.what();
+      if (!lost.empty())
+        message += "\r\nThese files hold the new character and could not be put back:" + lost;
+      throw Failure(message);
+    }
+  }
+}
+
+}  // namespace
+
+void LoadCharacterDefs() {
+  const std::string path = ProgramFolder + "MATH0.PSF";
+  if (!TheFiles->Exists(path)) throw Failure("ERROR: Missing file MATH0.PSF");
+  const std::string content = TheFiles->ReadWhole(path);
+  std::string_view rest = content;
+  while (TakeFontLine(rest).find("CharacterDefs") == std::string_view::npos) {
+  }
+  TakeFontLine(rest);  // ".notdef"
+  std::array<std::string, kGlyphs> procedures;
+  for (std::string& procedure : procedures) procedure = BetweenBraces(TakeFontLine(rest));
+  for (std::size_t i = 0; i < procedures.size(); ++i) CharacterDefs[i][0] = std::move(procedures[i]);
+  GlyphsChanged();
+}
+
+GlyphProcedure BuildGlyph(const std::vector<std::string>& strokes) {
+  GlyphPath path;
+  bool closed = false;  // the last stroke decides between filling and stroking
+  for (const std::string& line : strokes) {
+    const Stroke stroke(line);
+    if (stroke.Count() <= 4) continue;
+    const Point start = stroke.At(1);
+    const Point last = stroke.At(stroke.Count() - 1);
+    closed = start.x == last.x && start.y == last.y;
+    path.MoveTo(start);
+    Point current = start;
+    for (int j = 4; j <= stroke.Count(); j += 4) {
+      const Point end = stroke.At(j + 1);
+      path.SegmentTo(current, stroke.At(j - 1), end);
+      current = end;
+    }
+  }
+  return {path.text + (closed ? " fill" : " st"), path.largestX + path.smallestX};
+}
+
+void SaveGlyph(std::int16_t code, const std::vector<std::string>& strokes) {
+  if (code < kFirstGlyph || code >= kFirstGlyph + kGlyphs) {
+    throw Failure("Character " + std::to_string(code) + " cannot be saved: codes go from 32 to 127.");
+  }
+  const GlyphProcedure glyph = BuildGlyph(strokes);
+  WriteAllOrNone(PlanChanges(code, glyph));
+  CharacterDefs[code - kFirstGlyph][0] = glyph.text;
+  TypefaceTable[kFirstGlyphFont].Widths[static_cast<std::size_t>(code)] = WidthInEms(glyph.width);
+  GlyphsChanged();
+}
+
+}  // namespace kelvane
