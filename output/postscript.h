@@ -16,7 +16,8 @@ void WritePrologue(const std::string& outputPath);
 std::string OnePageJob(const std::string& pageFile);
 std::string WholePaperJob(const std::string& pageFile);
 
-// The menu commands: ask for a page file and write its job beside it. Nothing is written when cancelled.
+// The menu commands: ask for a page file and write its job beside it. Nothing is written when cancelled. They
+// ask before they replace a file that is no job of this program.
 void PrintOnePage();
 void PrintPaper();
 

@@ -1,0 +1,39 @@
+#include "output/page_output.h"
+
+#include "document/fields.h"
+#include "document/paper.h"
+#include "editing/cursor.h"
+#include "platform/controls.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+
+namespace kelvane {
+namespace {
+
+// Links are followed: an output name may be a link to the page file.
+bool SameFile(const std::string& path, const std::string& other) {
+  return path == other || (TheFiles->Exists(path) && TheFiles->Resolve(path) == TheFiles->Resolve(other));
+}
+
+}  // namespace
+
+bool ChoosePageOutput(const char* extension, PageOutput& choice) {
+  LeaveEditing();
+  StorePageBeforeOutput();
+  choice.pageFile = TheDialogs->ChooseToOpen("Open", kPageFilter, PaperFolder);
+  if (choice.pageFile.empty()) return false;
+  choice.outputPath = ChangeExtension(choice.pageFile, extension);
+  if (SameFile(choice.outputPath, choice.pageFile)) {
+    throw Failure("The output would replace the page file " + choice.pageFile +
+                  " itself. Choose a page file with another extension.");
+  }
+  return true;
+}
+
+bool WriteOutput(const std::string& path, const std::string& content, bool ours) {
+  if (!ours && TheFiles->Exists(path) && !TheDialogs->Ask("Replace " + path + "?", false)) return false;
+  WriteFileSafely(path, content);
+  return true;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,22 @@
+#pragma once
+
+// What the output commands share: the choice of a page file, and the care for the file that is replaced.
+
+#include <string>
+
+namespace kelvane {
+
+struct PageOutput {
+  std::string pageFile;    // chosen by the person
+  std::string outputPath;  // the same name with another extension
+};
+
+// Leaves editing, stores the current page and asks for a page file. False if the person cancelled. Throws
+// Failure if the output would replace the page file itself.
+bool ChoosePageOutput(const char* extension, PageOutput& choice);
+
+// Writes an output file. A file of that name which is not `ours` is replaced only if the person says so.
+// False if the person kept it. Throws Failure, and the old file is whole.
+bool WriteOutput(const std::string& path, const std::string& content, bool ours);
+
+}  // namespace kelvane
