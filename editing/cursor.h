@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "platform/controls.h"
 #include "typography/view.h"  // GridStepH, GridStepV
 
 namespace kelvane {
@@ -13,6 +14,16 @@ namespace kelvane {
 extern std::int16_t CursorMode;
 extern float CursorX;  // points
 extern float CursorY;
+
+// The marked box of mouse editing, points; all 0 when nothing is marked.
+extern float MarkedLeft;
+extern float MarkedBottom;
+extern float MarkedRight;
+extern float MarkedTop;
+void ClearMarkedBox();
+
+// Buttons Cur0 to Cur9; the one of the mode in force is down.
+extern Button* AnchorButtons[10];
 
 void ResetCursor();
 

@@ -34,7 +34,7 @@ void ApplyControlCodeBox();
 // Turns the pending run into a text entry of the page. An empty run, or a mode that is no anchor, changes
 // nothing. A run that was committed makes the mode positive.
 void CommitPendingRun(bool ResetSelection);
-// The entry-building half of a commit, named by the page format.
+// The entry-building half of a commit: appends the run, which is not empty, to PageText.
 void AddTextRun(bool ResetSelection);
 
 // Paints the cursor mark in a palette colour; kWhite takes it away.

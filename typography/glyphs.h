@@ -2,6 +2,7 @@
 
 // Drawing of characters, runs and curves on the page canvas.
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -25,22 +26,20 @@ extern Canvas* Picture1;
 extern Canvas* DesignerCanvas;  // target 2 of DrawCurve; null until that window exists
 
 void ResetGlyphs();
-// Forgets the parsed form of a procedure after CharacterDefs changed.
-void GlyphsChanged();
 
 // Draws one character with its origin on the baseline at (x, y), points, and advances x. `colour` is a
 // colour number; `frame` adds the glyph's box. Throws Failure for a code outside 0 to 255.
 void DrawChar(int code, std::int16_t font, float size, float& x, float y, std::int16_t colour, bool frame);
 
 // Draws a run from (x, y) and leaves its end there. CurrentFont and the font label follow the run.
-// `extraSpace` points are added after each blank while JustifyRuns is on.
+// `extraSpace` points are added after each blank while JustificationOn is true.
 void DrawRun(float extraSpace, std::string_view text, std::int16_t font, float size, float& x, float& y,
              std::int16_t colour, bool frame);
-// The same without touching CurrentFont and the label: what redraws use. `justify` stands for JustifyRuns.
-void PaintRun(bool justify, float extraSpace, std::string_view text, std::int16_t font, float size, float& x,
-              float& y, std::int16_t colour, bool frame);
+// The same without touching CurrentFont and the label: what redraws use.
+void PaintRun(float extraSpace, std::string_view text, std::int16_t font, float size, float& x, float& y,
+              std::int16_t colour, bool frame);
 
-// The program's justification flag: on while a run of the "a" form is drawn.
+// The program's justification flag: on while a run of the "a" form is drawn. The renderer sets it.
 extern bool JustificationOn;
 
 // A quadratic curve in canvas units as one polyline of 16 pieces. Target 1 is the page canvas, 2 the
@@ -48,7 +47,9 @@ extern bool JustificationOn;
 void DrawCurve(float x0, float y0, float x1, float y1, float x2, float y2, float lineWidth, std::int16_t colour,
                std::int16_t target);
 
-// The 17 points of the curve, appended to `points` without the first one.
-void FlattenCurve(Point p0, Point control, Point p2, Point* points16);
+// The curve's points: its start and the ends of its 16 pieces.
+inline constexpr int kCurvePoints = 17;
+using CurvePoints = std::array<Point, kCurvePoints>;
+CurvePoints FlattenCurve(Point start, Point control, Point end);
 
 }  // namespace kelvane

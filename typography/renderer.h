@@ -16,6 +16,9 @@ extern std::function<void()> PaintOverlay;
 // Repaints page and overlay. A canvas of no size is left alone.
 void RedrawPage();
 
+// Paints one text line of the page on top of what is there, as a redraw would paint it last.
+void PaintTextLine(std::string_view line);
+
 // The origin of a run of `width` points and size `size` whose `anchor` lies on `at`; y is the baseline. An
 // anchor outside 1 to 9 leaves the point.
 Point AlignAtAnchor(Point at, int anchor, float width, float size);

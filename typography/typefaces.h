@@ -42,6 +42,9 @@ extern TextBox* Text1;  // "Font Size"
 
 void ResetTypefaces();
 
+// True for 0 to 15. Drawing and measuring take typeface 0 for any other number.
+bool IsTypeface(std::int16_t font);
+
 // Name, a blank, the size as "#.00", "pts": "Times-Roman 11.00pts", " .50pts" for a number outside 0 to 15.
 std::string FontLabelText(std::int16_t font, float size);
 void ShowFontLabel(std::int16_t font, float size);

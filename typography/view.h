@@ -28,13 +28,6 @@ extern float VisibleTop;
 extern float VisibleRight;
 extern float VisibleBottom;
 
-// The marked box of mouse editing, points; all 0 when nothing is marked.
-extern float MarkedLeft;
-extern float MarkedBottom;
-extern float MarkedRight;
-extern float MarkedTop;
-
 void ResetView();
-void ClearMarkedBox();
 
 }  // namespace kelvane

@@ -1,0 +1,91 @@
+#include "editing/cursor.h"
+
+#include <cmath>
+#include <cstdlib>
+
+#include "editing/keyboard.h"
+#include "platform/files.h"
+#include "typography/colours.h"
+#include "typography/glyphs.h"
+
+namespace kelvane {
+
+std::int16_t CursorMode;
+float CursorX;
+float CursorY;
+float MarkedLeft;
+float MarkedBottom;
+float MarkedRight;
+float MarkedTop;
+Button* AnchorButtons[10];
+
+namespace {
+
+constexpr int kLastAnchor = 9;
+constexpr int kLastMode = 11;
+
+constexpr const char* kPointerFiles[kLastMode + 1] = {
+    nullptr,         "PVQtplt.ICO",  "PVQleft.ICO", "PVQbtlt.ICO", "PVQbot.ICO",   "PVQbtrt.ICO",
+    "PVQright.ICO", "PVQtprt.ICO", "PVQtop.ICO",  "PVQmid.ICO",  "PVQpoint.ICO", "PVQcross.ICO",
+};
+
+}  // namespace
+
+void ResetCursor() {
+  CursorMode = 0;
+  CursorX = 0;
+  CursorY = 0;
+  ClearMarkedBox();
+}
+
+void ClearMarkedBox() { MarkedLeft = MarkedBottom = MarkedRight = MarkedTop = 0; }
+
+void SetCanvasPointer(std::int16_t mode) {
+  const int number = std::abs(static_cast<int>(mode));
+  if (number > kLastMode) return;
+  for (int i = 0; i <= kLastAnchor; ++i) {
+    if (AnchorButtons[i]) AnchorButtons[i]->SetDown(i == number);
+  }
+  if (!Picture1) return;
+  if (number == 0) {
+    Picture1->SetPointerArrow();
+  } else {
+    Picture1->SetPointerIcon(ProgramFolder + kPointerFiles[number]);
+  }
+}
+
+void ChooseAnchor(std::int16_t mode) {
+  CommitPendingRun(true);
+  CursorMode = mode;
+  SetCanvasPointer(CursorMode);
+  DrawCursorMark(kBlue, false);
+}
+
+float SnapToGrid(float value, std::int16_t step) {
+  return static_cast<float>(std::floor(static_cast<double>(value) / step + 0.5) * step);
+}
+
+void PlaceCursor(float x, float y) {
+  const int mode = std::abs(static_cast<int>(CursorMode));
+  if (mode == 0 || mode > kLastAnchor) return;
+  ClearMarkedBox();
+  CommitPendingRun(false);
+  CursorX = SnapToGrid(x, GridStepH);
+  CursorY = SnapToGrid(y, GridStepV);
+  if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
+  DrawCursorMark(kBlue, false);
+}
+
+int AnchorOfMode(std::int16_t mode) {
+  const int number = std::abs(static_cast<int>(mode));
+  return number <= kLastAnchor ? number : 0;
+}
+
+void LeaveEditing() {
+  CommitPendingRun(false);
+  CursorMode = 0;
+  SetCanvasPointer(CursorMode);
+  DrawCursorMark(kBlue, false);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,84 @@
+#include "typography/zoom.h"
+
+#include <algorithm>
+
+#include "typography/glyphs.h"
+#include "typography/renderer.h"
+#include "typography/view.h"
+
+namespace kelvane {
+
+std::function<void()> ViewMoved;
+
+namespace {
+
+constexpr float kMarginPixels = 12;
+constexpr float kZoomStep = 1.25F;
+
+float CanvasWidth() { return Picture1 ? static_cast<float>(Picture1->PixelWidth()) : 0; }
+float CanvasHeight() { return Picture1 ? static_cast<float>(Picture1->PixelHeight()) : 0; }
+
+void ShowView() {
+  RedrawPage();
+  if (ViewMoved) ViewMoved();
+}
+
+ScrollRange Range(float paper, float visibleFrom, float visibleTo) {
+  const float margin = kMarginPixels / SCALE;
+  return {std::min(-margin, visibleFrom), std::max(paper + margin, visibleTo)};
+}
+
+void ZoomTo(float scale) {
+  SCALE = std::clamp(scale, kLeastScale, kMostScale);
+  ShowView();
+}
+
+// The scale at which so many points and the margins take so many pixels.
+float FittingScale(float pixels, float points) { return std::max(pixels - 2 * kMarginPixels, 1.0F) / points; }
+
+}  // namespace
+
+ScrollRange HorizontalRange() { return Range(PaperWidth, VisibleLeft, VisibleRight); }
+ScrollRange VerticalRange() { return Range(PaperHeight, VisibleTop, VisibleBottom); }
+
+void ScrollToLeft(float left) {
+  STARTX = left + 0.5F * CanvasWidth() / SCALE;
+  ShowView();
+}
+
+void ScrollToTop(float top) {
+  STARTY = top + 0.5F * CanvasHeight() / SCALE;
+  ShowView();
+}
+
+void ScrollBy(float pixelsX, float pixelsY) {
+  STARTX = std::clamp(STARTX + pixelsX / SCALE, 0.0F, PaperWidth);
+  STARTY = std::clamp(STARTY + pixelsY / SCALE, 0.0F, PaperHeight);
+  ShowView();
+}
+
+void ZoomAt(float factor, float pixelX, float pixelY) {
+  const float scale = std::clamp(SCALE * factor, kLeastScale, kMostScale);
+  const float fromMiddleX = pixelX - 0.5F * CanvasWidth();
+  const float fromMiddleY = pixelY - 0.5F * CanvasHeight();
+  STARTX += fromMiddleX / SCALE - fromMiddleX / scale;
+  STARTY += fromMiddleY / SCALE - fromMiddleY / scale;
+  ZoomTo(scale);
+}
+
+void ZoomIn() { ZoomTo(SCALE * kZoomStep); }
+void ZoomOut() { ZoomTo(SCALE / kZoomStep); }
+void ZoomToTrueSize() { ZoomTo(kTrueScale); }
+
+void FitPage() {
+  STARTX = PaperWidth / 2;
+  STARTY = PaperHeight / 2;
+  ZoomTo(std::min(FittingScale(CanvasWidth(), PaperWidth), FittingScale(CanvasHeight(), PaperHeight)));
+}
+
+void FitWidth() {
+  STARTX = PaperWidth / 2;
+  ZoomTo(FittingScale(CanvasWidth(), PaperWidth));
+}
+
+}  // namespace kelvane
