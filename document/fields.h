@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelvane {
 
@@ -18,6 +19,9 @@ std::int16_t CountFields(std::string_view text, std::string_view delimiter);
 
 // Field `index`, without its quotes if it is quoted. Empty for an index below 1 or past the end.
 std::string GetField(std::string_view text, std::int16_t index, std::string_view delimiter);
+
+// Every field as GetField gives it, views into `text`: one walk where a caller wants them all. Any number.
+std::vector<std::string_view> SplitFields(std::string_view text, std::string_view delimiter);
 
 // Replaces field `index`, quotes included, and keeps the delimiter that ends it. Does nothing if a field up
 // to and including `index` starts beyond the end of the text, which holds for every field of an empty text.

@@ -12,7 +12,8 @@ namespace kelvane {
 std::string FormatSingle(float value);
 
 // The number at the start of the text after blanks: sign, digits, point, exponent. Reading stops at the first
-// character that cannot go on a number; no number gives 0. Out of range gives the largest single of that sign.
+// character that cannot go on a number; no number gives 0. Out of range gives the largest single of that
+// sign.
 float ReadSingle(std::string_view text);
 
 // The same in double precision, for values that are not page coordinates.

@@ -1,0 +1,8 @@
+#include "platform/controls.h"
+
+namespace kelvane {
+
+Dialogs* TheDialogs = nullptr;
+Toolkit* TheToolkit = nullptr;
+
+}  // namespace kelvane
