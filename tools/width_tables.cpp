@@ -1,0 +1,260 @@
+#include "tools/width_tables.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <map>
+#include <sstream>
+
+#include "platform/failure.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr int kFirstCode = 32;
+constexpr int kLastCode = 223;  // above it the codes of a run switch typefaces and shift scripts
+constexpr std::string_view kBeginMarker = "% Widths by width_tables: begin";
+constexpr std::string_view kEndMarker = "% Widths by width_tables: end";
+
+// Glyph names of ASCII.
+constexpr std::array<const char*, 95> kAsciiNames = {"space",       "exclam",
+                                                     "quotedbl",    "numbersign",
+                                                     "dollar",      "percent",
+                                                     "ampersand",   "quotesingle",
+                                                     "parenleft",   "parenright",
+                                                     "asterisk",    "plus",
+                                                     "comma",       "hyphen",
+                                                     "period",      "slash",
+                                                     "zero",        "one",
+                                                     "two",         "three",
+                                                     "four",        "five",
+                                                     "six",         "seven",
+                                                     "eight",       "nine",
+                                                     "colon",       "semicolon",
+                                                     "less",        "equal",
+                                                     "greater",     "question",
+                                                     "at",          "A",
+                                                     "B",           "C",
+                                                     "D",           "E",
+                                                     "F",           "G",
+                                                     "H",           "I",
+                                                     "J",           "K",
+                                                     "L",           "M",
+                                                     "N",           "O",
+                                                     "P",           "Q",
+                                                     "R",           "S",
+                                                     "T",           "U",
+                                                     "V",           "W",
+                                                     "X",           "Y",
+                                                     "Z",           "bracketleft",
+                                                     "backslash",   "bracketright",
+                                                     "asciicircum", "underscore",
+                                                     "grave",       "a",
+                                                     "b",           "c",
+                                                     "d",           "e",
+                                                     "f",           "g",
+                                                     "h",           "i",
+                                                     "j",           "k",
+                                                     "l",           "m",
+                                                     "n",           "o",
+                                                     "p",           "q",
+                                                     "r",           "s",
+                                                     "t",           "u",
+                                                     "v",           "w",
+                                                     "x",           "y",
+                                                     "z",           "braceleft",
+                                                     "bar",         "braceright",
+                                                     "asciitilde"};
+
+// Glyph names of code page 1252 from 128 to 223; null where the code page has no character.
+constexpr std::array<const char*, 96> kCodePageNames = {"Euro",
+                                                        nullptr,
+                                                        "quotesinglbase",
+                                                        "florin",
+                                                        "quotedblbase",
+                                                        "ellipsis",
+                                                        "dagger",
+                                                        "daggerdbl",
+                                                        "circumflex",
+                                                        "perthousand",
+                                                        "Scaron",
+                                                        "guilsinglleft",
+                                                        "OE",
+                                                        nullptr,
+                                                        "Zcaron",
+                                                        nullptr,
+                                                        nullptr,
+                                                        "quoteleft",
+                                                        "quoteright",
+                                                        "quotedblleft",
+                                                        "quotedblright",
+                                                        "bullet",
+                                                        "endash",
+                                                        "emdash",
+                                                        "tilde",
+                                                        "trademark",
+                                                        "scaron",
+                                                        "guilsinglright",
+                                                        "oe",
+                                                        nullptr,
+                                                        "zcaron",
+                                                        "Ydieresis",
+                                                        "space",
+                                                        "exclamdown",
+                                                        "cent",
+                                                        "sterling",
+                                                        "currency",
+                                                        "yen",
+                                                        "brokenbar",
+                                                        "section",
+                                                        "dieresis",
+                                                        "copyright",
+                                                        "ordfeminine",
+                                                        "guillemotleft",
+                                                        "logicalnot",
+                                                        "hyphen",
+                                                        "registered",
+                                                        "macron",
+                                                        "degree",
+                                                        "plusminus",
+                                                        "twosuperior",
+                                                        "threesuperior",
+                                                        "acute",
+                                                        "mu",
+                                                        "paragraph",
+                                                        "periodcentered",
+                                                        "cedilla",
+                                                        "onesuperior",
+                                                        "ordmasculine",
+                                                        "guillemotright",
+                                                        "onequarter",
+                                                        "onehalf",
+                                                        "threequarters",
+                                                        "questiondown",
+                                                        "Agrave",
+                                                        "Aacute",
+                                                        "Acircumflex",
+                                                        "Atilde",
+                                                        "Adieresis",
+                                                        "Aring",
+                                                        "AE",
+                                                        "Ccedilla",
+                                                        "Egrave",
+                                                        "Eacute",
+                                                        "Ecircumflex",
+                                                        "Edieresis",
+                                                        "Igrave",
+                                                        "Iacute",
+                                                        "Icircumflex",
+                                                        "Idieresis",
+                                                        "Eth",
+                                                        "Ntilde",
+                                                        "Ograve",
+                                                        "Oacute",
+                                                        "Ocircumflex",
+                                                        "Otilde",
+                                                        "Odieresis",
+                                                        "multiply",
+                                                        "Oslash",
+                                                        "Ugrave",
+                                                        "Uacute",
+                                                        "Ucircumflex",
+                                                        "Udieresis",
+                                                        "Yacute",
+                                                        "Thorn",
+                                                        "germandbls"};
+
+const char* NameOfCode(int code) {
+  if (code >= 32 && code <= 126) return kAsciiNames[static_cast<std::size_t>(code - 32)];
+  if (code >= 128 && code <= 223) return kCodePageNames[static_cast<std::size_t>(code - 128)];
+  return nullptr;
+}
+
+struct AfmWidths {
+  std::map<std::string, float, std::less<>> byName;
+  std::map<int, float> byCode;
+};
+
+// Lines such as `C 65 ; WX 722 ; N A ; B 15 0 706 674 ;`; a code of -1 means not encoded.
+AfmWidths ReadAfm(std::string_view afmText) {
+  AfmWidths widths;
+  std::istringstream lines{std::string(afmText)};
+  for (std::string line; std::getline(lines, line);) {
+    std::istringstream words(line);
+    std::string c, wx, n, name, semicolon;
+    int code = -1;
+    float width = 0;
+    words >> c >> code >> semicolon >> wx >> width >> semicolon >> n >> name;
+    if (!words || c != "C" || wx != "WX" || n != "N") continue;
+    widths.byName[name] = width;
+    if (code >= 0 && code <= 255) widths.byCode[code] = width;
+  }
+  return widths;
+}
+
+std::string MarkedLine(std::string_view marker) {
+  return "\r\n" + std::string(marker) + "\r\n";
+}
+
+}  // namespace
+
+WidthTable MakeWidthTable(std::string_view afmText, bool ownEncoding) {
+  const AfmWidths widths = ReadAfm(afmText);
+  if (widths.byName.empty()) throw Failure("The AFM file holds no character metrics.");
+  WidthTable table{};
+  if (ownEncoding) {
+    for (const auto& [code, width] : widths.byCode) table[static_cast<std::size_t>(code)] = width;
+  } else {
+    for (int code = kFirstCode; code <= kLastCode; ++code) {
+      const char* name = NameOfCode(code);
+      if (!name) continue;
+      const auto found = widths.byName.find(name);
+      if (found == widths.byName.end()) throw Failure("The AFM file has no glyph " + std::string(name) + ".");
+      table[static_cast<std::size_t>(code)] = found->second;
+    }
+  }
+  table[0] = 600;
+  return table;
+}
+
+std::string WidthTableBytes(const WidthTable& table) {
+  std::string bytes;
+  for (const float width : table) {
+    const auto bits = std::bit_cast<std::uint32_t>(width);
+    for (int shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(bits >> shift & 255);
+  }
+  return bytes;
+}
+
+std::string PrologWidthLines(const std::array<WidthTable, 12>& tables) {
+  std::string lines;
+  for (std::size_t face = 0; face < tables.size(); ++face) {
+    lines += std::to_string(face) + " [";
+    std::string line;
+    for (std::size_t code = kFirstCode; code <= kLastCode; ++code) {
+      const float width = tables[face][code];
+      if (width != std::nearbyint(width)) throw Failure("A width is no whole number of thousandths.");
+      const std::string word = " " + std::to_string(static_cast<int>(width));
+      if (line.size() + word.size() > 100) {
+        lines += line + "\r\n";
+        line.clear();
+      }
+      line += word;
+    }
+    lines += line + " ] TextWidths\r\n";
+  }
+  return lines;
+}
+
+std::string ReplacePrologWidths(std::string_view prolog, const std::array<WidthTable, 12>& tables) {
+  const std::string begin = MarkedLine(kBeginMarker);
+  const std::string end = MarkedLine(kEndMarker);
+  const std::size_t first = prolog.find(begin);
+  const std::size_t last = first == prolog.npos ? prolog.npos : prolog.find(end, first + begin.size() - 2);
+  if (last == prolog.npos) throw Failure("QRX.PRO has no marker lines for its widths.");
+  return std::string(prolog.substr(0, first)) + begin + PrologWidthLines(tables) +
+         std::string(prolog.substr(last + 2));
+}
+
+}  // namespace kelvane

@@ -1,0 +1,52 @@
+#pragma once
+
+// Width tables of the twelve text typefaces, made from the AFM files of the fonts that pages are shown and
+// printed with. Screen and print both advance by these numbers, so they must come from one place.
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace kelvane {
+
+// Advances in thousandths of an em by character code. Entry 0 is the unit, 600: a run advances by
+// width / unit * 0.6 * size.
+using WidthTable = std::array<float, 256>;
+
+// The table `<name>.WT` and the AFM file (without its extension) it is made from.
+struct WidthTableSource {
+  const char* name;
+  const char* afm;
+  bool ownEncoding;  // codes as the AFM has them; otherwise ASCII and code page 1252 by glyph name
+};
+
+// In the order of the typeface numbers 0 to 11.
+inline constexpr std::array<WidthTableSource, 12> kWidthTableSources = {{
+    {"TN", "NimbusRoman-Regular", false},
+    {"TB", "NimbusRoman-Bold", false},
+    {"TI", "NimbusRoman-Italic", false},
+    {"TX", "NimbusRoman-BoldItalic", false},
+    {"HN", "NimbusSans-Regular", false},
+    {"HB", "NimbusSans-Bold", false},
+    {"HI", "NimbusSans-Italic", false},
+    {"HX", "NimbusSans-BoldItalic", false},
+    {"GN", "StandardSymbolsPS", true},
+    {"CB", "NimbusMonoPS-Bold", false},
+    {"GI", "StandardSymbolsPS", true},
+    {"ZI", "Z003-MediumItalic", false},
+}};
+
+// The table of an AFM file's text. Throws Failure if a character of the encoding has no metrics there.
+WidthTable MakeWidthTable(std::string_view afmText, bool ownEncoding);
+
+// The 1024 bytes of a .WT file: little-endian single-precision values.
+std::string WidthTableBytes(const WidthTable& table);
+
+// PostScript lines (CR LF) with the widths of codes 32 to 223 of twelve tables, as the prolog holds them
+// between its two marker lines.
+std::string PrologWidthLines(const std::array<WidthTable, 12>& tables);
+
+// The prolog with the lines between its markers replaced. Throws Failure if it has no markers.
+std::string ReplacePrologWidths(std::string_view prolog, const std::array<WidthTable, 12>& tables);
+
+}  // namespace kelvane
