@@ -26,12 +26,14 @@ class Files {
   // The path with symbolic links followed, so that replacing a file replaces what a link points to.
   virtual std::string Resolve(const std::string& path) = 0;
 
-  // The steps of writing. Create truncates; Close releases the handle even when it throws.
+  // The steps of writing. Create makes a new file and fails if the name is taken; Close releases the handle
+  // even when it throws.
   virtual Handle Create(const std::string& path) = 0;
   virtual void Write(Handle handle, std::string_view bytes) = 0;
   virtual void Sync(Handle handle) = 0;
   virtual void Close(Handle handle) = 0;
-  // Puts `from` in the place of `to` in one step, with the access rights `to` had.
+  // Puts `from` in the place of `to` in one step, with the access rights `to` had. Fails if `to` is there and
+  // is no regular file or write-protected.
   virtual void Rename(const std::string& from, const std::string& to) = 0;
   virtual void Remove(const std::string& path) = 0;
 };
@@ -40,10 +42,14 @@ class Files {
 extern Files* TheFiles;
 Files& DiskFiles();
 
-// Replaces the content of `path`, or makes the file: writes a temporary file beside it (extension with "~"
-// in place of the first character's position, `QRX.DAT` by way of `QRX.~DAT`), syncs and closes it, and
-// renames it over the old one. On any failure the old file is whole, the temporary file is gone where it
-// can be removed, and Failure is thrown.
+// True if the two paths lead to one file, links followed, or are equal.
+bool SameFile(const std::string& path, const std::string& other);
+
+// Replaces the content of `path`, or makes the file: writes a temporary file beside it, syncs and closes it,
+// and renames it over the old one. A link stays; what it points to is replaced. The temporary name has "~"
+// behind the dot of the extension (`QRX.DAT` by way of `QRX.~DAT`), with a number behind it where that name
+// is taken, since what somebody left there may be all that is left of a page. On any failure the old file is
+// whole, the temporary file is gone where it can be removed, and Failure is thrown.
 void WriteFileSafely(const std::string& path, std::string_view content);
 
 // Backslash form to the machine's form and back. The only place that knows the difference.

@@ -1,0 +1,85 @@
+#include "platform/files.h"
+
+// What every kind of file storage shares: names, and the one way in which files are replaced.
+
+#include <algorithm>
+#include <cstddef>
+
+#include "platform/failure.h"
+
+namespace kelvane {
+namespace {
+
+constexpr int kTemporaryNames = 100;
+
+bool HasDrive(const std::string& path) {
+  return path.size() >= 2 && path[1] == ':' &&
+         std::string_view("/\\").find(path[0]) == std::string_view::npos;
+}
+
+// A free name in the folder of `path`.
+std::string TemporaryName(const std::string& path) {
+  const std::size_t nameStart = path.rfind('\\') + 1;  // 0 without a backslash
+  const std::size_t dot = path.rfind('.');
+  const bool hasExtension = dot != std::string::npos && dot >= nameStart;
+  const std::string name = hasExtension ? path.substr(0, dot) + ".~" + path.substr(dot + 1) : path + ".~";
+  if (!TheFiles->Exists(name)) return name;
+  for (int i = 1; i < kTemporaryNames; ++i) {
+    const std::string numbered = name + std::to_string(i);
+    if (!TheFiles->Exists(numbered)) return numbered;
+  }
+  throw Failure("Cannot write the file " + MachinePath(path) + ": too many temporary files " +
+                MachinePath(name) + " lie beside it.");
+}
+
+// One step of clearing up after a failure: that failure is what the person must hear of, not that this went
+// wrong too.
+template <typename Step>
+void IfPossible(Step step) {
+  try {
+    step();
+  } catch (const Failure&) {
+  }
+}
+
+}  // namespace
+
+std::string ProgramFolder;
+Files* TheFiles = &DiskFiles();
+
+bool SameFile(const std::string& path, const std::string& other) {
+  return path == other || TheFiles->Resolve(path) == TheFiles->Resolve(other);
+}
+
+void WriteFileSafely(const std::string& path, std::string_view content) {
+  const std::string target = TheFiles->Resolve(path);
+  const std::string temporary = TemporaryName(target);
+  const Files::Handle handle = TheFiles->Create(temporary);
+  bool open = true;
+  try {
+    TheFiles->Write(handle, content);
+    TheFiles->Sync(handle);
+    open = false;
+    TheFiles->Close(handle);
+    TheFiles->Rename(temporary, target);
+  } catch (const Failure&) {
+    if (open) IfPossible([&] { TheFiles->Close(handle); });
+    IfPossible([&] { TheFiles->Remove(temporary); });
+    throw;
+  }
+}
+
+std::string MachinePath(const std::string& path) {
+  if (path.starts_with('/')) return path;
+  std::string machinePath = HasDrive(path) ? path.substr(2) : path;
+  std::replace(machinePath.begin(), machinePath.end(), '\\', '/');
+  return machinePath;
+}
+
+std::string BackslashPath(const std::string& machinePath) {
+  std::string path = machinePath;
+  std::replace(path.begin(), path.end(), '/', '\\');
+  return path;
+}
+
+}  // namespace kelvane
