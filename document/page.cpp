@@ -1,0 +1,161 @@
+#include "document/page.h"
+
+// The page in memory and its file. Both forms of writing and the reading go through the same limits: a page
+// that could not be read again is not written.
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <utility>
+#include <vector>
+
+#include "document/fields.h"
+#include "document/lines.h"
+#include "document/numbers.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+
+namespace kelvane {
+
+std::string PageText;
+std::int16_t DrawingCount = 0;
+std::string DrawingList;
+std::string CurrentDrawing;
+
+namespace {
+
+// What is longer is not a page but some other file, chosen by mistake.
+constexpr std::size_t kLongestTextLine = 65535;
+constexpr std::size_t kLargestPage = 32U << 20;
+constexpr std::size_t kMostDrawings = std::numeric_limits<std::int16_t>::max();
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+// `task` opens every message about a page file: what was being done, with which file.
+std::string Task(const char* verb, const std::string& path) {
+  return "Cannot " + std::string(verb) + " the page file " + MachinePath(path);
+}
+
+[[noreturn]] void FailAtLine(const std::string& task, int lineNumber, const std::string& reason) {
+  throw Failure(task + ": line " + std::to_string(lineNumber) + ": " + reason + ".");
+}
+
+bool EndsDrawing(std::string_view line) {
+  return line == "stroke" || line == "fill" || line.ends_with(" stroke") || line.ends_with(" fill");
+}
+
+void CheckLine(const std::string& task, int lineNumber, std::string_view line) {
+  if (line.find('\0') != std::string_view::npos)
+    FailAtLine(task, lineNumber, "it holds a character of code 0");
+  // Drawings have no such limit: a path drawn with the mouse may have any number of segments.
+  if (line.size() > kLongestTextLine && !EndsDrawing(line))
+    FailAtLine(task, lineNumber, "it is longer than 65,535 characters");
+}
+
+void CheckSize(const std::string& task, std::size_t size) {
+  if (size > kLargestPage) throw Failure(task + ": it is larger than 32 MB.");
+}
+
+// A record of a start, at least one segment and the closing value.
+bool IsUsableRecord(std::string_view record) {
+  const std::size_t tokens = SplitFields(record, " ").size();
+  return tokens >= 7 && (tokens - 3) % 4 == 0;
+}
+
+std::string RecordOfFileLine(const std::string& task, int lineNumber, std::string_view line) {
+  try {
+    return LineToDrawingRecord(line);
+  } catch (const Failure& failure) {
+    FailAtLine(task, lineNumber, failure.what());
+  }
+}
+
+// Appends the lines of the page in the order in which sorted files hold them: down the page, then to the
+// right, and of two entries on one point the later one first.
+void AppendSortedText(std::string& content) {
+  struct Entry {
+    float y;
+    float x;
+    std::string_view line;
+  };
+  std::vector<Entry> entries;
+  for (std::string_view rest = PageText; !rest.empty();) {
+    const std::string_view line = TakeLine(rest);
+    if (!line.empty())
+      entries.push_back({ReadSingle(GetField(line, 2, " ")), ReadSingle(GetField(line, 1, " ")), line});
+  }
+  std::reverse(entries.begin(), entries.end());
+  std::stable_sort(entries.begin(), entries.end(),
+                   [](const Entry& a, const Entry& b) { return a.y < b.y || (a.y == b.y && a.x < b.x); });
+  for (const Entry& entry : entries) content.append(entry.line).append(kLineEnd);
+}
+
+void AppendDrawings(std::string& content) {
+  std::string_view rest = DrawingList;
+  for (int i = 0; i < DrawingCount && !rest.empty(); ++i) {
+    const std::string line = DrawingRecordToLine(TakeLine(rest));
+    if (!line.empty()) content.append(line).append(kLineEnd);
+  }
+}
+
+void WriteContent(const std::string& path, const std::string& content) {
+  const std::string task = Task("write", path);
+  CheckSize(task, content.size());
+  int lineNumber = 0;
+  for (std::string_view rest = content; !rest.empty();) CheckLine(task, ++lineNumber, TakeLine(rest));
+  WriteFileSafely(path, content);
+}
+
+}  // namespace
+
+bool PageIsEmpty() {
+  return PageText.empty() && DrawingCount <= 0;
+}
+
+void ClearPage() {
+  PageText.clear();
+  DrawingCount = 0;
+  DrawingList.clear();
+  CurrentDrawing.clear();
+}
+
+void WritePageSorted(const std::string& path) {
+  std::string content;
+  AppendSortedText(content);
+  AppendDrawings(content);
+  WriteContent(path, content);
+}
+
+void WritePagePlain(const std::string& path) {
+  std::string content = PageText;
+  if (!content.empty() && !content.ends_with(kLineEnd)) content.append(kLineEnd);
+  AppendDrawings(content);
+  WriteContent(path, content);
+}
+
+void ReadPage(const std::string& path) {
+  const std::string content = TheFiles->ReadWhole(path);
+  const std::string task = Task("read", path);
+  CheckSize(task, content.size());
+  std::string text;
+  std::string drawings;
+  std::size_t drawingCount = 0;
+  int lineNumber = 0;
+  for (std::string_view rest = content; !rest.empty();) {
+    const std::string_view line = TakeLine(rest);
+    CheckLine(task, ++lineNumber, line);
+    const std::string record = EndsDrawing(line) ? RecordOfFileLine(task, lineNumber, line) : std::string();
+    if (!IsUsableRecord(record)) {
+      text.append(line).append(kLineEnd);
+      continue;
+    }
+    if (++drawingCount > kMostDrawings) FailAtLine(task, lineNumber, "there are more than 32,767 drawings");
+    drawings.append(record).append(kLineEnd);
+  }
+  PageText = std::move(text);
+  DrawingList = std::move(drawings);
+  DrawingCount = static_cast<std::int16_t>(drawingCount);
+  CurrentDrawing.clear();
+}
+
+}  // namespace kelvane

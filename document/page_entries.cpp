@@ -1,0 +1,234 @@
+// The two kinds of entry of a page: text entries taken apart, drawings between their record and their line.
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <initializer_list>
+#include <vector>
+
+#include "document/fields.h"
+#include "document/numbers.h"
+#include "document/page.h"
+#include "platform/failure.h"
+
+namespace kelvane {
+namespace {
+
+constexpr std::size_t kLeastRecordTokens = 5;
+constexpr std::size_t kMostPushed = 40;
+// Operands are written with 7 digits, so a long closed path read back may miss its start by their errors. A
+// gap of this size cannot be seen, but would turn a filled shape into a line.
+constexpr float kClosingGap = 0.01F;  // points
+
+// The next token of a text entry, from which blanks in front are taken; empty at the end.
+std::string_view TakeToken(std::string_view& rest) {
+  rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+  const std::string_view token = rest.substr(0, rest.find(' '));
+  rest.remove_prefix(token.size());
+  return token;
+}
+
+// Typeface of an F token. Pages made by hand may hold any digit: what is no typeface is set in the first.
+std::int16_t FontOfToken(std::string_view token) {
+  if (token.size() != 2) return 0;
+  const char digit = token[1];
+  if (digit >= '0' && digit <= '9') return static_cast<std::int16_t>(digit - '0');
+  if (digit >= 'A' && digit <= 'F') return static_cast<std::int16_t>(digit - 'A' + 10);
+  return 0;
+}
+
+bool ParseHead(std::string_view head, TextEntry& entry) {
+  const std::string_view x = TakeToken(head);
+  const std::string_view y = TakeToken(head);
+  if (TakeToken(head) != "m") return false;
+  const std::string_view size = TakeToken(head);
+  const std::string_view font = TakeToken(head);
+  if (!font.starts_with('F') || !TakeToken(head).empty()) return false;
+  entry.x = ReadSingle(x);
+  entry.y = ReadSingle(y);
+  entry.size = ReadSingle(size);
+  entry.font = FontOfToken(font);
+  return true;
+}
+
+bool ParseTail(std::string_view tail, TextEntry& entry) {
+  const std::string_view anchor = TakeToken(tail);
+  const std::string_view second = TakeToken(tail);
+  const std::string_view third = TakeToken(tail);
+  if (!TakeToken(tail).empty()) return false;
+  entry.justified = third == "a";
+  if (!entry.justified && (second != "s" || !third.empty())) return false;
+  entry.anchor = RoundToInt16(ReadSingle(anchor));
+  entry.amount = entry.justified ? ReadSingle(second) : 0;
+  return true;
+}
+
+void AppendTokens(std::string& text, std::initializer_list<float> numbers) {
+  for (const float number : numbers) {
+    if (!text.empty()) text += ' ';
+    text += FormatSingle(number);
+  }
+}
+
+float Middle(float from, float to) {
+  return (from + to) * 0.5F;
+}
+
+// The points of a record being made from a line, in the order of the record.
+class Path {
+ public:
+  void Move(float x, float y) {
+    if (numbers.empty()) startsWithMove = true;
+    Append(x, y);
+    SetCurrent(x, y);
+  }
+
+  void Line(float dx, float dy) {
+    const float endX = currentX + dx;
+    const float endY = currentY + dy;
+    Append(Middle(currentX, endX), Middle(currentY, endY));
+    Append(endX, endY);
+    SetCurrent(endX, endY);
+    lastIsStraight = true;
+  }
+
+  void Curve(float controlX, float controlY, float dx, float dy) {
+    Append(currentX + controlX, currentY + controlY);
+    Append(currentX + dx, currentY + dy);
+    SetCurrent(currentX + dx, currentY + dy);
+    lastIsStraight = false;
+  }
+
+  // Makes the last point equal to the first where it misses it by no more than the written digits explain.
+  void Close() {
+    const std::size_t n = numbers.size();
+    if (n < 6) return;
+    const float gapX = numbers[n - 2] - numbers[0];
+    const float gapY = numbers[n - 1] - numbers[1];
+    if (gapX * gapX + gapY * gapY > kClosingGap * kClosingGap) return;
+    numbers[n - 2] = numbers[0];
+    numbers[n - 1] = numbers[1];
+    if (!lastIsStraight) return;
+    numbers[n - 4] = Middle(numbers[n - 6], numbers[0]);
+    numbers[n - 3] = Middle(numbers[n - 5], numbers[1]);
+  }
+
+  std::string Record(float style) const {
+    std::string record;
+    for (const float number : numbers) AppendTokens(record, {number});
+    if (!startsWithMove && !numbers.empty()) record.insert(0, " ");
+    return record + ' ' + FormatSingle(style);
+  }
+
+ private:
+  void Append(float x, float y) {
+    numbers.push_back(x);
+    numbers.push_back(y);
+  }
+  void SetCurrent(float x, float y) {
+    currentX = x;
+    currentY = y;
+  }
+
+  std::vector<float> numbers;
+  float currentX = 0;
+  float currentY = 0;
+  bool lastIsStraight = false;
+  bool startsWithMove = false;  // otherwise the record gets an empty first token, which makes it unusable
+};
+
+// The numbers that wait for their operator.
+class OperandStack {
+ public:
+  void Push(float number) {
+    if (count == kMostPushed) throw Failure("more than 40 numbers before an operator");
+    numbers[count++] = number;
+  }
+
+  float Pop() {
+    if (count == 0) throw Failure("an operator has too few numbers before it");
+    return numbers[--count];
+  }
+
+ private:
+  std::array<float, kMostPushed> numbers{};
+  std::size_t count = 0;
+};
+
+}  // namespace
+
+bool FindRun(std::string_view line, std::size_t& begin, std::size_t& end) {
+  const std::size_t open = line.find('(');
+  const std::size_t close = line.rfind(')');
+  if (open == std::string_view::npos || close == std::string_view::npos || close < open) return false;
+  begin = open + 1;
+  end = close;
+  return true;
+}
+
+bool ParseTextEntry(std::string_view line, TextEntry& entry) {
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  if (!FindRun(line, begin, end)) return false;
+  if (!ParseHead(line.substr(0, begin - 1), entry) || !ParseTail(line.substr(end + 1), entry)) return false;
+  entry.text = line.substr(begin, end - begin);
+  return true;
+}
+
+std::string DrawingRecordToLine(std::string_view record) {
+  const std::vector<std::string_view> tokens = SplitFields(record, " ");
+  if (tokens.size() < kLeastRecordTokens) return {};
+  // A record that breaks off within a segment goes on with zeros.
+  const auto number = [&](std::size_t index) {
+    return index < tokens.size() ? ReadSingle(tokens[index]) : 0.0F;
+  };
+  float x = number(0);
+  float y = number(1);
+  const bool closed = x == number(tokens.size() - 3) && y == number(tokens.size() - 2);
+  std::string line;
+  AppendTokens(line, {x, y});
+  line.append(" m ").append(tokens.back()).append(" lw");
+  for (std::size_t i = 3; i < tokens.size(); i += 4) {
+    const float controlX = number(i - 1);
+    const float controlY = number(i);
+    const float endX = number(i + 1);
+    const float endY = number(i + 2);
+    const bool straight = Middle(x, endX) == controlX && Middle(y, endY) == controlY;
+    if (!straight) AppendTokens(line, {controlX - x, controlY - y});
+    AppendTokens(line, {endX - x, endY - y});
+    line += straight ? " rl" : " rb";
+    x = endX;
+    y = endY;
+  }
+  return line + (closed ? " fill" : " stroke");
+}
+
+std::string LineToDrawingRecord(std::string_view line) {
+  if (line.empty()) return {};
+  OperandStack stack;
+  Path path;
+  float style = 0;
+  for (const std::string_view token : SplitFields(line, " ")) {
+    if (token == "m") {
+      const float y = stack.Pop();
+      path.Move(stack.Pop(), y);
+    } else if (token == "rl") {
+      const float dy = stack.Pop();
+      path.Line(stack.Pop(), dy);
+    } else if (token == "rb") {
+      const float dy = stack.Pop();
+      const float dx = stack.Pop();
+      const float controlY = stack.Pop();
+      path.Curve(stack.Pop(), controlY, dx, dy);
+    } else if (token == "lw") {
+      style = stack.Pop();
+    } else if (token == "fill") {
+      path.Close();
+    } else if (token != "stroke") {
+      stack.Push(ReadSingle(token));
+    }
+  }
+  return path.Record(style);
+}
+
+}  // namespace kelvane
