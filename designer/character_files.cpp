@@ -251,7 +251,6 @@ void LoadCharacterDefs() {
   std::array<std::string, kGlyphs> procedures;
   for (std::string& procedure : procedures) procedure = BetweenBraces(TakeFontLine(rest));
   for (std::size_t i = 0; i < procedures.size(); ++i) CharacterDefs[i][0] = std::move(procedures[i]);
-  GlyphsChanged();
 }
 
 GlyphProcedure BuildGlyph(const std::vector<std::string>& strokes) {
@@ -282,7 +281,6 @@ void SaveGlyph(std::int16_t code, const std::vector<std::string>& strokes) {
   WriteAllOrNone(PlanChanges(code, glyph));
   CharacterDefs[code - kFirstGlyph][0] = glyph.text;
   TypefaceTable[kFirstGlyphFont].Widths[static_cast<std::size_t>(code)] = WidthInEms(glyph.width);
-  GlyphsChanged();
 }
 
 }  // namespace kelvane

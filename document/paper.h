@@ -48,6 +48,12 @@ bool OpenPaper();
 bool OpenPaperFile(const std::string& chosenFile);
 bool PageUp();
 bool PageDown();
+// Goes to a page as "Pg Up" and "Pg Dn" do, in one step. Outside 1 to 999, or to the current page, it only
+// shows the current number again.
+bool GoToPage(int number);
+
+// Shows the current page number in the page box.
+void ShowPageNumber();
 
 // Asks whether to save a changed page and saves it; false if the command must be given up.
 bool OfferToSave();

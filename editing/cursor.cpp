@@ -25,7 +25,7 @@ constexpr int kLastAnchor = 9;
 constexpr int kLastMode = 11;
 
 constexpr const char* kPointerFiles[kLastMode + 1] = {
-    nullptr,         "PVQtplt.ICO",  "PVQleft.ICO", "PVQbtlt.ICO", "PVQbot.ICO",   "PVQbtrt.ICO",
+    nullptr,        "PVQtplt.ICO", "PVQleft.ICO", "PVQbtlt.ICO", "PVQbot.ICO",   "PVQbtrt.ICO",
     "PVQright.ICO", "PVQtprt.ICO", "PVQtop.ICO",  "PVQmid.ICO",  "PVQpoint.ICO", "PVQcross.ICO",
 };
 
@@ -38,7 +38,9 @@ void ResetCursor() {
   ClearMarkedBox();
 }
 
-void ClearMarkedBox() { MarkedLeft = MarkedBottom = MarkedRight = MarkedTop = 0; }
+void ClearMarkedBox() {
+  MarkedLeft = MarkedBottom = MarkedRight = MarkedTop = 0;
+}
 
 void SetCanvasPointer(std::int16_t mode) {
   const int number = std::abs(static_cast<int>(mode));
@@ -66,14 +68,20 @@ float SnapToGrid(float value, std::int16_t step) {
 }
 
 void PlaceCursor(float x, float y) {
-  const int mode = std::abs(static_cast<int>(CursorMode));
-  if (mode == 0 || mode > kLastAnchor) return;
+  if (AnchorOfMode(CursorMode) == 0) return;
   ClearMarkedBox();
   CommitPendingRun(false);
   CursorX = SnapToGrid(x, GridStepH);
   CursorY = SnapToGrid(y, GridStepV);
   if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
   DrawCursorMark(kBlue, false);
+}
+
+bool StepCursor(int stepsX, int stepsY) {
+  if (AnchorOfMode(CursorMode) == 0) return false;
+  PlaceCursor(CursorX + static_cast<float>(stepsX * GridStepH),
+              CursorY + static_cast<float>(stepsY * GridStepV));
+  return true;
 }
 
 int AnchorOfMode(std::int16_t mode) {

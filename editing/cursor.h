@@ -37,6 +37,10 @@ void ChooseAnchor(std::int16_t mode);
 // in modes 0, 10 and 11.
 void PlaceCursor(float x, float y);
 
+// Moves the cursor point by grid steps and places it there, as a click would; the run being typed stays
+// where it is. False in modes 0, 10 and 11.
+bool StepCursor(int stepsX, int stepsY);
+
 // The multiple of `step` nearest to a coordinate, halves upwards.
 float SnapToGrid(float value, std::int16_t step);
 

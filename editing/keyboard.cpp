@@ -79,8 +79,8 @@ void EnterKey(bool justify) {
 std::string EntryForRun() {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   const char font = kDigits[IsTypeface(BaseFont) ? BaseFont : 0];
-  std::string entry = FormatSingle(CursorX) + ' ' + FormatSingle(CursorY) + " m " + FormatSingle(FontSize) + " F" +
-                      font + " (" + PendingRun + ") " + std::to_string(AnchorOfMode(CursorMode));
+  std::string entry = FormatSingle(CursorX) + ' ' + FormatSingle(CursorY) + " m " + FormatSingle(FontSize) +
+                      " F" + font + " (" + PendingRun + ") " + std::to_string(AnchorOfMode(CursorMode));
   const float amount = JustifyRun ? JustificationAmount(CursorX) : 0;
   return amount != 0 ? entry + ' ' + FormatSingle(amount) + " a" : entry + " s";
 }

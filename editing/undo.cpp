@@ -71,10 +71,18 @@ void BeginEdit(const std::string& label) {
   }
 }
 
-std::string UndoLabel() { return UndoSteps.empty() ? "" : UndoSteps.back().label; }
-std::string RedoLabel() { return RedoSteps.empty() ? "" : RedoSteps.back().label; }
+std::string UndoLabel() {
+  return UndoSteps.empty() ? "" : UndoSteps.back().label;
+}
+std::string RedoLabel() {
+  return RedoSteps.empty() ? "" : RedoSteps.back().label;
+}
 
-void Undo() { Move(UndoSteps, RedoSteps); }
-void Redo() { Move(RedoSteps, UndoSteps); }
+void Undo() {
+  Move(UndoSteps, RedoSteps);
+}
+void Redo() {
+  Move(RedoSteps, UndoSteps);
+}
 
 }  // namespace kelvane

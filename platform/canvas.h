@@ -57,6 +57,12 @@ struct WheelEvent {
   float pixelY = 0;
 };
 
+// Keys of the canvas that are no characters.
+inline constexpr int kKeyLeft = 256;
+inline constexpr int kKeyUp = 257;
+inline constexpr int kKeyRight = 258;
+inline constexpr int kKeyDown = 259;
+
 class Canvas {
  public:
   virtual ~Canvas() = default;
@@ -92,7 +98,7 @@ class Canvas {
   virtual void Focus() = 0;
 
   // Handlers, set by the owner. Key codes are characters 32 to 255 of code page 1252, 8 Backspace,
-  // 10 Ctrl+Enter, 13 Enter, 127 Ctrl+Backspace.
+  // 10 Ctrl+Enter, 13 Enter, 127 Ctrl+Backspace, and the keys above.
   std::function<void(int)> OnKeyPress;
   std::function<void(const MouseEvent&)> OnMouseDown;
   std::function<void(const MouseEvent&)> OnMouseMove;

@@ -16,6 +16,7 @@
 namespace kelvane {
 
 inline constexpr float kTwipsPerPixel = 15;
+inline constexpr int kScrollBarPixels = 13;  // thickness
 
 struct Place {
   int left = 0;

@@ -37,9 +37,15 @@ ColourValue PaletteColour(std::int16_t number) {
   return number >= 0 && number < 16 ? kPalette[number] : kPalette[kBlack];
 }
 
-std::int16_t ColourRed(std::int32_t value) { return Component(value, 6); }
-std::int16_t ColourGreen(std::int32_t value) { return Component(value, 4); }
-std::int16_t ColourBlue(std::int32_t value) { return Component(value, 2); }
+std::int16_t ColourRed(std::int32_t value) {
+  return Component(value, 6);
+}
+std::int16_t ColourGreen(std::int32_t value) {
+  return Component(value, 4);
+}
+std::int16_t ColourBlue(std::int32_t value) {
+  return Component(value, 2);
+}
 
 void ChooseColour(std::int16_t number) {
   LineColour = number;

@@ -23,7 +23,9 @@ namespace {
 // the canvas's resolution factor over 15. The factor is calibrated so that the em on the canvas is exactly
 // size * SCALE pixels: outlines on screen and on paper are then the same ones.
 constexpr double kCanvasFont = 0.6 * 1.2;
-double ResolutionFactor(const TypefaceRecord& face) { return 15 / (kCanvasFont * face.ScreenSizeFactor); }
+double ResolutionFactor(const TypefaceRecord& face) {
+  return 15 / (kCanvasFont * face.ScreenSizeFactor);
+}
 
 float CanvasFontSize(const TypefaceRecord& face, float size) {
   return static_cast<float>(face.ScreenSizeFactor * kCanvasFont * size * SCALE / 15 * ResolutionFactor(face));
@@ -53,8 +55,8 @@ struct Stretch {
   }
   void Flush() {
     if (!codes.empty() && Picture1) {
-      Picture1->DrawText(kTypefaceNames[font].screen, CanvasFontSize(TypefaceTable[font], size), codes, origins,
-                         colour);
+      Picture1->DrawText(kTypefaceNames[font].screen, CanvasFontSize(TypefaceTable[font], size), codes,
+                         origins, colour);
     }
     codes.clear();
     origins.clear();
@@ -104,7 +106,8 @@ void DrawFrame(int code, const TypefaceRecord& face, float size, Point origin, c
   const float right = origin.x + face.Widths[static_cast<std::size_t>(code)] * size;
   const float bottom = static_cast<float>(origin.y + 0.2 * size);
   const float top = static_cast<float>(origin.y - 0.8 * size);
-  const Point corners[] = {{origin.x, bottom}, {right, bottom}, {right, top}, {origin.x, top}, {origin.x, bottom}};
+  const Point corners[] = {
+      {origin.x, bottom}, {right, bottom}, {right, top}, {origin.x, top}, {origin.x, bottom}};
   Picture1->DrawPolyline(corners, pen);
 }
 
@@ -226,8 +229,8 @@ CurvePoints FlattenCurve(Point start, Point control, Point end) {
   return points;
 }
 
-void DrawCurve(float x0, float y0, float x1, float y1, float x2, float y2, float lineWidth, std::int16_t colour,
-               std::int16_t target) {
+void DrawCurve(float x0, float y0, float x1, float y1, float x2, float y2, float lineWidth,
+               std::int16_t colour, std::int16_t target) {
   Canvas* canvas = target == 1 ? Picture1 : target == 2 ? DesignerCanvas : nullptr;
   if (!canvas) return;
   canvas->DrawPolyline(FlattenCurve({x0, y0}, {x1, y1}, {x2, y2}), Pen{PaletteColour(colour), lineWidth});

@@ -19,7 +19,8 @@ inline constexpr int kGlyphs = 96;  // codes 32 to 127
 inline constexpr double kCurveFactor = 0.556;
 inline constexpr float kGlyphUnit = 0.02F;  // ems
 
-// Glyph procedures by code - 32 and column; empty means no glyph. Filled from MATH0.PSF and by saving a glyph.
+// Glyph procedures by code - 32 and column; empty means no glyph. Filled from MATH0.PSF and by saving a
+// glyph.
 extern std::string CharacterDefs[kGlyphs][4];
 
 extern Canvas* Picture1;
@@ -44,8 +45,8 @@ extern bool JustificationOn;
 
 // A quadratic curve in canvas units as one polyline of 16 pieces. Target 1 is the page canvas, 2 the
 // designer's, any other draws nothing.
-void DrawCurve(float x0, float y0, float x1, float y1, float x2, float y2, float lineWidth, std::int16_t colour,
-               std::int16_t target);
+void DrawCurve(float x0, float y0, float x1, float y1, float x2, float y2, float lineWidth,
+               std::int16_t colour, std::int16_t target);
 
 // The curve's points: its start and the ends of its 16 pieces.
 inline constexpr int kCurvePoints = 17;

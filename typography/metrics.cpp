@@ -36,7 +36,9 @@ constexpr Script kScripts[4] = {
     {-0.4 * kWidthFactor, -0.1 * kWidthFactor},
 };
 
-float Single(double value) { return static_cast<float>(value); }
+float Single(double value) {
+  return static_cast<float>(value);
+}
 
 void StartScript(RunPen& pen, const Script& script) {
   if (pen.depth >= kScriptDepth) return;

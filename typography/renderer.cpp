@@ -38,7 +38,8 @@ void SetTransform() {
 template <typename Draw>
 void ForGrid(int spacing, float end, float visibleFrom, float visibleTo, Draw draw) {
   const double first = std::max(0.0, std::ceil(static_cast<double>(visibleFrom) / spacing));
-  const double last = std::floor(std::min(static_cast<double>(end), static_cast<double>(visibleTo)) / spacing);
+  const double last =
+      std::floor(std::min(static_cast<double>(end), static_cast<double>(visibleTo)) / spacing);
   for (double i = first; i <= last; ++i) draw(static_cast<float>(i * spacing));
 }
 
@@ -46,12 +47,14 @@ void PaintGrid() {
   if (SCALE < 1) return;
   const Pen pen{PaletteColour(kCyan), 1};
   if (GridStepV >= kFirstHorizontalChoice) {
-    ForGrid(2 * GridStepV, PaperHeight, VisibleTop, VisibleBottom,
-            [&](float y) { Picture1->DrawLine({0, y}, {PaperWidth, y}, pen); });
+    ForGrid(2 * GridStepV, PaperHeight, VisibleTop, VisibleBottom, [&](float y) {
+      Picture1->DrawLine({0, y}, {PaperWidth, y}, pen);
+    });
   }
   if (GridStepH >= kFirstVerticalChoice) {
-    ForGrid(2 * GridStepH, PaperWidth, VisibleLeft, VisibleRight,
-            [&](float x) { Picture1->DrawLine({x, 0}, {x, PaperHeight}, pen); });
+    ForGrid(2 * GridStepH, PaperWidth, VisibleLeft, VisibleRight, [&](float x) {
+      Picture1->DrawLine({x, 0}, {x, PaperHeight}, pen);
+    });
   }
 }
 
@@ -122,7 +125,9 @@ void PaintDrawings() {
   for (std::string_view rest = DrawingList; !rest.empty();) PaintDrawing(TakeLine(rest));
 }
 
-bool NeedsWidth(const TextEntry& entry) { return entry.justified || entry.anchor > 3; }
+bool NeedsWidth(const TextEntry& entry) {
+  return entry.justified || entry.anchor > 3;
+}
 
 }  // namespace
 

@@ -7,7 +7,7 @@ namespace kelvane {
 TypefaceRecord TypefaceTable[kTypefaces];
 std::int16_t BaseFont = 0;
 std::int16_t CurrentFont = 0;
-float FontSize = 11;
+float FontSize = kDefaultFontSize;
 Label* FontLabel;
 MenuEntry* FontMenu[kTypefaces];
 TextBox* Text1;
@@ -50,7 +50,9 @@ constexpr FaceFactors kFactors[kTypefaces] = {
 
 }  // namespace
 
-bool IsTypeface(std::int16_t font) { return font >= 0 && font < kTypefaces; }
+bool IsTypeface(std::int16_t font) {
+  return font >= 0 && font < kTypefaces;
+}
 
 void ResetTypefaces() {
   for (int i = 0; i < kTypefaces; ++i) {
@@ -61,7 +63,7 @@ void ResetTypefaces() {
   }
   BaseFont = 0;
   CurrentFont = 0;
-  FontSize = 11;
+  FontSize = kDefaultFontSize;
 }
 
 namespace {

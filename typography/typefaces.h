@@ -15,11 +15,11 @@ inline constexpr std::int16_t kFirstGlyphFont = 12;  // 12 to 15 are drawn by th
 inline constexpr int kFirstSwitchCode = 224;         // 224 + n in a run switches to typeface n
 
 struct TypefaceRecord {
-  std::string Name;                // base name of the width file; empty without one
+  std::string Name;                 // base name of the width file; empty without one
   std::array<float, 256> Widths{};  // advances in the typeface's own units
-  float WidthUnit = 0;             // divisor of all widths
-  float AscentFactor = 0;          // cell top above the baseline, in ems
-  float ScreenSizeFactor = 0;      // part of the canvas font size
+  float WidthUnit = 0;              // divisor of all widths
+  float AscentFactor = 0;           // cell top above the baseline, in ems
+  float ScreenSizeFactor = 0;       // part of the canvas font size
 };
 
 struct TypefaceNames {
@@ -35,6 +35,7 @@ extern const TypefaceNames kTypefaceNames[kTypefaces];
 extern std::int16_t BaseFont;     // the entry being typed starts in it; checked in the menu
 extern std::int16_t CurrentFont;  // in force at the end of the entry being typed
 extern float FontSize;            // points
+inline constexpr float kDefaultFontSize = 11;
 
 extern Label* FontLabel;
 extern MenuEntry* FontMenu[kTypefaces];

@@ -5,13 +5,13 @@
 
 namespace kelvane {
 
-float PaperWidth = 594;
-float PaperHeight = 840;
-float STARTX = 296;
-float STARTY = 180;
-float SCALE = 2;
-std::int16_t GridStepH = 2;
-std::int16_t GridStepV = 3;
+float PaperWidth = kDefaultPaperWidth;
+float PaperHeight = kDefaultPaperHeight;
+float STARTX = kDefaultStartX;
+float STARTY = kDefaultStartY;
+float SCALE = kDefaultScale;
+std::int16_t GridStepH = kDefaultGridStepH;
+std::int16_t GridStepV = kDefaultGridStepV;
 float GuideX[kGuides];
 float GuideY[kGuides];
 float VisibleLeft;
@@ -20,13 +20,13 @@ float VisibleRight;
 float VisibleBottom;
 
 void ResetView() {
-  PaperWidth = 594;
-  PaperHeight = 840;
-  STARTX = 296;
-  STARTY = 180;
-  SCALE = 2;
-  GridStepH = 2;
-  GridStepV = 3;
+  PaperWidth = kDefaultPaperWidth;
+  PaperHeight = kDefaultPaperHeight;
+  STARTX = kDefaultStartX;
+  STARTY = kDefaultStartY;
+  SCALE = kDefaultScale;
+  GridStepH = kDefaultGridStepH;
+  GridStepV = kDefaultGridStepV;
   std::fill(std::begin(GuideX), std::end(GuideX), 0.0F);
   std::fill(std::begin(GuideY), std::end(GuideY), 0.0F);
   VisibleLeft = VisibleTop = VisibleRight = VisibleBottom = 0;

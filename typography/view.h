@@ -7,6 +7,15 @@
 
 namespace kelvane {
 
+// Start values.
+inline constexpr float kDefaultPaperWidth = 594;
+inline constexpr float kDefaultPaperHeight = 840;
+inline constexpr float kDefaultStartX = 296;
+inline constexpr float kDefaultStartY = 180;
+inline constexpr float kDefaultScale = 2;
+inline constexpr std::int16_t kDefaultGridStepH = 2;
+inline constexpr std::int16_t kDefaultGridStepV = 3;
+
 extern float PaperWidth;   // points
 extern float PaperHeight;  // points
 extern float STARTX;       // page point at the centre of the canvas

@@ -15,8 +15,12 @@ namespace {
 constexpr float kMarginPixels = 12;
 constexpr float kZoomStep = 1.25F;
 
-float CanvasWidth() { return Picture1 ? static_cast<float>(Picture1->PixelWidth()) : 0; }
-float CanvasHeight() { return Picture1 ? static_cast<float>(Picture1->PixelHeight()) : 0; }
+float CanvasWidth() {
+  return Picture1 ? static_cast<float>(Picture1->PixelWidth()) : 0;
+}
+float CanvasHeight() {
+  return Picture1 ? static_cast<float>(Picture1->PixelHeight()) : 0;
+}
 
 void ShowView() {
   RedrawPage();
@@ -34,12 +38,18 @@ void ZoomTo(float scale) {
 }
 
 // The scale at which so many points and the margins take so many pixels.
-float FittingScale(float pixels, float points) { return std::max(pixels - 2 * kMarginPixels, 1.0F) / points; }
+float FittingScale(float pixels, float points) {
+  return std::max(pixels - 2 * kMarginPixels, 1.0F) / points;
+}
 
 }  // namespace
 
-ScrollRange HorizontalRange() { return Range(PaperWidth, VisibleLeft, VisibleRight); }
-ScrollRange VerticalRange() { return Range(PaperHeight, VisibleTop, VisibleBottom); }
+ScrollRange HorizontalRange() {
+  return Range(PaperWidth, VisibleLeft, VisibleRight);
+}
+ScrollRange VerticalRange() {
+  return Range(PaperHeight, VisibleTop, VisibleBottom);
+}
 
 void ScrollToLeft(float left) {
   STARTX = left + 0.5F * CanvasWidth() / SCALE;
@@ -66,9 +76,15 @@ void ZoomAt(float factor, float pixelX, float pixelY) {
   ZoomTo(scale);
 }
 
-void ZoomIn() { ZoomTo(SCALE * kZoomStep); }
-void ZoomOut() { ZoomTo(SCALE / kZoomStep); }
-void ZoomToTrueSize() { ZoomTo(kTrueScale); }
+void ZoomIn() {
+  ZoomTo(SCALE * kZoomStep);
+}
+void ZoomOut() {
+  ZoomTo(SCALE / kZoomStep);
+}
+void ZoomToTrueSize() {
+  ZoomTo(kTrueScale);
+}
 
 void FitPage() {
   STARTX = PaperWidth / 2;

@@ -1,0 +1,41 @@
+#include "app/exit.h"
+
+#include "app/settings.h"
+#include "document/paper.h"
+#include "editing/cursor.h"
+#include "macros/macros.h"
+#include "platform/controls.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+
+namespace kelvane {
+
+namespace {
+
+void WriteOrReport(void (*write)(), const char* what) {
+  try {
+    write();
+  } catch (const Failure& failure) {
+    // The page is safe by now; someone who may not write the program folder must still be able to leave.
+    TheDialogs->Message(std::string(what) + " could not be kept for the next start.\n" + failure.what());
+  }
+}
+
+}  // namespace
+
+bool ExitSequence() {
+  LeaveEditing();
+  if (!OfferToSave()) return false;
+  if (Form1) FormPlace = Form1->GetWindowPlace();
+  WriteOrReport([] { WriteSettings(ProgramFolder + "QRX.DAT"); }, "The settings");
+  // What was applied in the Define Macro window a moment ago has not met the timer yet.
+  RefreshMacros();
+  WriteOrReport(WriteMacros, "The macros");
+  return true;
+}
+
+void LeaveProgram() {
+  if (ExitSequence()) TheToolkit->Quit();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,15 @@
+#pragma once
+
+// Leaving the program.
+
+namespace kelvane {
+
+// Completes the run being typed, offers to save, and writes settings and macros. False if the exit was given
+// up (the save dialog cancelled, or a page that cannot be written; the latter throws Failure). A program
+// folder that cannot be written is reported and does not keep the person here.
+bool ExitSequence();
+
+// The menu entry: the sequence, then the end of the program.
+void LeaveProgram();
+
+}  // namespace kelvane

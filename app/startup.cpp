@@ -1,0 +1,126 @@
+#include "app/startup.h"
+
+#include "app/main_window.h"
+#include "app/menus.h"
+#include "app/settings.h"
+#include "designer/character_files.h"
+#include "document/page.h"
+#include "document/paper.h"
+#include "editing/cursor.h"
+#include "editing/keyboard.h"
+#include "editing/undo.h"
+#include "help/help_files.h"
+#include "macros/define_macro_window.h"
+#include "macros/macros.h"
+#include "platform/controls.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/handlers.h"
+#include "typography/colours.h"
+#include "typography/glyphs.h"
+#include "typography/metrics.h"
+#include "typography/renderer.h"
+#include "typography/typefaces.h"
+#include "typography/view.h"
+#include "typography/zoom.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr int kMacroInterval = 200;  // milliseconds
+
+// A macro file or a settings file that is there and cannot be read must not keep the person from the editor.
+void ReadOrReport(void (*read)()) {
+  try {
+    read();
+  } catch (const Failure& failure) {
+    TheDialogs->Message(failure.what());
+  }
+}
+
+void ConnectSubjects() {
+  FinishTyping = [] { CommitPendingRun(false); };
+  PageReplaced = [] {
+    ResetUndo();
+    RedrawPage();
+    if (ViewMoved) ViewMoved();
+  };
+  PaintOverlay = [] { DrawCursorMark(kBlue, true); };
+}
+
+void ShowChoices() {
+  SetCanvasPointer(CursorMode);
+  CheckFontMenu(BaseFont);
+  CheckColourMenu(LineColour);
+  CheckThicknessMenu(LineWidth);
+  CheckGridMenus();
+  ShowFontLabel(CurrentFont, FontSize);
+}
+
+void StartMacroTimer() {
+  Timer* timer = TheToolkit->NewTimer();
+  timer->OnTick = RefreshMacros;
+  timer->Start(kMacroInterval);
+}
+
+void LoadProgramFiles() {
+  ReadOrReport([] { ReadSettings(ProgramFolder + "QRX.DAT"); });
+  CurrentFont = BaseFont;
+  LoadCharacterDefs();
+  IndexHelpFile();
+  LoadWidthTables();
+  ReadOrReport(ReadMacros);
+}
+
+}  // namespace
+
+void ResetProgram() {
+  ResetView();
+  ResetColours();
+  ResetTypefaces();
+  ResetGlyphs();
+  ResetCursor();
+  ResetSettings();
+  ClearPage();
+  ResetPaper();
+  ResetKeyboard();
+  ResetUndo();
+  ResetMacros();
+  ResizeGuard = true;
+}
+
+std::string ResolveProgramFolder(const std::string& executableFolder) {
+  std::string folder = executableFolder;
+  if (folder.empty() || folder.back() != '\\') folder += '\\';
+  return folder.ends_with("\\VB98\\") ? "C:\\Orrimond\\Kelvane\\" : folder;
+}
+
+bool StartUp(const std::string& executableFolder) {
+  ProgramFolder = ResolveProgramFolder(executableFolder);
+  ResetProgram();
+  try {
+    LoadProgramFiles();
+  } catch (const Failure& failure) {
+    TheDialogs->Message(failure.what());
+    return false;
+  }
+  ConnectSubjects();
+  BuildForm1();
+  BuildForm7();
+  ShowPageNumber();
+  ShowChoices();
+  StartMacroTimer();
+  return true;
+}
+
+void ShowEditor(const std::string& pageFile) {
+  Form1->SetWindowPlace(FormPlace);
+  ResizeGuard = false;
+  Form1->Show();
+  Form1_Resize();
+  Picture1->Focus();
+  if (!pageFile.empty()) RunHandler([&] { OpenPaperFile(pageFile); });
+}
+
+}  // namespace kelvane
