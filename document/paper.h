@@ -40,7 +40,8 @@ std::string PageFileName(const std::string& paperFile, int number);
 void NotePageChange();
 
 // The menu and button commands. They throw Failure when a file cannot be read or written; page, name and
-// number are then as they were. Save and Name return false if the person cancelled.
+// number are then as they were. They return false if the person cancelled, PageUp and PageDown also if there
+// is no page to go to; only a command that returned true brings another page into memory.
 bool SavePaper();
 bool SavePaperAs();
 bool NewPaper();
@@ -55,7 +56,7 @@ bool GoToPage(int number);
 // Shows the current page number in the page box.
 void ShowPageNumber();
 
-// Asks whether to save a changed page and saves it; false if the command must be given up.
+// Asks whether to save a changed page that is not empty, and saves it; false if the command must be given up.
 bool OfferToSave();
 // The first step of printing and plain-text output: completes the run being typed and writes a changed page
 // of a named paper to its own file.
