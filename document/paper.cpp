@@ -219,10 +219,9 @@ bool PageDown() {
 }
 
 bool GoToPage(int number) {
-  const bool turned = number >= 1 && number <= kLastPage && number != CurrentPageNumber &&
-                      WriteBeforeTurning() && TurnToPage(number);
-  if (!turned) ShowPageNumber();
-  return turned;
+  ShowPageNumber();  // first, since the box must not keep a number that could not be reached
+  if (number < 1 || number > kLastPage || number == CurrentPageNumber) return false;
+  return WriteBeforeTurning() && TurnToPage(number);
 }
 
 void ShowPageNumber() {
