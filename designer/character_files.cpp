@@ -144,7 +144,7 @@ std::string RewriteSections(const std::string& path, std::string_view rest, int 
     }
   }
   if (section < kSections || sectionCode < kFirstGlyph + kGlyphs) {
-    throw Failure(path + " does not hold three sections of 96 characters.");
+    throw Failure(MachinePath(path) + " does not hold three sections of 96 characters.");
   }
   return result;
 }
@@ -162,7 +162,8 @@ std::string RewriteWidthText(const std::string& path, std::string_view rest, int
     }
     result += line.end;
   }
-  if (lineCode <= code) throw Failure(path + " has no line for character " + std::to_string(code) + '.');
+  if (lineCode <= code)
+    throw Failure(MachinePath(path) + " has no line for character " + std::to_string(code) + '.');
   return result;
 }
 
@@ -207,18 +208,25 @@ std::vector<FileChange> PlanChanges(int code, const GlyphProcedure& glyph) {
   return changes;
 }
 
-// Puts back the first `count` files. Returns the names of those that could not be, each after a blank.
-std::string PutBack(const std::vector<FileChange>& changes, std::size_t count) {
+void PutBack(const FileChange& change) {
+  if (change.existed) {
+    if (TheFiles->ReadWhole(change.path) != change.oldContent) {
+      WriteFileSafely(change.path, change.oldContent);
+    }
+  } else if (TheFiles->Exists(change.path)) {
+    TheFiles->Remove(change.path);
+  }
+}
+
+// Puts back the files up to and including number `last`, which may be in place although writing it failed.
+// Returns the paths of those that could not be put back.
+std::string PutBackUpTo(const std::vector<FileChange>& changes, std::size_t last) {
   std::string lost;
-  for (std::size_t i = count; i-- > 0;) {
+  for (std::size_t i = last + 1; i-- > 0;) {
     try {
-      if (changes[i].existed) {
-        WriteFileSafely(changes[i].path, changes[i].oldContent);
-      } else {
-        TheFiles->Remove(changes[i].path);
-      }
+      PutBack(changes[i]);
     } catch (const Failure&) {
-      lost += ' ' + changes[i].path;
+      lost += (lost.empty() ? "" : ", ") + MachinePath(changes[i].path);
     }
   }
   return lost;
@@ -229,10 +237,11 @@ void WriteAllOrNone(const std::vector<FileChange>& changes) {
     try {
       WriteFileSafely(changes[i].path, changes[i].newContent);
     } catch (const Failure& failure) {
-      const std::string lost = PutBack(changes, i);
-      std::string message = "The character was not saved: " + changes[i].path + ": " + failure.what();
+      const std::string lost = PutBackUpTo(changes, i);
+      std::string message =
+          "The character was not saved in " + MachinePath(changes[i].path) + ". " + failure.what();
       if (!lost.empty())
-        message += "\r\nThese files hold the new character and could not be put back:" + lost;
+        message += "\r\nThese files hold the new character and could not be put back: " + lost;
       throw Failure(message);
     }
   }

@@ -8,14 +8,6 @@
 #include "platform/files.h"
 
 namespace kelvane {
-namespace {
-
-// Links are followed: an output name may be a link to the page file.
-bool SameFile(const std::string& path, const std::string& other) {
-  return path == other || (TheFiles->Exists(path) && TheFiles->Resolve(path) == TheFiles->Resolve(other));
-}
-
-}  // namespace
 
 bool ChoosePageOutput(const char* extension, PageOutput& choice) {
   LeaveEditing();
@@ -24,7 +16,7 @@ bool ChoosePageOutput(const char* extension, PageOutput& choice) {
   if (choice.pageFile.empty()) return false;
   choice.outputPath = ChangeExtension(choice.pageFile, extension);
   if (SameFile(choice.outputPath, choice.pageFile)) {
-    throw Failure("The output would replace the page file " + choice.pageFile +
+    throw Failure("The output would replace the page file " + MachinePath(choice.pageFile) +
                   " itself. Choose a page file with another extension.");
   }
   return true;
