@@ -242,7 +242,7 @@ std::string PrologWidthLines(const std::array<WidthTable, 12>& tables) {
       }
       line += word;
     }
-    lines += line + " ] TextWidths\r\n";
+    lines += line + " ] face.setwidths\r\n";
   }
   return lines;
 }
