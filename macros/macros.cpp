@@ -31,9 +31,9 @@ const std::string& MacroCaption(int number) {
 void SetMacroCaption(int number, const std::string& text) {
   std::string& caption = captions[number];
   caption = text;
-  // The file has a line for each macro.
+  // A run holds none of these, and a line end would part the macro in its file.
   std::ranges::replace_if(
-      caption, [](char c) { return c == '\r' || c == '\n'; }, ' ');
+      caption, [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
   if (MacroMenu[number] != nullptr) MacroMenu[number]->SetLiteralCaption(caption);
 }
 
