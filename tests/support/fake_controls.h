@@ -1,0 +1,177 @@
+#pragma once
+
+// Windows and controls without a screen. They always hand out objects, remember what they were told, and let
+// a test do what a person does.
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/controls.h"
+#include "tests/support/recording_canvas.h"
+
+namespace kelvane {
+
+// What every control remembers.
+template <typename Base>
+class FakeControl : public Base {
+ public:
+  Place place;
+  bool enabled = true;
+  void SetPlace(const Place& newPlace) override { place = newPlace; }
+  Place GetPlace() const override { return place; }
+  void SetEnabled(bool isEnabled) override { enabled = isEnabled; }
+};
+
+class FakeLabel : public FakeControl<Label> {
+ public:
+  std::string text;
+  int repaints = 0;
+  void SetText(const std::string& newText) override { text = newText; }
+  std::string Text() const override { return text; }
+  void Repaint() override { ++repaints; }
+};
+
+class FakeButton : public FakeControl<Button> {
+ public:
+  std::string caption;
+  std::string toolTip;
+  IconDrawing icon;
+  bool down = false;
+  void SetDown(bool isDown) override { down = isDown; }
+  // A click; a button that is not enabled does not hear it.
+  void Click();
+};
+
+class FakeTextBox : public FakeControl<TextBox> {
+ public:
+  std::string name;
+  std::string text;
+  bool fixedPitch = false;
+  bool allSelected = false;
+  void SetText(const std::string& newText) override { text = newText; }
+  std::string Text() const override { return text; }
+  void Focus() override { FocusedControl = static_cast<TextBox*>(this); }
+  void SelectAll() override { allSelected = true; }
+  // The person puts another text in.
+  void Type(const std::string& newText);
+  void PressEnter();
+  void PressEscape();
+};
+
+class FakeScrollBar : public FakeControl<ScrollBar> {
+ public:
+  bool horizontal = false;
+  float least = 0;
+  float most = 0;
+  float page = 0;
+  float value = 0;
+  void SetRange(float newLeast, float newMost, float newPage, float newValue) override;
+  void Scroll(float newValue);
+};
+
+class FakeMenuEntry : public MenuEntry {
+ public:
+  std::string caption;
+  std::string key;
+  bool literal = false;
+  bool checked = false;
+  bool enabled = true;
+  void SetCaption(const std::string& newCaption) override;
+  void SetLiteralCaption(const std::string& newCaption) override;
+  std::string Caption() const override { return caption; }
+  void SetChecked(bool isChecked) override { checked = isChecked; }
+  bool Checked() const override { return checked; }
+  void SetEnabled(bool isEnabled) override { enabled = isEnabled; }
+  // Choosing it; an entry that is not enabled cannot be chosen.
+  void Choose();
+};
+
+class FakeMenu : public Menu {
+ public:
+  std::string caption;
+  std::vector<std::unique_ptr<FakeMenu>> menus;
+  std::vector<std::unique_ptr<FakeMenuEntry>> entries;
+  int separators = 0;
+  Menu* AddMenu(const std::string& menuCaption) override;
+  MenuEntry* AddEntry(const std::string& entryCaption, const std::string& key) override;
+  void AddSeparator() override { ++separators; }
+  // The entry with that caption, "&" included, here or in a menu below; null if there is none.
+  FakeMenuEntry* Find(const std::string& entryCaption);
+  // Every entry here and below.
+  void Collect(std::vector<FakeMenuEntry*>& all);
+  // Opens this menu and those below, so that they refresh what is enabled.
+  void Open();
+};
+
+class FakeWindow : public Window {
+ public:
+  bool main = false;
+  std::string title;
+  WindowPlace place{0, 0, 9600, 7200};
+  bool visible = false;
+  std::vector<std::unique_ptr<FakeMenu>> menus;
+  std::vector<std::unique_ptr<RecordingCanvas>> canvases;
+  std::vector<std::unique_ptr<FakeLabel>> labels;  // those of the status line too
+  std::vector<std::unique_ptr<FakeButton>> buttons;
+  std::vector<std::unique_ptr<FakeTextBox>> boxes;
+  std::vector<std::unique_ptr<FakeScrollBar>> bars;
+  std::vector<std::pair<std::string, std::function<void()>>> shortcuts;
+
+  // What a person does. ChooseEntry opens the menus first; a missing entry, button, box or shortcut fails the
+  // test.
+  void ChooseEntry(const std::string& caption);
+  void ClickButton(const std::string& caption);
+  void PressShortcut(const std::string& key);
+  void ClickFrameClose();
+  FakeMenuEntry* Entry(const std::string& caption);
+  FakeButton* ButtonOf(const std::string& caption);
+  FakeTextBox* BoxOf(const std::string& name);
+  std::vector<FakeMenuEntry*> AllEntries();
+
+  void SetTitle(const std::string& newTitle) override { title = newTitle; }
+  std::string Title() const override { return title; }
+  void SetWindowPlace(const WindowPlace& newPlace) override;
+  WindowPlace GetWindowPlace() const override { return place; }
+  float InnerWidth() const override { return place.width; }
+  float InnerHeight() const override { return place.height; }
+  // As on a screen, a window hears of its size when it comes up and whenever it is changed.
+  void Show() override;
+  void Hide() override { visible = false; }
+  bool Visible() const override { return visible; }
+  void Close() override { visible = false; }
+  Menu* AddMenu(const std::string& caption) override;
+  Canvas* AddCanvas() override;
+  void SetCanvasPlace(Canvas* canvas, const Place& canvasPlace) override;
+  Label* AddLabel(const std::string& text) override;
+  Button* AddButton(const std::string& caption, const IconDrawing& icon, const std::string& toolTip) override;
+  TextBox* AddTextBox(const std::string& accessibleName, bool fixedPitch) override;
+  ScrollBar* AddScrollBar(bool horizontal) override;
+  Label* AddStatusText(int width) override;
+  void AddShortcut(const std::string& key, std::function<void()> handler) override;
+};
+
+class FakeTimer : public Timer {
+ public:
+  int interval = 0;  // milliseconds; 0 while stopped
+  void Start(int milliseconds) override { interval = milliseconds; }
+  void Stop() override { interval = 0; }
+  // Lets one interval pass; nothing happens while stopped.
+  void Tick();
+};
+
+class FakeToolkit : public Toolkit {
+ public:
+  std::vector<std::unique_ptr<FakeWindow>> windows;
+  std::vector<std::unique_ptr<FakeTimer>> timers;
+  bool quit = false;
+  Window* NewWindow(bool main) override;
+  Timer* NewTimer() override;
+  void Quit() override { quit = true; }
+  // One interval of every timer that runs.
+  void TickAll();
+};
+
+}  // namespace kelvane

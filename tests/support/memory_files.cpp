@@ -1,0 +1,94 @@
+#include "tests/support/memory_files.h"
+
+#include "platform/failure.h"
+
+namespace kelvane {
+
+void MemoryFiles::FailStep(FileStep step, int nth) {
+  failing[step] = nth;
+}
+
+void MemoryFiles::FailAnyStep(int nth, bool lasting) {
+  anyFailing = nth;
+  anyLasting = lasting;
+  steps = 0;
+}
+
+void MemoryFiles::FailNothing() {
+  failing.clear();
+  FailAnyStep(0);
+}
+
+bool MemoryFiles::IsToFail(FileStep step) {
+  ++steps;
+  const auto planned = failing.find(step);
+  if (planned != failing.end() && --planned->second == 0) {
+    failing.erase(planned);
+    return true;
+  }
+  return anyFailing > 0 && (steps == anyFailing || (anyLasting && steps > anyFailing));
+}
+
+void MemoryFiles::Take(FileStep step, const std::string& path) {
+  if (IsToFail(step)) throw Failure("Made to fail: " + path);
+}
+
+bool MemoryFiles::Exists(const std::string& path) {
+  return contents.contains(path) || unreadable.contains(path) || links.contains(path);
+}
+
+std::string MemoryFiles::ReadWhole(const std::string& path) {
+  Take(FileStep::ReadWhole, path);
+  const auto link = links.find(path);
+  const auto file = contents.find(link == links.end() ? path : link->second);
+  if (file == contents.end() || unreadable.contains(path)) throw Failure("Cannot read the file " + path);
+  return file->second;
+}
+
+std::string MemoryFiles::Resolve(const std::string& path) {
+  Take(FileStep::Resolve, path);
+  const auto link = links.find(path);
+  return link == links.end() ? path : link->second;
+}
+
+Files::Handle MemoryFiles::Create(const std::string& path) {
+  Take(FileStep::Create, path);
+  if (Exists(path)) throw Failure("Cannot write the file " + path + ": it is there already");
+  contents[path].clear();
+  handles[++lastHandle] = path;
+  ++openHandles;
+  return lastHandle;
+}
+
+void MemoryFiles::Write(Handle handle, std::string_view bytes) {
+  std::string& content = contents.at(handles.at(handle));
+  if (IsToFail(FileStep::Write)) {
+    content.append(bytes.substr(0, bytes.size() / 2));
+    throw Failure("Made to fail: " + handles.at(handle));
+  }
+  content.append(bytes);
+}
+
+void MemoryFiles::Sync(Handle handle) {
+  Take(FileStep::Sync, handles.at(handle));
+}
+
+void MemoryFiles::Close(Handle handle) {
+  const std::string path = handles.at(handle);
+  handles.erase(handle);
+  --openHandles;
+  Take(FileStep::Close, path);
+}
+
+void MemoryFiles::Rename(const std::string& from, const std::string& to) {
+  Take(FileStep::Rename, to);
+  contents[to] = contents.at(from);
+  contents.erase(from);
+}
+
+void MemoryFiles::Remove(const std::string& path) {
+  Take(FileStep::Remove, path);
+  if (contents.erase(path) == 0) throw Failure("Cannot remove the file " + path);
+}
+
+}  // namespace kelvane

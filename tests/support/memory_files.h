@@ -1,0 +1,58 @@
+#pragma once
+
+// Files kept in memory, any step of which can be made to fail.
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace kelvane {
+
+enum class FileStep { ReadWhole, Resolve, Create, Write, Sync, Close, Rename, Remove };
+
+class MemoryFiles : public Files {
+ public:
+  // Contents by path. Tests read and write it at will.
+  std::map<std::string, std::string> contents;
+  // Paths that are there but fail to be read.
+  std::set<std::string> unreadable;
+  // Symbolic links and what they point to.
+  std::map<std::string, std::string> links;
+  // Number of handles that were made and not closed.
+  int openHandles = 0;
+  // Steps carried out or failed since the last FailStep.
+  int steps = 0;
+
+  // The `nth` step of that kind from now on (1 is the next) fails, once.
+  void FailStep(FileStep step, int nth = 1);
+  // The `nth` step of any kind from now on fails, and with `lasting` every one after it.
+  void FailAnyStep(int nth, bool lasting = false);
+  // Takes failures that did not come about back.
+  void FailNothing();
+
+  bool Exists(const std::string& path) override;
+  std::string ReadWhole(const std::string& path) override;
+  std::string Resolve(const std::string& path) override;
+  Handle Create(const std::string& path) override;
+  // A failing write leaves half of its bytes in the file, as a full disk does.
+  void Write(Handle handle, std::string_view bytes) override;
+  void Sync(Handle handle) override;
+  void Close(Handle handle) override;
+  void Rename(const std::string& from, const std::string& to) override;
+  void Remove(const std::string& path) override;
+
+ private:
+  bool IsToFail(FileStep step);
+  void Take(FileStep step, const std::string& path);
+
+  std::map<Handle, std::string> handles;
+  Handle lastHandle = 0;
+  std::map<FileStep, int> failing;  // steps left until the one that fails
+  int anyFailing = 0;
+  bool anyLasting = false;
+};
+
+}  // namespace kelvane

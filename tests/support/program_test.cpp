@@ -1,0 +1,100 @@
+#include "tests/support/program_test.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "app/startup.h"
+#include "document/paper.h"
+#include "editing/cursor.h"
+#include "editing/keyboard.h"
+#include "macros/define_macro_window.h"
+#include "macros/macros.h"
+#include "platform/files.h"
+#include "typography/colours.h"
+#include "typography/glyphs.h"
+#include "typography/renderer.h"
+#include "typography/typefaces.h"
+#include "typography/zoom.h"
+
+namespace kelvane {
+namespace {
+
+template <typename Handles>
+void Empty(Handles& handles) {
+  std::fill(std::begin(handles), std::end(handles), nullptr);
+}
+
+// Handles of controls that go away with the fixture, and the hooks that tests or start-up filled.
+void EmptyHandlesAndHooks() {
+  Form1 = nullptr;
+  PageBox = nullptr;
+  Picture1 = nullptr;
+  DesignerCanvas = nullptr;
+  FontLabel = nullptr;
+  Text1 = nullptr;
+  Text4 = nullptr;
+  Form7 = nullptr;
+  Form7_Text1 = nullptr;
+  Form7_Text2 = nullptr;
+  Empty(FontMenu);
+  Empty(ColourMenu);
+  Empty(ThicknessMenu);
+  Empty(MacroMenu);
+  Empty(AnchorButtons);
+  FinishTyping = nullptr;
+  PageReplaced = nullptr;
+  PaintOverlay = nullptr;
+  ViewMoved = nullptr;
+  FocusedControl = nullptr;
+}
+
+template <typename Handles>
+void FillMenu(Window& window, const char* caption, Handles& handles) {
+  Menu* menu = window.AddMenu(caption);
+  for (auto& handle : handles) handle = menu->AddEntry({}, {});
+}
+
+// Enough of a main window for every routine that shows something.
+void FillHandles(FakeWindow& window) {
+  Form1 = &window;
+  Picture1 = window.AddCanvas();
+  PageBox = window.AddTextBox("Page Number", false);
+  Text1 = window.AddTextBox("Font Size", false);
+  Text4 = window.AddTextBox("Control Codes", true);
+  FontLabel = window.AddLabel({});
+  for (Button*& button : AnchorButtons) button = window.AddButton({}, {}, {});
+  FillMenu(window, "Font &Name", FontMenu);
+  FillMenu(window, "Line &Colour", ColourMenu);
+  FillMenu(window, "Line &Thickness", ThicknessMenu);
+  FillMenu(window, "&Macro", MacroMenu);
+}
+
+}  // namespace
+
+ProgramTest::ProgramTest() {
+  EmptyHandlesAndHooks();
+  TheFiles = &files;
+  TheDialogs = &dialogs;
+  TheToolkit = &toolkit;
+  ProgramFolder = "\\Kelvane\\";
+  toolkit.NewWindow(true);
+  window = toolkit.windows.front().get();
+  FillHandles(*window);
+  canvas = window->canvases.front().get();
+  ResetProgram();
+  canvas->ForgetDrawn();
+}
+
+ProgramTest::~ProgramTest() {
+  EmptyHandlesAndHooks();
+  TheFiles = &DiskFiles();
+  TheDialogs = nullptr;
+  TheToolkit = nullptr;
+}
+
+void ProgramTest::TearDown() {
+  EXPECT_TRUE(dialogs.AllAnswered()) << "A dialog that the test foresaw did not come";
+  EXPECT_EQ(files.openHandles, 0);
+}
+
+}  // namespace kelvane

@@ -1,0 +1,45 @@
+#pragma once
+
+// The fixture of every test that touches the program's state: start-up defaults, files in memory, scripted
+// dialogs, and a main window of fakes whose handles are filled.
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/failure.h"
+#include "tests/support/fake_controls.h"
+#include "tests/support/memory_files.h"
+#include "tests/support/recording_canvas.h"
+#include "tests/support/scripted_dialogs.h"
+
+namespace kelvane {
+
+class ProgramTest : public ::testing::Test {
+ protected:
+  ProgramTest();
+  ~ProgramTest() override;
+
+  void TearDown() override;
+
+  // The message of the Failure that `act` throws; fails the test if it throws none.
+  template <typename Act>
+  static std::string FailureOf(Act act) {
+    try {
+      act();
+    } catch (const Failure& failure) {
+      return failure.what();
+    }
+    ADD_FAILURE() << "Nothing failed";
+    return {};
+  }
+
+  MemoryFiles files;
+  ScriptedDialogs dialogs;
+  FakeToolkit toolkit;
+  // The window behind Form1, and the canvas behind Picture1, until a test builds the real main window.
+  FakeWindow* window = nullptr;
+  RecordingCanvas* canvas = nullptr;
+};
+
+}  // namespace kelvane

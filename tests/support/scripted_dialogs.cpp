@@ -1,0 +1,36 @@
+#include "tests/support/scripted_dialogs.h"
+
+#include <gtest/gtest.h>
+
+namespace kelvane {
+
+void ScriptedDialogs::Message(const std::string& text) {
+  messages.push_back(text);
+}
+
+bool ScriptedDialogs::Ask(const std::string& text, bool yesIsDefault) {
+  return Next(Kind::Question, text + (yesIsDefault ? " [Yes]" : " [No]")).yes;
+}
+
+std::string ScriptedDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
+                                          const std::string& folder) {
+  return Next(Kind::Open, "Open: " + title + ", " + filter + ", " + folder).path;
+}
+
+std::string ScriptedDialogs::ChooseToSave(const std::string& title, const std::string& filter,
+                                          const std::string& folder) {
+  return Next(Kind::Save, "Save: " + title + ", " + filter + ", " + folder).path;
+}
+
+ScriptedDialogs::Answer ScriptedDialogs::Next(Kind kind, const std::string& what) {
+  asked.push_back(what);
+  if (script.empty() || script.front().kind != kind) {
+    ADD_FAILURE() << "A dialog that was not foreseen: " << what;
+    return {kind, false, {}};
+  }
+  Answer answer = script.front();
+  script.pop_front();
+  return answer;
+}
+
+}  // namespace kelvane
