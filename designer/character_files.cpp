@@ -25,7 +25,8 @@ namespace {
 constexpr float kBaseline = 40;    // design y of the baseline
 constexpr float kDesignSide = 50;  // side of the design grid, one em
 constexpr float kBoxMargin = 2;    // bounding boxes reach this far beyond the advance
-constexpr int kSections = 3;       // advance widths, bounding boxes, procedures
+constexpr int kCodesEnd = kFirstGlyph + kGlyphs;
+constexpr int kSections = 3;  // advance widths, bounding boxes, procedures
 
 // A line of a file and the characters that end it, so that it can be copied as it is.
 struct RawLine {
@@ -114,8 +115,7 @@ float WidthInEms(float gridUnits) {
   return static_cast<float>(gridUnits * 0.02);
 }
 
-std::string SectionLine(int section, std::string_view oldLine, const GlyphProcedure& glyph) {
-  const std::string name = GetField(oldLine, 1, " ");
+std::string SectionLine(int section, const std::string& name, const GlyphProcedure& glyph) {
   if (section == 1) return name + ' ' + FormatSingle(glyph.width) + " def";
   if (section == 2) return name + " [-2 -12 " + FormatSingle(glyph.width + kBoxMargin) + " 42] def";
   return name + " { " + glyph.text + " } def";
@@ -125,13 +125,19 @@ std::string SectionLine(int section, std::string_view oldLine, const GlyphProced
 std::string RewriteSections(const std::string& path, std::string_view rest, int code,
                             const GlyphProcedure& glyph) {
   std::string result;
+  std::string name;  // of the glyph, as section 1 has it
   int section = 0;
-  int sectionCode = kFirstGlyph + kGlyphs;  // code of the next line; past the last one between the sections
+  int sectionCode = kCodesEnd;  // code of the next line; kCodesEnd between the sections
   while (!rest.empty()) {
     const RawLine line = TakeRawLine(rest);
-    const bool inSection = sectionCode < kFirstGlyph + kGlyphs;
+    const bool inSection = sectionCode < kCodesEnd;
     if (inSection && sectionCode == code) {
-      result += SectionLine(section, line.text, glyph);
+      const std::string sectionName = GetField(line.text, 1, " ");
+      if (section == 1) name = sectionName;
+      // A line too few or too many would let the glyph replace its neighbour.
+      if (sectionName != name)
+        throw Failure(MachinePath(path) + " names character " + std::to_string(code) + " in two ways.");
+      result += SectionLine(section, name, glyph);
     } else {
       result += line.text;
     }
@@ -143,7 +149,7 @@ std::string RewriteSections(const std::string& path, std::string_view rest, int 
       sectionCode = kFirstGlyph;
     }
   }
-  if (section < kSections || sectionCode < kFirstGlyph + kGlyphs) {
+  if (section < kSections || sectionCode < kCodesEnd) {
     throw Failure(MachinePath(path) + " does not hold three sections of 96 characters.");
   }
   return result;
@@ -283,7 +289,7 @@ GlyphProcedure BuildGlyph(const std::vector<std::string>& strokes) {
 }
 
 void SaveGlyph(std::int16_t code, const std::vector<std::string>& strokes) {
-  if (code < kFirstGlyph || code >= kFirstGlyph + kGlyphs) {
+  if (code < kFirstGlyph || code >= kCodesEnd) {
     throw Failure("Character " + std::to_string(code) + " cannot be saved: codes go from 32 to 127.");
   }
   const GlyphProcedure glyph = BuildGlyph(strokes);
