@@ -1,0 +1,297 @@
+#include "platform/qt/qt_canvas.h"
+
+#include <QCoreApplication>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/handlers.h"
+#include "platform/qt/qt_pointers.h"
+#include "platform/qt/qt_text.h"
+
+namespace kelvane {
+namespace {
+
+constexpr int kBackspace = 8;
+constexpr int kControlEnter = 10;
+constexpr int kEnter = 13;
+constexpr int kControlBackspace = 127;
+constexpr float kWheelNotch = 120;  // angle units
+
+// Posted to itself by a canvas that was drawn on.
+const QEvent::Type kShowDrawn = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+MouseButton ToButton(Qt::MouseButton button) {
+  if (button == Qt::MiddleButton) return MouseButton::Middle;
+  return button == Qt::RightButton ? MouseButton::Right : MouseButton::Left;
+}
+
+bool IsOurButton(Qt::MouseButton button) {
+  return button == Qt::LeftButton || button == Qt::MiddleButton || button == Qt::RightButton;
+}
+
+Qt::MouseButton HeldButton(Qt::MouseButtons buttons) {
+  if (buttons & Qt::LeftButton) return Qt::LeftButton;
+  if (buttons & Qt::MiddleButton) return Qt::MiddleButton;
+  return buttons & Qt::RightButton ? Qt::RightButton : Qt::LeftButton;
+}
+
+}  // namespace
+
+QtCanvas::QtCanvas(QWidget* parent) : QWidget(parent) {
+  setFocusPolicy(Qt::StrongFocus);
+  setMouseTracking(true);
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setAttribute(Qt::WA_InputMethodEnabled);
+  setAccessibleName(QStringLiteral("Page"));
+}
+
+int QtCanvas::PixelWidth() const {
+  return page_.Size().isEmpty() ? 0 : width();
+}
+int QtCanvas::PixelHeight() const {
+  return page_.Size().isEmpty() ? 0 : height();
+}
+
+QColor QtCanvas::DeskColour() const {
+  return palette().color(QPalette::Dark);
+}
+
+void QtCanvas::ResizeLayers() {
+  ratio_ = devicePixelRatioF();
+  const QSize pixels(static_cast<int>(std::lround(width() * ratio_)),
+                     static_cast<int>(std::lround(height() * ratio_)));
+  if (pixels == page_.Size()) return;
+  page_.Resize(pixels, DeskColour());
+  overlay_.Resize(pixels, Qt::transparent);
+}
+
+void QtCanvas::SetCoordinates(float left, float top, float width, float height) {
+  left_ = left;
+  top_ = top;
+  width_ = width;
+  height_ = height;
+}
+
+QPointF QtCanvas::ToDevice(Point point) const {
+  return {(point.x - left_) / width_ * width() * ratio_, (point.y - top_) / height_ * height() * ratio_};
+}
+
+std::span<const QPointF> QtCanvas::ToDevice(std::span<const Point> points) {
+  const double scaleX = width() * ratio_ / width_;
+  const double scaleY = height() * ratio_ / height_;
+  points_.clear();
+  for (const Point& point : points) {
+    points_.emplace_back((point.x - left_) * scaleX, (point.y - top_) * scaleY);
+  }
+  return points_;
+}
+
+void QtCanvas::SelectLayer(Layer layer) {
+  layer_ = layer == Layer::Page ? &page_ : &overlay_;
+}
+
+void QtCanvas::Clear() {
+  layer_->Clear(DeskColour());
+  Drawn();
+}
+
+void QtCanvas::FillBox(float left, float top, float right, float bottom, ColourValue colour) {
+  const QColor fill(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
+  layer_->FillBox(QRectF(ToDevice(Point{left, top}), ToDevice(Point{right, bottom})), fill);
+  Drawn();
+}
+
+void QtCanvas::DrawLine(Point from, Point to, const Pen& pen) {
+  layer_->DrawLine(ToDevice(from), ToDevice(to), pen.colour, pen.width * ratio_, ratio_);
+  Drawn();
+}
+
+void QtCanvas::DrawPolyline(std::span<const Point> points, const Pen& pen) {
+  layer_->DrawPolyline(ToDevice(points), pen.colour, pen.width * ratio_);
+  Drawn();
+}
+
+void QtCanvas::FillPolygon(std::span<const Point> points, ColourValue colour) {
+  layer_->FillPolygon(ToDevice(points), colour);
+  Drawn();
+}
+
+void QtCanvas::DrawCircle(Point centre, float radius, const Pen& pen) {
+  layer_->DrawCircle(ToDevice(centre), radius / width_ * width() * ratio_, pen.colour, pen.width * ratio_);
+  Drawn();
+}
+
+void QtCanvas::DrawText(const ScreenFace& face, float em, std::string_view codes,
+                        std::span<const Point> origins, ColourValue colour) {
+  layer_->DrawText(face, em * ratio_, codes, ToDevice(origins), colour);
+  Drawn();
+}
+
+void QtCanvas::SetPointerArrow() {
+  setCursor(Qt::ArrowCursor);
+}
+
+bool QtCanvas::SetPointerIcon(const std::string& path) {
+  const QCursor* pointer = PointerFromFile(path);
+  setCursor(pointer != nullptr ? *pointer : QCursor(Qt::ArrowCursor));
+  return pointer != nullptr;
+}
+
+void QtCanvas::Focus() {
+  setFocus(Qt::OtherFocusReason);
+}
+
+void QtCanvas::Drawn() {
+  if (showPending_) return;
+  showPending_ = true;
+  QCoreApplication::postEvent(this, new QEvent(kShowDrawn), Qt::HighEventPriority);
+}
+
+void QtCanvas::ShowDrawn() {
+  showPending_ = false;
+  const QRect dirty = page_.TakeDirty() | overlay_.TakeDirty();
+  if (dirty.isEmpty()) return;
+  const int left = static_cast<int>(std::floor(dirty.left() / ratio_));
+  const int top = static_cast<int>(std::floor(dirty.top() / ratio_));
+  const int right = static_cast<int>(std::ceil((dirty.right() + 1) / ratio_));
+  const int bottom = static_cast<int>(std::ceil((dirty.bottom() + 1) / ratio_));
+  update(left, top, right - left, bottom - top);
+}
+
+bool QtCanvas::event(QEvent* event) {
+  if (event->type() == kShowDrawn) {
+    ShowDrawn();
+    return true;
+  }
+  return QWidget::event(event);
+}
+
+void QtCanvas::paintEvent(QPaintEvent* event) {
+  if (devicePixelRatioF() != ratio_) {
+    ResizeLayers();
+    // The owner draws anew outside of this painting.
+    QMetaObject::invokeMethod(
+        this, [this] { RunHandler(OnLost); }, Qt::QueuedConnection);
+  }
+  const QImage& page = page_.Image();
+  const QImage& overlay = overlay_.Image();
+  QPainter painter(this);
+  // Device pixels, so that the images go to the screen pixel by pixel.
+  painter.scale(1 / ratio_, 1 / ratio_);
+  for (const QRect& exposed : event->region()) {
+    const QRectF device(exposed.x() * ratio_, exposed.y() * ratio_, exposed.width() * ratio_,
+                        exposed.height() * ratio_);
+    const QRect area = device.toAlignedRect() & page.rect();
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(area.topLeft(), page, area);
+    const QRect marked = area & overlay_.Inked();
+    if (marked.isEmpty()) continue;
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.drawImage(marked.topLeft(), overlay, marked);
+  }
+}
+
+void QtCanvas::resizeEvent(QResizeEvent*) {
+  ResizeLayers();
+}
+
+// A widget that is not shown yet gets its resize event late, and what is drawn until then must stay.
+void QtCanvas::SetPlace(const Place& place) {
+  setGeometry(place.left, place.top, place.width, place.height);
+  ResizeLayers();
+}
+
+void QtCanvas::SendKey(int code) {
+  if (OnKeyPress) RunHandler([this, code] { OnKeyPress(code); });
+}
+
+void QtCanvas::keyPressEvent(QKeyEvent* event) {
+  const bool control = event->modifiers() & Qt::ControlModifier;
+  switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      SendKey(control ? kControlEnter : kEnter);
+      return;
+    case Qt::Key_Backspace:
+      SendKey(control ? kControlBackspace : kBackspace);
+      return;
+    case Qt::Key_Delete:
+      event->ignore();
+      return;
+    default:
+      break;
+  }
+  const QString text = event->text();
+  const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+  const auto code = text.size() == 1 && !command ? CodeOfTyped(text[0].unicode()) : std::nullopt;
+  if (!code) {
+    QWidget::keyPressEvent(event);
+    return;
+  }
+  SendKey(*code);
+}
+
+void QtCanvas::inputMethodEvent(QInputMethodEvent* event) {
+  for (const QChar character : event->commitString()) {
+    if (const auto code = CodeOfTyped(character.unicode())) SendKey(*code);
+  }
+  event->accept();
+}
+
+QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
+  if (query == Qt::ImEnabled) return true;
+  return QWidget::inputMethodQuery(query);
+}
+
+MouseEvent QtCanvas::ToMouseEvent(QPointF position, Qt::MouseButton button) const {
+  MouseEvent mouse;
+  mouse.button = ToButton(button);
+  mouse.x = static_cast<float>(left_ + position.x() / std::max(width(), 1) * width_);
+  mouse.y = static_cast<float>(top_ + position.y() / std::max(height(), 1) * height_);
+  mouse.pixelX = static_cast<float>(position.x());
+  mouse.pixelY = static_cast<float>(position.y());
+  return mouse;
+}
+
+void QtCanvas::mousePressEvent(QMouseEvent* event) {
+  if (!OnMouseDown || !IsOurButton(event->button())) return;
+  const MouseEvent mouse = ToMouseEvent(event->position(), event->button());
+  RunHandler([this, &mouse] { OnMouseDown(mouse); });
+}
+
+void QtCanvas::mouseMoveEvent(QMouseEvent* event) {
+  if (!OnMouseMove) return;
+  const MouseEvent mouse = ToMouseEvent(event->position(), HeldButton(event->buttons()));
+  RunHandler([this, &mouse] { OnMouseMove(mouse); });
+}
+
+void QtCanvas::mouseReleaseEvent(QMouseEvent* event) {
+  if (!OnMouseUp || !IsOurButton(event->button())) return;
+  const MouseEvent mouse = ToMouseEvent(event->position(), event->button());
+  RunHandler([this, &mouse] { OnMouseUp(mouse); });
+}
+
+void QtCanvas::leaveEvent(QEvent*) {
+  RunHandler(OnMouseLeave);
+}
+
+void QtCanvas::wheelEvent(QWheelEvent* event) {
+  if (!OnWheel) return;
+  WheelEvent wheel;
+  wheel.steps = static_cast<float>(event->angleDelta().y()) / kWheelNotch;
+  wheel.sideSteps = static_cast<float>(event->angleDelta().x()) / kWheelNotch;
+  wheel.shift = event->modifiers() & Qt::ShiftModifier;
+  wheel.control = event->modifiers() & Qt::ControlModifier;
+  wheel.pixelX = static_cast<float>(event->position().x());
+  wheel.pixelY = static_cast<float>(event->position().y());
+  RunHandler([this, &wheel] { OnWheel(wheel); });
+  event->accept();
+}
+
+}  // namespace kelvane

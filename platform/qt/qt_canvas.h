@@ -1,0 +1,78 @@
+#pragma once
+
+// The drawing canvas as a widget: two layers, logical coordinates, keys and mouse.
+
+#include <QWidget>
+#include <string>
+#include <vector>
+
+#include "platform/controls.h"
+#include "platform/qt/qt_layer.h"
+
+namespace kelvane {
+
+class QtCanvas final : public QWidget, public Canvas {
+ public:
+  explicit QtCanvas(QWidget* parent);
+
+  int PixelWidth() const override;
+  int PixelHeight() const override;
+  void SetCoordinates(float left, float top, float width, float height) override;
+  void SelectLayer(Layer layer) override;
+  void Clear() override;
+  void FillBox(float left, float top, float right, float bottom, ColourValue colour) override;
+  void DrawLine(Point from, Point to, const Pen& pen) override;
+  void DrawPolyline(std::span<const Point> points, const Pen& pen) override;
+  void FillPolygon(std::span<const Point> points, ColourValue colour) override;
+  void DrawCircle(Point centre, float radius, const Pen& pen) override;
+  void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
+                ColourValue colour) override;
+  void SetPointerArrow() override;
+  bool SetPointerIcon(const std::string& path) override;
+  void Focus() override;
+
+  // Takes effect at once, shown or not.
+  void SetPlace(const Place& place);
+  // Set by the window: the drawing was lost because the screen's pixel ratio changed and is to be redone.
+  std::function<void()> OnLost;
+
+ protected:
+  bool event(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  QColor DeskColour() const;
+  void ResizeLayers();
+  QPointF ToDevice(Point point) const;
+  std::span<const QPointF> ToDevice(std::span<const Point> points);
+  MouseEvent ToMouseEvent(QPointF position, Qt::MouseButton button) const;
+  void SendKey(int code);
+  // Has what was drawn shown at the next pass of the event loop.
+  void Drawn();
+  void ShowDrawn();
+
+  QtLayer page_{true};
+  QtLayer overlay_{false};
+  QtLayer* layer_ = &page_;
+  double ratio_ = 1;  // device pixels per logical pixel
+  bool showPending_ = false;
+
+  // The logical rectangle of SetCoordinates.
+  double left_ = 0;
+  double top_ = 0;
+  double width_ = 1;
+  double height_ = 1;
+
+  std::vector<QPointF> points_;  // reused from call to call
+};
+
+}  // namespace kelvane

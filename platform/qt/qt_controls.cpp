@@ -1,0 +1,159 @@
+#include "platform/qt/qt_controls.h"
+
+#include <QFontDatabase>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QToolTip>
+#include <QValidator>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/handlers.h"
+#include "platform/qt/qt_icons.h"
+#include "platform/qt/qt_text.h"
+
+namespace kelvane {
+namespace {
+
+// A run has no bound of its own; Qt's own bound of 32,767 would cut a long one.
+constexpr int kLongestText = 1 << 24;
+// Positions of a scroll bar over its whole range.
+constexpr float kScrollSteps = 100000;
+
+bool EntersNoRun(char16_t character) {
+  return character == u'\0' || character == u'\n' || character == u'\r';
+}
+
+// Refuses an edit that brings a character without a code, before it changes the text or the undo history of
+// the box. Characters that have a code are put in the form in which the box shows them.
+class RunValidator final : public QValidator {
+ public:
+  using QValidator::QValidator;
+  State validate(QString& text, int&) const override {
+    QString shown = text;
+    for (QChar& character : shown) {
+      if (EntersNoRun(character.unicode()) || character == QChar::LineSeparator ||
+          character == QChar::ParagraphSeparator) {
+        character = u' ';
+      }
+      const auto code = CodeOfVisible(character.unicode());
+      if (!code || EntersNoRun(*code)) return Invalid;
+      character = VisibleText(std::string(1, static_cast<char>(*code)))[0];
+    }
+    text = shown;
+    return Acceptable;
+  }
+};
+
+class BoxEdit final : public QLineEdit {
+ public:
+  using QLineEdit::QLineEdit;
+  TextBox* Box = nullptr;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+      RunHandler(Box->OnEnter);
+    } else if (event->key() == Qt::Key_Escape) {
+      RunHandler(Box->OnEscape);
+    } else {
+      QLineEdit::keyPressEvent(event);
+    }
+  }
+};
+
+QFont FixedPitchFont() {
+  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  font.setFamilies(QStringList{QStringLiteral("Letter Gothic")} + font.families());
+  font.setStyleHint(QFont::Monospace);
+  return font;
+}
+
+}  // namespace
+
+QtLabel::QtLabel(QWidget* parent, const std::string& text) : QtControl(new QLabel(parent)) {
+  widget_->setTextFormat(Qt::PlainText);
+  SetText(text);
+}
+
+void QtLabel::SetText(const std::string& text) {
+  text_ = text;
+  widget_->setText(PlainText(text));
+}
+
+void QtLabel::Repaint() {
+  widget_->repaint();
+}
+
+QtButton::QtButton(QWidget* parent, const std::string& caption, const IconDrawing& icon,
+                   const std::string& toolTip)
+    : QtControl(icon.empty() ? static_cast<QPushButton*>(new ModeButton(parent))
+                             : new IconButton(parent, icon)) {
+  widget_->setText(PlainText(caption));
+  widget_->setAccessibleName(PlainText(caption).remove(u'&'));
+  widget_->setToolTip(PlainText(toolTip).toHtmlEscaped());
+  QObject::connect(widget_, &QPushButton::clicked, widget_, [this] { RunHandler(OnClick); });
+}
+
+void QtButton::SetDown(bool down) {
+  widget_->setCheckable(true);
+  widget_->setChecked(down);
+}
+
+QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, bool fixedPitch)
+    : QtControl(new BoxEdit(parent)) {
+  static_cast<BoxEdit*>(widget_)->Box = this;
+  widget_->setAccessibleName(PlainText(accessibleName));
+  widget_->setToolTip(PlainText(accessibleName).toHtmlEscaped());
+  widget_->setMaxLength(kLongestText);
+  if (fixedPitch) widget_->setFont(FixedPitchFont());
+  widget_->setValidator(new RunValidator(widget_));
+  QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { RunHandler(OnChange); });
+  QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] {
+    QToolTip::showText(widget_->mapToGlobal(QPoint(0, widget_->height())),
+                       QStringLiteral("There is no code for this character, so it was not entered."),
+                       widget_);
+  });
+}
+
+void QtTextBox::SetText(const std::string& text) {
+  std::string run = text;
+  std::replace_if(
+      run.begin(), run.end(), [](char byte) { return EntersNoRun(static_cast<unsigned char>(byte)); }, ' ');
+  widget_->setText(VisibleText(run));
+}
+
+std::string QtTextBox::Text() const {
+  return RunOfVisible(widget_->text());
+}
+void QtTextBox::Focus() {
+  widget_->setFocus(Qt::OtherFocusReason);
+}
+void QtTextBox::SelectAll() {
+  widget_->selectAll();
+}
+
+QtScrollBar::QtScrollBar(QWidget* parent, bool horizontal)
+    : QtControl(new QScrollBar(horizontal ? Qt::Horizontal : Qt::Vertical, parent)) {
+  widget_->setAccessibleName(horizontal ? QStringLiteral("Scroll sideways") : QStringLiteral("Scroll"));
+  QObject::connect(widget_, &QScrollBar::valueChanged, widget_, [this](int step) {
+    if (!OnScroll) return;
+    const float value = least_ + static_cast<float>(step) * valuePerStep_;
+    RunHandler([this, value] { OnScroll(value); });
+  });
+}
+
+void QtScrollBar::SetRange(float least, float most, float page, float value) {
+  const QSignalBlocker silent(widget_);
+  const float whole = std::max(most - least, page);
+  if (!(whole > 0)) return;
+  least_ = least;
+  valuePerStep_ = whole / kScrollSteps;
+  const auto steps = [this](float size) { return static_cast<int>(std::lround(size / valuePerStep_)); };
+  widget_->setRange(0, steps(whole - page));
+  widget_->setPageStep(std::max(steps(page), 1));
+  widget_->setSingleStep(std::max(steps(page / 10), 1));
+  widget_->setValue(steps(std::clamp(value - least, 0.0F, whole)));
+}
+
+}  // namespace kelvane

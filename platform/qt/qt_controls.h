@@ -1,0 +1,75 @@
+#pragma once
+
+// Labels, buttons, text boxes and scroll bars of a window. Each owns nothing but its words; the widget
+// belongs to the window's frame and lives as long.
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <string>
+
+#include "platform/controls.h"
+
+namespace kelvane {
+
+// What all controls have, over the widget of one.
+template <class Interface, class Widget>
+class QtControl : public Interface {
+ public:
+  QtControl() = default;
+  QtControl(const QtControl&) = delete;
+  QtControl& operator=(const QtControl&) = delete;
+
+  void SetPlace(const Place& place) override {
+    widget_->setGeometry(place.left, place.top, place.width, place.height);
+  }
+  Place GetPlace() const override {
+    return {widget_->x(), widget_->y(), widget_->width(), widget_->height()};
+  }
+  void SetEnabled(bool enabled) override { widget_->setEnabled(enabled); }
+  Widget* GetWidget() const { return widget_; }
+
+ protected:
+  explicit QtControl(Widget* widget) : widget_(widget) {}
+  Widget* widget_;
+};
+
+class QtLabel final : public QtControl<Label, QLabel> {
+ public:
+  QtLabel(QWidget* parent, const std::string& text);
+  void SetText(const std::string& text) override;
+  std::string Text() const override { return text_; }
+  void Repaint() override;
+
+ private:
+  std::string text_;
+};
+
+class QtButton final : public QtControl<Button, QPushButton> {
+ public:
+  QtButton(QWidget* parent, const std::string& caption, const IconDrawing& icon, const std::string& toolTip);
+  void SetDown(bool down) override;
+};
+
+class QtTextBox final : public QtControl<TextBox, QLineEdit> {
+ public:
+  QtTextBox(QWidget* parent, const std::string& accessibleName, bool fixedPitch);
+  void SetText(const std::string& text) override;
+  std::string Text() const override;
+  void Focus() override;
+  void SelectAll() override;
+};
+
+class QtScrollBar final : public QtControl<ScrollBar, QScrollBar> {
+ public:
+  QtScrollBar(QWidget* parent, bool horizontal);
+  void SetRange(float least, float most, float page, float value) override;
+
+ private:
+  float least_ = 0;
+  float valuePerStep_ = 1;
+};
+
+}  // namespace kelvane

@@ -1,0 +1,75 @@
+#include "platform/qt/qt_dialogs.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QMessageBox>
+
+#include "platform/files.h"
+#include "platform/qt/qt_text.h"
+
+namespace kelvane {
+namespace {
+
+const QString kTitle = QStringLiteral("Kelvane");
+
+// "caption|pattern|caption|pattern" as Qt's list of filters.
+QStringList NameFilters(const std::string& filter) {
+  const QStringList parts = PlainText(filter).split(u'|');
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+    const QString patterns = QString(parts[i + 1]).replace(u';', u' ');
+    // Brackets in the caption would be taken for the patterns.
+    const QString caption = parts[i].section(u'(', 0, 0).trimmed();
+    filters +=
+        QStringLiteral("%1 (%2)").arg(caption == patterns ? QStringLiteral("Pages") : caption, patterns);
+  }
+  return filters;
+}
+
+}  // namespace
+
+void QtDialogs::Message(const std::string& text) {
+  QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Ok,
+                  QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
+
+bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
+  QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
+                  QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(yesIsDefault ? QMessageBox::Yes : QMessageBox::No);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
+std::string QtDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
+                                    const std::string& folder) {
+  return Choose(false, title, filter, folder);
+}
+
+std::string QtDialogs::ChooseToSave(const std::string& title, const std::string& filter,
+                                    const std::string& folder) {
+  return Choose(true, title, filter, folder);
+}
+
+std::string QtDialogs::Choose(bool save, const std::string& title, const std::string& filter,
+                              const std::string& folder) {
+  QFileDialog dialog(QApplication::activeWindow(), PlainText(title));
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setNameFilters(NameFilters(filter));
+  if (!folder.empty()) dialog.setDirectory(QFile::decodeName(MachinePath(folder).c_str()));
+  while (dialog.exec() == QDialog::Accepted) {
+    const QString chosen = dialog.selectedFiles().value(0);
+    // A backslash separates folders wherever the program keeps a path.
+    if (!chosen.contains(u'\\')) return BackslashPath(QFile::encodeName(chosen).toStdString());
+    Message("The name of a paper and of its folders cannot contain a backslash: " + chosen.toStdString());
+  }
+  return {};
+}
+
+}  // namespace kelvane

@@ -1,0 +1,185 @@
+#include "platform/qt/qt_fonts.h"
+
+#include <QFile>
+#include <QFont>
+#include <QTransform>
+#include <cmath>
+#include <deque>
+#include <iterator>
+
+#include "platform/qt/qt_text.h"
+
+namespace kelvane {
+namespace {
+
+// What stands for a family of the typeface table. The files are the ones Ghostscript prints with; where they
+// are not installed, the font system finds the nearest of the named families.
+struct Family {
+  const char* name;
+  const char* files[4];  // plain, bold, italic, bold italic
+  const char* substitutes[3];
+  QFont::StyleHint hint;
+};
+
+constexpr const char* kFontFolder = "/usr/share/fonts/opentype/urw-base35/";
+
+constexpr Family kFamilies[] = {
+    {"Times New Roman",
+     {"NimbusRoman-Regular.otf", "NimbusRoman-Bold.otf", "NimbusRoman-Italic.otf",
+      "NimbusRoman-BoldItalic.otf"},
+     {"Nimbus Roman", "Times New Roman", "Liberation Serif"},
+     QFont::Serif},
+    {"Arial",
+     {"NimbusSans-Regular.otf", "NimbusSans-Bold.otf", "NimbusSans-Italic.otf", "NimbusSans-BoldItalic.otf"},
+     {"Nimbus Sans", "Arial", "Liberation Sans"},
+     QFont::SansSerif},
+    {"Courier New",
+     {"NimbusMonoPS-Regular.otf", "NimbusMonoPS-Bold.otf", "NimbusMonoPS-Italic.otf",
+      "NimbusMonoPS-BoldItalic.otf"},
+     {"Nimbus Mono PS", "Courier New", "Liberation Mono"},
+     QFont::TypeWriter},
+    {"Symbol",
+     {"StandardSymbolsPS.otf", "StandardSymbolsPS.otf", "StandardSymbolsPS.otf", "StandardSymbolsPS.otf"},
+     {"Standard Symbols PS", "Symbol", "DejaVu Sans"},
+     QFont::AnyStyle},
+    {"Script",
+     {"Z003-MediumItalic.otf", "Z003-MediumItalic.otf", "Z003-MediumItalic.otf", "Z003-MediumItalic.otf"},
+     {"Z003", "URW Chancery L", "Zapf Chancery"},
+     QFont::Cursive},
+};
+
+// Sizes kept for one face. A page uses a handful; zooming goes through many.
+constexpr std::size_t kMostSizes = 48;
+
+const Family& FamilyNamed(std::string_view name) {
+  for (const Family& family : kFamilies) {
+    if (name == family.name) return family;
+  }
+  return kFamilies[0];
+}
+
+QRawFont InstalledFont(const Family& family, const ScreenFace& face, bool italic) {
+  QFont font(QStringList(std::begin(family.substitutes), std::end(family.substitutes)));
+  font.setStyleHint(family.hint);
+  font.setBold(face.bold);
+  font.setItalic(italic);
+  font.setPixelSize(static_cast<int>(QtFace::kOutlineEm));
+  font.setHintingPreference(QFont::PreferNoHinting);
+  font.setStyleStrategy(QFont::NoFontMerging);
+  return QRawFont::fromFont(font);
+}
+
+QRawFont LoadFont(const Family& family, const ScreenFace& face, bool italic) {
+  const int style = (face.bold ? 1 : 0) + (italic ? 2 : 0);
+  const QString path = QLatin1String(kFontFolder) + QLatin1String(family.files[style]);
+  if (QFile::exists(path)) {
+    QRawFont font(path, QtFace::kOutlineEm, QFont::PreferNoHinting);
+    if (font.isValid()) return font;
+  }
+  return InstalledFont(family, face, italic);
+}
+
+quint32 GlyphOf(const QRawFont& font, char16_t character) {
+  const QChar text(character);
+  quint32 glyph = 0;
+  int count = 1;
+  if (!font.glyphIndexesForChars(&text, 1, &glyph, &count) || count != 1) return 0;
+  return glyph;
+}
+
+// Characters that fonts file under either of two code points.
+char16_t Twin(char16_t character) {
+  switch (character) {
+    case 0x0394:
+      return 0x2206;
+    case 0x03A9:
+      return 0x2126;
+    case 0x03BC:
+      return 0x00B5;
+    case 0x03C6:
+      return 0x03D5;
+    case 0x03D5:
+      return 0x03C6;
+    case 0x2044:
+      return 0x2215;
+    case 0x22C5:
+      return 0x00B7;
+    case 0x23AF:
+      return 0x2500;
+    case 0x23D0:
+      return 0x2502;
+    default:
+      return character;
+  }
+}
+
+}  // namespace
+
+QtFace::QtFace(const ScreenFace& face) {
+  const Family& family = FamilyNamed(face.family);
+  const bool symbol = face.family == "Symbol";
+  slanted_ = symbol && face.italic;
+  base_ = LoadFont(family, face, face.italic && !symbol);
+  LoadGlyphs(symbol);
+}
+
+void QtFace::LoadGlyphs(bool symbol) {
+  // Symbol fonts come in two kinds: with Unicode code points, or with the codes of the encoding in their
+  // place, plain or moved to the private area at F000. A Greek letter tells which one this is.
+  const bool unicode = !symbol || GlyphOf(base_, 0x03B1) != 0;
+  for (unsigned code = 32; code < 224; ++code) {
+    const auto byte = static_cast<unsigned char>(code);
+    const char16_t character = symbol ? UnicodeOfSymbol(byte) : UnicodeOfText(byte);
+    if (character == 0) continue;
+    quint32& glyph = glyphs_[code];
+    glyph = GlyphOf(base_, unicode ? character : static_cast<char16_t>(code));
+    if (glyph != 0) continue;
+    glyph = GlyphOf(base_, unicode ? Twin(character) : static_cast<char16_t>(0xF000 + code));
+  }
+}
+
+const QRawFont& QtFace::At(double em) {
+  const int size = static_cast<int>(std::lround(em * 64));
+  if (size == lastSize_) return *last_;
+  auto found = sizes_.find(size);
+  if (found == sizes_.end()) {
+    if (sizes_.size() >= kMostSizes) sizes_.clear();
+    QRawFont font = base_;
+    font.setPixelSize(size / 64.0);
+    found = sizes_.emplace(size, font).first;
+  }
+  lastSize_ = size;
+  last_ = &found->second;
+  return *last_;
+}
+
+const QPainterPath& QtFace::Outline(unsigned char code) {
+  if (outlines_.empty()) outlines_.resize(256);
+  CachedOutline& outline = outlines_[code];
+  if (!outline.made) {
+    outline.made = true;
+    outline.path = base_.pathForGlyph(glyphs_[code]);
+    if (slanted_) outline.path = QTransform(1, 0, -kSlant, 1, 0, 0).map(outline.path);
+    outline.path.setFillRule(Qt::WindingFill);
+  }
+  return outline.path;
+}
+
+QtFace& FaceFor(const ScreenFace& face) {
+  struct Loaded {
+    std::string family;
+    bool bold;
+    bool italic;
+    QtFace face;
+  };
+  // Never destroyed: at exit the font system would be gone before them.
+  static std::deque<Loaded>& faces = *new std::deque<Loaded>;
+  for (Loaded& loaded : faces) {
+    if (loaded.bold == face.bold && loaded.italic == face.italic && loaded.family == face.family) {
+      return loaded.face;
+    }
+  }
+  return faces.emplace_back(Loaded{std::string(face.family), face.bold, face.italic, QtFace(face)}).face;
+}
+
+}  // namespace kelvane

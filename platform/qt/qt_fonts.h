@@ -1,0 +1,54 @@
+#pragma once
+
+// The outlines of the screen's typefaces: for each code the glyph of one font, never a substitute from
+// another, with no hinting, so that the screen shows the very shapes that are printed.
+
+#include <QPainterPath>
+#include <QRawFont>
+#include <array>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/canvas.h"
+
+namespace kelvane {
+
+// Slope of a face that has no italic of its own. The printed Symbol-Italic leans by the same 12 degrees.
+inline constexpr double kSlant = 0.2125565617;
+
+// One face, loaded when it is first asked for.
+class QtFace {
+ public:
+  explicit QtFace(const ScreenFace& face);
+
+  bool Slanted() const { return slanted_; }
+  // The glyph of a code; 0 where the face has none and nothing is drawn.
+  quint32 Glyph(unsigned char code) const { return glyphs_[code]; }
+  // The font at an em in device pixels, rounded to 1/64. Valid until the next call.
+  const QRawFont& At(double em);
+  // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
+  const QPainterPath& Outline(unsigned char code);
+  static constexpr double kOutlineEm = 1000;
+
+ private:
+  struct CachedOutline {
+    bool made = false;
+    QPainterPath path;
+  };
+
+  void LoadGlyphs(bool symbol);
+
+  QRawFont base_;
+  bool slanted_ = false;
+  std::array<quint32, 256> glyphs_{};
+  std::unordered_map<int, QRawFont> sizes_;  // by em in 1/64 pixel
+  int lastSize_ = -1;
+  const QRawFont* last_ = nullptr;
+  std::vector<CachedOutline> outlines_;  // by code, empty until one is asked for
+};
+
+// The face by its name and style; the reference stays valid.
+QtFace& FaceFor(const ScreenFace& face);
+
+}  // namespace kelvane

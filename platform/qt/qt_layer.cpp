@@ -1,0 +1,236 @@
+#include "platform/qt/qt_layer.h"
+
+#include <QPen>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/qt/qt_fonts.h"
+
+namespace kelvane {
+namespace {
+
+// Between these ems, in device pixels, characters come from the painter's cache of glyph images. Above, the
+// painter would fill the glyph anew each time and is slow at it; below, no font has an image worth keeping.
+constexpr double kLargestCachedEm = 64;
+constexpr double kSmallestCachedEm = 2;
+// How far ink may lie from a character's origin, in ems.
+constexpr double kGlyphReach = 1.5;
+// Joining a path costs more than linearly, so what is held back stays short.
+constexpr qsizetype kMostHeldPoints = 256;
+
+QColor ToQColor(ColourValue colour) {
+  return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
+}
+
+}  // namespace
+
+QtLayer::~QtLayer() {
+  if (painter_.isActive()) painter_.end();
+}
+
+void QtLayer::Resize(QSize size, const QColor& background) {
+  if (painter_.isActive()) painter_.end();
+  held_.clear();
+  image_ = QImage(size, opaque_ ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
+  if (!image_.isNull()) image_.fill(opaque_ ? background : QColor(Qt::transparent));
+  inked_ = QRect();
+  dirty_ = image_.rect();
+}
+
+const QImage& QtLayer::Image() {
+  DrawHeldLine();
+  if (painter_.isActive()) painter_.end();
+  return image_;
+}
+
+QRect QtLayer::TakeDirty() {
+  DrawHeldLine();
+  return std::exchange(dirty_, QRect());
+}
+
+QPainter& QtLayer::Painter() {
+  if (!painter_.isActive()) {
+    painter_.begin(&image_);
+    painter_.setRenderHint(QPainter::Antialiasing);
+    penWidth_ = -1;
+  }
+  return painter_;
+}
+
+void QtLayer::Clear(const QColor& background) {
+  held_.clear();
+  if (image_.isNull()) return;
+  if (opaque_) {
+    if (painter_.isActive()) painter_.end();
+    image_.fill(background);
+    dirty_ = image_.rect();
+  } else if (!inked_.isEmpty()) {
+    QPainter& painter = Painter();
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(inked_, Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    dirty_ |= inked_;
+  }
+  inked_ = QRect();
+}
+
+bool QtLayer::Touch(double left, double top, double right, double bottom) {
+  // Written so that a value which is no number touches nothing.
+  if (!(left < image_.width() && right > 0 && top < image_.height() && bottom > 0)) return false;
+  const int x0 = static_cast<int>(std::floor(std::max(left, 0.0)));
+  const int y0 = static_cast<int>(std::floor(std::max(top, 0.0)));
+  const int x1 = static_cast<int>(std::ceil(std::min<double>(right, image_.width())));
+  const int y1 = static_cast<int>(std::ceil(std::min<double>(bottom, image_.height())));
+  const QRect touched(x0, y0, x1 - x0, y1 - y0);
+  inked_ |= touched;
+  dirty_ |= touched;
+  return true;
+}
+
+bool QtLayer::Touch(std::span<const QPointF> points, double margin) {
+  if (points.empty()) return false;
+  double left = points[0].x(), right = left, top = points[0].y(), bottom = top;
+  for (const QPointF& point : points) {
+    if (!std::isfinite(point.x()) || !std::isfinite(point.y())) return false;
+    left = std::min(left, point.x());
+    right = std::max(right, point.x());
+    top = std::min(top, point.y());
+    bottom = std::max(bottom, point.y());
+  }
+  return Touch(left - margin, top - margin, right + margin, bottom + margin);
+}
+
+void QtLayer::UsePen(ColourValue colour, double width) {
+  QPainter& painter = Painter();
+  if (penColour_ == colour && penWidth_ == width) return;
+  painter.setPen(QPen(ToQColor(colour), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  penColour_ = colour;
+  penWidth_ = width;
+}
+
+void QtLayer::FillBox(QRectF box, const QColor& colour) {
+  DrawHeldLine();
+  box = box.normalized();
+  const double left = std::round(box.left());
+  const double top = std::round(box.top());
+  const double right = std::max(std::round(box.right()), left + 1);
+  const double bottom = std::max(std::round(box.bottom()), top + 1);
+  if (!Touch(left, top, right, bottom)) return;
+  const QRectF whole(QPointF(left, top), QPointF(right, bottom));
+  Painter().fillRect(whole.intersected(QRectF(image_.rect())).toRect(), colour);
+}
+
+void QtLayer::DrawLine(QPointF from, QPointF to, ColourValue colour, double width, double hairline) {
+  const bool upright = from.x() == to.x();
+  if (width > hairline || upright == (from.y() == to.y())) {
+    const QPointF points[] = {from, to};
+    DrawPolyline(points, colour, width);
+    return;
+  }
+  const double thick = std::max(std::round(width), 1.0);
+  const QPointF least(std::min(from.x(), to.x()), std::min(from.y(), to.y()));
+  const QPointF most(std::max(from.x(), to.x()), std::max(from.y(), to.y()));
+  // The whole pixels that the line covers most of.
+  const double across = std::round((upright ? from.x() : from.y()) - thick / 2);
+  const QRectF box = upright ? QRectF(QPointF(across, least.y()), QPointF(across + thick, most.y()))
+                             : QRectF(QPointF(least.x(), across), QPointF(most.x(), across + thick));
+  FillBox(box, ToQColor(colour));
+}
+
+void QtLayer::DrawPolyline(std::span<const QPointF> points, ColourValue colour, double width) {
+  if (points.empty()) return;
+  const bool continues =
+      !held_.isEmpty() && colour == heldColour_ && width == heldWidth_ && held_.last() == points[0];
+  if (!continues) DrawHeldLine();
+  if (!Touch(points, width / 2 + 1)) return;
+  heldColour_ = colour;
+  heldWidth_ = width;
+  for (const QPointF& point : points) {
+    // A point on top of the last one would leave the stroke without a direction.
+    if (!held_.isEmpty() && held_.last() == point) continue;
+    if (held_.size() == kMostHeldPoints) {
+      const QPointF end = held_.last();
+      DrawHeldLine();
+      held_.append(end);
+    }
+    held_.append(point);
+  }
+}
+
+void QtLayer::DrawHeldLine() {
+  if (held_.isEmpty()) return;
+  UsePen(heldColour_, heldWidth_);
+  if (held_.size() == 1) {
+    painter_.drawPoint(held_[0]);
+  } else {
+    painter_.drawPolyline(held_.constData(), static_cast<int>(held_.size()));
+  }
+  held_.clear();
+}
+
+void QtLayer::FillPolygon(std::span<const QPointF> points, ColourValue colour) {
+  DrawHeldLine();
+  if (points.size() < 3 || !Touch(points, 1)) return;
+  QPainter& painter = Painter();
+  painter.setPen(Qt::NoPen);
+  penWidth_ = -1;
+  painter.setBrush(ToQColor(colour));
+  painter.drawPolygon(points.data(), static_cast<int>(points.size()), Qt::WindingFill);
+  painter.setBrush(Qt::NoBrush);
+}
+
+void QtLayer::DrawCircle(QPointF centre, double radius, ColourValue colour, double width) {
+  DrawHeldLine();
+  const QPointF points[] = {centre};
+  radius = std::abs(radius);
+  if (!std::isfinite(radius) || !Touch(points, radius + width / 2 + 1)) return;
+  UsePen(colour, width);
+  painter_.drawEllipse(centre, radius, radius);
+}
+
+void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes,
+                       std::span<const QPointF> origins, ColourValue colour) {
+  DrawHeldLine();
+  if (!(em > 0) || !std::isfinite(em) || !Touch(origins, em * kGlyphReach)) return;
+  QtFace& font = FaceFor(face);
+  if (em > kLargestCachedEm || em < kSmallestCachedEm) {
+    DrawOutlines(font, em, codes, origins, colour);
+    return;
+  }
+  glyphs_.resize(0);
+  positions_.resize(0);
+  const double slope = font.Slanted() ? kSlant : 0;
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    const quint32 glyph = font.Glyph(static_cast<unsigned char>(codes[i]));
+    if (glyph == 0) continue;
+    glyphs_.append(glyph);
+    // The shear of a slanted face moves positions as well; this takes it back.
+    positions_.append(QPointF(origins[i].x() + slope * origins[i].y(), origins[i].y()));
+  }
+  if (glyphs_.isEmpty()) return;
+  UsePen(colour, 1);
+  run_.setRawFont(font.At(em));
+  run_.setRawData(glyphs_.constData(), positions_.constData(), static_cast<int>(glyphs_.size()));
+  if (font.Slanted()) painter_.setTransform(QTransform(1, 0, -kSlant, 1, 0, 0));
+  painter_.drawGlyphRun(QPointF(), run_);
+  if (font.Slanted()) painter_.resetTransform();
+}
+
+void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,
+                           ColourValue colour) {
+  QPainter& painter = Painter();
+  const QBrush brush(ToQColor(colour));
+  const double scale = em / QtFace::kOutlineEm;
+  const double reach = em * kGlyphReach;
+  const QRectF reached = QRectF(image_.rect()).adjusted(-reach, -reach, reach, reach);
+  for (std::size_t i = 0; i < codes.size(); ++i) {
+    const auto code = static_cast<unsigned char>(codes[i]);
+    if (face.Glyph(code) == 0 || !reached.contains(origins[i])) continue;
+    painter.setTransform(QTransform(scale, 0, 0, scale, origins[i].x(), origins[i].y()));
+    painter.fillPath(face.Outline(code), brush);
+  }
+  painter.resetTransform();
+}
+
+}  // namespace kelvane

@@ -1,0 +1,40 @@
+#pragma once
+
+// The toolkit: windows and timers made of Qt's. Made after QApplication, destroyed before it.
+
+#include <QTimer>
+#include <memory>
+#include <vector>
+
+#include "platform/controls.h"
+#include "platform/qt/qt_window.h"
+
+namespace kelvane {
+
+class QtTimer final : public Timer {
+ public:
+  QtTimer();
+  void Start(int milliseconds) override;
+  void Stop() override;
+
+ private:
+  QTimer timer_;
+};
+
+class QtToolkit final : public Toolkit {
+ public:
+  ~QtToolkit() override;
+  Window* NewWindow(bool main) override;
+  Timer* NewTimer() override;
+  void Quit() override;
+
+  // Ends the event loop when it is next idle, also one that is yet to begin. Asks nobody.
+  static void QuitLater();
+
+ private:
+  std::vector<std::unique_ptr<QtWindow>> windows_;
+  std::vector<std::unique_ptr<QtTimer>> timers_;
+  QtWindow* main_ = nullptr;
+};
+
+}  // namespace kelvane
