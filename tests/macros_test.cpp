@@ -1,0 +1,98 @@
+#include "macros/macros.h"
+
+#include <string>
+
+#include "editing/cursor.h"
+#include "editing/keyboard.h"
+#include "tests/support/program_test.h"
+
+namespace kelvane {
+namespace {
+
+class MacrosTest : public ProgramTest {
+ protected:
+  static std::string AllCaptions() {
+    std::string all;
+    for (int number = 0; number < kMacros; ++number) all += MacroCaption(number) + "|";
+    return all;
+  }
+};
+
+TEST_F(MacrosTest, ReadsAsManyLinesAsThereAre) {
+  ReadMacros();
+  EXPECT_EQ(AllCaptions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|");
+
+  files.contents[ProgramFolder + "QRX.MCR"] = "\"a b\" \r\n\r\n(c";
+  ReadMacros();
+  EXPECT_EQ(AllCaptions(), "\"a b\" ||(c|m3|m4|m5|m6|m7|m8|m9|");
+
+  std::string twelve;
+  for (int line = 0; line < 12; ++line) twelve += "t" + std::to_string(line) + "\r\n";
+  files.contents[ProgramFolder + "QRX.MCR"] = twelve;
+  ReadMacros();
+  EXPECT_EQ(AllCaptions(), "t0|t1|t2|t3|t4|t5|t6|t7|t8|t9|");
+}
+
+TEST_F(MacrosTest, KeepsTextsThroughTheFile) {
+  const std::string codes =
+      "\xF0"
+      "2\xF1(x) & \\ \"\xE4";
+  SetMacroCaption(0, codes);
+  SetMacroCaption(1, std::string("line\r\nend\0!", 10));
+  SetMacroCaption(9, "");
+  const std::string captions = AllCaptions();
+  WriteMacros();
+  EXPECT_EQ(files.contents.at(ProgramFolder + "QRX.MCR"),
+            codes + "\r\nline  end \r\nm2\r\nm3\r\nm4\r\nm5\r\nm6\r\nm7\r\nm8\r\n\r\n");
+  ResetMacros();
+  ReadMacros();
+  EXPECT_EQ(AllCaptions(), captions);
+}
+
+TEST_F(MacrosTest, ShowsTheTextItselfInTheMenuAndKeepsItWithoutOne) {
+  SetMacroCaption(3, "a & b");
+  const auto* entry = static_cast<FakeMenuEntry*>(MacroMenu[3]);
+  EXPECT_EQ(entry->caption, "a & b");
+  EXPECT_TRUE(entry->literal);
+  MacroMenu[3] = nullptr;
+  SetMacroCaption(3, "later");
+  EXPECT_EQ(MacroCaption(3), "later");
+}
+
+TEST_F(MacrosTest, InsertsAtAPlacedCursorPointOnly) {
+  SetMacroCaption(2, "\xF3i(\xF5");
+  for (const std::int16_t mode : {0, 1, 9}) {
+    CursorMode = mode;
+    CallMacro(2);
+    EXPECT_EQ(PendingRun, "") << mode;
+  }
+  CursorMode = -1;
+  TypeKey('x');
+  CallMacro(2);
+  CallMacro(0);
+  EXPECT_EQ(PendingRun, "x\xF3i(\xF5m0");
+  EXPECT_EQ(Text4->Text(), PendingRun);
+}
+
+TEST_F(MacrosTest, RefreshesCaptionsOnceAfterAChange) {
+  for (std::string& text : MacroTexts) text = "new";
+  RefreshMacros();
+  EXPECT_EQ(MacroCaption(0), "m0");
+  MacrosChanged = 1;
+  RefreshMacros();
+  EXPECT_EQ(AllCaptions(), "new|new|new|new|new|new|new|new|new|new|");
+  EXPECT_EQ(MacrosChanged, 0);
+}
+
+TEST_F(MacrosTest, KeepsTheOldFileWhenWritingFails) {
+  files.contents[ProgramFolder + "QRX.MCR"] = "old\r\n";
+  const auto before = files.contents;
+  for (const FileStep step : {FileStep::Create, FileStep::Write, FileStep::Close, FileStep::Rename}) {
+    files.FailStep(step);
+    FailureOf(WriteMacros);
+    EXPECT_EQ(files.contents, before);
+  }
+}
+
+}  // namespace
+}  // namespace kelvane
