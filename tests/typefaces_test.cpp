@@ -1,0 +1,97 @@
+#include "typography/typefaces.h"
+
+#include "document/numbers.h"
+#include "editing/cursor.h"
+#include "editing/keyboard.h"
+#include "tests/support/program_test.h"
+
+namespace kelvane {
+namespace {
+
+class TypefacesTest : public ProgramTest {
+ protected:
+  FakeLabel& Label() { return static_cast<FakeLabel&>(*FontLabel); }
+
+  // The numbers of the entries that are checked.
+  static std::string Checked() {
+    std::string checked;
+    for (const MenuEntry* entry : FontMenu) checked += entry->Checked() ? '1' : '0';
+    return checked;
+  }
+};
+
+// Page files, width tables and the printed page rely on this table as it stands, irregular as it is.
+TEST_F(TypefacesTest, TheTableIsThatOfTheFilesThatExist) {
+  std::string table;
+  for (const TypefaceRecord& face : TypefaceTable) {
+    table +=
+        face.Name + ' ' + FormatSingle(face.AscentFactor) + ' ' + FormatSingle(face.ScreenSizeFactor) + '\n';
+  }
+  EXPECT_EQ(table,
+            "TN 0.82 0.96\nTB 0.84 0.94\nTI 0.82 0.96\nTX 0.82 0.94\n"
+            "HN 0.75 0.87\nHB 0.75 0.85\nHI 0.75 0.87\nHX 0.75 0.85\n"
+            "GN 0.92 0.95\nCB 0.88 1.1\nGI 0.92 0.95\nZI 0.72 1\n"
+            "MATH0 0 0\n 0 0\n 0 0\n 0 0\n");
+}
+
+TEST_F(TypefacesTest, LabelTellsNameAndSize) {
+  EXPECT_EQ(FontLabelText(0, 11), "Times-Roman 11.00pts");
+  EXPECT_EQ(FontLabelText(0, 0.5F), "Times-Roman .50pts");
+  EXPECT_EQ(FontLabelText(0, 0), "Times-Roman .00pts");
+  EXPECT_EQ(FontLabelText(10, 10.125F), "Symbol-Italic 10.13pts");
+  EXPECT_EQ(FontLabelText(15, 9), "Math3 9.00pts");
+  EXPECT_EQ(FontLabelText(16, 9), " 9.00pts");
+  EXPECT_EQ(FontLabelText(-1, 9), " 9.00pts");
+
+  ShowFontLabel(13, 12);
+  EXPECT_EQ(Label().text, "Math1 12.00pts");
+  EXPECT_EQ(Label().repaints, 1);
+}
+
+TEST_F(TypefacesTest, MenuHasOneCheckMark) {
+  CheckFontMenu(3);
+  CheckFontMenu(15);
+  EXPECT_EQ(Checked(), "0000000000000001");
+  CheckFontMenu(16);
+  EXPECT_EQ(Checked(), "0000000000000000");
+}
+
+TEST_F(TypefacesTest, FirstChoiceIsTheBaseFont) {
+  ChooseFont(13);
+  EXPECT_EQ(BaseFont, 13);
+  EXPECT_EQ(CurrentFont, 13);
+  EXPECT_EQ(PendingRun, "");
+  EXPECT_EQ(Checked(), "0000000000000100");
+  EXPECT_EQ(Label().text, "Math1 11.00pts");
+}
+
+TEST_F(TypefacesTest, LaterChoicesSwitchWithinTheRun) {
+  CheckFontMenu(BaseFont);
+  CursorMode = -1;
+  TypeKey('x');
+  ChooseFont(1);
+  ChooseFont(1);
+  EXPECT_EQ(PendingRun, "x\xE1");
+  EXPECT_EQ(Text4->Text(), PendingRun);
+  EXPECT_EQ(CurrentFont, 1);
+  ChooseFont(0);
+  EXPECT_EQ(PendingRun, "x\xE1\xE0");
+  EXPECT_EQ(BaseFont, 0);
+  EXPECT_EQ(Checked(), "1000000000000000");
+}
+
+TEST_F(TypefacesTest, SizeBoxTakesTheLeadingNumber) {
+  BaseFont = 4;
+  CurrentFont = 9;
+  SizeBoxChanged("12abc");
+  EXPECT_EQ(FontSize, 12);
+  EXPECT_EQ(CurrentFont, 4);
+  EXPECT_EQ(Label().text, "Helvetica 12.00pts");
+  SizeBoxChanged("");
+  EXPECT_EQ(Label().text, "Helvetica .00pts");
+  SizeBoxChanged("nan");
+  EXPECT_EQ(FontSize, 0);
+}
+
+}  // namespace
+}  // namespace kelvane
