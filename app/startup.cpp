@@ -12,6 +12,7 @@
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
+#include "output/plain_text.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -87,6 +88,7 @@ void ResetProgram() {
   ResetKeyboard();
   ResetUndo();
   ResetMacros();
+  ResetPlainText();
   ResizeGuard = true;
 }
 
