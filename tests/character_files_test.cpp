@@ -263,6 +263,31 @@ TEST_F(CharacterFilesTest, KeepsTheFourFilesInStepWhenAStepFails) {
   }
 }
 
+// Renaming can fail after the new file is in place: the folder could not be synced.
+class LateFailingFiles : public MemoryFiles {
+ public:
+  std::string failingPath;
+  void Rename(const std::string& from, const std::string& to) override {
+    MemoryFiles::Rename(from, to);
+    if (to == failingPath) {
+      failingPath.clear();
+      throw Failure("Cannot sync the folder of the file " + to);
+    }
+  }
+};
+
+TEST_F(CharacterFilesTest, PutsBackAFileWhoseRenamingFailedTooLate) {
+  for (const char* name : {"MATH0.WT", "QRX.PRO"}) {
+    LateFailingFiles lateFiles;
+    lateFiles.contents = files.contents;
+    lateFiles.failingPath = Path(name);
+    TheFiles = &lateFiles;
+    FailureOf([] { SaveGlyph(65, kTriangle); });
+    TheFiles = &files;
+    EXPECT_EQ(lateFiles.contents, files.contents) << name;
+  }
+}
+
 // A disk that fails for good leaves each file whole, and the person hears which ones are out of step.
 TEST_F(CharacterFilesTest, NamesTheFilesThatCannotBePutBack) {
   const auto before = files.contents;
