@@ -1,0 +1,207 @@
+#include <array>
+
+#include "tools/math0/glyphs.h"
+
+// Tall delimiters, roots, and the bars and braces that are put together from pieces.
+//
+// A piece of a tall delimiter stands in a box of exactly 50 units, y 2.5 to 52.5, the axis in its middle; set
+// one em below each other pieces meet. Stems are at x 6 to 9, as far from the piece's right edge on the
+// right-hand side, so the one bar joins every left-hand piece at a left anchor and every right-hand piece at
+// a right anchor.
+
+namespace kelvane::math0 {
+namespace {
+
+constexpr double kTop = -10, kBottom = 65;  // of the single delimiters, one and a half ems
+constexpr double kPieceTop = 2.5, kPieceBottom = 52.5;
+constexpr double kStemLeft = 6, kStemRight = kStemLeft + kDelimiter;
+constexpr double kStemMiddle = (kStemLeft + kStemRight) * 0.5;
+
+// Mirrored so that the rightmost ink keeps the distance the leftmost had.
+Outline Opposite(const Outline& outline) {
+  const Bounds bounds = BoundsOf(outline);
+  return MirrorX(outline, (bounds.left + bounds.right) * 0.5);
+}
+
+Outline WithLowerHalf(const Outline& upper) {
+  return upper + MirrorY(upper, kAxis);
+}
+
+// Thin at the ends, full in the middle.
+Outline ParenLeft() {
+  return WithLowerHalf(Pen(18, kTop, 1.5).Curve(6.5, 5, 6.5, kAxis, 4.5).Ink());
+}
+Outline ParenRight() {
+  return Opposite(ParenLeft());
+}
+
+Outline BracketLeft() {
+  return Box(5, kTop, 8, kBottom) + Box(5, kTop, 15.5, kTop + 2) + Box(5, kBottom - 2, 15.5, kBottom);
+}
+Outline BracketRight() {
+  return Opposite(BracketLeft());
+}
+
+Outline BraceLeft() {
+  return WithLowerHalf(Pen(18.5, kTop + 0.75, 1.5)
+                           .Curve(11, kTop + 0.75, 11, kTop + 11, 3.75)
+                           .Line(11, kAxis - 9)
+                           .Curve(11, kAxis, 4, kAxis, 1.25)
+                           .Ink());
+}
+Outline BraceRight() {
+  return Opposite(BraceLeft());
+}
+
+Outline AngleLeft() {
+  return Pen(15, kTop, 2.25).Line(5, kAxis).Line(15, kBottom).Ink();
+}
+Outline AngleRight() {
+  return Opposite(AngleLeft());
+}
+
+// Two ems tall: the height of a bracket made of two pieces.
+Outline BigAngleLeft() {
+  return Pen(19, kAxis - 50, 2.5).Line(5.5, kAxis).Line(19, kAxis + 50).Ink();
+}
+Outline BigAngleRight() {
+  return Opposite(BigAngleLeft());
+}
+
+// Corners: floor and ceiling by themselves, ends of a tall bracket with bars between.
+Outline CeilingLeft() {
+  return Box(kStemLeft, kPieceTop, kStemRight, kPieceBottom) + Box(kStemLeft, kPieceTop, 17, kPieceTop + 2);
+}
+Outline CeilingRight() {
+  return Opposite(CeilingLeft());
+}
+Outline FloorLeft() {
+  return MirrorY(CeilingLeft(), kAxis);
+}
+Outline FloorRight() {
+  return Opposite(FloorLeft());
+}
+
+// Hooks: ends of a tall parenthesis, or of a tall brace when its middle piece is put between.
+Outline HookTopLeft() {
+  return Pen(19.5, kPieceTop + 0.75, 1.5)
+      .Curve(kStemMiddle, kPieceTop + 5, kStemMiddle, kPieceTop + 28, kDelimiter)
+      .Line(kStemMiddle, kPieceBottom)
+      .Ink();
+}
+Outline HookTopRight() {
+  return Opposite(HookTopLeft());
+}
+Outline HookBottomLeft() {
+  return MirrorY(HookTopLeft(), kAxis);
+}
+Outline HookBottomRight() {
+  return Opposite(HookBottomLeft());
+}
+
+// The point reaches x = 0, left of the stem by the stem's own bearing.
+Outline BraceMiddleLeft() {
+  return WithLowerHalf(Pen(kStemMiddle, kPieceTop, kDelimiter)
+                           .Line(kStemMiddle, kAxis - 12)
+                           .Curve(kStemMiddle, kAxis, 0, kAxis, 1.25)
+                           .Ink());
+}
+Outline BraceMiddleRight() {
+  return Opposite(BraceMiddleLeft());
+}
+
+Outline Bar() {
+  return Box(kStemLeft, kPieceTop, kStemRight, kPieceBottom);
+}
+Outline DoubleBar() {
+  return Bar() + Shift(Bar(), 7, 0);
+}
+
+// Both roots carry their bar at y 0 to 2, at the right edge of their advance, so the same vinculum goes on
+// from either; the tall root hangs down from there. Flag, thick fall, thin rise, bar.
+constexpr double kRootBar = 0;
+
+Outline Root() {
+  return Polygon({{0, 28},
+                  {7.25, 23.75},
+                  {15.75, 41},
+                  {30, kRootBar},
+                  {36, kRootBar},
+                  {36, kRootBar + kRule},
+                  {31.5, kRootBar + kRule},
+                  {16, 47},
+                  {14.25, 47},
+                  {4.75, 27.5},
+                  {0.75, 29.75}});
+}
+Outline TallRoot() {
+  return Polygon({{0, 59},
+                  {8, 54.25},
+                  {17.5, 87.5},
+                  {36.5, kRootBar},
+                  {42, kRootBar},
+                  {42, kRootBar + kRule},
+                  {38.25, kRootBar + kRule},
+                  {17.75, 97},
+                  {15.75, 97},
+                  {5, 58.25},
+                  {0.75, 60.75}});
+}
+Outline Vinculum() {
+  return Box(0, kRootBar, 25, kRootBar + kRule);
+}
+
+// Quarters of a level brace. Each has its shaft at the height and of the weight of the fraction bar, which
+// joins them: an overbrace is left end, bars, end of the middle, start of the middle, bars, right end.
+Outline LevelBraceLeftEnd() {
+  return Pen(0.625, kAxis + 9.5, 1.25).Curve(0.625, kAxis, 10, kAxis, kRule).Line(14, kAxis).Ink();
+}
+Outline LevelBraceRightEnd() {
+  return MirrorX(LevelBraceLeftEnd(), 7);
+}
+Outline LevelBraceFromPoint() {
+  return MirrorY(LevelBraceLeftEnd(), kAxis);
+}
+Outline LevelBraceToPoint() {
+  return MirrorX(LevelBraceFromPoint(), 7);
+}
+
+constexpr std::array kGlyphs = std::to_array<Glyph>({
+    {'(', "parenleftbig", ParenLeft},
+    {')', "parenrightbig", ParenRight},
+    {'[', "bracketleftbig", BracketLeft},
+    {']', "bracketrightbig", BracketRight},
+    {'{', "braceleftbig", BraceLeft},
+    {'}', "bracerightbig", BraceRight},
+    {'<', "angleleftbig", AngleLeft},
+    {'>', "anglerightbig", AngleRight},
+    {',', "angleleftbigg", BigAngleLeft},
+    {';', "anglerightbigg", BigAngleRight},
+    {'r', "bracketlefttp", CeilingLeft},
+    {'t', "bracketrighttp", CeilingRight},
+    {'f', "bracketleftbt", FloorLeft},
+    {'g', "bracketrightbt", FloorRight},
+    {'7', "parenlefttp", HookTopLeft},
+    {'9', "parenrighttp", HookTopRight},
+    {'1', "parenleftbt", HookBottomLeft},
+    {'3', "parenrightbt", HookBottomRight},
+    {'4', "braceleftmid", BraceMiddleLeft},
+    {'6', "bracerightmid", BraceMiddleRight},
+    {'|', "barex", Bar},
+    {'5', "bardblex", DoubleBar},
+    {'v', "radical", Root},
+    {'V', "radicalbigg", TallRoot},
+    {' ', "radicalex", Vinculum},
+    {'q', "bracehorizleftdown", LevelBraceLeftEnd},
+    {'w', "bracehorizrightdown", LevelBraceRightEnd},
+    {'z', "bracehorizleftup", LevelBraceFromPoint},
+    {'x', "bracehorizrightup", LevelBraceToPoint},
+});
+
+}  // namespace
+
+std::span<const Glyph> DelimiterGlyphs() {
+  return kGlyphs;
+}
+
+}  // namespace kelvane::math0
