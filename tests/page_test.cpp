@@ -1,0 +1,248 @@
+#include "document/page.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "document/fields.h"
+#include "document/numbers.h"
+#include "tests/support/program_test.h"
+
+namespace kelvane {
+namespace {
+
+const std::string kPath = "\\P\\Essay.001";
+
+class PageTest : public ProgramTest {
+ protected:
+  std::string Sorted() {
+    WritePageSorted(kPath);
+    return files.contents.at(kPath);
+  }
+  std::string Plain() {
+    WritePagePlain(kPath);
+    return files.contents.at(kPath);
+  }
+  void Read(const std::string& content) {
+    files.contents[kPath] = content;
+    ReadPage(kPath);
+  }
+};
+
+TEST(TextEntries, AreTakenApart) {
+  TextEntry entry;
+  ASSERT_TRUE(ParseTextEntry("72 -700.5 m 12 FA (x = (1) \xF0 s) 1 s", entry));
+  EXPECT_EQ(entry.x, 72);
+  EXPECT_EQ(entry.y, -700.5F);
+  EXPECT_EQ(entry.size, 12);
+  EXPECT_EQ(entry.font, 10);
+  EXPECT_EQ(entry.text, "x = (1) \xF0 s");
+  EXPECT_EQ(entry.anchor, 1);
+  EXPECT_FALSE(entry.justified);
+
+  ASSERT_TRUE(ParseTextEntry("1 2 m 3 F0 (a b) 9 450.5 a", entry));
+  EXPECT_TRUE(entry.justified);
+  EXPECT_EQ(entry.amount, 450.5F);
+  EXPECT_EQ(entry.anchor, 9);
+
+  ASSERT_TRUE(ParseTextEntry("x y m z F0 ()) q s", entry)) << "unreadable numbers are 0";
+  EXPECT_EQ(entry.x + entry.y + entry.size + static_cast<float>(entry.anchor), 0);
+  EXPECT_EQ(entry.text, ")");
+  EXPECT_EQ(entry.amount, 0) << "left over from the entry before";
+}
+
+TEST(TextEntries, UnknownTypefacesCountAsTheFirst) {
+  TextEntry entry;
+  for (const char* font : {"F", "Fa", "FG", "F10", "F-"}) {
+    entry.font = 5;
+    EXPECT_TRUE(ParseTextEntry("1 2 m 3 " + std::string(font) + " (a) 1 s", entry)) << font;
+    EXPECT_EQ(entry.font, 0) << font;
+  }
+}
+
+TEST(TextEntries, OtherLinesAreNone) {
+  TextEntry entry;
+  for (const char* line :
+       {"", "hello", "1 2 m 3 F0 a) 1 s", "1 2 m 3 F0 )a( 1 s", "1 2 3 F0 (a) 1 s", "1 2 m 3 G0 (a) 1 s",
+        "0 1 2 m 3 F0 (a) 1 s", "1 2 m 3 F0 x (a) 1 s", "1 2 m 3 F0 (a)", "1 2 m 3 F0 (a) 1",
+        "1 2 m 3 F0 (a) 1 t", "1 2 m 3 F0 (a) 1 2 s", "1 2 m 3 F0 (a) 1 2 a x", "1 2 m 3 F0 (a) 1 s x"})
+    EXPECT_FALSE(ParseTextEntry(line, entry)) << line;
+}
+
+TEST(Drawings, ConvertBetweenRecordAndLine) {
+  const std::pair<const char*, const char*> pairs[] = {
+      {"10 20 15 20 20 20 1", "10 20 m 1 lw 10 0 rl stroke"},
+      {"0 0 5 5 10 0 5 -5 0 0 2", "0 0 m 2 lw 5 5 10 0 rb -5 -5 -10 0 rb fill"},
+      {"1.5 2 3 4 5 6 121.25", "1.5 2 m 121.25 lw 1.5 2 3.5 4 rb stroke"},
+      {"0 0 0.5 0 1 0 1 0.5 1 1 0.5 0.5 0 0 0.25", "0 0 m 0.25 lw 1 0 rl 0 1 rl -1 -1 rl fill"},
+  };
+  for (const auto& [record, line] : pairs) {
+    EXPECT_EQ(DrawingRecordToLine(record), line);
+    EXPECT_EQ(LineToDrawingRecord(line), record);
+  }
+  EXPECT_EQ(DrawingRecordToLine("10 20 15 20 20 20 007"), "10 20 m 007 lw 10 0 rl stroke")
+      << "the last value is copied as it stands";
+}
+
+TEST(Drawings, ShortAndEmptyOnesAreSkipped) {
+  EXPECT_EQ(DrawingRecordToLine(""), "");
+  EXPECT_EQ(DrawingRecordToLine("1 2 3 4"), "");
+  EXPECT_EQ(LineToDrawingRecord(""), "");
+  EXPECT_EQ(LineToDrawingRecord("1 2 m"), "1 2 0");
+  EXPECT_EQ(LineToDrawingRecord("1 x m stroke"), "1 0 0");
+}
+
+// The middle is taken in single precision: in double precision the middle of 0.1 and 0.4 is not the single
+// 0.25, and the straight line would become a curve.
+TEST(Drawings, StraightSegmentsAreKnownBySinglePrecisionMiddles) {
+  EXPECT_EQ(DrawingRecordToLine("0.1 0.3 0.25 0.2 0.4 0.1 1"), "0.1 0.3 m 1 lw 0.3 -0.2 rl stroke");
+  EXPECT_EQ(DrawingRecordToLine("0 0 5.0001 0 10 0 1"), "0 0 m 1 lw 5.0001 0 10 0 rb stroke");
+}
+
+TEST(Drawings, ClosedShapesStayClosedThroughWrittenDigits) {
+  EXPECT_EQ(LineToDrawingRecord("0 0 m 1 lw 10 0 rl 0 10 rl -10 -10.009 rl fill"),
+            "0 0 5 0 10 0 10 5 10 10 5 5 0 0 1");
+  EXPECT_EQ(LineToDrawingRecord("0 0 m 1 lw 10 0 rl 3 4 -10.009 0 rb fill"), "0 0 5 0 10 0 13 4 0 0 1");
+  EXPECT_EQ(LineToDrawingRecord("0 0 m 1 lw 10 0 rl 3 4 -10.02 0 rb fill"),
+            "0 0 5 0 10 0 13 4 -0.02000046 0 1")
+      << "a gap that can be seen stays";
+  EXPECT_EQ(LineToDrawingRecord("0 0 m 1 lw 10 0 rl -10.009 0 rl stroke"),
+            "0 0 5 0 10 0 4.9955 0 -0.008999825 0 1")
+      << "an open path is left alone";
+}
+
+TEST(Drawings, OperandErrorsAreFailures) {
+  const std::string forty = ReplaceAll(std::string(40, '1'), "1", "1 ");
+  EXPECT_EQ(LineToDrawingRecord(forty + "m"), "1 1 0");
+  for (const std::string& line : {forty + "1 m", std::string("1 m"), std::string("1 1 m 2 rl"),
+                                  std::string("1 1 m 1 2 3 rb stroke"), std::string("lw stroke")})
+    EXPECT_THROW(LineToDrawingRecord(line), Failure) << line;
+}
+
+TEST(Drawings, APathWithoutAStartIsNoUsableRecord) {
+  EXPECT_EQ(CountFields(LineToDrawingRecord("1 1 rl 2 2 m 1 lw stroke"), " "), 8);
+}
+
+TEST(Drawings, TenThousandSegmentsComeBack) {
+  std::string record = "0 0";
+  for (int i = 1; i <= 10000; ++i) {
+    const float x = static_cast<float>(i % 500);
+    record += ReplaceAll(" X X X 1", "X", FormatSingle(x));
+  }
+  record += " 1";
+  EXPECT_EQ(LineToDrawingRecord(DrawingRecordToLine(record)), record);
+}
+
+TEST_F(PageTest, SortedFormGoesDownThePageAndThenRight) {
+  PageText =
+      "300 20 m 12 F0 (right) 1 s\r\n"
+      "100 20 m 12 F0 (first of two) 1 s\r\n"
+      "\r\n"
+      "10 10000 m 12 F0 (far down) 1 s\r\n"
+      "100 20 m 12 F0 (second of two) 1 s\r\n"
+      "0 9.5 m 12 F0 (ends in @) 1 s @\r\n"
+      "\"a note, 5\r\n"
+      "5 -3 m 12 F0 (top, unterminated) 1 s";
+  DrawingList = "10 20 15 20 20 20 1\r\n1 2\r\n0 0 5 5 10 0 1\r\n";
+  DrawingCount = 3;
+  const std::string before = PageText;
+  EXPECT_EQ(Sorted(),
+            "5 -3 m 12 F0 (top, unterminated) 1 s\r\n"
+            "\"a note, 5\r\n"
+            "0 9.5 m 12 F0 (ends in @) 1 s @\r\n"
+            "100 20 m 12 F0 (second of two) 1 s\r\n"
+            "100 20 m 12 F0 (first of two) 1 s\r\n"
+            "300 20 m 12 F0 (right) 1 s\r\n"
+            "10 10000 m 12 F0 (far down) 1 s\r\n"
+            "10 20 m 1 lw 10 0 rl stroke\r\n"
+            "0 0 m 1 lw 5 5 10 0 rb stroke\r\n");
+  EXPECT_EQ(PageText, before) << "only the file is sorted";
+}
+
+TEST_F(PageTest, PlainFormKeepsTheOrder) {
+  PageText = "2 2 m 12 F0 (b) 1 s\r\n\r\n1 1 m 12 F0 (a) 1 s";
+  DrawingList = "10 20 15 20 20 20 1\r\n";
+  DrawingCount = 1;
+  EXPECT_EQ(Plain(), "2 2 m 12 F0 (b) 1 s\r\n\r\n1 1 m 12 F0 (a) 1 s\r\n10 20 m 1 lw 10 0 rl stroke\r\n");
+  ClearPage();
+  EXPECT_EQ(Plain(), "");
+  EXPECT_EQ(Sorted(), "");
+}
+
+TEST_F(PageTest, ReadingPartsTextFromDrawings) {
+  CurrentDrawing = "1 2";
+  Read(
+      "10 20 m 1 lw 10 0 rl stroke\r\n"
+      "72 700 m 12 F0 (brush stroke) 1 s\n"
+      "\r\n"
+      "unknown line\r"
+      "0 0 m 1 lw 5 5 10 0 rb -5 -5 -10 0 rb fill\r\n"
+      "the stroke\r\n"
+      "5 5 m 1 lw stroke\r\n"
+      "\"a note\r\n"
+      "no end (");
+  EXPECT_EQ(PageText,
+            "72 700 m 12 F0 (brush stroke) 1 s\r\n\r\nunknown line\r\nthe stroke\r\n5 5 m 1 lw stroke\r\n"
+            "\"a note\r\nno end (\r\n");
+  EXPECT_EQ(DrawingList, "10 20 15 20 20 20 1\r\n0 0 5 5 10 0 5 -5 0 0 1\r\n");
+  EXPECT_EQ(DrawingCount, 2);
+  EXPECT_EQ(CurrentDrawing, "");
+}
+
+TEST_F(PageTest, WhatIsWrittenReadsTheSame) {
+  PageText = "1 1 m 12 F0 (\x80\xE3 \\ \") 5 s\r\n1 2 m 12 F0 (a b) 1 300 a\r\nkept\r\n";
+  DrawingList = "0.1 0.3 0.25 0.2 0.4 0.1 1\r\n600.1234 1 3 4 700.2345 6 121\r\n";
+  DrawingCount = 2;
+  const std::string text = PageText;
+  const std::string first = Plain();
+  ReadPage(kPath);
+  EXPECT_EQ(PageText, text);
+  EXPECT_EQ(Plain(), first);
+}
+
+TEST_F(PageTest, DamagedPagesNameTheLineAndLeaveThePageInMemory) {
+  PageText = "1 1 m 12 F0 (here) 1 s\r\n";
+  DrawingList = "10 20 15 20 20 20 1\r\n";
+  DrawingCount = 1;
+  const std::string nul = std::string("a\r\nb") + '\0' + "\r\n";
+  const std::pair<std::string, const char*> cases[] = {
+      {"fine\r\n1 m stroke\r\n",
+       "Cannot read the page file /P/Essay.001: line 2: an operator has too few numbers before it."},
+      {"\n\n" + ReplaceAll(std::string(41, '1'), "1", "1 ") + "stroke",
+       "Cannot read the page file /P/Essay.001: line 3: more than 40 numbers before an operator."},
+      {nul, "Cannot read the page file /P/Essay.001: line 2: it holds a character of code 0."},
+      {"a\r\n" + std::string(65536, 'x'),
+       "Cannot read the page file /P/Essay.001: line 2: it is longer than 65,535 characters."},
+      {std::string((32U << 20) + 1, '\n'),
+       "Cannot read the page file /P/Essay.001: it is larger than 32 MB."},
+  };
+  for (const auto& [content, message] : cases) {
+    EXPECT_EQ(FailureOf([&] { Read(content); }), message);
+    EXPECT_EQ(PageText, "1 1 m 12 F0 (here) 1 s\r\n");
+    EXPECT_EQ(DrawingList, "10 20 15 20 20 20 1\r\n");
+    EXPECT_EQ(DrawingCount, 1);
+  }
+  Read(std::string(65535, 'x'));
+  EXPECT_EQ(PageText.size(), 65537U);
+}
+
+TEST_F(PageTest, CountsDrawingsUpToItsLimit) {
+  std::string content;
+  for (int i = 0; i < 32767; ++i) content += "0 0 m 1 lw 2 0 rl stroke\n";
+  Read(content);
+  EXPECT_EQ(DrawingCount, 32767);
+  EXPECT_EQ(FailureOf([&] { Read(content + "0 0 m 1 lw 2 0 rl stroke\n"); }),
+            "Cannot read the page file /P/Essay.001: line 32768: there are more than 32,767 drawings.");
+  EXPECT_EQ(DrawingCount, 32767);
+}
+
+TEST_F(PageTest, APageThatCouldNotBeReadAgainIsNotWritten) {
+  files.contents[kPath] = "old";
+  PageText = "1 1 m 12 F0 (" + std::string(65535, 'x') + ") 1 s\r\n";
+  EXPECT_EQ(FailureOf([] { WritePagePlain(kPath); }),
+            "Cannot write the page file /P/Essay.001: line 1: it is longer than 65,535 characters.");
+  EXPECT_EQ(files.contents.at(kPath), "old");
+}
+
+}  // namespace
+}  // namespace kelvane
