@@ -7,7 +7,7 @@
 #include "tools/pictures/image_files.h"
 #include "tools/pictures/pictures.h"
 
-namespace kelvane {
+namespace kelvane::pictures {
 namespace {
 
 const std::string kSources = BackslashPath(KELVANE_SOURCE_FOLDER) + "\\tools\\pictures\\";
@@ -148,4 +148,4 @@ TEST(Pictures, AWrongLineIsNamed) {
 }
 
 }  // namespace
-}  // namespace kelvane
+}  // namespace kelvane::pictures

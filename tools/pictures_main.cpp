@@ -16,7 +16,7 @@ int main(int argumentCount, char** arguments) {
   }
   try {
     const std::string data = BackslashPath(arguments[2]) + "\\";
-    for (const auto& [name, bytes] : BuildPictures(BackslashPath(arguments[1]) + "\\"))
+    for (const auto& [name, bytes] : pictures::BuildPictures(BackslashPath(arguments[1]) + "\\"))
       WriteFileSafely(data + name, bytes);
   } catch (const Failure& failure) {
     std::fprintf(stderr, "%s\n", failure.what());

@@ -7,7 +7,7 @@
 #include "platform/failure.h"
 #include "tools/pictures/pictures.h"
 
-namespace kelvane {
+namespace kelvane::pictures {
 
 namespace {
 
@@ -127,4 +127,4 @@ Picture BuildDrawing(std::string_view source, const std::string& name) {
   return DrawingReader(source, name).Read();
 }
 
-}  // namespace kelvane
+}  // namespace kelvane::pictures

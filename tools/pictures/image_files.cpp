@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace kelvane {
+namespace kelvane::pictures {
 
 namespace {
 
@@ -105,4 +105,4 @@ std::string PointerFile(const Picture& picture, int hotX, int hotY) {
   return bytes + rows;
 }
 
-}  // namespace kelvane
+}  // namespace kelvane::pictures

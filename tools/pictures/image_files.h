@@ -6,7 +6,7 @@
 
 #include "tools/pictures/raster.h"
 
-namespace kelvane {
+namespace kelvane::pictures {
 
 // A 24-bit bitmap file, rows from the bottom; the alpha of the picture does not count.
 std::string BitmapFile(const Picture& picture);
@@ -15,4 +15,4 @@ std::string BitmapFile(const Picture& picture);
 // with one 32-bit image and its mask. A picture of at most 255 by 255 pixels, a multiple of 32 wide.
 std::string PointerFile(const Picture& picture, int hotX, int hotY);
 
-}  // namespace kelvane
+}  // namespace kelvane::pictures

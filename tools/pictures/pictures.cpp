@@ -3,7 +3,7 @@
 #include "platform/files.h"
 #include "tools/pictures/image_files.h"
 
-namespace kelvane {
+namespace kelvane::pictures {
 
 std::map<std::string, std::string> BuildPictures(const std::string& folder) {
   const std::string pointers = folder + "pointers.txt";
@@ -13,4 +13,4 @@ std::map<std::string, std::string> BuildPictures(const std::string& folder) {
   return files;
 }
 
-}  // namespace kelvane
+}  // namespace kelvane::pictures

@@ -8,7 +8,7 @@
 
 #include "tools/pictures/raster.h"
 
-namespace kelvane {
+namespace kelvane::pictures {
 
 // The colour of the pixel of a pointer that marks its point.
 inline constexpr Pixel kAccent = {214, 36, 28, 255};
@@ -23,4 +23,4 @@ Picture BuildDrawing(std::string_view source, const std::string& name);
 // File name and bytes of all the pictures. `folder` holds the sources: backslash form, ends in a backslash.
 std::map<std::string, std::string> BuildPictures(const std::string& folder);
 
-}  // namespace kelvane
+}  // namespace kelvane::pictures

@@ -9,7 +9,7 @@
 #include "tools/pictures/image_files.h"
 #include "tools/pictures/pictures.h"
 
-namespace kelvane {
+namespace kelvane::pictures {
 
 namespace {
 
@@ -151,4 +151,4 @@ std::map<std::string, std::string> BuildPointers(std::string_view source, const 
   return PointerReader(source, name).Read();
 }
 
-}  // namespace kelvane
+}  // namespace kelvane::pictures

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace kelvane {
+namespace kelvane::pictures {
 
 namespace {
 
@@ -166,4 +166,4 @@ void StrokeLines(Picture& picture, const Polylines& lines, const Pen& pen, Pixel
   coverage.Paint(picture, colour);
 }
 
-}  // namespace kelvane
+}  // namespace kelvane::pictures

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace kelvane {
+namespace kelvane::pictures {
 
 struct Pixel {
   std::uint8_t red = 0;
@@ -52,4 +52,4 @@ void AppendCurve(Polyline& line, Point from, Point a, Point b, Point to);
 void FillArea(Picture& picture, const Polylines& area, Pixel colour);
 void StrokeLines(Picture& picture, const Polylines& lines, const Pen& pen, Pixel colour);
 
-}  // namespace kelvane
+}  // namespace kelvane::pictures
