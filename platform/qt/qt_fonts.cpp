@@ -49,7 +49,7 @@ constexpr Family kFamilies[] = {
 };
 
 // Sizes kept for one face. A page uses a handful; zooming goes through many.
-constexpr std::size_t kMostSizes = 48;
+constexpr std::size_t kMostSizes = 16;
 
 const Family& FamilyNamed(std::string_view name) {
   for (const Family& family : kFamilies) {
@@ -138,18 +138,12 @@ void QtFace::LoadGlyphs(bool symbol) {
   }
 }
 
-const QRawFont& QtFace::At(double em) {
+GlyphImages& QtFace::At(double em) {
   const int size = static_cast<int>(std::lround(em * 64));
   if (size == lastSize_) return *last_;
-  auto found = sizes_.find(size);
-  if (found == sizes_.end()) {
-    if (sizes_.size() >= kMostSizes) sizes_.clear();
-    QRawFont font = base_;
-    font.setPixelSize(size / 64.0);
-    found = sizes_.emplace(size, font).first;
-  }
+  if (sizes_.size() >= kMostSizes && !sizes_.contains(size)) sizes_.clear();
+  last_ = &sizes_.try_emplace(size, size / 64.0).first->second;
   lastSize_ = size;
-  last_ = &found->second;
   return *last_;
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/canvas.h"
+#include "platform/qt/qt_glyphs.h"
 
 namespace kelvane {
 
@@ -22,11 +23,10 @@ class QtFace {
  public:
   explicit QtFace(const ScreenFace& face);
 
-  bool Slanted() const { return slanted_; }
   // The glyph of a code; 0 where the face has none and nothing is drawn.
   quint32 Glyph(unsigned char code) const { return glyphs_[code]; }
-  // The font at an em in device pixels, rounded to 1/64. Valid until the next call.
-  const QRawFont& At(double em);
+  // The images at an em in pixels, rounded to 1/64. Valid until the next call.
+  GlyphImages& At(double em);
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
@@ -42,9 +42,9 @@ class QtFace {
   QRawFont base_;
   bool slanted_ = false;
   std::array<quint32, 256> glyphs_{};
-  std::unordered_map<int, QRawFont> sizes_;  // by em in 1/64 pixel
+  std::unordered_map<int, GlyphImages> sizes_;  // by em in 1/64 pixel
   int lastSize_ = -1;
-  const QRawFont* last_ = nullptr;
+  GlyphImages* last_ = nullptr;
   std::vector<CachedOutline> outlines_;  // by code, empty until one is asked for
 };
 

@@ -10,10 +10,9 @@
 namespace kelvane {
 namespace {
 
-// Between these ems, in device pixels, characters come from the painter's cache of glyph images. Above, the
-// painter would fill the glyph anew each time and is slow at it; below, no font has an image worth keeping.
-constexpr double kLargestCachedEm = 64;
-constexpr double kSmallestCachedEm = 2;
+// Up to this em, in device pixels, characters come from ready-made images; those of larger ones would take
+// more memory than they save time.
+constexpr double kLargestImageEm = 128;
 // How far ink may lie from a character's origin, in ems.
 constexpr double kGlyphReach = 1.5;
 // Joining a path costs more than linearly, so what is held back stays short.
@@ -194,27 +193,36 @@ void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes
   DrawHeldLine();
   if (!(em > 0) || !std::isfinite(em) || !Touch(origins, em * kGlyphReach)) return;
   QtFace& font = FaceFor(face);
-  if (em > kLargestCachedEm || em < kSmallestCachedEm) {
+  if (em > kLargestImageEm) {
     DrawOutlines(font, em, codes, origins, colour);
-    return;
+  } else {
+    DrawGlyphs(font, em, codes, origins, colour);
   }
-  glyphs_.resize(0);
-  positions_.resize(0);
-  const double slope = font.Slanted() ? kSlant : 0;
+}
+
+void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,
+                         ColourValue colour) {
+  constexpr int kSteps = GlyphImages::kSteps;
+  constexpr double kHalfStep = 0.5 / kSteps;
+  GlyphImages& images = face.At(em);
+  const QRectF reached = Reached(em);
+  const QRgb rgb = ToQColor(colour).rgb();
   for (std::size_t i = 0; i < codes.size(); ++i) {
-    const quint32 glyph = font.Glyph(static_cast<unsigned char>(codes[i]));
-    if (glyph == 0) continue;
-    glyphs_.append(glyph);
-    // The shear of a slanted face moves positions as well; this takes it back.
-    positions_.append(QPointF(origins[i].x() + slope * origins[i].y(), origins[i].y()));
+    const auto code = static_cast<unsigned char>(codes[i]);
+    if (face.Glyph(code) == 0 || !reached.contains(origins[i])) continue;
+    const double x = origins[i].x() + kHalfStep;
+    const double y = origins[i].y() + kHalfStep;
+    const int pixelX = static_cast<int>(std::floor(x));
+    const int pixelY = static_cast<int>(std::floor(y));
+    const GlyphImage& glyph = images.At(face, code, static_cast<int>((x - pixelX) * kSteps),
+                                        static_cast<int>((y - pixelY) * kSteps));
+    BlendGlyph(image_, pixelX, pixelY, glyph, rgb);
   }
-  if (glyphs_.isEmpty()) return;
-  UsePen(colour, 1);
-  run_.setRawFont(font.At(em));
-  run_.setRawData(glyphs_.constData(), positions_.constData(), static_cast<int>(glyphs_.size()));
-  if (font.Slanted()) painter_.setTransform(QTransform(1, 0, -kSlant, 1, 0, 0));
-  painter_.drawGlyphRun(QPointF(), run_);
-  if (font.Slanted()) painter_.resetTransform();
+}
+
+QRectF QtLayer::Reached(double em) const {
+  const double reach = em * kGlyphReach;
+  return QRectF(image_.rect()).adjusted(-reach, -reach, reach, reach);
 }
 
 void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,
@@ -222,8 +230,7 @@ void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes, std:
   QPainter& painter = Painter();
   const QBrush brush(ToQColor(colour));
   const double scale = em / QtFace::kOutlineEm;
-  const double reach = em * kGlyphReach;
-  const QRectF reached = QRectF(image_.rect()).adjusted(-reach, -reach, reach, reach);
+  const QRectF reached = Reached(em);
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const auto code = static_cast<unsigned char>(codes[i]);
     if (face.Glyph(code) == 0 || !reached.contains(origins[i])) continue;

@@ -11,7 +11,6 @@
 //    was last asked.
 
 #include <QColor>
-#include <QGlyphRun>
 #include <QImage>
 #include <QList>
 #include <QPainter>
@@ -23,6 +22,8 @@
 #include "platform/canvas.h"
 
 namespace kelvane {
+
+class QtFace;
 
 class QtLayer {
  public:
@@ -60,8 +61,11 @@ class QtLayer {
   bool Touch(std::span<const QPointF> points, double margin);
   void UsePen(ColourValue colour, double width);
   void DrawHeldLine();
-  void DrawGlyphRun(class QtFace& face, double em, QPointF shift);
-  void DrawOutlines(class QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,
+  // Where the origin of a character must lie to leave ink on the image.
+  QRectF Reached(double em) const;
+  void DrawGlyphs(QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,
+                  ColourValue colour);
+  void DrawOutlines(QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,
                     ColourValue colour);
 
   bool opaque_;
@@ -76,11 +80,6 @@ class QtLayer {
   QList<QPointF> held_;
   ColourValue heldColour_ = 0;
   double heldWidth_ = 0;
-
-  // Reused from call to call.
-  QGlyphRun run_;
-  QList<quint32> glyphs_;
-  QList<QPointF> positions_;
 };
 
 }  // namespace kelvane
