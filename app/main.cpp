@@ -6,6 +6,7 @@
 #include "app/startup.h"
 #include "platform/controls.h"
 #include "platform/files.h"
+#include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_toolkit.h"
 
 int main(int argc, char** argv) {
@@ -13,6 +14,9 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName("Kelvane");
   QApplication::setQuitOnLastWindowClosed(false);
   kelvane::QtToolkit toolkit;
+  kelvane::QtDialogs dialogs;
+  kelvane::TheToolkit = &toolkit;
+  kelvane::TheDialogs = &dialogs;
 
   const std::string folder = QCoreApplication::applicationDirPath().toLocal8Bit().toStdString();
   if (!kelvane::StartUp(kelvane::BackslashPath(folder))) return 1;

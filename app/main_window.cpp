@@ -79,7 +79,7 @@ void AddColumn(Window& window) {
 }
 
 void AddScriptButtons(Window& window) {
-  constexpr int kWidth = 22;
+  constexpr int kWidth = 20;
   for (int i = 0; i < 12; ++i) {
     Button* button = window.AddButton(kScriptCaptions[i], ScriptIcon(i), kScriptCaptions[i]);
     button->SetPlace({kButton + i * kWidth, 0, kWidth, kRow});
@@ -90,7 +90,7 @@ void AddScriptButtons(Window& window) {
 
 Button* AddPageButton(Window& window, const char* caption, const char* toolTip, int left, bool (*command)()) {
   Button* button = window.AddButton(caption, {}, toolTip);
-  button->SetPlace({left, 0, 42, kRow});
+  button->SetPlace({left, 0, 40, kRow});
   button->OnClick = [command] {
     command();
     FocusCanvas();
@@ -104,24 +104,24 @@ void PageBox_Enter() {
 }
 
 void AddPageRow(Window& window) {
-  Form1Parts.pageUp = AddPageButton(window, "Pg Up", "Previous Page", 292, PageUp);
+  Form1Parts.pageUp = AddPageButton(window, "Pg Up", "Previous Page", 267, PageUp);
   PageBox = window.AddTextBox("Page Number", false);
-  PageBox->SetPlace({335, 1, 34, kRow - 2});
+  PageBox->SetPlace({308, 1, 32, kRow - 2});
   PageBox->OnEnter = PageBox_Enter;
   PageBox->OnEscape = [] {
     ShowPageNumber();
     FocusCanvas();
   };
-  Form1Parts.pageDown = AddPageButton(window, "Pg Dn", "Next Page", 370, PageDown);
+  Form1Parts.pageDown = AddPageButton(window, "Pg Dn", "Next Page", 341, PageDown);
   window.AddShortcut("PgUp", Form1Parts.pageUp->OnClick);
   window.AddShortcut("PgDown", Form1Parts.pageDown->OnClick);
 }
 
 void AddSizeRow(Window& window) {
   Form1Parts.sizeLabel = window.AddLabel("Font Size");
-  Form1Parts.sizeLabel->SetPlace({418, 0, 58, kRow});
+  Form1Parts.sizeLabel->SetPlace({387, 0, 58, kRow});
   Text1 = window.AddTextBox("Font Size", false);
-  Text1->SetPlace({477, 1, 40, kRow - 2});
+  Text1->SetPlace({446, 1, 38, kRow - 2});
   Text1->SetText(FormatSingle(FontSize));
   Text1->OnChange = [] {
     SizeBoxChanged(Text1->Text());
@@ -170,7 +170,7 @@ void LayOut(float W, float H) {
   const int bar = kScrollBarPixels;
   Text4->SetPlace({canvas.left, row + 1, box, kRow - 2});
   Form1Parts.apply->SetPlace({canvas.left + box + 2, row, Pixels(kBesideBox) - 4, kRow});
-  FontLabel->SetPlace({524, 0, std::max(Pixels(W) + bar - 528, 0), kRow});
+  FontLabel->SetPlace({490, 0, std::max(Pixels(W) + bar - 492, 0), kRow});
   Form1->SetCanvasPlace(Picture1, canvas);
   Form1Parts.horizontal->SetPlace({canvas.left, canvas.top + canvas.height, canvas.width, bar});
   Form1Parts.vertical->SetPlace({canvas.left + canvas.width, canvas.top, bar, canvas.height});

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "document/lines.h"
 #include "document/numbers.h"
 #include "document/page.h"
 #include "document/paper.h"
@@ -105,11 +106,11 @@ void PaintMark() {
   Picture1->DrawLine({CursorX, CursorY - arm}, {CursorX, CursorY + arm}, pen);
 }
 
-// The new entry is the last of the page, so painting it on top is what a redraw would do.
-void ShowNewEntry(std::string_view line) {
+// What was appended is the last of the page, so painting it on top is what a redraw would do.
+void ShowNewEntries(std::string_view lines) {
   if (!Picture1 || Picture1->PixelWidth() <= 0 || Picture1->PixelHeight() <= 0) return;
   Picture1->SelectLayer(Layer::Page);
-  PaintTextLine(line);
+  while (!lines.empty()) PaintTextLine(TakeLine(lines));
 }
 
 }  // namespace
@@ -188,7 +189,7 @@ void CommitPendingRun(bool ResetSelection) {
     CurrentFont = BaseFont;
     ShowFontLabel(CurrentFont, FontSize);
     NotePageChange();
-    ShowNewEntry(std::string_view(PageText).substr(lineStart));
+    ShowNewEntries(std::string_view(PageText).substr(lineStart));
   }
   DrawCursorMark(kBlue, false);
 }
