@@ -123,23 +123,13 @@ TEST(Drawings, APathWithoutAStartIsNoUsableRecord) {
   EXPECT_EQ(CountFields(LineToDrawingRecord("1 1 rl 2 2 m 1 lw stroke"), " "), 8);
 }
 
-TEST(Drawings, TenThousandSegmentsComeBack) {
-  std::string record = "0 0";
-  for (int i = 1; i <= 10000; ++i) {
-    const float x = static_cast<float>(i % 500);
-    record += ReplaceAll(" X X X 1", "X", FormatSingle(x));
-  }
-  record += " 1";
-  EXPECT_EQ(LineToDrawingRecord(DrawingRecordToLine(record)), record);
-}
-
 TEST_F(PageTest, SortedFormGoesDownThePageAndThenRight) {
   PageText =
-      "300 20 m 12 F0 (right) 1 s\r\n"
       "100 20 m 12 F0 (first of two) 1 s\r\n"
       "\r\n"
       "10 10000 m 12 F0 (far down) 1 s\r\n"
       "100 20 m 12 F0 (second of two) 1 s\r\n"
+      "300 20 m 12 F0 (right) 1 s\r\n"
       "0 9.5 m 12 F0 (ends in @) 1 s @\r\n"
       "\"a note, 5\r\n"
       "5 -3 m 12 F0 (top, unterminated) 1 s";
@@ -198,6 +188,21 @@ TEST_F(PageTest, WhatIsWrittenReadsTheSame) {
   ReadPage(kPath);
   EXPECT_EQ(PageText, text);
   EXPECT_EQ(Plain(), first);
+}
+
+// Its line is longer than any text line may be.
+TEST_F(PageTest, ADrawingOfTenThousandSegmentsComesBack) {
+  for (int i = 0; i <= 10000; ++i) {
+    const std::string x = FormatSingle(static_cast<float>(i % 500));
+    DrawingList += i == 0 ? "0 0" : " " + x + " " + x + " " + x + " 1";
+  }
+  DrawingList += " 1\r\n";
+  DrawingCount = 1;
+  const std::string list = DrawingList;
+  EXPECT_GT(Plain().size(), 100000U);
+  ReadPage(kPath);
+  EXPECT_EQ(DrawingList, list);
+  EXPECT_EQ(PageText, "");
 }
 
 TEST_F(PageTest, DamagedPagesNameTheLineAndLeaveThePageInMemory) {
