@@ -1,0 +1,13 @@
+#pragma once
+
+// Ghostscript as the printer of a test.
+
+#include <string>
+
+namespace kelvane {
+
+// Interprets a job with the given arguments (the device and what it needs) and returns all that Ghostscript
+// says, errors too. Fails the test if it does not run to the end.
+std::string Ghostscript(const std::string& job, const std::string& arguments);
+
+}  // namespace kelvane

@@ -1,0 +1,61 @@
+#include "tools/width_tables.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/failure.h"
+#include "platform/files.h"
+
+namespace kelvane {
+namespace {
+
+const std::string kData = BackslashPath(KELVANE_SOURCE_FOLDER) + "\\data\\";
+const std::string kAfmFolder = "\\usr\\share\\fonts\\type1\\urw-base35\\";
+
+WidthTable TableOf(std::size_t face) {
+  const WidthTableSource& source = kWidthTableSources[face];
+  return MakeWidthTable(DiskFiles().ReadWhole(kAfmFolder + source.afm + ".afm"), source.ownEncoding);
+}
+
+TEST(WidthTablesTest, ShippedTablesAndPrologComeFromTheFonts) {
+  std::array<WidthTable, 12> tables;
+  for (std::size_t face = 0; face < tables.size(); ++face) {
+    tables[face] = TableOf(face);
+    const std::string name = kWidthTableSources[face].name;
+    EXPECT_TRUE(DiskFiles().ReadWhole(kData + name + ".WT") == WidthTableBytes(tables[face])) << name;
+  }
+  const std::string prolog = DiskFiles().ReadWhole(kData + "QRX.PRO");
+  EXPECT_TRUE(ReplacePrologWidths(prolog, tables) == prolog);
+}
+
+// Published widths of the standard typefaces, where a shifted table or a wrong encoding would show.
+TEST(WidthTablesTest, CodesAreThoseOfTheEncodings) {
+  const WidthTable times = TableOf(0);
+  EXPECT_EQ(times[0], 600);
+  EXPECT_EQ(times[' '], 250);
+  EXPECT_EQ(times['\''], 180);  // the upright quote, not the 333 of the curly one
+  EXPECT_EQ(times['W'], 944);
+  EXPECT_EQ(times['~'], 541);
+  EXPECT_EQ(times[127], 0);
+  EXPECT_EQ(times[0x80], 500);   // Euro
+  EXPECT_EQ(times[0x81], 0);     // no character
+  EXPECT_EQ(times[0x89], 1000);  // per mille
+  EXPECT_EQ(times[0xA0], 250);   // no-break space
+  EXPECT_EQ(times[0xBC], 750);   // one quarter
+  EXPECT_EQ(times[0xC6], 889);   // AE
+  EXPECT_EQ(times[0xDF], 500);   // German sharp s
+  EXPECT_EQ(times[0xE0], 0);     // from here on codes of a run, not characters
+  const WidthTable symbol = TableOf(8);
+  EXPECT_EQ(symbol['"'], 713);  // for all
+  EXPECT_EQ(symbol['a'], 631);  // alpha
+  EXPECT_EQ(symbol[0x9F], 0);
+  EXPECT_EQ(symbol[0xD6], 549);  // radical
+}
+
+TEST(WidthTablesTest, SaysWhatIsMissing) {
+  EXPECT_THROW(MakeWidthTable("C 65 ; WX 722 ; N A ; B 15 0 706 674 ;\n", false), Failure);
+  EXPECT_THROW(MakeWidthTable("", true), Failure);
+  EXPECT_THROW(ReplacePrologWidths("%!PS\r\n", {}), Failure);
+}
+
+}  // namespace
+}  // namespace kelvane
