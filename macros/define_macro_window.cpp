@@ -3,6 +3,7 @@
 #include <string>
 
 #include "document/numbers.h"
+#include "document/paper.h"
 #include "macros/macros.h"
 #include "platform/failure.h"
 
@@ -42,6 +43,13 @@ void Leave() {
   Form7->Hide();
 }
 
+void PlaceOverEditor() {
+  constexpr float kOffset = 100 * kTwipsPerPixel;
+  const WindowPlace editor = Form1->GetWindowPlace();
+  Form7->SetWindowPlace(
+      {editor.left + kOffset, editor.top + kOffset, 420 * kTwipsPerPixel, 128 * kTwipsPerPixel});
+}
+
 void AddButton(const char* caption, int left, void (*click)()) {
   Button* button = Form7->AddButton(caption, {}, "");
   button->SetPlace({left, 88, 84, 28});
@@ -53,7 +61,6 @@ void AddButton(const char* caption, int left, void (*click)()) {
 void BuildForm7() {
   Form7 = TheToolkit->NewWindow(false);
   Form7->SetTitle("Define Macro");
-  Form7->SetWindowPlace({0, 0, 420 * kTwipsPerPixel, 128 * kTwipsPerPixel});
   Form7->AddLabel("Macro Number")->SetPlace({12, 12, 110, 26});
   Form7_Text1 = Form7->AddTextBox("Macro Number", false);
   Form7_Text1->SetPlace({126, 12, 60, 26});
@@ -77,6 +84,7 @@ void ShowDefineMacro() {
   for (int number = 0; number < kMacros; ++number) MacroTexts[number] = MacroCaption(number);
   Form7_Text1->SetText("");
   ShowDefinition("");
+  if (!Form7->Visible()) PlaceOverEditor();
   Form7->Show();
   Form7_Text1->Focus();
 }
