@@ -39,10 +39,6 @@ constexpr float kScrollPixels = 48;  // a notch of the wheel
 constexpr float kArrowPixels = 24;   // an arrow key in Select
 constexpr float kWheelZoom = 1.15F;  // a notch of the wheel with Ctrl
 
-const char* const kAnchorCaptions[10] = {"Select",        "Top Left",     "Centre Left",  "Bottom Left",
-                                         "Bottom Centre", "Bottom Right", "Centre Right", "Top Right",
-                                         "Top Centre",    "Center"};
-
 const char* const kScriptCaptions[12] = {
     "Superscript",        "Back from Superscript",        "Forward from Superscript",
     "Subscript",          "Back from Subscript",          "Forward from Subscript",
@@ -66,7 +62,7 @@ void FocusCanvas() {
 
 void AddColumn(Window& window) {
   for (std::int16_t mode = 0; mode < 10; ++mode) {
-    AnchorButtons[mode] = window.AddButton(kAnchorCaptions[mode], AnchorIcon(mode), kAnchorCaptions[mode]);
+    AnchorButtons[mode] = window.AddButton(kAnchorNames[mode], AnchorIcon(mode), kAnchorNames[mode]);
     AnchorButtons[mode]->SetPlace({0, Pixels(kStrip) + mode * kButton, kButton, kButton});
     AnchorButtons[mode]->OnClick = [mode] {
       ChooseAnchor(mode);
@@ -152,6 +148,7 @@ void AddCanvasAndBars(Window& window) {
   Form1Parts.horizontal->OnScroll = ScrollToLeft;
   Form1Parts.vertical = window.AddScrollBar(false);
   Form1Parts.vertical->OnScroll = ScrollToTop;
+  CursorLabel = window.AddStatusText(270);
   Form1Parts.pointer = window.AddStatusText(320);
 }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "document/numbers.h"
 #include "editing/keyboard.h"
 #include "platform/files.h"
 #include "typography/colours.h"
@@ -17,7 +18,12 @@ float MarkedLeft;
 float MarkedBottom;
 float MarkedRight;
 float MarkedTop;
+Label* CursorLabel;
 Button* AnchorButtons[10];
+
+const char* const kAnchorNames[10] = {"Select",        "Top Left",     "Centre Left",  "Bottom Left",
+                                      "Bottom Centre", "Bottom Right", "Centre Right", "Top Right",
+                                      "Top Centre",    "Center"};
 
 namespace {
 
@@ -40,6 +46,20 @@ void ResetCursor() {
 
 void ClearMarkedBox() {
   MarkedLeft = MarkedBottom = MarkedRight = MarkedTop = 0;
+}
+
+std::string CursorLabelText() {
+  const int anchor = AnchorOfMode(CursorMode);
+  if (anchor == 0) return CursorMode == 0 ? "Choose an anchor at the left to type" : "";
+  const std::string name = kAnchorNames[anchor];
+  if (CursorMode > 0) return name + ": click on the page to type there";
+  return name + " at " + FormatSingle(CursorX) + ", " + FormatSingle(CursorY) + " pt";
+}
+
+void ShowCursorLabel() {
+  if (!CursorLabel) return;
+  const std::string text = CursorLabelText();
+  if (CursorLabel->Text() != text) CursorLabel->SetText(text);
 }
 
 void SetCanvasPointer(std::int16_t mode) {

@@ -3,6 +3,7 @@
 // The cursor point, its anchor mode and the canvas pointer.
 
 #include <cstdint>
+#include <string>
 
 #include "platform/controls.h"
 #include "typography/view.h"  // GridStepH, GridStepV
@@ -21,6 +22,13 @@ extern float MarkedBottom;
 extern float MarkedRight;
 extern float MarkedTop;
 void ClearMarkedBox();
+
+// Captions of the anchor buttons by mode.
+extern const char* const kAnchorNames[10];
+// Tells what the next key or click will do: where typing goes, or what to do first.
+extern Label* CursorLabel;
+std::string CursorLabelText();
+void ShowCursorLabel();
 
 // Buttons Cur0 to Cur9; the one of the mode in force is down.
 extern Button* AnchorButtons[10];

@@ -202,6 +202,7 @@ void AddTextRun(bool ResetSelection) {
 }
 
 void DrawCursorMark(std::int16_t colour, bool typing) {
+  ShowCursorLabel();
   if (!Picture1 || Picture1->PixelWidth() <= 0 || Picture1->PixelHeight() <= 0) return;
   Picture1->SelectLayer(Layer::Overlay);
   Picture1->Clear();
