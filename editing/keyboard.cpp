@@ -91,11 +91,11 @@ void PaintPendingRun(bool caret) {
   const int anchor = AnchorOfMode(CursorMode);
   if (anchor == 0 || PendingRun.empty()) return;
   const float width = MeasureRun(PendingRun, BaseFont, FontSize);
-  Point end = AlignAtAnchor({CursorX, CursorY}, anchor, width, FontSize);
-  PaintRun(0, PendingRun, BaseFont, FontSize, end.x, end.y, kBlack, false);
+  const Point at = AlignAtAnchor({CursorX, CursorY}, anchor, width, FontSize);
+  const RunPen end = PaintRun(0, PendingRun, BaseFont, FontSize, at, kBlack, false);
   if (!caret) return;
-  const float rise = 0.8F * FontSize;
-  const float fall = 0.2F * FontSize;
+  const float rise = 0.8F * end.size;
+  const float fall = 0.2F * end.size;
   Picture1->DrawLine({end.x, end.y - rise}, {end.x, end.y + fall}, Pen{PaletteColour(kBlue), 1});
 }
 

@@ -6,7 +6,6 @@
 #include "platform/failure.h"
 #include "typography/colours.h"
 #include "typography/glyph_procedures.h"
-#include "typography/metrics.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
 
@@ -149,16 +148,13 @@ void DrawChar(int code, std::int16_t font, float size, float& x, float y, std::i
   OpenStretch.Flush();
 }
 
-namespace {
-
-// Walks the run and returns the pen at its end.
-RunPen WalkRun(float extraSpace, std::string_view text, std::int16_t font, float size, float x, float y,
-               std::int16_t colour, bool frame) {
+RunPen PaintRun(float extraSpace, std::string_view text, std::int16_t font, float size, Point at,
+                std::int16_t colour, bool frame) {
   RunPen pen;
   pen.font = IsTypeface(font) ? font : std::int16_t{0};
   pen.size = size;
-  pen.x = x;
-  pen.y = y;
+  pen.x = at.x;
+  pen.y = at.y;
   const ColourValue value = PaletteColour(colour);
   for (const char c : text) {
     const int code = static_cast<unsigned char>(c);
@@ -173,20 +169,11 @@ RunPen WalkRun(float extraSpace, std::string_view text, std::int16_t font, float
   return pen;
 }
 
-}  // namespace
-
-void PaintRun(float extraSpace, std::string_view text, std::int16_t font, float size, float& x, float& y,
-              std::int16_t colour, bool frame) {
-  const RunPen pen = WalkRun(extraSpace, text, font, size, x, y, colour, frame);
-  x = pen.x;
-  y = pen.y;
-}
-
 void DrawRun(float extraSpace, std::string_view text, std::int16_t font, float size, float& x, float& y,
              std::int16_t colour, bool frame) {
   CurrentFont = font;
   ShowFontLabel(CurrentFont, size);
-  const RunPen pen = WalkRun(extraSpace, text, font, size, x, y, colour, frame);
+  const RunPen pen = PaintRun(extraSpace, text, font, size, {x, y}, colour, frame);
   CurrentFont = pen.font;
   ShowFontLabel(CurrentFont, pen.size);
   x = pen.x;

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/canvas.h"
+#include "typography/metrics.h"
 
 namespace kelvane {
 
@@ -36,9 +37,9 @@ void DrawChar(int code, std::int16_t font, float size, float& x, float y, std::i
 // `extraSpace` points are added after each blank while JustificationOn is true.
 void DrawRun(float extraSpace, std::string_view text, std::int16_t font, float size, float& x, float& y,
              std::int16_t colour, bool frame);
-// The same without touching CurrentFont and the label: what redraws use.
-void PaintRun(float extraSpace, std::string_view text, std::int16_t font, float size, float& x, float& y,
-              std::int16_t colour, bool frame);
+// The same without touching CurrentFont and the label: what redraws use. Returns the pen at the run's end.
+RunPen PaintRun(float extraSpace, std::string_view text, std::int16_t font, float size, Point at,
+                std::int16_t colour, bool frame);
 
 // The program's justification flag: on while a run of the "a" form is drawn. The renderer sets it.
 extern bool JustificationOn;

@@ -149,9 +149,9 @@ void PaintTextLine(std::string_view line) {
   if (!ParseTextEntry(line, entry)) return;
   const float width = NeedsWidth(entry) ? MeasureRun(entry.text, entry.font, entry.size) : 0;
   const float extra = entry.justified ? JustificationSpace(entry.text, entry.amount, width) : 0;
-  Point at = AlignAtAnchor({entry.x, entry.y}, entry.anchor, width, entry.size);
+  const Point at = AlignAtAnchor({entry.x, entry.y}, entry.anchor, width, entry.size);
   JustificationOn = entry.justified;
-  PaintRun(extra, entry.text, entry.font, entry.size, at.x, at.y, kBlack, false);
+  PaintRun(extra, entry.text, entry.font, entry.size, at, kBlack, false);
   JustificationOn = false;
 }
 
