@@ -154,10 +154,11 @@ void QtWindow::Show() {
   closing_ = false;
   if (frame_->isMinimized()) {
     frame_->showNormal();
+  } else if (frame_->isVisible()) {
+    frame_->raise();
   } else {
     frame_->show();
   }
-  frame_->raise();
   frame_->activateWindow();
 }
 

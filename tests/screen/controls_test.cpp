@@ -1,0 +1,124 @@
+// Text boxes, buttons and scroll bars under the person's hands.
+
+#include <QApplication>
+#include <QClipboard>
+#include <cmath>
+
+#include "tests/screen/screen_test.h"
+
+namespace kelvane {
+namespace {
+
+class BoxTest : public ScreenTest {
+ protected:
+  void SetUp() override {
+    ScreenTest::SetUp();
+    box = window->AddTextBox("Run", true);
+    box->SetPlace({0, 0, 300, 24});
+    box->OnChange = [this] { changes += box->Text() + ";"; };
+    edit = TheOnly<QLineEdit>();
+    Show();
+    box->Focus();
+  }
+  void Paste(const QString& text) {
+    QApplication::clipboard()->setText(text);
+    edit->paste();
+  }
+
+  TextBox* box = nullptr;
+  QLineEdit* edit = nullptr;
+  std::string changes;
+};
+
+TEST_F(BoxTest, HoldsEveryCodeOfARun) {
+  std::string run;
+  for (int code = 1; code < 256; ++code) {
+    if (code != '\r' && code != '\n') run += static_cast<char>(code);
+  }
+  box->SetText(run);
+  EXPECT_EQ(box->Text(), run);
+  QTest::keyClick(edit, Qt::Key_End);
+  QTest::keyClicks(edit, "x");
+  EXPECT_EQ(box->Text(), run + "x");
+  EXPECT_EQ(changes, run + "x;");
+}
+
+TEST_F(BoxTest, RefusesCharactersWithoutCode) {
+  box->SetText("ab\xF0");
+  Paste(QStringLiteral("c\u00E9"));
+  QTest::keyClick(edit, Qt::Key_End);
+  QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QStringLiteral("\u4E2D"), Qt::NoModifier);
+  EXPECT_EQ(box->Text(), "ab\xF0");
+  EXPECT_EQ(changes, "");
+  Paste(QStringLiteral("\u2026"));
+  EXPECT_EQ(box->Text(), "ab\xF0\x85");
+  edit->undo();
+  EXPECT_EQ(box->Text(), "ab\xF0");
+  Paste(QStringLiteral("\u00A0"));
+  EXPECT_EQ(box->Text(), "ab\xF0\xA0");
+}
+
+TEST_F(BoxTest, LineEndsBecomeBlanks) {
+  Paste(QStringLiteral("a\nb\rc"));
+  EXPECT_EQ(box->Text(), "a b c");
+  box->SetText(std::string("a\0b\r\nc", 6));
+  EXPECT_EQ(box->Text(), "a b  c");
+}
+
+TEST_F(BoxTest, EnterAndEscapeReachTheOwner) {
+  std::string keys;
+  box->OnEnter = [&] { keys += "enter "; };
+  box->OnEscape = [&] { keys += "escape "; };
+  QTest::keyClick(edit, Qt::Key_Return);
+  QTest::keyClick(edit, Qt::Key_Enter, Qt::ControlModifier);
+  QTest::keyClick(edit, Qt::Key_Escape);
+  EXPECT_EQ(keys, "enter enter escape ");
+  EXPECT_EQ(changes, "");
+}
+
+class ControlsTest : public ScreenTest {};
+
+TEST_F(ControlsTest, ButtonStaysAsItsOwnerSetIt) {
+  const IconDrawing icon{{IconShape::Kind::Disc, 12, 12, 6, 0, true, false, ""}};
+  Button* button = window->AddButton("Top Left", icon, "Top Left");
+  auto* widget = TheOnly<QPushButton>();
+  int clicks = 0;
+  button->OnClick = [&] { ++clicks; };
+  button->SetDown(true);
+  widget->click();
+  EXPECT_TRUE(widget->isChecked());
+  button->SetDown(false);
+  widget->click();
+  EXPECT_FALSE(widget->isChecked());
+  EXPECT_EQ(clicks, 2);
+  EXPECT_EQ(widget->accessibleName(), "Top Left");
+}
+
+TEST_F(ControlsTest, ClickLeavesTheFocusOnTheCanvas) {
+  Canvas* canvas = window->AddCanvas();
+  auto* widget = static_cast<QtCanvas*>(canvas);
+  window->SetCanvasPlace(canvas, {0, 30, 100, 100});
+  window->AddButton("OK", {}, "OK")->SetPlace({0, 0, 60, 24});
+  Show();
+  canvas->Focus();
+  QTest::mouseClick(TheOnly<QPushButton>(), Qt::LeftButton);
+  EXPECT_TRUE(widget->hasFocus());
+}
+
+TEST_F(ControlsTest, ScrollBarSpeaksInItsOwnersUnits) {
+  ScrollBar* bar = window->AddScrollBar(false);
+  auto* widget = TheOnly<QScrollBar>();
+  float scrolled = NAN;
+  bar->OnScroll = [&](float value) { scrolled = value; };
+  bar->SetRange(-10, 90, 25, 40);
+  EXPECT_TRUE(std::isnan(scrolled));
+  widget->triggerAction(QScrollBar::SliderToMaximum);
+  EXPECT_NEAR(scrolled, 65, 0.01);
+  widget->triggerAction(QScrollBar::SliderPageStepSub);
+  EXPECT_NEAR(scrolled, 40, 0.01);
+  widget->triggerAction(QScrollBar::SliderToMinimum);
+  EXPECT_NEAR(scrolled, -10, 0.01);
+}
+
+}  // namespace
+}  // namespace kelvane
