@@ -51,6 +51,7 @@ void ShowWholePaper() {
 // A canvas of its own, without a window around it.
 struct Stage {
   QtCanvas canvas{nullptr};
+  Canvas* editorCanvas = Picture1;
 
   Stage() {
     ResetProgram();
@@ -65,7 +66,7 @@ struct Stage {
     ShowWholePaper();
     PaintOverlay = [] { DrawCursorMark(kBlue, true); };
   }
-  ~Stage() { Picture1 = nullptr; }
+  ~Stage() { Picture1 = editorCanvas; }
 };
 
 // Runs all over the paper, the same ones each time.
@@ -146,11 +147,6 @@ class PaintCounter : public QObject {
 // From the key to the painted widget, in the whole editor on a page of 10,000 runs. A run of 40 characters is
 // typed and taken back again.
 void KeyPress(benchmark::State& state) {
-  QtToolkit toolkit;
-  QtDialogs dialogs;
-  TheToolkit = &toolkit;
-  TheDialogs = &dialogs;
-  if (!StartUp(BackslashPath(KELVANE_PROGRAM_FOLDER))) return state.SkipWithError("The editor did not start");
   constexpr float kAround = 100;  // pixels that the controls around the canvas take at most
   FormPlace = {0, 0, (kWidth + kAround) * kTwipsPerPixel, (kHeight + kAround) * kTwipsPerPixel};
   ShowEditor({});
@@ -231,6 +227,11 @@ int main(int argc, char** argv) {
   int count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
+  kelvane::QtToolkit toolkit;
+  kelvane::QtDialogs dialogs;
+  kelvane::TheToolkit = &toolkit;
+  kelvane::TheDialogs = &dialogs;
+  if (!kelvane::StartUp(kelvane::BackslashPath(KELVANE_PROGRAM_FOLDER))) return 1;
   kelvane::MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   reporter.PrintRatios();
