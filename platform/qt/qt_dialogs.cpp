@@ -21,8 +21,7 @@ QStringList NameFilters(const std::string& filter) {
     const QString patterns = QString(parts[i + 1]).replace(u';', u' ');
     // Brackets in the caption would be taken for the patterns.
     const QString caption = parts[i].section(u'(', 0, 0).trimmed();
-    filters +=
-        QStringLiteral("%1 (%2)").arg(caption == patterns ? QStringLiteral("Pages") : caption, patterns);
+    filters += caption == patterns ? patterns : QStringLiteral("%1 (%2)").arg(caption, patterns);
   }
   return filters;
 }

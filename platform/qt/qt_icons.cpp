@@ -11,7 +11,7 @@ namespace kelvane {
 namespace {
 
 constexpr int kIconSize = 24;         // the grid of icon drawings
-constexpr double kStrokeWidth = 1.3;  // grid units
+constexpr double kStrokeWidth = 1.2;  // grid units
 constexpr double kCornerRadius = 3;   // logical pixels
 constexpr int kHoverAlpha = 26;
 constexpr int kDownAlpha = 80;

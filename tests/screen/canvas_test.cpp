@@ -3,6 +3,7 @@
 
 #include <QPaintEvent>
 #include <QScreen>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -64,8 +65,18 @@ class CanvasTest : public ScreenTest {
     canvas->Clear();
   }
 
-  // The coverage by black ink of one pixel, of one row, of one column.
+  // The coverage by black ink of one pixel; of one row.
   static double InkAt(const QImage& image, int x, int y) { return (255 - qRed(image.pixel(x, y))) / 255.0; }
+  static int GreatestDifference(const QImage& one, const QImage& other) {
+    int difference = 0;
+    for (int y = 0; y < one.height(); ++y) {
+      for (int x = 0; x < one.width(); ++x) {
+        difference = std::max(difference, std::abs(qRed(one.pixel(x, y)) - qRed(other.pixel(x, y))));
+        difference = std::max(difference, std::abs(qGreen(one.pixel(x, y)) - qGreen(other.pixel(x, y))));
+      }
+    }
+    return difference;
+  }
   static double InkOfRow(const QImage& image, int y) {
     double ink = 0;
     for (int x = 0; x < image.width(); ++x) ink += InkAt(image, x, y);
@@ -208,7 +219,13 @@ TEST_F(CanvasTest, DrawingBeforeTheWindowIsShownStays) {
 
 TEST_F(CanvasTest, OverlayComesAndGoesWithoutScars) {
   // All of it in the quarter of the window that a grab of the screen shows at every pixel ratio.
-  Text({"Times New Roman", false, false}, 40, "Page", {5, 80});
+  const auto drawPage = [&] {
+    canvas->SelectLayer(Layer::Page);
+    canvas->Clear();
+    canvas->FillBox(0, 0, kSide, kSide, kWhite);
+    Text({"Times New Roman", false, false}, 40, "Page", {5, 80});
+  };
+  drawPage();
   Show();
   const QImage clean = OnScreen();
   PaintWatcher watcher;
@@ -238,10 +255,18 @@ TEST_F(CanvasTest, OverlayComesAndGoesWithoutScars) {
     watcher.painted = QRegion();
     Overlay();
     drawings[i]();
-    EXPECT_NE(OnScreen(), clean) << i;
+    const QImage drawn = OnScreen();
+    EXPECT_NE(drawn, clean) << i;
     const QRect painted = watcher.painted.boundingRect();
     EXPECT_LT(painted.width() * painted.height(), kSide * kSide) << i;
     Overlay();
+    EXPECT_EQ(OnScreen(), clean) << i;
+    // The same on the page, all of it repainted: nothing of the overlay was cut off.
+    canvas->SelectLayer(Layer::Page);
+    drawings[i]();
+    canvas->update();
+    EXPECT_LE(GreatestDifference(OnScreen(), drawn), 4) << i;
+    drawPage();
     EXPECT_EQ(OnScreen(), clean) << i;
   }
 }
