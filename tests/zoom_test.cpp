@@ -1,0 +1,92 @@
+#include "typography/zoom.h"
+
+#include "tests/support/program_test.h"
+#include "typography/renderer.h"
+#include "typography/view.h"
+
+namespace kelvane {
+namespace {
+
+class ZoomTest : public ProgramTest {
+ protected:
+  ZoomTest() {
+    RedrawPage();
+    ViewMoved = [this] { ++moves; };
+  }
+
+  // The page point under a pixel of the canvas.
+  Point Under(float pixelX, float pixelY) const {
+    const float width = static_cast<float>(canvas->pixelWidth);
+    const float height = static_cast<float>(canvas->pixelHeight);
+    return {VisibleLeft + pixelX / width * (VisibleRight - VisibleLeft),
+            VisibleTop + pixelY / height * (VisibleBottom - VisibleTop)};
+  }
+
+  int moves = 0;
+};
+
+TEST_F(ZoomTest, ThePointUnderThePointerStays) {
+  const Point before = Under(120, 330);
+  for (const float factor : {1.5F, 1.5F, 0.3F, 1e6F, 1e-9F}) {
+    ZoomAt(factor, 120, 330);
+    const float pixel = 1 / SCALE;
+    EXPECT_NEAR(Under(120, 330).x, before.x, pixel) << factor;
+    EXPECT_NEAR(Under(120, 330).y, before.y, pixel) << factor;
+  }
+  EXPECT_EQ(SCALE, kLeastScale);
+  EXPECT_EQ(moves, 5);
+}
+
+TEST_F(ZoomTest, ScaleStaysWithinItsBounds) {
+  for (int i = 0; i < 100; ++i) ZoomIn();
+  EXPECT_EQ(SCALE, kMostScale);
+  for (int i = 0; i < 100; ++i) ZoomOut();
+  EXPECT_EQ(SCALE, kLeastScale);
+  ZoomToTrueSize();
+  EXPECT_EQ(SCALE, kTrueScale);
+}
+
+TEST_F(ZoomTest, FittingShowsThePaper) {
+  for (const bool wide : {true, false}) {
+    canvas->pixelWidth = wide ? 2000 : 300;
+    FitPage();
+    EXPECT_LT(VisibleLeft, 0);
+    EXPECT_LT(VisibleTop, 0);
+    EXPECT_GT(VisibleRight, PaperWidth);
+    EXPECT_GT(VisibleBottom, PaperHeight);
+  }
+  canvas->pixelWidth = 600;
+  STARTY = 77;
+  FitWidth();
+  EXPECT_LT(VisibleLeft, 0);
+  EXPECT_GT(VisibleRight, PaperWidth);
+  EXPECT_LT(VisibleRight - VisibleLeft, PaperWidth * 1.1F);
+  EXPECT_EQ(STARTY, 77);
+  canvas->pixelWidth = 10;  // smaller than its margins
+  FitPage();
+  EXPECT_EQ(SCALE, kLeastScale);
+}
+
+TEST_F(ZoomTest, ScrollingStopsAtTheEdges) {
+  ScrollBy(40, -20);
+  EXPECT_EQ(STARTX, 296 + 20);
+  EXPECT_EQ(STARTY, 180 - 10);
+  ScrollBy(1e6F, -1e6F);
+  EXPECT_EQ(STARTX, PaperWidth);
+  EXPECT_EQ(STARTY, 0);
+}
+
+TEST_F(ZoomTest, ScrollBarsReachThePaperAndTheView) {
+  ScrollToLeft(20);
+  ScrollToTop(-30);
+  EXPECT_FLOAT_EQ(VisibleLeft, 20);
+  EXPECT_FLOAT_EQ(VisibleTop, -30);
+  EXPECT_LT(HorizontalRange().least, 0);
+  EXPECT_GT(HorizontalRange().most, PaperWidth);
+  EXPECT_EQ(VerticalRange().least, -30);
+  ScrollToTop(5000);
+  EXPECT_EQ(VerticalRange().most, VisibleBottom);
+}
+
+}  // namespace
+}  // namespace kelvane
