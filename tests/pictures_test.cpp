@@ -10,8 +10,8 @@
 namespace kelvane::pictures {
 namespace {
 
-const std::string kSources = BackslashPath(KELVANE_SOURCE_FOLDER) + "\\tools\\pictures\\";
-const std::string kData = BackslashPath(KELVANE_SOURCE_FOLDER) + "\\data\\";
+const std::string kSources = BackslashPath(KELVANE_SOURCE_DIR) + "\\tools\\pictures\\";
+const std::string kData = BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\";
 
 struct Pointer {
   int type;
