@@ -15,7 +15,7 @@
 namespace kelvane {
 namespace {
 
-const std::string kProlog = BackslashPath(KELVANE_SOURCE_FOLDER) + "\\data\\QRX.PRO";
+const std::string kProlog = BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\QRX.PRO";
 const std::string kEntry = "72 100 m 14 F0 (entry) 3 s\r\n";
 
 struct Box {

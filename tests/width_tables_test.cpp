@@ -8,7 +8,7 @@
 namespace kelvane {
 namespace {
 
-const std::string kData = BackslashPath(KELVANE_SOURCE_FOLDER) + "\\data\\";
+const std::string kData = BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\";
 const std::string kAfmFolder = "\\usr\\share\\fonts\\type1\\urw-base35\\";
 
 WidthTable TableOf(std::size_t face) {
