@@ -16,6 +16,7 @@ int main(int argumentCount, char** arguments) {
   try {
     ProgramFolder = BackslashPath(arguments[1]) + "\\";
     math0::BuildFontFiles();
+    math0::BuildSpecimen();
   } catch (const Failure& failure) {
     std::fprintf(stderr, "%s\n", failure.what());
     return 1;

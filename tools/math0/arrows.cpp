@@ -40,16 +40,17 @@ Outline TwoHeaded() {
   return Shaft(0, 42, kAxis) + Head(46) + Head(38);
 }
 
-// Wider barbs of even weight; the shafts end where they meet them.
+// Wider barbs of even weight; the shafts are cut aslant to end within them.
 Outline ArrowDoubleRight() {
-  const double tip = 44;
+  constexpr double tip = 44;
+  constexpr double outer = kAxis - kDoubleGap - kRule * 0.5, inner = outer + kRule;
   const Outline upper = Path(tip, kAxis)
                             .Curve(tip - 9, kAxis - 5, tip - 13, kAxis - 13.5)
                             .Line(tip - 14.75, kAxis - 12.75)
                             .Curve(tip - 11, kAxis - 5, tip - 3.5, kAxis)
-                            .Closed();
-  return upper + MirrorY(upper, kAxis) + Shaft(0, tip - 7, kAxis - kDoubleGap) +
-         Shaft(0, tip - 7, kAxis + kDoubleGap);
+                            .Closed() +
+                        Polygon({{0, outer}, {tip - 7.25, outer}, {tip - 5.25, inner}, {0, inner}});
+  return upper + MirrorY(upper, kAxis);
 }
 Outline ArrowDoubleLeft() {
   return MirrorX(ArrowDoubleRight(), 22);

@@ -29,14 +29,15 @@ Outline WithLowerHalf(const Outline& upper) {
 
 // Thin at the ends, full in the middle.
 Outline ParenLeft() {
-  return WithLowerHalf(Pen(18, kTop, 1.5).Curve(6.5, 5, 6.5, kAxis, 4.5).Ink());
+  return WithLowerHalf(Pen(18, kTop, 1.5).Curve(6.5, 5, 6.5, kAxis, 4).Ink());
 }
 Outline ParenRight() {
   return Opposite(ParenLeft());
 }
 
 Outline BracketLeft() {
-  return Box(5, kTop, 8, kBottom) + Box(5, kTop, 15.5, kTop + 2) + Box(5, kBottom - 2, 15.5, kBottom);
+  return Box(5, kTop, 5 + kDelimiter, kBottom) + Box(5, kTop, 15.5, kTop + 1.75) +
+         Box(5, kBottom - 1.75, 15.5, kBottom);
 }
 Outline BracketRight() {
   return Opposite(BracketLeft());
@@ -44,7 +45,7 @@ Outline BracketRight() {
 
 Outline BraceLeft() {
   return WithLowerHalf(Pen(18.5, kTop + 0.75, 1.5)
-                           .Curve(11, kTop + 0.75, 11, kTop + 11, 3.75)
+                           .Curve(11, kTop + 0.75, 11, kTop + 11, 3.25)
                            .Line(11, kAxis - 9)
                            .Curve(11, kAxis, 4, kAxis, 1.25)
                            .Ink());
@@ -70,7 +71,8 @@ Outline BigAngleRight() {
 
 // Corners: floor and ceiling by themselves, ends of a tall bracket with bars between.
 Outline CeilingLeft() {
-  return Box(kStemLeft, kPieceTop, kStemRight, kPieceBottom) + Box(kStemLeft, kPieceTop, 17, kPieceTop + 2);
+  return Box(kStemLeft, kPieceTop, kStemRight, kPieceBottom) +
+         Box(kStemLeft, kPieceTop, 17, kPieceTop + 1.75);
 }
 Outline CeilingRight() {
   return Opposite(CeilingLeft());
@@ -84,8 +86,8 @@ Outline FloorRight() {
 
 // Hooks: ends of a tall parenthesis, or of a tall brace when its middle piece is put between.
 Outline HookTopLeft() {
-  return Pen(19.5, kPieceTop + 0.75, 1.5)
-      .Curve(kStemMiddle, kPieceTop + 5, kStemMiddle, kPieceTop + 28, kDelimiter)
+  return Pen(19, kPieceTop + 1, 1.5)
+      .Curve(kStemMiddle, kPieceTop + 5, kStemMiddle, kPieceTop + 33, kDelimiter)
       .Line(kStemMiddle, kPieceBottom)
       .Ink();
 }

@@ -9,7 +9,7 @@ namespace kelvane::math0 {
 namespace {
 
 constexpr double kCap = 7;
-constexpr double kLine = 2;  // weight of the lines of a blackboard letter
+constexpr double kLine = 1.5;  // weight of the lines of a blackboard letter
 
 // A slanting line between the top and the baseline with level ends.
 Outline Diagonal(double topX, double bottomX, double width) {
@@ -70,86 +70,86 @@ Outline BoardK() {
 
 // Script capitals: one pen, thin where it rises and full where it falls.
 Outline ScriptL() {
-  return Pen(19, 19.5, 1.5)
-      .Curve(34, 19, 34, 11, 1.75)
-      .Curve(34, kCap, 29.5, kCap, 1.75)
-      .Curve(22, kCap, 18.5, 22, 4)
-      .Curve(14.5, 38.75, 8, 38.75, 2.25)
-      .Curve(3.5, 38.75, 3.5, 35.5, 1.5)
-      .Curve(3.5, 32.25, 8, 32.25, 1.75)
-      .Curve(14, 32.25, 20, 36.25, 3.25)
-      .Curve(25, 39.5, 29.5, 38.25, 2.75)
+  return Pen(19, 19.5, 1.25)
+      .Curve(34, 19, 34, 11, 1.5)
+      .Curve(34, kCap, 29.5, kCap, 1.5)
+      .Curve(22, kCap, 18.5, 22, 3.5)
+      .Curve(14.5, 38.75, 8, 38.75, 2)
+      .Curve(3.5, 38.75, 3.5, 35.5, 1.25)
+      .Curve(3.5, 32.25, 8, 32.25, 1.5)
+      .Curve(14, 32.25, 20, 36.25, 3)
+      .Curve(25, 39.5, 29.5, 38.25, 2.5)
       .Curve(34, 36.75, 35.5, 31, 1.25)
       .Ink();
 }
 
 Outline ScriptH() {
   return Pen(4, 15, 1.25)
-             .Curve(5, 8, 11, 8, 2)
-             .Curve(17.5, 8, 16.5, 17, 3.25)
-             .Curve(14, 38.75, 6.5, 38.75, 2.25)
+             .Curve(5, 8, 11, 8, 1.75)
+             .Curve(17.5, 8, 16.5, 17, 3)
+             .Curve(14, 38.75, 6.5, 38.75, 2)
              .Curve(3, 38.75, 3, 35, 1.25)
              .Ink() +
          Pen(41.5, 9, 1.25)
-             .Curve(33.5, 5.5, 30.5, 18, 3.5)
-             .Curve(27, 38.75, 33.5, 38.75, 3)
+             .Curve(33.5, 5.5, 30.5, 18, 3.25)
+             .Curve(27, 38.75, 33.5, 38.75, 2.75)
              .Curve(38, 38.75, 40.5, 32.5, 1.25)
              .Ink() +
-         Pen(9.5, 25.5, 1.25).Curve(14, 22.5, 30.5, 22, 1.75).Ink();
+         Pen(9.5, 25.5, 1.25).Curve(14, 22.5, 30.5, 22, 1.5).Ink();
 }
 
 Outline ScriptF() {
   return Pen(5, 15.5, 1.25)
-             .Curve(6, 8.25, 14, 8.25, 2.25)
-             .Curve(22, 8.25, 27.5, 9.75, 3)
+             .Curve(6, 8.25, 14, 8.25, 2)
+             .Curve(22, 8.25, 27.5, 9.75, 2.75)
              .Curve(34, 11, 38, 6.5, 1.25)
              .Ink() +
-         Pen(24.5, 9, 1.5)
-             .Curve(22.5, 12, 20, 24, 4)
-             .Curve(17, 38.75, 9.5, 38.75, 2.5)
+         Pen(24.5, 9, 1.25)
+             .Curve(22.5, 12, 20, 24, 3.5)
+             .Curve(17, 38.75, 9.5, 38.75, 2.25)
              .Curve(4, 38.75, 4, 33.5, 1.25)
              .Ink() +
-         Pen(14, 24, 1.25).Curve(20, 22.25, 30, 22.75, 1.75).Ink() +
+         Pen(14, 24, 1.25).Curve(20, 22.25, 30, 22.75, 1.5).Ink() +
          Pen(30.5, 19.5, 1.25).Line(28.5, 26.5).Ink();
 }
 
 // An italic h with a bar through its neck.
 Outline HBar() {
-  return Polygon({{8.5, 7}, {13.75, 6.5}, {6.75, kBaseline}, {2.75, kBaseline}, {9, 9.25}, {8.25, 8.5}}) +
-         Pen(6.5, 31, 1.5)
-             .Curve(12, 18.5, 17.5, 18.5, 2.75)
-             .Curve(22, 18.5, 21, 24, 3.75)
-             .Curve(20, 29, 18.75, 34, 3.75)
-             .Curve(17.75, 38.75, 20, 38.75, 2.5)
+  return Polygon({{8, 7.75}, {13.75, 6.5}, {6.5, kBaseline}, {2.75, kBaseline}, {9, 9.25}, {8, 9}}) +
+         Pen(6.5, 31, 1.25)
+             .Curve(12, 18.5, 17.5, 18.5, 2.5)
+             .Curve(22, 18.5, 21, 24, 3.25)
+             .Curve(20, 29, 18.75, 34, 3.25)
+             .Curve(17.75, 38.75, 20, 38.75, 2.25)
              .Curve(22.5, 38.75, 24.5, 33.75, 1.25)
              .Ink() +
-         Pen(4.5, 14.75, 1.75).Line(19.5, 11.25).Ink();
+         Pen(4.5, 14.75, 1.5).Line(19.5, 11.25).Ink();
 }
 
 // One loop from the line up and back down.
 Outline Ell() {
-  return Pen(3, 33.5, 1.5)
-      .Curve(13, 28, 17.5, 16.5, 1.75)
-      .Curve(20.5, 7.5, 17, 7.5, 1.75)
-      .Curve(12.5, 7.5, 10, 22, 3.75)
-      .Curve(7, 39, 13, 39, 3)
+  return Pen(3, 33.5, 1.25)
+      .Curve(13, 28, 17.5, 16.5, 1.5)
+      .Curve(20.5, 7.5, 17, 7.5, 1.5)
+      .Curve(12.5, 7.5, 10, 22, 3.25)
+      .Curve(7, 39, 13, 39, 2.75)
       .Curve(17, 39, 20.5, 33, 1.25)
       .Ink();
 }
 
 // A loop on the left, then a bowl with a tail below the line.
 Outline WeierstrassP() {
-  return Pen(9.5, 36.5, 1.5)
-      .Curve(3.25, 35.5, 3.25, 28, 3)
-      .Curve(3.25, 18.5, 10, 18.5, 2)
-      .Curve(15.5, 18.5, 15, 29, 3.25)
-      .Curve(14.5, 42, 9.5, 50, 2)
-      .Curve(6.5, 54, 4.5, 51.5, 1.5)
-      .Curve(3, 48.5, 8, 44, 1.5)
-      .Curve(13.5, 38.75, 18, 38.75, 2)
-      .Curve(27.25, 38.75, 27.25, 28, 3.75)
-      .Curve(27.25, 18.5, 21, 18.5, 2)
-      .Curve(16.5, 18.5, 14.5, 25, 1.5)
+  return Pen(9.5, 36.5, 1.25)
+      .Curve(3.25, 35.5, 3.25, 28, 2.75)
+      .Curve(3.25, 18.5, 10, 18.5, 1.75)
+      .Curve(15.5, 18.5, 15, 29, 3)
+      .Curve(14.5, 42, 9.5, 50, 1.75)
+      .Curve(6.5, 54, 4.5, 51.5, 1.25)
+      .Curve(3, 48.5, 8, 44, 1.25)
+      .Curve(13.5, 38.75, 18, 38.75, 1.75)
+      .Curve(27.25, 38.75, 27.25, 28, 3.25)
+      .Curve(27.25, 18.5, 21, 18.5, 1.75)
+      .Curve(16.5, 18.5, 14.5, 25, 1.25)
       .Ink();
 }
 
@@ -164,9 +164,10 @@ Outline Aleph() {
          arm + leg + Polygon({{3.5, 38.25}, {10, 38.25}, {10, 40}, {3.5, 40}});
 }
 
+// A delta turned over: the thick side comes first.
 Outline Nabla() {
-  return Polygon({{2, kCap}, {34, kCap}, {18.75, kBaseline}, {17, kBaseline}}) +
-         Reverse(Polygon({{8.75, 9.75}, {29.5, 9.75}, {19.75, 31}}));
+  return Polygon({{2, kCap}, {34.5, kCap}, {19.25, kBaseline}, {17.75, kBaseline}}) +
+         Reverse(Polygon({{7.5, 9}, {31.25, 9}, {19.75, 33.75}}));
 }
 
 // A rounded d with its ascender bent over the bowl.
@@ -183,15 +184,15 @@ Outline Partial() {
 
 // A lying eight in one stroke, thin at the crossing.
 Outline Infinity() {
-  return Pen(23.5, kAxis, 2.25)
-      .Curve(28.5, kAxis - 8.5, 34.5, kAxis - 8.5, 2.5)
-      .Curve(42, kAxis - 8.5, 42, kAxis, 3.5)
-      .Curve(42, kAxis + 8.5, 34.5, kAxis + 8.5, 2.5)
-      .Curve(28.5, kAxis + 8.5, 23.5, kAxis, 2.25)
-      .Curve(18.5, kAxis - 8.5, 12.5, kAxis - 8.5, 2.5)
-      .Curve(5, kAxis - 8.5, 5, kAxis, 3.5)
-      .Curve(5, kAxis + 8.5, 12.5, kAxis + 8.5, 2.5)
-      .Curve(18.5, kAxis + 8.5, 23.5, kAxis, 2.25)
+  return Pen(23.5, kAxis, 2)
+      .Curve(28.5, kAxis - 8.5, 34.5, kAxis - 8.5, 2.25)
+      .Curve(42, kAxis - 8.5, 42, kAxis, 3)
+      .Curve(42, kAxis + 8.5, 34.5, kAxis + 8.5, 2.25)
+      .Curve(28.5, kAxis + 8.5, 23.5, kAxis, 2)
+      .Curve(18.5, kAxis - 8.5, 12.5, kAxis - 8.5, 2.25)
+      .Curve(5, kAxis - 8.5, 5, kAxis, 3)
+      .Curve(5, kAxis + 8.5, 12.5, kAxis + 8.5, 2.25)
+      .Curve(18.5, kAxis + 8.5, 23.5, kAxis, 2)
       .Ink();
 }
 

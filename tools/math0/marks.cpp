@@ -11,7 +11,7 @@
 namespace kelvane::math0 {
 namespace {
 
-constexpr double kDot = 2.75;  // radius
+constexpr double kDot = 2.5;  // radius
 
 Outline Hat() {
   return Polygon({{0, 6.5}, {7, 13.25}, {5.5, 14.25}, {0, 9.5}, {-5.5, 14.25}, {-7, 13.25}});
@@ -46,10 +46,10 @@ Outline VectorMark() {
 }
 
 Outline DotMark() {
-  return Disc({0, 11}, 2.5);
+  return Disc({0, 11}, kDot);
 }
 Outline DoubleDotMark() {
-  return Disc({-4.5, 11}, 2.5) + Disc({4.5, 11}, 2.5);
+  return Disc({-4.5, 11}, kDot) + Disc({4.5, 11}, kDot);
 }
 
 Outline DotsLevel() {

@@ -53,10 +53,10 @@ Outline Sum(const SumShape& s) {
 }
 
 Outline DisplaySum() {
-  return Sum({-6, 61, 3, 57, 8, 3.5, 2.75, 12});
+  return Sum({-6, 61, 3, 57, 7.25, 3.25, 2.5, 12});
 }
 Outline TextSum() {
-  return Sum({4.5, 50.5, 2.5, 39.5, 6.25, 2.75, 2.25, 8.5});
+  return Sum({4.5, 50.5, 2.5, 39.5, 5.75, 2.5, 2, 8.5});
 }
 
 // A slab serif with its flat side at y; `inwards` is 1 when the stem hangs below it, -1 when it stands on it.
@@ -74,8 +74,8 @@ Outline Slab(double left, double right, double stemLeft, double stemRight, doubl
 
 // Two stems under one bar. The bar's underside runs into the stems with the same curve as the serifs.
 Outline Product() {
-  constexpr double top = -6, bottom = 61, stem = 5.5;
-  constexpr double first = 9, second = 40.5;
+  constexpr double top = -6, bottom = 61, stem = 5;
+  constexpr double first = 9, second = 41;
   Outline ink = Box(first, top, first + stem, bottom) + Box(second, top, second + stem, bottom) +
                 Path(3, top)
                     .Line(52, top)
@@ -98,22 +98,29 @@ Outline Coproduct() {
   return MirrorY(Product(), kAxis);
 }
 
-// An upright integral about x = 0 from `top` to `bottom`: a stem that swells to `stem` in the middle, drawn
-// out into a thin hook with a ball at each end; then slanted. The lower half is the upper one turned by half
-// a turn.
-Outline Integral(double top, double stem, double hook, double ball) {
-  const double half = kAxis - top;
-  const Outline upper = Pen(hook - ball * 0.3, top + ball * 1.1, 1.75)
-                            .Curve(hook - ball * 0.6, top + 0.875, hook * 0.5, top + 0.875, 1.75)
-                            .Curve(0, top + 0.875, 0, top + half * 0.55, stem)
-                            .Line(0, kAxis + 1, stem)
-                            .Ink() +
-                        Disc({hook - ball * 0.55, top + ball * 1.45}, ball);
-  return Slant(upper + MirrorX(MirrorY(upper, kAxis), 0), kAxis, 0.2);
+// The upper half of an upright integral about x = 0: a stem that thins out into a hook `reach` wide, and a
+// drop at the hook's end whose outer edge goes on from the hook's.
+Outline IntegralHead(double top, double stem, double reach, double ball) {
+  const double dropLeft = reach - 2 * ball;
+  const double dropMiddle = top + ball * 1.5;
+  const double crest = reach * 0.48;
+  return Pen(crest, top + 0.875, 1.75).Curve(0, top + 0.875, 0, kAxis, stem).Ink() +
+         Path(crest, top)
+             .Curve(reach, top, reach, dropMiddle)
+             .Curve(reach, dropMiddle + ball, reach - ball, dropMiddle + ball)
+             .Curve(dropLeft, dropMiddle + ball, dropLeft, dropMiddle)
+             .Curve(dropLeft, top + 1.75, crest, top + 1.75)
+             .Closed();
+}
+
+// Slanted; the lower half is the upper one turned by half a turn.
+Outline Integral(double top, double stem, double reach, double ball) {
+  const Outline head = IntegralHead(top, stem, reach, ball);
+  return Slant(head + MirrorX(MirrorY(head, kAxis), 0), kAxis, 0.17);
 }
 
 Outline DisplayIntegralAtZero() {
-  return Integral(-18.5, 4.5, 10.5, 2.75);
+  return Integral(-18.5, 5, 13.5, 2.75);
 }
 
 Outline DisplayIntegral() {
@@ -129,17 +136,17 @@ Outline ContourIntegral() {
 }
 
 Outline TextIntegral() {
-  return Shift(Integral(0.5, 4, 7.5, 2.25), 14.5, 0);
+  return Shift(Integral(0.5, 4.25, 9.25, 2.25), 15.5, 0);
 }
 
 // A trough with upright sides: the union; turned over, the intersection.
 Outline Cup() {
-  constexpr double left = 6, right = 44, top = -1, bottom = 54.25;
+  constexpr double left = 6, right = 44, top = -1, bottom = 54.375;
   constexpr double radius = (right - left) * 0.5;
-  return Pen(left, top, 4)
+  return Pen(left, top, 3.5)
       .Line(left, bottom - radius)
-      .Curve(left, bottom, left + radius, bottom, 3.5)
-      .Curve(right, bottom, right, bottom - radius, 4)
+      .Curve(left, bottom, left + radius, bottom, 3.25)
+      .Curve(right, bottom, right, bottom - radius, 3.5)
       .Line(right, top)
       .Ink();
 }

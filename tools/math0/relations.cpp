@@ -8,7 +8,7 @@
 namespace kelvane::math0 {
 namespace {
 
-constexpr double kWeight = 2.5;
+constexpr double kWeight = 2.25;
 constexpr double kLeft = 3, kRight = 33, kMiddle = 18;
 
 Outline Level(double y, double left = kLeft, double right = kRight) {
@@ -17,11 +17,11 @@ Outline Level(double y, double left = kLeft, double right = kRight) {
 
 // Two waves, drawn out thin at the ends; `rise` from the middle to crest and trough.
 Outline Wave(double y, double rise) {
-  return Pen(kLeft + 1, y + rise + 0.5, 1.75)
-      .Curve(kLeft + 1.5, y - rise, kLeft + 8, y - rise, 2.75)
-      .Curve(kMiddle - 4, y - rise, kMiddle, y, 3)
-      .Curve(kMiddle + 4, y + rise, kRight - 8, y + rise, 2.75)
-      .Curve(kRight - 1.5, y + rise, kRight - 1, y - rise - 0.5, 1.75)
+  return Pen(kLeft + 1, y + rise + 0.5, 1.5)
+      .Curve(kLeft + 1.5, y - rise, kLeft + 8, y - rise, 2.25)
+      .Curve(kMiddle - 4, y - rise, kMiddle, y, 2.5)
+      .Curve(kMiddle + 4, y + rise, kRight - 8, y + rise, 2.25)
+      .Curve(kRight - 1.5, y + rise, kRight - 1, y - rise - 0.5, 1.5)
       .Ink();
 }
 
@@ -37,7 +37,7 @@ Outline Asymptotic() {
 
 // Each arm a curve that leaves the point level and bends away.
 Outline Precedes() {
-  const Outline arm = Pen(31.5, kAxis - 13.5, 2.25).Curve(26, kAxis - 1.5, 4, kAxis, 2.5).Ink();
+  const Outline arm = Pen(31.5, kAxis - 13.5, 1.75).Curve(26, kAxis - 1.5, 4, kAxis, 2.25).Ink();
   return arm + MirrorY(arm, kAxis);
 }
 Outline Succeeds() {
@@ -55,21 +55,21 @@ Outline MuchGreater() {
 
 // One stroke that crosses itself.
 Outline Proportional() {
-  return Pen(33, kAxis - 8, 2)
-      .Curve(27.5, kAxis - 8, 22, kAxis, 2.25)
-      .Curve(17, kAxis + 8, 11.5, kAxis + 8, 2.75)
-      .Curve(4.25, kAxis + 8, 4.25, kAxis, 3.25)
-      .Curve(4.25, kAxis - 8, 11.5, kAxis - 8, 2.75)
-      .Curve(17, kAxis - 8, 22, kAxis, 2.25)
-      .Curve(27.5, kAxis + 8, 33, kAxis + 8, 2)
+  return Pen(33, kAxis - 8, 1.75)
+      .Curve(27.5, kAxis - 8, 22, kAxis, 2)
+      .Curve(17, kAxis + 8, 11.5, kAxis + 8, 2.25)
+      .Curve(4.25, kAxis + 8, 4.25, kAxis, 2.75)
+      .Curve(4.25, kAxis - 8, 11.5, kAxis - 8, 2.25)
+      .Curve(17, kAxis - 8, 22, kAxis, 2)
+      .Curve(27.5, kAxis + 8, 33, kAxis + 8, 1.75)
       .Ink();
 }
 
 Outline Horseshoe(double middle, double radius) {
   return Pen(kRight, middle - radius, kWeight)
-      .Line(kLeft + 1.25 + radius, middle - radius)
-      .Curve(kLeft + 1.25, middle - radius, kLeft + 1.25, middle)
-      .Curve(kLeft + 1.25, middle + radius, kLeft + 1.25 + radius, middle + radius)
+      .Line(kLeft + kWeight * 0.5 + radius, middle - radius)
+      .Curve(kLeft + kWeight * 0.5, middle - radius, kLeft + kWeight * 0.5, middle)
+      .Curve(kLeft + kWeight * 0.5, middle + radius, kLeft + kWeight * 0.5 + radius, middle + radius)
       .Line(kRight, middle + radius)
       .Ink();
 }
@@ -80,7 +80,7 @@ Outline SubsetOrEqual() {
   return Horseshoe(kAxis - 4, 10) + Level(kAxis + 13.5);
 }
 Outline Element() {
-  return Horseshoe(kAxis, 12) + Level(kAxis, kLeft + 1.25);
+  return Horseshoe(kAxis, 12) + Level(kAxis, kLeft + kWeight * 0.5);
 }
 
 Outline Turnstile() {
@@ -92,7 +92,7 @@ Outline Models() {
 
 // Takes no room: it strikes out what the pen is stepped back onto.
 Outline Negation() {
-  return Pen(7, kAxis - 17.5, 2.25).Line(-7, kAxis + 17.5).Ink();
+  return Pen(7, kAxis - 17.5, kWeight).Line(-7, kAxis + 17.5).Ink();
 }
 
 // Level cuts at the ends of slanting strokes, as in capital letters.
@@ -101,13 +101,14 @@ Outline SlantBar(double topX, double top, double bottomX, double bottom, double 
 }
 
 Outline ForAll() {
-  return SlantBar(1.5, 7, 15.25, 40, 3) + SlantBar(30, 7, 16.25, 40, 3) + Level(18.5, 6, 28.5);
+  return SlantBar(1.5, 7, 15.25, 40, 2.5) + SlantBar(29.5, 7, 15.75, 40, 2.5) + Level(18.5, 8, 25.5);
 }
 Outline Exists() {
-  return Box(23, 7, 26, 40) + Box(4, 7, 26, 9.5) + Box(6, 22, 26, 24.5) + Box(4, 37.5, 26, 40);
+  return Box(23.5, 7, 26, 40) + Box(4, 7, 26, 7 + kWeight) + Level(23.5, 6, 26) +
+         Box(4, 40 - kWeight, 26, 40);
 }
 Outline Wedge() {
-  return SlantBar(14.75, 12, 3, 41, 3) + SlantBar(16.25, 12, 28, 41, 3);
+  return SlantBar(14.75, 12, 3, 41, 2.5) + SlantBar(15.75, 12, 27.5, 41, 2.5);
 }
 Outline Vee() {
   return MirrorY(Shift(Wedge(), 0, 1), kAxis);
