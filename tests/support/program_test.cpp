@@ -31,6 +31,7 @@ void EmptyHandlesAndHooks() {
   Picture1 = nullptr;
   DesignerCanvas = nullptr;
   FontLabel = nullptr;
+  CursorLabel = nullptr;
   Text1 = nullptr;
   Text4 = nullptr;
   Form7 = nullptr;
