@@ -224,6 +224,18 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Delete:
       event->ignore();
       return;
+    case Qt::Key_Left:
+      SendKey(kKeyLeft);
+      return;
+    case Qt::Key_Up:
+      SendKey(kKeyUp);
+      return;
+    case Qt::Key_Right:
+      SendKey(kKeyRight);
+      return;
+    case Qt::Key_Down:
+      SendKey(kKeyDown);
+      return;
     default:
       break;
   }

@@ -296,6 +296,10 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
   QTest::sendKeyEvent(QTest::Click, canvas, Qt::Key_unknown, QStringLiteral("\u00E9"), Qt::NoModifier);
   EXPECT_EQ(keys, (std::vector<int>{'a', '(', '\\', '~', ' ', 13, 10, 8, 127, 233}));
   keys.clear();
+  for (const Qt::Key arrow : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down})
+    QTest::keyClick(canvas, arrow);
+  EXPECT_EQ(keys, (std::vector<int>{kKeyLeft, kKeyUp, kKeyRight, kKeyDown}));
+  keys.clear();
   QTest::keyClick(canvas, Qt::Key_Delete);
   QTest::keyClick(canvas, Qt::Key_Escape);
   QTest::keyClick(canvas, Qt::Key_F9);
