@@ -23,7 +23,8 @@ bool ChoosePageOutput(const char* extension, PageOutput& choice) {
 }
 
 bool WriteOutput(const std::string& path, const std::string& content, bool ours) {
-  if (!ours && TheFiles->Exists(path) && !TheDialogs->Ask("Replace " + path + "?", false)) return false;
+  if (!ours && TheFiles->Exists(path) && !TheDialogs->Ask("Replace " + MachinePath(path) + "?", false))
+    return false;
   WriteFileSafely(path, content);
   return true;
 }

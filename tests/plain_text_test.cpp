@@ -39,7 +39,7 @@ TEST_F(PlainTextTest, AsksBeforeItReplacesATextItDidNotWrite) {
   dialogs.AnswerOpen("\\P\\A.002");
   dialogs.AnswerNo();
   OutputAsText();
-  EXPECT_EQ(dialogs.asked.back(), "Replace \\P\\A.TXT? [No]");
+  EXPECT_EQ(dialogs.asked.back(), "Replace /P/A.TXT? [No]");
   EXPECT_EQ(files.contents.at("\\P\\A.TXT"), "somebody's");
 
   dialogs.AnswerOpen("\\P\\A.002");

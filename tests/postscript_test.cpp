@@ -141,7 +141,7 @@ TEST_F(PostScriptTest, AsksBeforeItReplacesAFileOfAnotherProgram) {
   dialogs.AnswerOpen("\\P\\A.001");
   dialogs.AnswerNo();
   PrintOnePage();
-  EXPECT_EQ(dialogs.asked.back(), "Replace \\P\\A.PS? [No]");
+  EXPECT_EQ(dialogs.asked.back(), "Replace /P/A.PS? [No]");
   EXPECT_EQ(files.contents.at("\\P\\A.PS"), other);
 
   dialogs.AnswerOpen("\\P\\A.001");
