@@ -1,0 +1,136 @@
+#include "editing/cursor.h"
+#include "editing/keyboard.h"
+#include "macros/define_macro_window.h"
+#include "macros/macros.h"
+#include "platform/handlers.h"
+#include "tests/support/editor_test.h"
+
+namespace kelvane {
+namespace {
+
+// The editor with the Define Macro window open.
+class MacrosWindowTest : public EditorTest {
+ protected:
+  void Open() {
+    window->ChooseEntry("&Define");
+    form = static_cast<FakeWindow*>(Form7);
+    number = form->BoxOf("Macro Number");
+    definition = form->BoxOf("Definition");
+  }
+  void SetUp() override {
+    Start();
+    Open();
+  }
+  // Clicks as the platform does, which shows what fails.
+  void Click(const std::string& caption) {
+    RunHandler([&] { form->ClickButton(caption); });
+  }
+  void Define(const std::string& macro, const std::string& text) {
+    number->Type(macro);
+    definition->Type(text);
+    Click("Apply");
+  }
+  std::string Captions() {
+    toolkit.TickAll();
+    std::string captions;
+    for (const MenuEntry* entry : MacroMenu) captions += entry->Caption() + "|";
+    return captions;
+  }
+
+  FakeWindow* form = nullptr;
+  FakeTextBox* number = nullptr;
+  FakeTextBox* definition = nullptr;
+};
+
+TEST_F(MacrosWindowTest, ApplyReachesTheMenuWithTheTimer) {
+  EXPECT_TRUE(form->visible);
+  EXPECT_FALSE(form->main);
+  Define("3", "\xF0(n)\xF2");
+  EXPECT_FALSE(form->visible);
+  EXPECT_EQ(MacrosChanged, 1);
+  EXPECT_EQ(MacroMenu[3]->Caption(), "m3");
+  EXPECT_EQ(Captions(), "m0|m1|m2|\xF0(n)\xF2|m4|m5|m6|m7|m8|m9|");
+  EXPECT_EQ(MacrosChanged, 0);
+
+  PlaceAt("Top Left", 10, 21);
+  window->PressShortcut("Alt+3");
+  EXPECT_EQ(PendingRun, "\xF0(n)\xF2");
+}
+
+TEST_F(MacrosWindowTest, ApplyRefusesNumbersWithoutAMacro) {
+  for (const char* wrong : {"10", "-1", "", "x", "99999"}) {
+    dialogs.messages.clear();
+    Define(wrong, "lost?");
+    EXPECT_EQ(dialogs.messages.size(), 1u) << wrong;
+    EXPECT_TRUE(form->visible);
+    EXPECT_EQ(FocusedControl, static_cast<TextBox*>(number));
+    EXPECT_EQ(definition->text, "lost?");
+  }
+  EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|");
+  Define("9th", "nine");  // the leading number counts
+  EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|nine|");
+}
+
+TEST_F(MacrosWindowTest, DeleteRestoresTheDefault) {
+  Define("4", "four");
+  EXPECT_EQ(Captions(), "m0|m1|m2|m3|four|m5|m6|m7|m8|m9|");
+  for (const char* other : {"12", "", "-4"}) {
+    Open();
+    number->Type(other);
+    Click("Delete");
+    EXPECT_FALSE(form->visible) << other;
+    EXPECT_EQ(Captions(), "m0|m1|m2|m3|four|m5|m6|m7|m8|m9|");
+  }
+  Open();
+  number->Type("4");
+  Click("Delete");
+  EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|");
+}
+
+TEST_F(MacrosWindowTest, CancelAndTheFrameStoreNothing) {
+  number->Type("4");
+  definition->Type("four");
+  Click("Cancel");
+  EXPECT_FALSE(form->visible);
+  EXPECT_EQ(MacrosChanged, 1);
+  Open();
+  EXPECT_EQ(number->text, "");
+  EXPECT_EQ(definition->text, "");
+  number->Type("4");
+  definition->Type("four");
+  form->ClickFrameClose();
+  EXPECT_EQ(MacrosChanged, 1);
+  EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|");
+  Open();
+  number->PressEscape();
+  EXPECT_FALSE(form->visible);
+}
+
+TEST_F(MacrosWindowTest, TheNumberShowsItsDefinition) {
+  Define("5", "five");
+  Open();
+  number->Type("5");
+  EXPECT_EQ(definition->text, "five");
+  number->Type("55");
+  EXPECT_EQ(definition->text, "");
+  number->Type("");
+  EXPECT_EQ(definition->text, "");
+  // A definition typed before the number stays.
+  definition->Type("mine");
+  number->Type("5");
+  EXPECT_EQ(definition->text, "mine");
+  number->PressEnter();
+  EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|mine|m6|m7|m8|m9|");
+}
+
+// What was applied a moment ago, before the timer came round, is neither lost nor undone.
+TEST_F(MacrosWindowTest, ApplyingTwiceWithinOneInterval) {
+  Define("1", "one");
+  Open();
+  Define("2", "two");
+  window->ChooseEntry("Exit");
+  EXPECT_TRUE(Content("\\Kelvane\\QRX.MCR").starts_with("m0\r\none\r\ntwo\r\nm3\r\n"));
+}
+
+}  // namespace
+}  // namespace kelvane

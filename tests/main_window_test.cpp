@@ -1,0 +1,485 @@
+#include "app/main_window.h"
+
+#include <algorithm>
+#include <cctype>
+#include <map>
+#include <set>
+
+#include "app/menus.h"
+#include "app/settings.h"
+#include "document/page.h"
+#include "editing/cursor.h"
+#include "editing/keyboard.h"
+#include "macros/macros.h"
+#include "tests/support/editor_test.h"
+#include "typography/colours.h"
+#include "typography/typefaces.h"
+#include "typography/view.h"
+
+namespace kelvane {
+namespace {
+
+constexpr float kBars = kScrollBarPixels * kTwipsPerPixel;
+
+class MainWindowTest : public EditorTest {
+ protected:
+  // Gives the area beside the scroll bars a size in twips.
+  void Resize(float width, float height) { window->SetWindowPlace({0, 0, width + kBars, height + kBars}); }
+
+  // Names of the entries that are checked, of those whose name begins so.
+  static std::string Checked(const std::string& prefix) {
+    std::string names;
+    for (const BuiltEntry& built : BuiltMenus()) {
+      if (built.name.starts_with(prefix) && built.entry->Checked()) names += built.name + " ";
+    }
+    return names;
+  }
+};
+
+TEST_F(MainWindowTest, StartsWithTheSettings) {
+  files.contents["\\Kelvane\\QRX.DAT"] =
+      "FONTNUMBER = 4\r\nFONTSIZE = 9\r\nGRIDX = 5\r\nGRIDY = 1\r\nCURSORMODE = 3\r\nFormLeft = 150\r\n"
+      "FormWidth = 12000\r\n";
+  files.contents["\\Kelvane\\QRX.MCR"] = "alpha\r\n";
+  canvas->icons.clear();
+  Start();
+  EXPECT_EQ(window->title, "Kelvane ver 1.7");
+  EXPECT_TRUE(window->visible);
+  EXPECT_EQ(window->place.left, 150);
+  EXPECT_EQ(window->place.width, 12000);
+  EXPECT_EQ(window->place.height, 7200);
+  EXPECT_EQ(FontLabel->Text(), "Helvetica 9.00pts");
+  EXPECT_EQ(CurrentFont, 4);
+  EXPECT_EQ(Text1->Text(), "9");
+  EXPECT_EQ(PageBox->Text(), "1");
+  EXPECT_EQ(Checked("mFont"), "mFont4 ");
+  EXPECT_EQ(Checked("mColour"), "mColour0 ");
+  EXPECT_EQ(Checked("mThickness"), "mThickness025 ");
+  EXPECT_EQ(Checked("mGridH"), "mGridH5 ");
+  EXPECT_EQ(Checked("mGridV"), "mGridV1 ");
+  EXPECT_EQ(MacroMenu[0]->Caption(), "alpha");
+  EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
+  ASSERT_EQ(toolkit.timers.size(), 1u);
+  EXPECT_EQ(toolkit.timers[0]->interval, 200);
+  EXPECT_TRUE(files.contents.contains("\\Kelvane\\QRX.HCT"));
+  EXPECT_TRUE(canvas->Drawn(Layer::Page).starts_with("box 0 0 594 840 #FFFFFF\n"));
+}
+
+TEST_F(MainWindowTest, WithoutItsFontsOrHelpTheEditorDoesNotStart) {
+  const std::vector<std::pair<std::string, std::string>> missing = {
+      {"MATH0.PSF", "ERROR: Missing file MATH0.PSF"},
+      {"QRX.HLP", "ERROR: Missing file QRX.HLP"},
+      {"CB.WT", "ERROR - Unknown typeface: CB"},
+      {"MATH0.WT", "ERROR - Unknown typeface: MATH0"}};
+  for (const auto& [name, message] : missing) {
+    const auto file = files.contents.extract("\\Kelvane\\" + name);
+    dialogs.messages.clear();
+    EXPECT_FALSE(StartUp("\\Kelvane\\"));
+    EXPECT_EQ(dialogs.messages, std::vector<std::string>{message});
+    files.contents["\\Kelvane\\" + name] = file.mapped();
+  }
+  files.contents["\\Kelvane\\MATH0.PSF"] = "/CharacterDefs\r\n/.notdef { } def\r\n";
+  dialogs.messages.clear();
+  EXPECT_FALSE(StartUp("\\Kelvane"));
+  EXPECT_EQ(dialogs.messages, std::vector<std::string>{"ERROR: MATH0.PSF file format"});
+  EXPECT_EQ(toolkit.windows.size(), 1u);  // the fixture's own
+}
+
+TEST_F(MainWindowTest, UnreadableSettingsAndMacrosAreReported) {
+  files.unreadable = {"\\Kelvane\\QRX.DAT", "\\Kelvane\\QRX.MCR"};
+  Start();
+  EXPECT_EQ(dialogs.messages.size(), 2u);
+  EXPECT_EQ(SCALE, kDefaultScale);
+  EXPECT_EQ(MacroMenu[1]->Caption(), "m1");
+}
+
+TEST_F(MainWindowTest, ThePageFileOfTheCommandLineIsOpened) {
+  files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (hello) 1 s\r\n";
+  Start("\\P\\Essay.001");
+  EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
+  EXPECT_NE(canvas->Drawn(Layer::Page).find("(hello)"), std::string::npos);
+  EXPECT_EQ(PageChanged, 0);
+}
+
+TEST_F(MainWindowTest, AMissingPageFileIsReported) {
+  Start("\\P\\None.001");
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_EQ(window->title, "Kelvane ver 1.7");
+}
+
+TEST_F(MainWindowTest, TheProgramFolderEndsInABackslash) {
+  EXPECT_EQ(ResolveProgramFolder("\\opt\\kelvane"), "\\opt\\kelvane\\");
+  EXPECT_EQ(ResolveProgramFolder("\\"), "\\");
+  EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\VB98"), "C:\\Orrimond\\Kelvane\\");
+  EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\VB98\\"), "C:\\Orrimond\\Kelvane\\");
+  EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\XVB98"), "C:\\Tools\\XVB98\\");
+}
+
+TEST_F(MainWindowTest, EveryEntryDoesSomethingOrIsDisabled) {
+  Start();
+  std::set<std::string> names;
+  EXPECT_EQ(BuiltMenus().size(), window->AllEntries().size());
+  for (const BuiltEntry& built : BuiltMenus()) {
+    EXPECT_TRUE(names.insert(built.name).second) << built.name;
+    const auto* entry = static_cast<FakeMenuEntry*>(built.entry);
+    EXPECT_EQ(static_cast<bool>(entry->OnChosen), entry->enabled) << built.name;
+    EXPECT_EQ(built.available, entry->enabled) << built.name;
+    EXPECT_FALSE(entry->caption.empty()) << built.name;
+  }
+  for (const auto& button : window->buttons) {
+    EXPECT_EQ(static_cast<bool>(button->OnClick), button->enabled) << button->caption;
+    EXPECT_FALSE(button->toolTip.empty()) << button->caption;
+    EXPECT_GT(button->place.width, 0) << button->caption;
+  }
+}
+
+TEST_F(MainWindowTest, KeysAreUnique) {
+  Start();
+  std::set<std::string> keys;
+  for (const auto& shortcut : window->shortcuts) EXPECT_TRUE(keys.insert(shortcut.first).second);
+  for (const FakeMenuEntry* entry : window->AllEntries()) {
+    EXPECT_TRUE(entry->key.empty() || keys.insert(entry->key).second) << entry->key;
+  }
+}
+
+void ExpectUniqueMnemonics(const std::vector<std::string>& captions) {
+  std::map<char, std::string> taken;
+  for (const std::string& caption : captions) {
+    const std::size_t sign = caption.find('&');
+    if (sign == std::string::npos) continue;
+    // These two captions are fixed and share a letter.
+    if (caption == "&Output As ASCII") continue;
+    const auto letter = static_cast<char>(std::tolower(static_cast<unsigned char>(caption.at(sign + 1))));
+    EXPECT_TRUE(taken.emplace(letter, caption).second) << caption << " and " << taken[letter];
+  }
+}
+
+void ExpectUniqueMnemonics(const FakeMenu& menu) {
+  std::vector<std::string> captions;
+  for (const auto& entry : menu.entries) {
+    if (!entry->literal) captions.push_back(entry->caption);
+  }
+  for (const auto& below : menu.menus) {
+    captions.push_back(below->caption);
+    ExpectUniqueMnemonics(*below);
+  }
+  ExpectUniqueMnemonics(captions);
+}
+
+TEST_F(MainWindowTest, MnemonicsAreUniqueInTheirMenu) {
+  Start();
+  std::vector<std::string> captions;
+  for (const auto& menu : window->menus) {
+    captions.push_back(menu->caption);
+    ExpectUniqueMnemonics(*menu);
+  }
+  ExpectUniqueMnemonics(captions);
+}
+
+TEST_F(MainWindowTest, BoxAndCanvasFollowTheWindow) {
+  Start();
+  Resize(6000, 4000);
+  EXPECT_EQ(Text4->GetPlace().width, 4785 / 15);
+  EXPECT_EQ(canvas->pixelWidth, 5640 / 15);
+  EXPECT_EQ(canvas->pixelHeight, 219);  // 3280 twips
+  Resize(1499, 2000);
+  Resize(2000, 999);
+  EXPECT_EQ(canvas->pixelWidth, 5640 / 15);
+  EXPECT_EQ(canvas->pixelHeight, 219);
+  Resize(1500, 1000);
+  EXPECT_EQ(Text4->GetPlace().width, 285 / 15);
+  EXPECT_EQ(canvas->pixelWidth, 1140 / 15);
+}
+
+// All of it can be seen in the smallest window that start-up makes.
+TEST_F(MainWindowTest, ControlsDoNotOverlapInTheFirstWindow) {
+  Start();
+  std::vector<std::pair<std::string, Place>> places;
+  for (const auto& button : window->buttons) places.emplace_back(button->caption, button->place);
+  for (const auto& box : window->boxes) places.emplace_back(box->name, box->place);
+  for (const auto& bar : window->bars) places.emplace_back("bar", bar->place);
+  places.emplace_back("label", static_cast<FakeLabel*>(FontLabel)->place);
+  places.emplace_back("Font Size label", static_cast<FakeLabel*>(Form1Parts.sizeLabel)->place);
+  places.emplace_back("canvas", Place{24, 48, canvas->pixelWidth, canvas->pixelHeight});
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const auto& [name, a] = places[i];
+    EXPECT_TRUE(a.left >= 0 && a.top >= 0 && a.left + a.width <= 640 && a.top + a.height <= 480) << name;
+    for (std::size_t k = 0; k < i; ++k) {
+      const Place& b = places[k].second;
+      const bool apart = a.left + a.width <= b.left || b.left + b.width <= a.left ||
+                         a.top + a.height <= b.top || b.top + b.height <= a.top;
+      EXPECT_TRUE(apart) << name << " and " << places[k].first;
+    }
+  }
+}
+
+TEST_F(MainWindowTest, AResizePlacesAChosenAnchor) {
+  Start();
+  for (const std::int16_t mode : {0, 1, 9, 10, 11, -4}) {
+    CursorMode = mode;
+    Resize(6000, 4000);
+    EXPECT_EQ(CursorMode, mode == 1 || mode == 9 ? -mode : mode);
+  }
+  EXPECT_NE(canvas->Drawn(Layer::Overlay), "");
+}
+
+TEST_F(MainWindowTest, GridMenusAreCrossed) {
+  Start();
+  EXPECT_EQ(canvas->Drawn(Layer::Page).find("line 0 100 594 100"), std::string::npos);
+  for (const BuiltEntry& built : BuiltMenus()) {
+    if (built.name == "mGridV5") {
+      EXPECT_EQ(built.menu, "&View/&Horizontal Grid Lines");
+      built.entry->OnChosen();
+    }
+    if (built.name == "mGridH6") {
+      EXPECT_EQ(built.menu, "&View/&Vertical Grid Lines");
+      built.entry->OnChosen();
+    }
+  }
+  EXPECT_EQ(GridStepV, 5);
+  EXPECT_EQ(GridStepH, 6);
+  EXPECT_NE(canvas->Drawn(Layer::Page).find("line 0 100 594 100"), std::string::npos);
+  EXPECT_NE(canvas->Drawn(Layer::Page).find("line 156 0 156 840"), std::string::npos);
+  EXPECT_EQ(Checked("mGridV"), "mGridV5 ");
+  EXPECT_EQ(Checked("mGridH"), "mGridH6 ");
+}
+
+TEST_F(MainWindowTest, ASessionFromTheFirstKeyToPaper) {
+  Start();
+  PlaceAt("Bottom Left", 100.4F, 99.7F);
+  canvas->Type("x");
+  window->ClickButton("Superscript");
+  canvas->Type("2");
+  window->ClickButton("Forward from Superscript");
+  window->ChooseEntry("Symbol");
+  canvas->Type("a");
+  EXPECT_EQ(FontLabel->Text(), "Symbol 11.00pts");
+  canvas->Press(13);
+  EXPECT_EQ(FontLabel->Text(), "Times-Roman 11.00pts");
+  canvas->Type("next");
+
+  dialogs.AnswerSave("\\P\\Essay.001");
+  window->ChooseEntry("&Save");
+  const std::string first =
+      "100 99 m 11 F0 (x\xF0"
+      "2\xF2\xE8"
+      "a) 3 s\r\n100 111 m 11 F0 (next) 3 s\r\n";
+  EXPECT_EQ(Content("\\P\\Essay.001"), first);
+  EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
+  EXPECT_EQ(CursorMode, 0);
+
+  window->PressShortcut("PgDown");
+  EXPECT_EQ(PageBox->Text(), "2");
+  EXPECT_EQ(PageText, "");
+  PlaceAt("Center", 300, 300);
+  static_cast<FakeTextBox*>(Text1)->Type("24");
+  canvas->Type("Two");
+  EXPECT_NE(canvas->Drawn(Layer::Overlay).find("text Times New Roman 48 (Two)"), std::string::npos);
+
+  dialogs.AnswerOpen("\\P\\Essay.001");
+  window->PressShortcut("Ctrl+P");
+  EXPECT_EQ(Content("\\P\\Essay.002"), "300 300 m 24 F0 (Two) 9 s\r\n");
+  const std::string job = Content("\\P\\Essay.PS");
+  EXPECT_NE(job.find("(Two)"), std::string::npos);
+  EXPECT_NE(job.find("(next)"), std::string::npos);
+  EXPECT_EQ(job.back(), 4);
+
+  window->PressShortcut("Ctrl+Z");
+  EXPECT_EQ(PageText, "");
+  window->ChooseEntry("&Redo typing");
+  EXPECT_EQ(PageText, "300 300 m 24 F0 (Two) 9 s\r\n");
+  window->ClickButton("Pg Up");
+  EXPECT_EQ(PageText, first);
+  EXPECT_EQ(PageBox->Text(), "1");
+  window->ChooseEntry("&Undo");  // another page has no edits to take back
+  EXPECT_EQ(PageText, first);
+}
+
+TEST_F(MainWindowTest, FileCommandsEndEditing) {
+  Start();
+  const auto edit = [&](const std::string& text) {
+    PlaceAt("Top Right", 50, 60);
+    canvas->Type(text);
+  };
+  edit("a");
+  dialogs.AnswerNo();
+  window->ChooseEntry("&New");
+  EXPECT_EQ(CursorMode, 0);
+  EXPECT_EQ(PageText, "");
+  for (const char* entry : {"&Save", "Save &As"}) {
+    edit("b");
+    dialogs.AnswerSave("");
+    window->ChooseEntry(entry);
+    EXPECT_EQ(CursorMode, 0) << entry;
+    EXPECT_EQ(PendingRun, "") << entry;
+  }
+  for (const char* entry : {"Print &One Page", "&Print", "&Output As ASCII"}) {
+    edit("c");
+    dialogs.AnswerOpen("");
+    window->ChooseEntry(entry);
+    EXPECT_EQ(CursorMode, 0) << entry;
+  }
+  EXPECT_EQ(std::count(PageText.begin(), PageText.end(), '\n'), 5);
+  edit("d");
+  dialogs.AnswerYes();
+  dialogs.AnswerSave("");  // cancelled: nothing is opened
+  window->ChooseEntry("Op&en");
+  EXPECT_EQ(dialogs.messages.back(), "You are about to lose your paper.\r\nSave the current paper.");
+  EXPECT_EQ(std::count(PageText.begin(), PageText.end(), '\n'), 6);
+}
+
+TEST_F(MainWindowTest, BoxesAnswerEnterAndEscape) {
+  files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (one) 1 s\r\n";
+  files.contents["\\P\\Essay.007"] = "10 20 m 11 F0 (seven) 1 s\r\n";
+  Start("\\P\\Essay.001");
+  FakeTextBox* pages = window->BoxOf("Page Number");
+  pages->Type("7");
+  pages->PressEnter();
+  EXPECT_NE(PageText.find("seven"), std::string::npos);
+  pages->Type("12345");
+  pages->PressEnter();
+  EXPECT_EQ(pages->text, "7");
+  pages->Type("1");
+  pages->PressEscape();
+  EXPECT_EQ(pages->text, "7");
+  EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
+
+  PlaceAt("Top Left", 10, 21);
+  FakeTextBox* codes = window->BoxOf("Control Codes");
+  codes->Type("typed in the box");
+  EXPECT_NE(canvas->Drawn(Layer::Overlay).find("typed in the box"), std::string::npos);
+  codes->PressEnter();
+  EXPECT_TRUE(PageText.ends_with("(typed in the box) 1 s\r\n"));
+  EXPECT_EQ(CursorMode, 1);
+}
+
+TEST_F(MainWindowTest, TheMouseOnTheCanvas) {
+  Start();
+  window->ClickButton("Centre Left");
+  canvas->Click(50, 60, MouseButton::Right);
+  EXPECT_EQ(CursorMode, 2);
+  const float startX = STARTX;
+  canvas->Down(100, 100, MouseButton::Middle);
+  canvas->Move(90, 100, MouseButton::Middle);
+  EXPECT_NEAR(STARTX, startX + 10, 0.01);
+  canvas->Up(90, 100, MouseButton::Middle);
+  EXPECT_EQ(CursorMode, 2);
+  canvas->Move(70, 70);
+  EXPECT_NEAR(STARTX, startX + 10, 0.01);
+  EXPECT_EQ(Form1Parts.pointer->Text(), "70.0, 70.0 pt     on the grid 70, 69 pt");
+  if (canvas->OnMouseLeave) canvas->OnMouseLeave();
+  EXPECT_EQ(Form1Parts.pointer->Text(), "");
+
+  WheelEvent wheel;
+  wheel.steps = -1;
+  const float startY = STARTY;
+  canvas->Wheel(wheel);
+  EXPECT_GT(STARTY, startY);
+  wheel.shift = true;
+  const float beforeX = STARTX;
+  canvas->Wheel(wheel);
+  EXPECT_GT(STARTX, beforeX);
+  wheel.control = true;
+  canvas->Wheel(wheel);
+  EXPECT_LT(SCALE, kDefaultScale);
+  canvas->Press(kKeyRight);  // chosen but not placed: the arrow places it
+  EXPECT_EQ(CursorMode, -2);
+  EXPECT_EQ(CursorX, GridStepH);
+  window->ClickButton("Select");
+  const float before = STARTY;
+  canvas->Press(kKeyDown);
+  EXPECT_GT(STARTY, before);
+}
+
+TEST_F(MainWindowTest, ScrollBarsShowTheView) {
+  Start();
+  auto* bar = static_cast<FakeScrollBar*>(Form1Parts.vertical);
+  EXPECT_FLOAT_EQ(bar->value, VisibleTop);
+  bar->Scroll(200);
+  EXPECT_FLOAT_EQ(VisibleTop, 200);
+  EXPECT_FLOAT_EQ(bar->value, 200);
+  window->ChooseEntry("Fit &Page");
+  EXPECT_FLOAT_EQ(bar->value, VisibleTop);
+  EXPECT_FLOAT_EQ(bar->page, VisibleBottom - VisibleTop);
+}
+
+TEST_F(MainWindowTest, MacrosGoIntoTheRun) {
+  files.contents["\\Kelvane\\QRX.MCR"] = "\xF0(2)\xF2\r\n";
+  Start();
+  MacroMenu[0]->OnChosen();
+  EXPECT_EQ(PendingRun, "");
+  PlaceAt("Top Left", 10, 21);
+  canvas->Type("x");
+  window->PressShortcut("Alt+0");
+  EXPECT_EQ(PendingRun, "x\xF0(2)\xF2");
+}
+
+TEST_F(MainWindowTest, ExitWritesSettingsAndMacros) {
+  files.contents["\\Kelvane\\QRX.DAT"] = "GRIDX = 4\r\nFormTop = 9\r\nFONTSIZE = 9\r\n";
+  Start();
+  static_cast<FakeTextBox*>(Text1)->Type("24");
+  SetMacroCaption(2, "two");
+  window->place = {30, 45, 12000, 9000};
+  window->ChooseEntry("Exit");
+  EXPECT_TRUE(toolkit.quit);
+  EXPECT_EQ(Content("\\Kelvane\\QRX.DAT"),
+            "GRIDX = 4\r\nFONTSIZE = 9\r\nFormLeft = 30\r\nFormTop = 45\r\nFormWidth = 12000\r\n"
+            "FormHeight = 9000\r\n");
+  EXPECT_TRUE(Content("\\Kelvane\\QRX.MCR").starts_with("m0\r\nm1\r\ntwo\r\n"));
+}
+
+TEST_F(MainWindowTest, ExitOffersToSave) {
+  Start();
+  PlaceAt("Top Left", 10, 21);
+  canvas->Type("x");
+
+  dialogs.AnswerYes();
+  dialogs.AnswerSave("");
+  window->ClickFrameClose();
+  EXPECT_TRUE(window->visible);
+  EXPECT_EQ(dialogs.asked[0], "Would you like to save the current paper. [Yes]");
+  EXPECT_EQ(dialogs.asked[1], "Save: Save As, *.001|*.001, ");
+  EXPECT_FALSE(files.contents.contains("\\Kelvane\\QRX.MCR"));
+
+  dialogs.AnswerYes();
+  dialogs.AnswerSave("\\P\\Essay");
+  window->ClickFrameClose();
+  EXPECT_FALSE(window->visible);
+  EXPECT_EQ(Content("\\P\\Essay.001"), "10 21 m 11 F0 (x) 1 s\r\n");
+}
+
+TEST_F(MainWindowTest, ExitWithNoLeavesThePageUnsaved) {
+  Start();
+  PlaceAt("Top Left", 10, 21);
+  canvas->Type("x");
+  dialogs.AnswerNo();
+  window->ChooseEntry("Exit");
+  EXPECT_TRUE(toolkit.quit);
+  EXPECT_TRUE(files.contents.contains("\\Kelvane\\QRX.MCR"));
+}
+
+TEST_F(MainWindowTest, AnEmptyPageAsksNothing) {
+  Start();
+  PlaceAt("Top Left", 10, 21);
+  canvas->Type("x");
+  window->PressShortcut("Ctrl+Z");
+  window->ChooseEntry("Exit");
+  EXPECT_TRUE(toolkit.quit);
+}
+
+// Somebody who may not write the program folder can work and leave, and is told.
+TEST_F(MainWindowTest, AProgramFolderThatCannotBeWritten) {
+  files.FailStep(FileStep::Create);
+  Start();
+  EXPECT_EQ(dialogs.messages.size(), 1u);
+  dialogs.messages.clear();
+  const std::map<std::string, std::string> before = files.contents;
+  files.FailAnyStep(1, true);
+  window->ChooseEntry("Exit");
+  EXPECT_TRUE(toolkit.quit);
+  EXPECT_EQ(dialogs.messages.size(), 2u);
+  EXPECT_EQ(files.contents, before);
+}
+
+}  // namespace
+}  // namespace kelvane
