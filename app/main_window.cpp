@@ -9,6 +9,7 @@
 #include "app/menus.h"
 #include "document/numbers.h"
 #include "document/paper.h"
+#include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "typography/colours.h"
@@ -69,9 +70,12 @@ void AddColumn(Window& window) {
       FocusCanvas();
     };
   }
-  Form1Parts.bezier = window.AddButton("Draw Bezier", BezierIcon(), "Draw Bezier");
-  Form1Parts.bezier->SetPlace({0, Pixels(kStrip) + 10 * kButton + kButton / 4, kButton, kButton});
-  Form1Parts.bezier->SetEnabled(false);
+  Command6 = window.AddButton("Draw Bezier", BezierIcon(), "Draw Bezier");
+  Command6->SetPlace({0, Pixels(kStrip) + 10 * kButton + kButton / 4, kButton, kButton});
+  Command6->OnClick = [] {
+    ChooseBezier();
+    FocusCanvas();
+  };
 }
 
 void AddScriptButtons(Window& window) {
@@ -148,8 +152,8 @@ void AddCanvasAndBars(Window& window) {
   Form1Parts.horizontal->OnScroll = ScrollToLeft;
   Form1Parts.vertical = window.AddScrollBar(false);
   Form1Parts.vertical->OnScroll = ScrollToTop;
-  CursorLabel = window.AddStatusText(270);
-  Form1Parts.pointer = window.AddStatusText(320);
+  CursorLabel = window.AddStatusText(320);
+  Form1Parts.pointer = window.AddStatusText(280);
 }
 
 void ShowScrollPosition() {
@@ -202,9 +206,19 @@ void Form1_Resize() {
   ShowScrollPosition();
 }
 
+namespace {
+
+void BezierKey(int code) {
+  if (code == kKeyEnter) FinishDrawing();
+  if (code == kKeyBackspace) TakeBackPoint();
+  if (code == kKeyEscape) DropDrawing();
+}
+
+}  // namespace
+
 void Form1_Picture1_KeyPress(int code) {
   if (code < kKeyLeft) {
-    TypeKey(code);
+    CursorMode == kBezierMode ? BezierKey(code) : TypeKey(code);
     return;
   }
   const int x = code == kKeyRight ? 1 : code == kKeyLeft ? -1 : 0;
@@ -217,6 +231,7 @@ void Form1_Picture1_MouseDown(const MouseEvent& event) {
   Dragging = event.button == MouseButton::Middle;
   DragX = event.pixelX;
   DragY = event.pixelY;
+  if (event.button == MouseButton::Left) BezierPress(event.x, event.y);
 }
 
 void Form1_Picture1_MouseMove(const MouseEvent& event) {
@@ -225,14 +240,25 @@ void Form1_Picture1_MouseMove(const MouseEvent& event) {
     DragX = event.pixelX;
     DragY = event.pixelY;
   }
+  BezierMove(event.x, event.y);
   Form1Parts.pointer->SetText(FormatFixed(event.x, 1, true) + ", " + FormatFixed(event.y, 1, true) +
                               " pt     on the grid " + FormatSingle(SnapToGrid(event.x, GridStepH)) + ", " +
                               FormatSingle(SnapToGrid(event.y, GridStepV)) + " pt");
 }
 
 void Form1_Picture1_MouseUp(const MouseEvent& event) {
-  if (event.button == MouseButton::Middle) Dragging = false;
-  if (event.button == MouseButton::Left) PlaceCursor(event.x, event.y);
+  switch (event.button) {
+    case MouseButton::Middle:
+      Dragging = false;
+      break;
+    case MouseButton::Left:
+      BezierRelease(event.x, event.y);
+      PlaceCursor(event.x, event.y);
+      break;
+    case MouseButton::Right:
+      FinishDrawing();
+      break;
+  }
 }
 
 void Form1_Picture1_MouseLeave() {

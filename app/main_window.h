@@ -16,7 +16,6 @@ struct Form1Controls {
   Button* pageDown;
   Label* sizeLabel;
   Button* apply;  // "OK" beside the control-code box
-  Button* bezier;
   ScrollBar* horizontal;
   ScrollBar* vertical;
   Label* pointer;  // where the pointer is, at the foot of the window

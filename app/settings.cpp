@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <string_view>
 
@@ -143,7 +144,11 @@ std::string SettingLine(const std::string& key, const std::string& value) {
 }  // namespace
 
 void ResetSettings() {
-  FormPlace = kDefaultPlace;
+  PaperFolder.clear();
+  for (const NumberSetting& s : kNumbers) *s.value = s.start;
+  for (const ChoiceSetting& s : kChoices) *s.value = s.start;
+  std::fill(std::begin(GuideX), std::end(GuideX), 0.0F);
+  std::fill(std::begin(GuideY), std::end(GuideY), 0.0F);
 }
 
 void ReadSettings(const std::string& path) {

@@ -6,6 +6,7 @@
 #include "designer/character_files.h"
 #include "document/page.h"
 #include "document/paper.h"
+#include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/undo.h"
@@ -41,7 +42,10 @@ void ReadOrReport(void (*read)()) {
 }
 
 void ConnectSubjects() {
-  FinishTyping = [] { CommitPendingRun(false); };
+  FinishTyping = [] {
+    CommitPendingRun(false);
+    FinishDrawing();
+  };
   PageReplaced = [] {
     ResetUndo();
     RedrawPage();
@@ -86,6 +90,7 @@ void ResetProgram() {
   ClearPage();
   ResetPaper();
   ResetKeyboard();
+  ResetBezier();
   ResetUndo();
   ResetMacros();
   ResetPlainText();

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "document/numbers.h"
+#include "editing/bezier.h"
 #include "editing/keyboard.h"
 #include "platform/files.h"
 #include "typography/colours.h"
@@ -20,6 +21,7 @@ float MarkedRight;
 float MarkedTop;
 Label* CursorLabel;
 Button* AnchorButtons[10];
+Button* Command6;
 
 const char* const kAnchorNames[10] = {"Select",        "Top Left",     "Centre Left",  "Bottom Left",
                                       "Bottom Centre", "Bottom Right", "Centre Right", "Top Right",
@@ -50,7 +52,9 @@ void ClearMarkedBox() {
 
 std::string CursorLabelText() {
   const int anchor = AnchorOfMode(CursorMode);
-  if (anchor == 0) return CursorMode == 0 ? "Choose an anchor at the left to type" : "";
+  if (CursorMode == 0) return "Choose an anchor at the left to type";
+  if (CursorMode == kBezierMode) return "Click for points, pull to bend; Enter ends it";
+  if (anchor == 0) return "";
   const std::string name = kAnchorNames[anchor];
   if (CursorMode > 0) return name + ": click on the page to type there";
   return name + " at " + FormatSingle(CursorX) + ", " + FormatSingle(CursorY) + " pt";
@@ -68,6 +72,7 @@ void SetCanvasPointer(std::int16_t mode) {
   for (int i = 0; i <= kLastAnchor; ++i) {
     if (AnchorButtons[i]) AnchorButtons[i]->SetDown(i == number);
   }
+  if (Command6) Command6->SetDown(number == kBezierMode);
   if (!Picture1) return;
   if (number == 0) {
     Picture1->SetPointerArrow();
@@ -78,6 +83,7 @@ void SetCanvasPointer(std::int16_t mode) {
 
 void ChooseAnchor(std::int16_t mode) {
   CommitPendingRun(true);
+  FinishDrawing();
   CursorMode = mode;
   SetCanvasPointer(CursorMode);
   DrawCursorMark(kBlue, false);
@@ -111,6 +117,7 @@ int AnchorOfMode(std::int16_t mode) {
 
 void LeaveEditing() {
   CommitPendingRun(false);
+  FinishDrawing();
   CursorMode = 0;
   SetCanvasPointer(CursorMode);
   DrawCursorMark(kBlue, false);

@@ -32,6 +32,7 @@ void ShowCursorLabel();
 
 // Buttons Cur0 to Cur9; the one of the mode in force is down.
 extern Button* AnchorButtons[10];
+extern Button* Command6;  // "Draw Bezier"
 
 void ResetCursor();
 
@@ -56,7 +57,7 @@ float SnapToGrid(float value, std::int16_t step);
 int AnchorOfMode(std::int16_t mode);
 
 // What every command of the File and Edit menus does first: the run being typed is completed with its own
-// anchor, then Select.
+// anchor, a path being drawn is finished, then Select.
 void LeaveEditing();
 
 }  // namespace kelvane

@@ -7,6 +7,7 @@
 #include "document/numbers.h"
 #include "document/page.h"
 #include "document/paper.h"
+#include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/undo.h"
 #include "typography/colours.h"
@@ -24,9 +25,6 @@ TextBox* Text4;
 
 namespace {
 
-constexpr int kBackspace = 8;
-constexpr int kCtrlEnter = 10;
-constexpr int kEnter = 13;
 constexpr int kFirstScriptCode = 240;
 constexpr float kMarkArm = 4;  // pixels
 
@@ -127,11 +125,11 @@ void TypeKey(int code) {
   if (code >= 32 && code <= 127) {
     PendingRun.push_back(static_cast<char>(code));
     ShowRun();
-  } else if (code == kBackspace && !PendingRun.empty()) {
+  } else if (code == kKeyBackspace && !PendingRun.empty()) {
     DropLastCharacter();
-  } else if (code == kEnter) {
+  } else if (code == kKeyEnter) {
     EnterKey(false);
-  } else if (code == kCtrlEnter) {
+  } else if (code == kKeyCtrlEnter) {
     EnterKey(CursorMode >= -3);
   }
   DrawCursorMark(kBlue, true);
@@ -208,6 +206,7 @@ void DrawCursorMark(std::int16_t colour, bool typing) {
   Picture1->Clear();
   if (colour != kWhite) {
     PaintPendingRun(typing || CursorMode < 0);
+    PaintCurrentDrawing();
     if (CursorMode < 0) PaintMark();
   }
   Picture1->SelectLayer(Layer::Page);

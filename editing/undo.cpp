@@ -5,6 +5,7 @@
 
 #include "document/page.h"
 #include "document/paper.h"
+#include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "typography/renderer.h"
@@ -39,9 +40,10 @@ std::size_t BytesOf(const std::deque<Step>& steps) {
 }
 
 void Move(std::deque<Step>& from, std::deque<Step>& to) {
-  // What is being typed is an edit as well; the place it was typed at stays taken.
+  // What is being typed or drawn is an edit as well; the place it was typed at stays taken.
   const bool placed = CursorMode < 0;
   CommitPendingRun(false);
+  FinishDrawing();
   if (placed && CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
   if (from.empty()) return;
   Step step = std::move(from.back());

@@ -57,7 +57,13 @@ struct WheelEvent {
   float pixelY = 0;
 };
 
-// Keys of the canvas that are no characters.
+// Codes of the canvas's keys: characters of code page 1252, the control characters of some keys, and from
+// kKeyLeft on keys that are no characters.
+inline constexpr int kKeyBackspace = 8;
+inline constexpr int kKeyCtrlEnter = 10;
+inline constexpr int kKeyEnter = 13;
+inline constexpr int kKeyEscape = 27;
+inline constexpr int kKeyCtrlBackspace = 127;
 inline constexpr int kKeyLeft = 256;
 inline constexpr int kKeyUp = 257;
 inline constexpr int kKeyRight = 258;
@@ -97,8 +103,7 @@ class Canvas {
 
   virtual void Focus() = 0;
 
-  // Handlers, set by the owner. Key codes are characters 32 to 255 of code page 1252, 8 Backspace,
-  // 10 Ctrl+Enter, 13 Enter, 127 Ctrl+Backspace, and the keys above.
+  // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;
   std::function<void(const MouseEvent&)> OnMouseDown;
   std::function<void(const MouseEvent&)> OnMouseMove;

@@ -17,10 +17,6 @@
 namespace kelvane {
 namespace {
 
-constexpr int kBackspace = 8;
-constexpr int kControlEnter = 10;
-constexpr int kEnter = 13;
-constexpr int kControlBackspace = 127;
 constexpr float kWheelNotch = 120;  // angle units
 
 // Posted to itself by a canvas that was drawn on.
@@ -216,10 +212,13 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      SendKey(control ? kControlEnter : kEnter);
+      SendKey(control ? kKeyCtrlEnter : kKeyEnter);
       return;
     case Qt::Key_Backspace:
-      SendKey(control ? kControlBackspace : kBackspace);
+      SendKey(control ? kKeyCtrlBackspace : kKeyBackspace);
+      return;
+    case Qt::Key_Escape:
+      SendKey(kKeyEscape);
       return;
     case Qt::Key_Delete:
       event->ignore();
