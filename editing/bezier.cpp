@@ -142,7 +142,7 @@ void FinishDrawing() {
   if (Path.empty()) return;
   if (Path.size() > 1) {
     if (DrawingCount == std::numeric_limits<std::int16_t>::max()) {
-      throw Failure("The page is full: it can hold no more drawings. The path is not part of it yet.");
+      throw Failure("The page can hold no more drawings. Press Escape to give up the one being drawn.");
     }
     NoteRecord();
     BeginEdit("drawing");
