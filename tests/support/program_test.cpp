@@ -34,6 +34,7 @@ void EmptyHandlesAndHooks() {
   CursorLabel = nullptr;
   Text1 = nullptr;
   Text4 = nullptr;
+  Command6 = nullptr;
   Form7 = nullptr;
   Form7_Text1 = nullptr;
   Form7_Text2 = nullptr;
