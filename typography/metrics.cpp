@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -61,9 +62,10 @@ void EndScript(RunPen& pen, const Script& script, ScriptStep step) {
 
 float Advance(int code, std::int16_t font, float size) {
   const TypefaceRecord& face = TypefaceTable[font];
-  const float width = face.Widths[static_cast<std::size_t>(code)];
-  if (face.WidthUnit == 0 || !std::isfinite(width) || !std::isfinite(face.WidthUnit)) return 0;
-  return Single(static_cast<double>(size) * width / face.WidthUnit * kWidthFactor);
+  const double width = face.Widths[static_cast<std::size_t>(code)];
+  const double advance = size * width / face.WidthUnit * kWidthFactor;
+  // Written so that what is no number, or too large for one, advances nothing.
+  return std::abs(advance) <= std::numeric_limits<float>::max() ? Single(advance) : 0;
 }
 
 void ApplyRunCode(RunPen& pen, int code) {
