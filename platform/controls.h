@@ -41,7 +41,7 @@ class Label : public Control {
   virtual void Repaint() = 0;
 };
 
-// A small drawing for a button on a 24 by 24 grid, y downwards.
+// A small drawing for a button on a 24 by 24 grid, y downwards. Boxes are outlines, discs are filled.
 struct IconShape {
   enum class Kind { Line, Box, Disc, Letters };
   Kind kind = Kind::Line;

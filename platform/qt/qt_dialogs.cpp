@@ -56,19 +56,25 @@ std::string QtDialogs::ChooseToSave(const std::string& title, const std::string&
 
 std::string QtDialogs::Choose(bool save, const std::string& title, const std::string& filter,
                               const std::string& folder) {
-  QFileDialog dialog(QApplication::activeWindow(), PlainText(title));
-  dialog.setOption(QFileDialog::DontUseNativeDialog);
-  dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-  dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-  dialog.setNameFilters(NameFilters(filter));
-  if (!folder.empty()) dialog.setDirectory(QFile::decodeName(MachinePath(folder).c_str()));
-  while (dialog.exec() == QDialog::Accepted) {
+  // A refused choice starts with a new dialog: one shown again may return what it had returned before.
+  for (;;) {
+    QFileDialog dialog(QApplication::activeWindow(), PlainText(title));
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked below, names shown as plain text
+    dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setNameFilters(NameFilters(filter));
+    if (!folder.empty()) dialog.setDirectory(QFile::decodeName(MachinePath(folder).c_str()));
+    if (dialog.exec() != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
-    // A backslash separates folders wherever the program keeps a path.
-    if (!chosen.contains(u'\\')) return BackslashPath(QFile::encodeName(chosen).toStdString());
-    Message("The name of a paper and of its folders cannot contain a backslash: " + chosen.toStdString());
+    const std::string name = QFile::encodeName(chosen).toStdString();
+    if (chosen.contains(u'\\')) {
+      // A backslash separates folders wherever the program keeps a path.
+      Message("The name of a paper and of its folders cannot contain a backslash: " + name);
+    } else if (!save || !QFile::exists(chosen) || Ask("Replace the file " + name + "?", false)) {
+      return BackslashPath(name);
+    }
   }
-  return {};
 }
 
 }  // namespace kelvane

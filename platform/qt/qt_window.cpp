@@ -55,7 +55,6 @@ class QtWindow::MainFrame final : public QMainWindow {
  public:
   MainFrame(QtWindow& window, QWidget* parent)
       : QMainWindow(parent, parent == nullptr ? Qt::Window : Qt::Dialog), window_(window) {
-    // The window's title alone, without the program's name behind it.
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     setWindowFlag(Qt::WindowCloseButtonHint);
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -116,7 +115,8 @@ QMainWindow& QtWindow::Frame() const {
 
 void QtWindow::SetTitle(const std::string& title) {
   title_ = title;
-  frame_->setWindowTitle(PlainText(title));
+  // Qt keeps a place for a mark of changes in titles; doubled, it is text.
+  frame_->setWindowTitle(PlainText(title).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
 }
 
 void QtWindow::SetWindowPlace(const WindowPlace& place) {

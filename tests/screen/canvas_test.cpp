@@ -300,8 +300,10 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
     QTest::keyClick(canvas, arrow);
   EXPECT_EQ(keys, (std::vector<int>{kKeyLeft, kKeyUp, kKeyRight, kKeyDown}));
   keys.clear();
-  QTest::keyClick(canvas, Qt::Key_Delete);
   QTest::keyClick(canvas, Qt::Key_Escape);
+  EXPECT_EQ(keys, std::vector<int>{kKeyEscape});
+  keys.clear();
+  QTest::keyClick(canvas, Qt::Key_Delete);
   QTest::keyClick(canvas, Qt::Key_F9);
   QTest::keyClick(canvas, 'b', Qt::ControlModifier);
   QTest::keyClick(canvas, 'b', Qt::AltModifier);
