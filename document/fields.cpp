@@ -21,6 +21,7 @@ struct Field {
 
 // The field that starts at `start`, which may be the end of the text.
 Field FieldAt(std::string_view text, std::size_t start, std::string_view delimiter) {
+  if (delimiter.empty()) return {text.substr(start), kNone};
   std::size_t closing = kNone;
   std::size_t searchFrom = start;
   const bool quoted = start < text.size() && text[start] == '"';
@@ -29,7 +30,7 @@ Field FieldAt(std::string_view text, std::size_t start, std::string_view delimit
     if (closing == kNone) return {text.substr(start + 1), kNone};
     searchFrom = closing;
   }
-  const std::size_t end = delimiter.empty() ? kNone : text.find(delimiter, searchFrom);
+  const std::size_t end = text.find(delimiter, searchFrom);
   if (quoted) return {text.substr(start + 1, closing - start - 1), end};
   return {text.substr(start, end == kNone ? kNone : end - start), end};
 }

@@ -41,7 +41,10 @@ std::string Task(const char* verb, const std::string& path) {
 }
 
 bool EndsDrawing(std::string_view line) {
-  return line == "stroke" || line == "fill" || line.ends_with(" stroke") || line.ends_with(" fill");
+  // A quote may make a word at the end part of a longer token.
+  const bool plain = line.find('"') == std::string_view::npos;
+  const std::string_view last = plain ? line.substr(line.rfind(' ') + 1) : SplitFields(line, " ").back();
+  return last == "stroke" || last == "fill";
 }
 
 void CheckLine(const std::string& task, int lineNumber, std::string_view line) {

@@ -48,6 +48,7 @@ TEST(Fields, AnEmptyDelimiterMakesOneField) {
   EXPECT_EQ(GetField("a b", 1, ""), "a b");
   EXPECT_EQ(GetField("a b", 2, ""), "");
   EXPECT_EQ(SplitFields("a b", "").size(), 1U);
+  EXPECT_EQ(GetField("\"a\" b", 1, ""), "\"a\" b") << "no quote is taken off";
 }
 
 TEST(Fields, CountsUpToTheLargestNumberOfFields) {

@@ -89,6 +89,7 @@ TEST_F(GlyphsTest, AProcedureStopsAtItsFirstFault) {
 
 TEST_F(GlyphsTest, OtherTokensAreNumbers) {
   EXPECT_EQ(DrawProcedure("0x 0 moveto 5units  rlineto"), "line 100 200 101 200 #000000 w 1\n");
+  EXPECT_EQ(DrawProcedure("0 0 moveto \"5\" \"0 9 9\" rlineto"), "line 100 200 101 200 #000000 w 1\n");
 }
 
 TEST_F(GlyphsTest, MathFontsShareTheTable) {
@@ -150,8 +151,7 @@ TEST_F(GlyphsTest, ScriptsMoveTheBaselineAndBack) {
             "text Times New Roman 16 (x) 104.4 202.4 #000000\n"
             "text Times New Roman 20 (x) 109 200 #000000\n");
   // A superscript over a subscript.
-  EXPECT_EQ(Paint("\xF3x\xF4\xF0x\xF1"),
-            "text Times New Roman 16 (xx) 100 202.4 100 196.4 #000000\n");
+  EXPECT_EQ(Paint("\xF3x\xF4\xF0x\xF1"), "text Times New Roman 16 (xx) 100 202.4 100 196.4 #000000\n");
 }
 
 TEST_F(GlyphsTest, BlanksGrowWhileJustifying) {

@@ -170,10 +170,11 @@ TEST_F(PageTest, ReadingPartsTextFromDrawings) {
       "the stroke\r\n"
       "5 5 m 1 lw stroke\r\n"
       "\"a note\r\n"
+      "0 0 m 1 lw 5 0 rl \"brush stroke\r\n"
       "no end (");
   EXPECT_EQ(PageText,
             "72 700 m 12 F0 (brush stroke) 1 s\r\n\r\nunknown line\r\nthe stroke\r\n5 5 m 1 lw stroke\r\n"
-            "\"a note\r\nno end (\r\n");
+            "\"a note\r\n0 0 m 1 lw 5 0 rl \"brush stroke\r\nno end (\r\n");
   EXPECT_EQ(DrawingList, "10 20 15 20 20 20 1\r\n0 0 5 5 10 0 5 -5 0 0 1\r\n");
   EXPECT_EQ(DrawingCount, 2);
   EXPECT_EQ(CurrentDrawing, "");

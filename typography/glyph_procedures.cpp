@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "document/fields.h"
 #include "document/numbers.h"
 
 namespace kelvane {
@@ -78,12 +79,8 @@ class Interpreter {
 std::vector<GlyphPiece> ExecuteGlyph(const std::string& procedure) {
   std::vector<GlyphPiece> pieces;
   Interpreter interpreter(pieces);
-  std::string_view rest = procedure;
-  while (!rest.empty()) {
-    const std::size_t end = rest.find(' ');
-    if (!interpreter.Execute(rest.substr(0, end))) break;
-    if (end == std::string_view::npos) break;
-    rest.remove_prefix(end + 1);
+  for (const std::string_view token : SplitFields(procedure, " ")) {
+    if (!interpreter.Execute(token)) break;
   }
   return pieces;
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "document/fields.h"
 #include "document/lines.h"
 #include "document/numbers.h"
 #include "typography/colours.h"
@@ -72,12 +73,8 @@ void PaintGuides() {
 
 std::vector<float> RecordNumbers(std::string_view record) {
   std::vector<float> numbers;
-  while (true) {
-    const std::size_t end = record.find(' ');
-    numbers.push_back(ReadSingle(record.substr(0, end)));
-    if (end == std::string_view::npos) return numbers;
-    record.remove_prefix(end + 1);
-  }
+  for (const std::string_view token : SplitFields(record, " ")) numbers.push_back(ReadSingle(token));
+  return numbers;
 }
 
 void StrokeDrawing(const std::vector<float>& n, const LineStyle& style, float penWidth) {
