@@ -125,17 +125,19 @@ std::string SectionLine(int section, const std::string& name, const GlyphProcedu
 std::string RewriteSections(const std::string& path, std::string_view rest, int code,
                             const GlyphProcedure& glyph) {
   std::string result;
-  std::string name;  // of the glyph, as section 1 has it
+  std::vector<std::string> names;  // of section 1, from kFirstGlyph on
   int section = 0;
   int sectionCode = kCodesEnd;  // code of the next line; kCodesEnd between the sections
   while (!rest.empty()) {
     const RawLine line = TakeRawLine(rest);
     const bool inSection = sectionCode < kCodesEnd;
+    if (inSection && section == 1) names.push_back(GetField(line.text, 1, " "));
     if (inSection && sectionCode == code) {
-      const std::string sectionName = GetField(line.text, 1, " ");
-      if (section == 1) name = sectionName;
-      // A line too few or too many would let the glyph replace its neighbour.
-      if (sectionName != name)
+      const std::string name = GetField(line.text, 1, " ");
+      // A line too few or too many would let the glyph replace its neighbour. The sections need not name a
+      // glyph alike, though.
+      const auto owner = std::find(names.begin(), names.end(), name);
+      if (section > 1 && owner != names.end() && names[static_cast<std::size_t>(code - kFirstGlyph)] != name)
         throw Failure(MachinePath(path) + " names character " + std::to_string(code) + " in two ways.");
       result += SectionLine(section, name, glyph);
     } else {

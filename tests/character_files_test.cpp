@@ -235,6 +235,14 @@ TEST_F(CharacterFilesTest, RefusesDamagedFilesBeforeWritingAny) {
   EXPECT_EQ(TypefaceTable[kFirstGlyphFont].Widths[65], 65.0F / 8);
 }
 
+TEST_F(CharacterFilesTest, KeepsTheNameThatEachSectionGives) {
+  const std::string font = FontText("");
+  files.contents[Path("MATH0.PSF")] = WithLine(font, "/g65 [", "/box65 [");
+  SaveGlyph(65, kTriangle);
+  EXPECT_NE(Content("MATH0.PSF").find("\r\n/g65 30 def\r\n"), std::string::npos);
+  EXPECT_NE(Content("MATH0.PSF").find("\r\n/box65 [-2 -12 32 42] def\r\n"), std::string::npos);
+}
+
 TEST_F(CharacterFilesTest, RefusesCodesThatHaveNoGlyph) {
   const std::string before = AllFiles();
   for (const std::int16_t code : {31, 128, -1}) EXPECT_THROW(SaveGlyph(code, kTriangle), Failure) << code;
