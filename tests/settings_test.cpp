@@ -119,6 +119,20 @@ TEST_F(SettingsTest, AMissingFileLeavesTheStartValues) {
   EXPECT_THROW(ReadSettings(kPath), Failure);
 }
 
+TEST_F(SettingsTest, ResetTakesEverySettingBack) {
+  Read(
+      "PDIR = C:\\P\r\nSCALE = 3\r\nGRIDX = 5\r\nGUIDEX = 72\r\nGUIDEY = 9\r\nCURSORMODE = 4\r\nFORMTOP = "
+      "8\r\n");
+  ResetSettings();
+  EXPECT_EQ(PaperFolder, "");
+  EXPECT_EQ(SCALE, kDefaultScale);
+  EXPECT_EQ(GridStepH, kDefaultGridStepH);
+  EXPECT_EQ(GuideX[0], 0);
+  EXPECT_EQ(GuideY[0], 0);
+  EXPECT_EQ(CursorMode, 0);
+  EXPECT_EQ(FormPlace.top, 0);
+}
+
 TEST_F(SettingsTest, ExitKeepsEveryOtherLineAsItIs) {
   FormPlace = {30, 45.5F, 9600, 7200};
   PaperFolder = "\\home\\u\\Papers\\";
