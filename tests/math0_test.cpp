@@ -62,6 +62,7 @@ struct Ink {
 
   explicit Ink(const Outline& outline) {
     for (const auto& contour : outline) {
+      if (contour.thread) continue;
       Vec from = contour.start;
       for (const Segment& segment : contour.segments) {
         const int steps = math0::IsStraight(from, segment) ? 1 : 16;
@@ -99,6 +100,7 @@ struct Ink {
 std::vector<double> Corners(const Outline& outline, double Vec::*along, double Vec::*across, double at) {
   std::set<double> found;
   for (const auto& contour : outline) {
+    if (contour.thread) continue;
     for (const Segment& segment : contour.segments) {
       if (segment.end.*along == at) found.insert(segment.end.*across);
     }
@@ -240,7 +242,8 @@ TEST_F(Math0Test, OperatorsRelationsAndDelimitersStandOnTheAxis) {
   }
 }
 
-// On screen a glyph is nothing but its outlines, so none may run through the ink, and none may be lost.
+// On screen a glyph is nothing but its outlines: but for threads none may run through the ink, none may be
+// lost.
 TEST_F(Math0Test, OutlinesHoldExactlyTheInkThatWasDrawn) {
   for (const Glyph& glyph : math0::AllGlyphs()) {
     const Outline shapes = glyph.draw();
@@ -263,22 +266,42 @@ TEST_F(Math0Test, OutlinesHoldExactlyTheInkThatWasDrawn) {
 
 TEST_F(Math0Test, MergingKeepsHolesAndDropsWhatLiesInside) {
   using math0::Box;
-  const Outline cross = math0::Merge(Box(0, 4, 10, 6) + Box(4, 0, 6, 10), "cross");
+  const Outline cross = math0::Merge(Box(0, 4, 10, 5) + Box(4, 0, 5, 10), "cross");
   ASSERT_EQ(cross.size(), 1U);
   EXPECT_EQ(cross[0].segments.size(), 12U);
   // Edges in line become one, edges between the two are gone.
-  const Outline joined = math0::Merge(Box(0, 0, 10, 2) + Box(10, 0, 20, 2) + Box(3, 0, 5, 2), "joined");
+  const Outline joined = math0::Merge(Box(0, 0, 10, 1) + Box(10, 0, 20, 1) + Box(3, 0, 5, 1), "joined");
   ASSERT_EQ(joined.size(), 1U);
   EXPECT_EQ(joined[0].segments.size(), 4U);
-  const Outline frame = Box(0, 0, 10, 2) + Box(0, 8, 10, 10) + Box(0, 0, 2, 10) + Box(8, 0, 10, 10);
+  const Outline frame = Box(0, 0, 10, 1) + Box(0, 9, 10, 10) + Box(0, 0, 1, 10) + Box(9, 0, 10, 10);
   const Outline hollow = math0::Merge(frame, "frame");
   EXPECT_EQ(hollow.size(), 2U);
   EXPECT_FALSE(Ink(hollow).At({5, 5}));
   // A stroke that crosses itself is inked where it does.
-  const Outline eight =
-      math0::Pen(0, 0, 1).Curve(10, 10, 15, 5).Curve(20, 0, 15, -5).Curve(10, -10, 0, 2).Ink();
-  const Outline loop = math0::Merge(eight, "loop");
-  EXPECT_EQ(loop.size(), 2U);
+  const math0::Pen loop = math0::Pen(0, 0, 1).Curve(10, 10, 15, 5).Curve(20, 0, 15, -5).Curve(10, -10, 0, 2);
+  EXPECT_EQ(math0::Merge(loop.Ink(), "loop").size(), 2U);
+}
+
+// Threads fill thick strokes on screen. They lie within the ink, and thin strokes need none.
+TEST_F(Math0Test, ThreadsRunInsideThickStrokes) {
+  for (const Glyph& glyph : math0::AllGlyphs()) {
+    const Outline merged = math0::Merge(glyph.draw(), glyph.name);
+    const Ink ink(merged);
+    for (const auto& contour : merged) {
+      if (!contour.thread) continue;
+      Vec from = contour.start;
+      for (const Segment& segment : contour.segments) {
+        for (const double t : {0.1, 0.5, 0.9}) {
+          const Vec p = math0::PointOn(from, segment, t);
+          EXPECT_TRUE(ink.At(p)) << glyph.name << " at " << p.x << ' ' << p.y;
+        }
+        from = segment.end;
+      }
+      EXPECT_EQ(from, contour.start) << glyph.name;
+    }
+  }
+  EXPECT_EQ(math0::Merge(math0::Box(0, 0, 20, 1.5), "thin").size(), 1U);
+  EXPECT_EQ(math0::Merge(math0::Box(0, 0, 20, 3), "thick").size(), 2U);
 }
 
 // Every character is shown, so a fault in any procedure is heard of.

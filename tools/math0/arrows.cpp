@@ -19,14 +19,18 @@ Outline Shaft(double left, double right, double middle) {
 // A pointed head with its tip on the axis at x: two barbs that curve away from the shaft.
 Outline Head(double tip) {
   return Path(tip, kAxis)
-      .Curve(tip - 6.5, kAxis + 3, tip - 10, kAxis + 10)
-      .Line(tip - 11.5, kAxis + 9.25)
-      .Curve(tip - 9.75, kAxis + 4, tip - 6, kShaftBottom)
-      .Line(tip - 6, kShaftTop)
-      .Curve(tip - 9.75, kAxis - 4, tip - 11.5, kAxis - 9.25)
-      .Line(tip - 10, kAxis - 10)
-      .Curve(tip - 6.5, kAxis - 3, tip, kAxis)
-      .Closed();
+             .Curve(tip - 6.5, kAxis + 3, tip - 10, kAxis + 10)
+             .Line(tip - 11.5, kAxis + 9.25)
+             .Curve(tip - 9.75, kAxis + 4, tip - 6, kShaftBottom)
+             .Line(tip - 6, kShaftTop)
+             .Curve(tip - 9.75, kAxis - 4, tip - 11.5, kAxis - 9.25)
+             .Line(tip - 10, kAxis - 10)
+             .Curve(tip - 6.5, kAxis - 3, tip, kAxis)
+             .Closed() +
+         Path(tip - 10.75, kAxis - 9.5)
+             .Curve(tip - 8, kAxis - 3.25, tip - 3, kAxis)
+             .Curve(tip - 8, kAxis + 3.25, tip - 10.75, kAxis + 9.5)
+             .Thread();
 }
 
 // The shaft ends inside the head, where the barbs meet.
@@ -49,7 +53,9 @@ Outline ArrowDoubleRight() {
                             .Line(tip - 14.75, kAxis - 12.75)
                             .Curve(tip - 11, kAxis - 5, tip - 3.5, kAxis)
                             .Closed() +
-                        Polygon({{0, outer}, {tip - 7.25, outer}, {tip - 5.25, inner}, {0, inner}});
+                        Polygon({{0, outer}, {tip - 7.25, outer}, {tip - 5.25, inner}, {0, inner}}) +
+                        Path(0, kAxis - kDoubleGap).Line(tip - 6.5, kAxis - kDoubleGap).Thread() +
+                        Path(tip - 13.75, kAxis - 13).Curve(tip - 10, kAxis - 5, tip - 2, kAxis).Thread();
   return upper + MirrorY(upper, kAxis);
 }
 Outline ArrowDoubleLeft() {

@@ -134,7 +134,8 @@ Outline Root() {
                   {16, 47},
                   {14.25, 47},
                   {4.75, 27.5},
-                  {0.75, 29.75}});
+                  {0.75, 29.75}}) +
+         Path(6, 25.75).Line(15.125, 44.5).Thread();
 }
 Outline TallRoot() {
   return Polygon({{0, 59},
@@ -147,7 +148,8 @@ Outline TallRoot() {
                   {17.75, 97},
                   {15.75, 97},
                   {5, 58.25},
-                  {0.75, 60.75}});
+                  {0.75, 60.75}}) +
+         Path(6.75, 56.75).Line(16.75, 93).Thread();
 }
 Outline Vinculum() {
   return Box(0, kRootBar, 25, kRootBar + kRule);

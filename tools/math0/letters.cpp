@@ -44,7 +44,7 @@ Outline BoardR() {
   return DoubleStem(5) +
          Pen(12, kCap + 1, kLine)
              .Line(21, kCap + 1)
-             .Curve(29.5, kCap + 1, 29.5, 15.75, 2.5)
+             .Curve(29.5, kCap + 1, 29.5, 15.75, 2)
              .Curve(29.5, 23.5, 21, 23.5, kLine)
              .Line(12, 23.5)
              .Ink() +
@@ -55,7 +55,7 @@ Outline BoardR() {
 Outline BoardC() {
   return Pen(33, 13.5, 1.5)
              .Curve(28.5, kCap + 0.75, 20.5, kCap + 0.75, 2)
-             .Curve(4.25, kCap + 0.75, 4.25, 23.5, 2.5)
+             .Curve(4.25, kCap + 0.75, 4.25, 23.5, 2)
              .Curve(4.25, kBaseline - 0.75, 20.5, kBaseline - 0.75, 2)
              .Curve(29, kBaseline - 0.75, 33.5, 32.5, 1.5)
              .Ink() +
@@ -116,6 +116,7 @@ Outline ScriptF() {
 // An italic h with a bar through its neck.
 Outline HBar() {
   return Polygon({{8, 7.75}, {13.75, 6.5}, {6.5, kBaseline}, {2.75, kBaseline}, {9, 9.25}, {8, 9}}) +
+         Path(11, 8.5).Line(4.75, 39).Thread() +
          Pen(6.5, 31, 1.25)
              .Curve(12, 18.5, 17.5, 18.5, 2.5)
              .Curve(22, 18.5, 21, 24, 3.25)
@@ -161,13 +162,14 @@ Outline Aleph() {
       Pen(12, 19.5, 1.75).Curve(4.5, 24, 6.75, 33, 3.75).Curve(7.5, 36, 7.75, kBaseline - 0.5, 3.75).Ink();
   return Polygon(
              {{3.5, 7.5}, {5, 7.5}, {8.5, 11.5}, {31, 33}, {31.5, 40}, {30, 40}, {26.5, 36.5}, {4, 14.5}}) +
-         arm + leg + Polygon({{3.5, 38.25}, {10, 38.25}, {10, 40}, {3.5, 40}});
+         Path(6.25, 12.5).Line(29.5, 36).Thread() + arm + leg +
+         Polygon({{3.5, 38.25}, {10, 38.25}, {10, 40}, {3.5, 40}});
 }
 
 // A delta turned over: the thick side comes first.
 Outline Nabla() {
   return Polygon({{2, kCap}, {34.5, kCap}, {19.25, kBaseline}, {17.75, kBaseline}}) +
-         Reverse(Polygon({{7.5, 9}, {31.25, 9}, {19.75, 33.75}}));
+         Reverse(Polygon({{7.5, 9}, {31.25, 9}, {19.75, 33.75}})) + Path(4.75, 8).Line(17.5, 34.5).Thread();
 }
 
 // A rounded d with its ascender bent over the bowl.

@@ -33,6 +33,7 @@ struct Edge {
 std::vector<Edge> EdgesOf(const Outline& shapes) {
   std::vector<Edge> edges;
   for (const Contour& contour : shapes) {
+    if (contour.thread) continue;
     Vec at = contour.start;
     for (const Segment& segment : contour.segments) {
       if (Length(segment.end - at) > kSame) edges.push_back({at, segment, {}});
@@ -219,6 +220,16 @@ void Append(Contour& contour, const Edge& piece) {
   contour.segments.push_back({Midpoint(at, end), end});
 }
 
+Contour ThreadOnGrid(const Contour& thread) {
+  Contour onGrid{OnGrid(thread.start), {}, true};
+  Vec at = thread.start;
+  for (const Segment& segment : thread.segments) {
+    Append(onGrid, {at, segment, {}});
+    at = segment.end;
+  }
+  return onGrid;
+}
+
 }  // namespace
 
 Outline Merge(const Outline& shapes, const char* name) {
@@ -228,7 +239,7 @@ Outline Merge(const Outline& shapes, const char* name) {
     Edge piece = pieces.back();
     pieces.pop_back();
     const Vec start = piece.start;
-    Contour contour{OnGrid(start), {}};
+    Contour contour{OnGrid(start), {}, false};
     Append(contour, piece);
     while (Length(piece.segment.end - start) > 10 * kSame) {
       const std::size_t next = NextPiece(pieces, piece, name);
@@ -237,6 +248,9 @@ Outline Merge(const Outline& shapes, const char* name) {
       Append(contour, piece);
     }
     if (contour.segments.size() > 1) merged.push_back(contour);
+  }
+  for (const Contour& contour : shapes) {
+    if (contour.thread) merged.push_back(ThreadOnGrid(contour));
   }
   return merged;
 }

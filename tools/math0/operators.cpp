@@ -33,23 +33,31 @@ Outline Sum(const SumShape& s) {
   const double topArm = s.top + s.arm;
   const double footArm = s.bottom - s.arm * 1.3;
   const double curl = s.beak * 0.9;
+  const Outline thread = Path(s.right - 2, s.top + s.arm * 0.5)
+                             .Line(s.left + s.thick * 0.6, s.top + s.arm * 0.5)
+                             .Line((knee.x + tip.x) * 0.5, (knee.y + tip.y) * 0.5)
+                             .Line(s.left + s.thin * 0.5, riseFoot.y)
+                             .Line(s.left + s.thin, s.bottom - s.arm * 0.65)
+                             .Line(s.right - 1.5, s.bottom - s.arm * 0.65)
+                             .Thread();
   return Path(s.left, s.top)
-      .Line(s.right - 1, s.top)
-      .Line(s.right, s.top + s.beak)
-      .Line(s.right - 1.5, s.top + s.beak)
-      .Curve(s.right - 3, topArm, s.right - 3 - curl, topArm)
-      .Line(onFall(topArm), topArm)
-      .Line(tip.x, tip.y)
-      .Line(onRise(footArm), footArm)
-      .Line(s.right - 3 - curl, footArm)
-      .Curve(s.right - 2.5, footArm, s.right - 0.5, s.bottom - s.beak * 1.15)
-      .Line(s.right + 1, s.bottom - s.beak * 1.15)
-      .Line(s.right - 0.75, s.bottom)
-      .Line(s.left, s.bottom)
-      .Line(riseFoot.x, riseFoot.y)
-      .Line(knee.x, knee.y)
-      .Line(fallTop.x, fallTop.y)
-      .Closed();
+             .Line(s.right - 1, s.top)
+             .Line(s.right, s.top + s.beak)
+             .Line(s.right - 1.5, s.top + s.beak)
+             .Curve(s.right - 3, topArm, s.right - 3 - curl, topArm)
+             .Line(onFall(topArm), topArm)
+             .Line(tip.x, tip.y)
+             .Line(onRise(footArm), footArm)
+             .Line(s.right - 3 - curl, footArm)
+             .Curve(s.right - 2.5, footArm, s.right - 0.5, s.bottom - s.beak * 1.15)
+             .Line(s.right + 1, s.bottom - s.beak * 1.15)
+             .Line(s.right - 0.75, s.bottom)
+             .Line(s.left, s.bottom)
+             .Line(riseFoot.x, riseFoot.y)
+             .Line(knee.x, knee.y)
+             .Line(fallTop.x, fallTop.y)
+             .Closed() +
+         thread;
 }
 
 Outline DisplaySum() {
@@ -87,7 +95,8 @@ Outline Product() {
                     .Curve(first + stem, top + 2.75, first + stem, top + 5)
                     .Line(first, top + 5)
                     .Curve(first, top + 1.75, 3, top + 1.75)
-                    .Closed();
+                    .Closed() +
+                Path(first + stem * 0.5, top + 1.375).Line(second + stem * 0.5, top + 1.375).Thread();
   for (const double left : {first, second})
     ink = ink + Slab(left - 6, left + stem + 6, left, left + stem, bottom, -1);
   return ink;
@@ -110,7 +119,8 @@ Outline IntegralHead(double top, double stem, double reach, double ball) {
              .Curve(reach, dropMiddle + ball, reach - ball, dropMiddle + ball)
              .Curve(dropLeft, dropMiddle + ball, dropLeft, dropMiddle)
              .Curve(dropLeft, top + 1.75, crest, top + 1.75)
-             .Closed();
+             .Closed() +
+         Path(reach - 1.4 * ball, dropMiddle).Line(reach - 0.6 * ball, dropMiddle).Thread();
 }
 
 // Slanted; the lower half is the upper one turned by half a turn.

@@ -30,6 +30,13 @@ double TurnedArea(const Contour& contour) {
   return area;
 }
 
+Outline ThereAndBack(Contour way) {
+  const Outline back = Reverse({way});
+  way.segments.insert(way.segments.end(), back[0].segments.begin(), back[0].segments.end());
+  way.thread = true;
+  return {way};
+}
+
 template <class Move>
 Outline Moved(Outline outline, const Move& move) {
   for (Contour& contour : outline) {
@@ -101,6 +108,10 @@ Outline Path::Closed() {
   return TurnedArea(contour) < 0 ? Reverse({contour}) : Outline{contour};
 }
 
+Outline Path::Thread() const {
+  return ThereAndBack(contour);
+}
+
 Pen& Pen::Line(double x, double y, double width) {
   const Vec from = spine.empty() ? start : spine.back().end;
   return Curve((from.x + x) * 0.5, (from.y + y) * 0.5, x, y, width);
@@ -141,9 +152,32 @@ std::vector<Vec> Pen::Side(double sign) const {
 }
 
 Outline Pen::Ink() const {
+  return Edges() + Threads();
+}
+
+// One thread for each stretch of thick segments.
+Outline Pen::Threads() const {
+  Outline threads;
+  for (std::size_t i = 0; i < spine.size();) {
+    const Vec begin = i == 0 ? start : spine[i - 1].end;
+    Path path(begin.x, begin.y);
+    const std::size_t first = i;
+    for (; i < spine.size() && std::max(widths[i], widths[i + 1]) > kHollow; ++i) {
+      path.Curve(spine[i].control.x, spine[i].control.y, spine[i].end.x, spine[i].end.y);
+    }
+    if (i > first) {
+      threads = std::move(threads) + path.Thread();
+    } else {
+      ++i;
+    }
+  }
+  return threads;
+}
+
+Outline Pen::Edges() const {
   const std::vector<Vec> there = Side(-1);
   const std::vector<Vec> back = Side(1);
-  Contour contour{there.front(), {}};
+  Contour contour{there.front(), {}, false};
   for (std::size_t i = 1; i < there.size(); i += 2) contour.segments.push_back({there[i], there[i + 1]});
   contour.segments.push_back({Midpoint(there.back(), back.back()), back.back()});
   for (std::size_t i = back.size() - 1; i > 1; i -= 2) contour.segments.push_back({back[i - 1], back[i - 2]});
@@ -159,7 +193,12 @@ Outline Polygon(std::initializer_list<Vec> corners) {
 }
 
 Outline Box(double left, double top, double right, double bottom) {
-  return Polygon({{left, top}, {right, top}, {right, bottom}, {left, bottom}});
+  const Outline edges = Polygon({{left, top}, {right, top}, {right, bottom}, {left, bottom}});
+  const double middleX = (left + right) * 0.5;
+  const double middleY = (top + bottom) * 0.5;
+  if (std::min(right - left, bottom - top) <= kHollow) return edges;
+  if (right - left < bottom - top) return edges + Path(middleX, top).Line(middleX, bottom).Thread();
+  return edges + Path(left, middleY).Line(right, middleY).Thread();
 }
 
 Outline Ellipse(Vec centre, double radiusX, double radiusY) {
@@ -176,11 +215,14 @@ Outline Ellipse(Vec centre, double radiusX, double radiusY) {
 }
 
 Outline Disc(Vec centre, double radius) {
-  return Ellipse(centre, radius, radius);
+  return Ellipse(centre, radius, radius) + ThereAndBack(Ellipse(centre, radius * 0.5, radius * 0.5)[0]);
 }
 
 Outline EllipseRing(Vec centre, double radiusX, double radiusY, double inkX, double inkY) {
-  return Ellipse(centre, radiusX, radiusY) + Reverse(Ellipse(centre, radiusX - inkX, radiusY - inkY));
+  const Outline edges =
+      Ellipse(centre, radiusX, radiusY) + Reverse(Ellipse(centre, radiusX - inkX, radiusY - inkY));
+  if (std::max(inkX, inkY) <= kHollow) return edges;
+  return edges + ThereAndBack(Ellipse(centre, radiusX - inkX * 0.5, radiusY - inkY * 0.5)[0]);
 }
 
 Outline operator+(Outline a, const Outline& b) {
@@ -212,7 +254,7 @@ Outline Slant(Outline outline, double y, double slant) {
 
 Outline Reverse(Outline outline) {
   for (Contour& contour : outline) {
-    Contour back{contour.segments.empty() ? contour.start : contour.segments.back().end, {}};
+    Contour back{contour.segments.empty() ? contour.start : contour.segments.back().end, {}, contour.thread};
     for (std::size_t i = contour.segments.size(); i-- > 0;) {
       back.segments.push_back(
           {contour.segments[i].control, i == 0 ? contour.start : contour.segments[i - 1].end});

@@ -37,9 +37,13 @@ struct Segment {
 
 // A contour; closed when the last end is the start. Ink lies where the winding number is not zero: shapes run
 // clockwise as seen on the page, so that they add up where they overlap, holes the other way.
+//
+// A thread is a line there and back inside a thick stroke. The screen draws outlines only, and at the sizes
+// of text the thread fills the gap between the two edges of the stroke; in print it holds no ink of its own.
 struct Contour {
   Vec start;
   std::vector<Segment> segments;
+  bool thread = false;
 };
 using Outline = std::vector<Contour>;
 
@@ -47,14 +51,19 @@ using Outline = std::vector<Contour>;
 Vec PointOn(Vec start, const Segment& segment, double t);
 bool IsStraight(Vec start, const Segment& segment);
 
+// Strokes wider than this have a thread: from here on the edges, one pixel each, stand apart at 11 points.
+inline constexpr double kHollow = 1.9;
+
 // Writes a contour down point by point.
 class Path {
  public:
-  Path(double x, double y) : contour{{x, y}, {}}, at(contour.start) {}
+  Path(double x, double y) : contour{{x, y}, {}, false}, at(contour.start) {}
   Path& Line(double x, double y);
   Path& Curve(double controlX, double controlY, double x, double y);
   // Closed with a straight line where it does not end at its start, and turned clockwise.
   Outline Closed();
+  // There and back.
+  Outline Thread() const;
 
  private:
   Contour contour;
@@ -63,7 +72,7 @@ class Path {
 
 // Follows the middle of a stroke and gives the stroke's outline. The width changes evenly along a segment;
 // corners are mitred; ends are cut square to the stroke. A stroke may cross itself and may end where it
-// began.
+// began. Where it is thick it has its thread.
 class Pen {
  public:
   Pen(double x, double y, double startWidth) : start{x, y}, widths{startWidth} {}
@@ -76,6 +85,8 @@ class Pen {
   Outline Ink() const;
 
  private:
+  Outline Edges() const;
+  Outline Threads() const;
   std::vector<Vec> Side(double sign) const;
   Vec SidePoint(std::size_t node, double sign) const;
 
@@ -84,6 +95,7 @@ class Pen {
   std::vector<double> widths;
 };
 
+// Shapes with their threads. A polygon has none: only who draws it knows where its strokes run.
 Outline Polygon(std::initializer_list<Vec> corners);
 Outline Box(double left, double top, double right, double bottom);
 Outline Ellipse(Vec centre, double radiusX, double radiusY);

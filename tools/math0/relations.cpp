@@ -97,7 +97,8 @@ Outline Negation() {
 
 // Level cuts at the ends of slanting strokes, as in capital letters.
 Outline SlantBar(double topX, double top, double bottomX, double bottom, double width) {
-  return Polygon({{topX, top}, {topX + width, top}, {bottomX + width, bottom}, {bottomX, bottom}});
+  return Polygon({{topX, top}, {topX + width, top}, {bottomX + width, bottom}, {bottomX, bottom}}) +
+         Path(topX + width * 0.5, top).Line(bottomX + width * 0.5, bottom).Thread();
 }
 
 Outline ForAll() {
