@@ -135,7 +135,7 @@ Outline Root() {
                   {14.25, 47},
                   {4.75, 27.5},
                   {0.75, 29.75}}) +
-         Path(6, 25.75).Line(15.125, 44.5).Thread();
+         Path(6, 25.75).Line(15.375, 44).Line(30.75, kRootBar + 1).Line(36, kRootBar + 1).Thread();
 }
 Outline TallRoot() {
   return Polygon({{0, 59},
@@ -149,7 +149,7 @@ Outline TallRoot() {
                   {15.75, 97},
                   {5, 58.25},
                   {0.75, 60.75}}) +
-         Path(6.75, 56.75).Line(16.75, 93).Thread();
+         Path(6.75, 56.75).Line(16.75, 92.5).Line(37.5, kRootBar + 1).Line(42, kRootBar + 1).Thread();
 }
 Outline Vinculum() {
   return Box(0, kRootBar, 25, kRootBar + kRule);
