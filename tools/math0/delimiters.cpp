@@ -5,7 +5,7 @@
 // Tall delimiters, roots, and the bars and braces that are put together from pieces.
 //
 // A piece of a tall delimiter stands in a box of exactly 50 units, y 2.5 to 52.5, the axis in its middle; set
-// one em below each other pieces meet. Stems are at x 6 to 9, as far from the piece's right edge on the
+// one em below each other pieces meet. Stems are at x 6 to 8.5, as far from the piece's right edge on the
 // right-hand side, so the one bar joins every left-hand piece at a left anchor and every right-hand piece at
 // a right anchor.
 

@@ -242,12 +242,6 @@ Outline MirrorY(Outline outline, double y) {
   return Reverse(Moved(std::move(outline), [=](Vec p) { return Vec{p.x, 2 * y - p.y}; }));
 }
 
-Outline Scale(Outline outline, Vec fixed, double factorX, double factorY) {
-  return Moved(std::move(outline), [=](Vec p) {
-    return Vec{fixed.x + (p.x - fixed.x) * factorX, fixed.y + (p.y - fixed.y) * factorY};
-  });
-}
-
 Outline Slant(Outline outline, double y, double slant) {
   return Moved(std::move(outline), [=](Vec p) { return Vec{p.x + (y - p.y) * slant, p.y}; });
 }

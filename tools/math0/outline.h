@@ -108,8 +108,6 @@ Outline Shift(Outline outline, double dx, double dy);
 // Mirrored in the upright line at x, or in the level line at y. Direction of the contours is kept.
 Outline MirrorX(Outline outline, double x);
 Outline MirrorY(Outline outline, double y);
-// About a fixed point.
-Outline Scale(Outline outline, Vec fixed, double factorX, double factorY);
 // x moves by `slant` for each unit that a point lies above `y`.
 Outline Slant(Outline outline, double y, double slant);
 Outline Reverse(Outline outline);

@@ -12,12 +12,11 @@
 namespace kelvane::math0 {
 namespace {
 
-enum Face { kRoman = 0, kItalic = 2, kSans = 4, kSymbol = 8, kMath = 12 };
-enum Anchor { kLeft = 3, kCentre = 4 };
+enum Face { kRoman = 0, kBold = 1, kItalic = 2, kSans = 4, kSymbol = 8, kMath = 12 };
+enum Anchor { kLeft = 3, kCentre = 4, kRight = 5 };
 
-// Codes within a run.
-constexpr std::string_view kSup = "\xF0", kSupEnd = "\xF2", kSub = "\xF3", kSubEnd = "\xF5";
-constexpr std::string_view kThin = "\xFE";          // 0.12 of the size
+// Codes within a run, by their hexadecimal numbers: F0 and F2 begin and end a superscript, F3 and F5 a
+// subscript, FE is a space of 0.12 of the size.
 constexpr std::string_view kStepBack = "\xF9\xF5";  // italic subscript, forward from subscript: back by 0.06
 
 // A stretch of a run in one face.
@@ -62,12 +61,13 @@ Page Repertoire() {
   constexpr float size = 18, columnStep = 68, rowStep = 61;
   int place = 0;
   for (const Glyph& glyph : AllGlyphs()) {
+    const std::string key = KeyOf(glyph);
+    const bool oneCharacter = key.size() == 1;
     const float x = 29 + columnStep * static_cast<float>(place % 8);
     const float y = 100 + rowStep * static_cast<float>(place / 8);
     page.Put(x + 27, y, size, kMath, std::string(1, glyph.key), kCentre);
-    page.Put(x, y + 28, 9, kRoman, KeyOf(glyph));
-    page.Put(x + (KeyOf(glyph).size() > 1 ? 0.0F : 11.0F), y + (KeyOf(glyph).size() > 1 ? 34.0F : 28.0F), 5,
-             kSans, glyph.name);
+    page.Put(x, y + 28, 9, kRoman, key);
+    page.Put(oneCharacter ? x + 11 : x, oneCharacter ? y + 28 : y + 34, 5, kSans, glyph.name);
     ++place;
   }
   return page;
@@ -84,13 +84,13 @@ void Stack(Page& page, float x, float y, float size, std::string_view keys) {
 // The same for right-hand pieces, whose right edges are in line.
 void StackRight(Page& page, float x, float y, float size, std::string_view keys) {
   for (const char key : keys) {
-    page.Put(x, y, size, kMath, std::string(1, key), static_cast<Anchor>(5));
+    page.Put(x, y, size, kMath, std::string(1, key), kRight);
     y += size;
   }
 }
 
 void Heading(Page& page, float y, std::string_view text) {
-  page.Put(54, y, 11, {{static_cast<Face>(1), text}});
+  page.Put(54, y, 11, kBold, text);
 }
 
 void TallDelimiters(Page& page) {
