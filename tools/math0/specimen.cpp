@@ -180,13 +180,13 @@ void Formulas(Page& page) {
   Heading(page, 410, "Formulas");
   float y = 450;
   Limits(page, 80, y, 12, "S", {{kItalic, "n"}, {kRoman, " = 1"}}, {{kMath, "8"}});
-  Fraction(page, 104, y, "-", {{kRoman, "1"}},
+  Fraction(page, 104, y, "--", {{kRoman, "1"}},
            {{kItalic, "n"},
             {kRoman,
              "\xF0"
              "2\xF2"}});
   page.Put(114, y, 12, {{kRoman, "="}});
-  Fraction(page, 136, y, "-",
+  Fraction(page, 137, y, "--",
            {{kSymbol, "p"},
             {kRoman,
              "\xF0"
@@ -194,11 +194,11 @@ void Formulas(Page& page) {
            {{kRoman, "6"}});
   page.Put(158, y, 12, {{kSymbol, "z"}, {kRoman, "("}, {kItalic, "s"}, {kRoman, ")  ="}});
   Limits(page, 214, y, 12, "P", {{kItalic, "p"}, {kRoman, " prime"}}, {{kRoman, ""}});
-  Fraction(page, 252, y, "--", {{kRoman, "1"}}, {{kRoman, "1 \x96 "}, {kItalic, "p\xF0\x96s\xF2"}});
+  Fraction(page, 254, y, "-----", {{kRoman, "1"}}, {{kRoman, "1 \x96 "}, {kItalic, "p\xF0\x96s\xF2"}});
 
   page.Put(310, y, 12, kMath, "I");
-  page.Put(330, y - 13, 8, kMath, "8");
-  page.Put(320, y + 11, 8, {{kRoman, "\x96"}, {kMath, "8"}});
+  page.Put(327, y - 13, 8, kMath, "8");
+  page.Put(318.5F, y + 11, 8, {{kRoman, "\x96"}, {kMath, "8"}});
   page.Put(338, y, 12,
            {{kItalic,
              "e\xF0\x96x\xF0"
@@ -210,9 +210,9 @@ void Formulas(Page& page) {
 
   y = 508;
   page.Put(60, y, 12, {{kItalic, "i"}, {kMath, "\xFEh\xFE"}});
-  Fraction(page, 86, y, "-", {{kMath, "d"}}, {{kMath, "d"}, {kItalic, "t"}});
+  Fraction(page, 86, y, "--", {{kMath, "d"}}, {{kMath, "d"}, {kItalic, "t"}});
   page.Put(96, y, 12, {{kSymbol, "y"}, {kRoman, "  =  \x96"}});
-  Fraction(page, 150, y, "-",
+  Fraction(page, 148, y, "---",
            {{kMath, "h"},
             {kRoman,
              "\xF0"
@@ -228,7 +228,7 @@ void Formulas(Page& page) {
             {kItalic, "V"},
             {kSymbol, "y"}});
   page.Put(250, y, 12, kMath, "O");
-  page.Put(262, y + 12, 8, {{kMath, "d"}, {kItalic, "S"}});
+  page.Put(259, y + 12, 8, {{kMath, "d"}, {kItalic, "S"}});
   page.Put(272, y, 12, {{kRoman, "F \xB7 "}, {kItalic, "d"}, {kRoman, "r  =  "}});
   page.Put(326, y, 12, kMath, "J");
   page.Put(336, y + 12, 8, {{kItalic, "S"}});
@@ -280,7 +280,9 @@ void Formulas(Page& page) {
            {{kRoman, "2"},
             {kMath,
              "\xF0"
-             "a\xF3"
+             "a"},
+            {kRoman,
+             "\xF3"
              "0\xF5\xF2"},
             {kRoman, "    "},
             {kMath, "lp"},
