@@ -42,6 +42,22 @@ void IfPossible(Step step) {
   }
 }
 
+// Runs a step that works on the temporary file. Its failure is told of as one of the file that the person
+// knows, with what became of that.
+template <typename Step>
+auto OnBehalfOf(const std::string& path, const std::string& temporary, Step step) {
+  try {
+    return step();
+  } catch (const Failure& failure) {
+    std::string message = failure.what();
+    const std::string shown = MachinePath(temporary);
+    const std::size_t at = message.find(shown);
+    if (at != std::string::npos) message.replace(at, shown.size(), MachinePath(path));
+    if (TheFiles->Exists(path)) message += "\nWhat the file held before is still there.";
+    throw Failure(message);
+  }
+}
+
 }  // namespace
 
 std::string ProgramFolder;
@@ -54,13 +70,15 @@ bool SameFile(const std::string& path, const std::string& other) {
 void WriteFileSafely(const std::string& path, std::string_view content) {
   const std::string target = TheFiles->Resolve(path);
   const std::string temporary = TemporaryName(target);
-  const Files::Handle handle = TheFiles->Create(temporary);
+  const Files::Handle handle = OnBehalfOf(path, temporary, [&] { return TheFiles->Create(temporary); });
   bool open = true;
   try {
-    TheFiles->Write(handle, content);
-    TheFiles->Sync(handle);
-    open = false;
-    TheFiles->Close(handle);
+    OnBehalfOf(path, temporary, [&] {
+      TheFiles->Write(handle, content);
+      TheFiles->Sync(handle);
+      open = false;
+      TheFiles->Close(handle);
+    });
     TheFiles->Rename(temporary, target);
   } catch (const Failure&) {
     if (open) IfPossible([&] { TheFiles->Close(handle); });

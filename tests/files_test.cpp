@@ -1,9 +1,11 @@
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -171,7 +173,23 @@ TEST_F(FilesOnDisk, MessagesNameTheFileAndTheReason) {
   EXPECT_EQ(ReasonOf([&] { DiskFiles().ReadWhole(Path("none.001")); }),
             "Cannot read the file " + (folder / "none.001").string() + ": No such file or directory.");
   EXPECT_EQ(ReasonOf([&] { WriteFileSafely(Path("none\\a.001"), "x"); }),
-            "Cannot write the file " + (folder / "none/a.~001").string() + ": No such file or directory.");
+            "Cannot write the file " + (folder / "none/a.001").string() + ": No such file or directory.");
+}
+
+TEST_F(FilesOnDisk, AFileThatGrowsTooLargeIsNamedAndStaysAsItWas) {
+  Put("a.001", "old");
+  rlimit before;
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{100, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const std::string reason = ReasonOf([&] { WriteFileSafely(Path("a.001"), std::string(1000, 'x')); });
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+  std::signal(SIGXFSZ, oldHandler);
+  EXPECT_EQ(reason, "Cannot write the file " + (folder / "a.001").string() +
+                        ": File too large.\nWhat the file held before is still there.");
+  EXPECT_EQ(DiskFiles().ReadWhole(Path("a.001")), "old");
+  EXPECT_FALSE(DiskFiles().Exists(Path("a.~001")));
 }
 
 TEST_F(FilesOnDisk, CreateNeverTruncates) {
