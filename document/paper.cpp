@@ -79,7 +79,7 @@ bool WriteInto(const std::string& paperFile, const std::string& chosen, Order or
 }
 
 bool WriteUnderNewName(Order order) {
-  const std::string chosen = TheDialogs->ChooseToSave("Save As", kPageFilter, PaperFolder);
+  const std::string chosen = TheDialogs->ChooseToSave("Save As", kPageFilter, FolderOfPaper());
   return !chosen.empty() && WriteInto(chosen, chosen, order);
 }
 
@@ -90,7 +90,8 @@ bool WriteCurrentPage(Order order) {
 
 bool OfferToSavePage(bool warnOfNoName) {
   if (PageIsEmpty() || PageChanged == 0) return true;
-  if (!TheDialogs->Ask("Would you like to save the current paper.", true)) return true;
+  const Answer answer = TheDialogs->AskBeforeLosing("Would you like to save the current paper.");
+  if (answer != Answer::Yes) return answer == Answer::No;
   if (warnOfNoName && CurrentPaperFile.empty())
     TheDialogs->Message("You are about to lose your paper.\r\nSave the current paper.");
   return WriteCurrentPage(Order::ByPosition);
@@ -166,6 +167,10 @@ std::string PageFileName(const std::string& paperFile, int number) {
   return ChangeExtension(paperFile, extension.data());
 }
 
+std::string FolderOfPaper() {
+  return CurrentPaperFile.find('\\') == std::string::npos ? PaperFolder : FolderOf(CurrentPaperFile) + "\\";
+}
+
 void NotePageChange() {
   PageChanged = PageText != StoredText || DrawingList != StoredDrawings ? 1 : 0;
 }
@@ -191,7 +196,8 @@ bool NewPaper() {
 bool OpenPaper() {
   FinishRun();
   if (!OfferToSavePage(true)) return false;
-  const std::string chosen = TheDialogs->ChooseToOpen("Open", kPageFilter, PaperFolder);
+  const std::string folder = PaperFolder.empty() ? FolderOfPaper() : PaperFolder;
+  const std::string chosen = TheDialogs->ChooseToOpen("Open", kPageFilter, folder);
   if (chosen.empty()) return false;
   OpenChosen(chosen);
   return true;

@@ -16,7 +16,7 @@ extern std::string CurrentPaperFile;
 extern std::int16_t CurrentPageNumber;
 // Not 0 while the page differs from what its file holds.
 extern std::int16_t PageChanged;
-// Where dialogs start; settings key PDIR.
+// Where Open starts: the folder of the last paper opened; settings key PDIR.
 extern std::string PaperFolder;
 
 // The window whose title names the paper, and the box that shows the page number.
@@ -35,6 +35,9 @@ void ResetPaper();
 // Page file of page `number` of the current paper; empty while the paper has no name.
 std::string PageFileName(std::int16_t number);
 std::string PageFileName(const std::string& paperFile, int number);
+
+// Where the other file dialogs start: the folder of the current paper, PaperFolder while it has no name.
+std::string FolderOfPaper();
 
 // Sets PageChanged by comparing the page with what was last read or written.
 void NotePageChange();

@@ -12,7 +12,7 @@ namespace kelvane {
 bool ChoosePageOutput(const char* extension, PageOutput& choice) {
   LeaveEditing();
   StorePageBeforeOutput();
-  choice.pageFile = TheDialogs->ChooseToOpen("Open", kPageFilter, PaperFolder);
+  choice.pageFile = TheDialogs->ChooseToOpen("Open", kPageFilter, FolderOfPaper());
   if (choice.pageFile.empty()) return false;
   choice.outputPath = ChangeExtension(choice.pageFile, extension);
   if (SameFile(choice.outputPath, choice.pageFile)) {

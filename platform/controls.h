@@ -164,12 +164,17 @@ class Timer {
   std::function<void()> OnTick;
 };
 
+enum class Answer { Yes, No, Neither };
+
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
   virtual void Message(const std::string& text) = 0;
   // Yes and No; Escape and closing the box mean No. `yesIsDefault` says which one Enter takes.
   virtual bool Ask(const std::string& text, bool yesIsDefault) = 0;
+  // The same question where No would lose something: Enter takes Yes, and Escape and closing the box are
+  // neither answer.
+  virtual Answer AskBeforeLosing(const std::string& text) = 0;
   // The chosen path in backslash form, empty if the person cancelled. `folder` is where the dialog starts,
   // empty for the current folder. ChooseToSave asks itself before it returns an existing file.
   virtual std::string ChooseToOpen(const std::string& title, const std::string& filter,

@@ -111,13 +111,29 @@ TEST_F(PaperTest, EveryCommandCompletesTheRunBeingTyped) {
 TEST_F(PaperTest, SaveAsWritesInTheOrderOfTyping) {
   OpenEssay();
   Write(Entry(2, 2, "b") + Entry(1, 1, "a"));
+  PaperFolder = "\\Elsewhere\\";
   dialogs.AnswerSave("\\Q\\Other.001");
   EXPECT_TRUE(SavePaperAs());
+  EXPECT_EQ(dialogs.asked.back(), "Save: Save As, *.001|*.001, \\P\\") << "the paper's own folder";
   EXPECT_EQ(File("\\Q\\Other.001"), Entry(2, 2, "b") + Entry(1, 1, "a"));
   EXPECT_EQ(File("\\P\\Essay.001"), Entry(1, 1, "one"));
   EXPECT_EQ(CurrentPaperFile, "\\Q\\Other.001");
   EXPECT_EQ(Title(), " Other - Kelvane ver 1.7");
   EXPECT_EQ(PageChanged, 0);
+}
+
+TEST_F(PaperTest, NoAnswerToTheQuestionAboutSavingGivesTheCommandUp) {
+  OpenEssay();
+  Write(Entry(2, 2, "changed"));
+  const std::function<bool()> commands[] = {NewPaper, OpenPaper,
+                                            [] { return OpenPaperFile("\\P\\Essay.003"); }, OfferToSave};
+  for (const auto& command : commands) {
+    dialogs.AnswerNeither();
+    EXPECT_FALSE(command());
+    EXPECT_EQ(PageText, Entry(2, 2, "changed"));
+    EXPECT_EQ(PageChanged, 1);
+    EXPECT_EQ(File("\\P\\Essay.001"), Entry(1, 1, "one"));
+  }
 }
 
 TEST_F(PaperTest, ReplacingAFileThatWasNotChosenIsAskedFirst) {

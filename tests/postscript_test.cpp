@@ -98,7 +98,7 @@ TEST_F(PostScriptTest, StoresThePageBeforeItIsPrinted) {
   PageText = "5 90 m 9 F0 (low) 1 s\r\n5 10 m 9 F0 (high) 1 s\r\n";
   PageChanged = 1;
   CursorMode = -3;
-  PaperFolder = "\\P\\";
+  PaperFolder = "\\Elsewhere\\";
   dialogs.AnswerOpen("\\P\\A.001");
   PrintOnePage();
   EXPECT_EQ(CursorMode, 0);

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "platform/files.h"
 #include "platform/qt/qt_text.h"
@@ -42,6 +43,20 @@ bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
   box.setDefaultButton(yesIsDefault ? QMessageBox::Yes : QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
   return box.exec() == QMessageBox::Yes;
+}
+
+Answer QtDialogs::AskBeforeLosing(const std::string& text) {
+  QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
+                  QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(QMessageBox::Yes);
+  // A box can only be left by a button, so Escape has one of its own that is not shown.
+  QPushButton* neither = box.addButton(QMessageBox::Cancel);
+  neither->hide();
+  box.setEscapeButton(neither);
+  const int pressed = box.exec();
+  if (pressed == QMessageBox::Yes) return Answer::Yes;
+  return pressed == QMessageBox::No ? Answer::No : Answer::Neither;
 }
 
 std::string QtDialogs::ChooseToOpen(const std::string& title, const std::string& filter,

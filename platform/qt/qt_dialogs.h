@@ -12,6 +12,7 @@ class QtDialogs final : public Dialogs {
  public:
   void Message(const std::string& text) override;
   bool Ask(const std::string& text, bool yesIsDefault) override;
+  Answer AskBeforeLosing(const std::string& text) override;
   std::string ChooseToOpen(const std::string& title, const std::string& filter,
                            const std::string& folder) override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,

@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -52,6 +53,20 @@ TEST(DialogsTest, EscapeMeansNoAndEnterTakesTheDefault) {
     Next<QMessageBox>([](QMessageBox& box) { Press(box, Qt::Key_Return); });
     EXPECT_EQ(dialogs.Ask("Save?", yesIsDefault), yesIsDefault);
   }
+}
+
+TEST(DialogsTest, EscapeBeforeALossIsNoAnswer) {
+  QtDialogs dialogs;
+  for (const auto& [key, answer] :
+       {std::pair{Qt::Key_Escape, Answer::Neither}, {Qt::Key_Return, Answer::Yes}, {Qt::Key_N, Answer::No}}) {
+    Next<QMessageBox>([key = key](QMessageBox& box) {
+      EXPECT_FALSE(box.button(QMessageBox::Cancel)->isVisible());
+      Press(box, key);
+    });
+    EXPECT_EQ(dialogs.AskBeforeLosing("Save?"), answer);
+  }
+  Next<QMessageBox>([](QMessageBox& box) { box.close(); });
+  EXPECT_EQ(dialogs.AskBeforeLosing("Save?"), Answer::Neither);
 }
 
 class FileDialogsTest : public ::testing::Test {

@@ -9,7 +9,11 @@ void ScriptedDialogs::Message(const std::string& text) {
 }
 
 bool ScriptedDialogs::Ask(const std::string& text, bool yesIsDefault) {
-  return Next(Kind::Question, text + (yesIsDefault ? " [Yes]" : " [No]")).yes;
+  return Next(Kind::Question, text + (yesIsDefault ? " [Yes]" : " [No]")).answer == Answer::Yes;
+}
+
+Answer ScriptedDialogs::AskBeforeLosing(const std::string& text) {
+  return Next(Kind::Question, text + " [Yes]").answer;
 }
 
 std::string ScriptedDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
@@ -22,15 +26,15 @@ std::string ScriptedDialogs::ChooseToSave(const std::string& title, const std::s
   return Next(Kind::Save, "Save: " + title + ", " + filter + ", " + folder).path;
 }
 
-ScriptedDialogs::Answer ScriptedDialogs::Next(Kind kind, const std::string& what) {
+ScriptedDialogs::Reply ScriptedDialogs::Next(Kind kind, const std::string& what) {
   asked.push_back(what);
   if (script.empty() || script.front().kind != kind) {
     ADD_FAILURE() << "A dialog that was not foreseen: " << what;
-    return {kind, false, {}};
+    return {kind, Answer::No, {}};
   }
-  Answer answer = script.front();
+  Reply reply = script.front();
   script.pop_front();
-  return answer;
+  return reply;
 }
 
 }  // namespace kelvane

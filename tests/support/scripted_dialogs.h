@@ -19,17 +19,19 @@ class ScriptedDialogs : public Dialogs {
   std::vector<std::string> asked;
 
   // The answers to come, in the order in which they are needed.
-  void AnswerYes() { script.push_back({Kind::Question, true, {}}); }
-  void AnswerNo() { script.push_back({Kind::Question, false, {}}); }
+  void AnswerYes() { script.push_back({Kind::Question, Answer::Yes, {}}); }
+  void AnswerNo() { script.push_back({Kind::Question, Answer::No, {}}); }
+  void AnswerNeither() { script.push_back({Kind::Question, Answer::Neither, {}}); }
   // An empty path cancels.
-  void AnswerOpen(const std::string& path) { script.push_back({Kind::Open, false, path}); }
-  void AnswerSave(const std::string& path) { script.push_back({Kind::Save, false, path}); }
+  void AnswerOpen(const std::string& path) { script.push_back({Kind::Open, Answer::No, path}); }
+  void AnswerSave(const std::string& path) { script.push_back({Kind::Save, Answer::No, path}); }
 
   // True when every answer was needed. The fixture expects it at the end of each test.
   bool AllAnswered() const { return script.empty(); }
 
   void Message(const std::string& text) override;
   bool Ask(const std::string& text, bool yesIsDefault) override;
+  Answer AskBeforeLosing(const std::string& text) override;
   std::string ChooseToOpen(const std::string& title, const std::string& filter,
                            const std::string& folder) override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,
@@ -37,16 +39,16 @@ class ScriptedDialogs : public Dialogs {
 
  private:
   enum class Kind { Question, Open, Save };
-  struct Answer {
+  struct Reply {
     Kind kind;
-    bool yes;
+    Answer answer;
     std::string path;
   };
 
   // The next answer; a refusal, and a failed test, if it is of another kind.
-  Answer Next(Kind kind, const std::string& what);
+  Reply Next(Kind kind, const std::string& what);
 
-  std::deque<Answer> script;
+  std::deque<Reply> script;
 };
 
 }  // namespace kelvane
