@@ -95,6 +95,7 @@ void ResetProgram() {
   ResetMacros();
   ResetPlainText();
   ResizeGuard = true;
+  ConnectSubjects();
 }
 
 std::string ResolveProgramFolder(const std::string& executableFolder) {
@@ -112,7 +113,6 @@ bool StartUp(const std::string& executableFolder) {
     TheDialogs->Message(failure.what());
     return false;
   }
-  ConnectSubjects();
   BuildForm1();
   BuildForm7();
   ShowPageNumber();

@@ -6,7 +6,8 @@
 
 namespace kelvane {
 
-// Start values of all module-wide state. Start-up calls it first; so does every test.
+// Start values of all module-wide state, and the hooks by which one subject causes something in another.
+// Start-up calls it first; so does every test.
 void ResetProgram();
 
 // The program folder for the folder the program was started from: that folder with a backslash at its end,
