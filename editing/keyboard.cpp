@@ -37,6 +37,7 @@ void TakeRunFromBox() {
   if (Text4) PendingRun = Text4->Text();
   std::replace_if(
       PendingRun.begin(), PendingRun.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+  if (Text4 && Text4->Text() != PendingRun) ShowRun();
 }
 
 bool IsSwitch(char c) {

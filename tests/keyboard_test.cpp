@@ -182,7 +182,10 @@ TEST_F(KeyboardTest, TheBoxAndTheRunAreOne) {
 }
 
 TEST_F(KeyboardTest, LineEndsNeverEnterARun) {
-  Box().text = std::string("a\r\nb\0c", 6);
+  Box().OnChange = ControlCodeBoxChanged;
+  Box().Type(std::string("a\r\nb\0c", 6));
+  EXPECT_EQ(PendingRun, "a  b c");
+  EXPECT_EQ(Box().text, PendingRun);
   CommitPendingRun(false);
   EXPECT_EQ(PageText, "72 100 m 11 F0 (a  b c) 1 s\r\n");
 }

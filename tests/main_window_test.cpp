@@ -191,6 +191,16 @@ TEST_F(MainWindowTest, BoxAndCanvasFollowTheWindow) {
   EXPECT_EQ(canvas->pixelWidth, 1140 / 15);
 }
 
+TEST_F(MainWindowTest, NothingIsLaidOutWhileTheWindowIsBuilt) {
+  ASSERT_TRUE(StartUp("\\Kelvane"));
+  window = static_cast<FakeWindow*>(Form1);
+  Form1_Resize();
+  EXPECT_EQ(Text4->GetPlace().width, 0);
+  CursorMode = 3;
+  window->Show();
+  EXPECT_EQ(CursorMode, 3);
+}
+
 // All of it can be seen in the smallest window that start-up makes.
 TEST_F(MainWindowTest, ControlsDoNotOverlapInTheFirstWindow) {
   Start();

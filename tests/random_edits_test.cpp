@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/page.h"
+#include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/undo.h"
@@ -19,8 +20,15 @@ namespace {
 
 class RandomEditsTest : public EditorTest {
  protected:
+  struct Page {
+    std::string text;
+    std::string drawings;
+    bool operator==(const Page&) const = default;
+  };
+  static Page CurrentPage() { return {PageText, DrawingList}; }
+
   // The page as it was after each edit, the first one empty, and the place in that row.
-  std::vector<std::string> history = {""};
+  std::vector<Page> history = {{}};
   std::size_t now = 0;
 
   std::mt19937 random{7};
@@ -30,9 +38,15 @@ class RandomEditsTest : public EditorTest {
     for (int i = Roll(6); i >= 0; --i) canvas->Press(32 + Roll(96));
   }
 
+  void Drag() {
+    canvas->Down(static_cast<float>(Roll(594)), static_cast<float>(Roll(840)));
+    canvas->Move(static_cast<float>(Roll(594)), static_cast<float>(Roll(840)));
+    canvas->Up(static_cast<float>(Roll(594)), static_cast<float>(Roll(840)));
+  }
+
   // One thing that a person may do which is no undo and no redo.
   void Act() {
-    switch (Roll(14)) {
+    switch (Roll(17)) {
       case 0:
         window->ClickButton(kAnchorNames[Roll(10)]);
         break;
@@ -67,29 +81,56 @@ class RandomEditsTest : public EditorTest {
       case 11:
         canvas->Press(kKeyLeft + Roll(4));
         break;
+      case 12:
+        window->ClickButton("Draw Bezier");
+        break;
+      case 13:
+        Drag();
+        break;
+      case 14:
+        canvas->Click(10, 10, MouseButton::Right);
+        break;
       default:
         Type();
         break;
     }
   }
 
-  // An edit appends one entry to the page and ends the way forward.
+  // An edit appends one entry or one drawing to the page and ends the way forward.
   void NoteEdits() {
-    if (PageText == history[now]) return;
-    ASSERT_TRUE(PageText.starts_with(history[now]));
-    const std::string_view added = std::string_view(PageText).substr(history[now].size());
-    ASSERT_EQ(added.find("\r\n"), added.size() - 2);
-    TextEntry entry;
-    EXPECT_TRUE(ParseTextEntry(added.substr(0, added.size() - 2), entry)) << added;
+    const Page page = CurrentPage();
+    if (page == history[now]) return;
+    ExpectOneMore(history[now], page);
     history.resize(++now);  // what could be done again is gone
-    history.push_back(PageText);
+    history.push_back(page);
+  }
+
+  static void ExpectOneMore(const Page& before, const Page& after) {
+    ASSERT_TRUE(after.text.starts_with(before.text) && after.drawings.starts_with(before.drawings));
+    const std::string entries = after.text.substr(before.text.size());
+    const std::string drawings = after.drawings.substr(before.drawings.size());
+    EXPECT_NE(entries.empty(), drawings.empty());
+    const std::string added = entries + drawings;
+    ASSERT_EQ(added.find("\r\n"), added.size() - 2);
+    const std::string line = added.substr(0, added.size() - 2);
+    TextEntry entry;
+    EXPECT_TRUE(entries.empty() || ParseTextEntry(line, entry)) << line;
+    EXPECT_TRUE(drawings.empty() || LineToDrawingRecord(DrawingRecordToLine(line)) == line) << line;
+  }
+
+  // What is half done counts as done before undo and redo.
+  void CompleteEdits() {
+    CommitPendingRun(false);
+    NoteEdits();
+    FinishDrawing();
+    NoteEdits();
   }
 
   void CheckWhatShows() {
     EXPECT_EQ(Text4->Text(), PendingRun);
     EXPECT_EQ(FontLabel->Text(), FontLabelText(CurrentFont, FontSize));
     EXPECT_EQ(CursorLabel->Text(), CursorLabelText());
-    EXPECT_EQ(PageChanged != 0, PageText != "");
+    EXPECT_EQ(PageChanged != 0, !PageIsEmpty());
     // What was painted on top since the last redraw is what a redraw paints.
     const std::string page = canvas->Drawn(Layer::Page);
     const std::string overlay = canvas->Drawn(Layer::Overlay);
@@ -102,33 +143,32 @@ class RandomEditsTest : public EditorTest {
 TEST_F(RandomEditsTest, UndoAndRedoFollowTheModel) {
   files.contents["\\Kelvane\\QRX.DAT"] = "GUIDEX = 100\r\nGUIDEX = 500\r\n";
   Start();
-  for (int step = 0; step < 600 && !HasFailure(); ++step) {
+  for (int step = 0; step < 1000 && !HasFailure(); ++step) {
     SCOPED_TRACE(step);
     const int kind = Roll(10);
     if (kind == 0) {
-      CommitPendingRun(false);
-      NoteEdits();
+      CompleteEdits();
       window->PressShortcut("Ctrl+Z");
       if (now > 0) --now;
     } else if (kind == 1) {
-      CommitPendingRun(false);
-      NoteEdits();
+      CompleteEdits();
       window->PressShortcut("Ctrl+Shift+Z");
       if (now + 1 < history.size()) ++now;
     } else {
       Act();
       NoteEdits();
     }
-    EXPECT_EQ(PageText, history[now]);
+    EXPECT_TRUE(CurrentPage() == history[now]);
+    EXPECT_EQ(std::count(DrawingList.begin(), DrawingList.end(), '\n'), DrawingCount);
     CheckWhatShows();
   }
   ASSERT_GT(history.size(), 20u);
-  CommitPendingRun(false);
-  NoteEdits();
+  EXPECT_GT(DrawingCount, 2);
+  CompleteEdits();
   while (!UndoLabel().empty()) Undo();
-  EXPECT_EQ(PageText, "");
+  EXPECT_TRUE(PageIsEmpty());
   while (!RedoLabel().empty()) Redo();
-  EXPECT_EQ(PageText, history.back());
+  EXPECT_TRUE(CurrentPage() == history.back());
 }
 
 }  // namespace
