@@ -62,6 +62,19 @@ class BoxEdit final : public QLineEdit {
   }
 };
 
+// The font around the widget, smaller where the text needs it to fit into `width` pixels, but not so small
+// that it could not be read.
+QFont FittingFont(const QWidget& widget, const QString& text, int width) {
+  constexpr double kSmallest = 0.75;
+  QFont font = widget.parentWidget()->font();
+  const int usual = QFontInfo(font).pixelSize();
+  for (int size = usual; size >= usual * kSmallest; --size) {
+    if (size != usual) font.setPixelSize(size);
+    if (QFontMetrics(font).horizontalAdvance(text) <= width) break;
+  }
+  return font;
+}
+
 QFont FixedPitchFont() {
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   font.setFamilies(QStringList{QStringLiteral("Letter Gothic")} + font.families());
@@ -76,9 +89,27 @@ QtLabel::QtLabel(QWidget* parent, const std::string& text) : QtControl(new QLabe
   SetText(text);
 }
 
+void QtLabel::SetPlace(const Place& place) {
+  QtControl::SetPlace(place);
+  placed_ = true;
+  Fit();
+}
+
 void QtLabel::SetText(const std::string& text) {
   text_ = text;
-  widget_->setText(PlainText(text));
+  Fit();
+}
+
+void QtLabel::Fit() {
+  const QString whole = PlainText(text_);
+  QString shown = whole;
+  if (placed_) {
+    const QFont font = FittingFont(*widget_, whole, widget_->width());
+    widget_->setFont(font);
+    shown = QFontMetrics(font).elidedText(whole, Qt::ElideMiddle, widget_->width());
+    widget_->setToolTip(shown == whole ? QString() : whole.toHtmlEscaped());
+  }
+  widget_->setText(shown);
 }
 
 void QtLabel::Repaint() {
@@ -93,6 +124,12 @@ QtButton::QtButton(QWidget* parent, const std::string& caption, const IconDrawin
   widget_->setAccessibleName(PlainText(caption).remove(u'&'));
   widget_->setToolTip(PlainText(toolTip).toHtmlEscaped());
   QObject::connect(widget_, &QPushButton::clicked, widget_, [this] { RunHandler(OnClick); });
+}
+
+void QtButton::SetPlace(const Place& place) {
+  constexpr int kBorder = 2;
+  QtControl::SetPlace(place);
+  widget_->setFont(FittingFont(*widget_, widget_->text().remove(u'&'), place.width - 2 * kBorder));
 }
 
 void QtButton::SetDown(bool down) {

@@ -39,17 +39,25 @@ class QtControl : public Interface {
 class QtLabel final : public QtControl<Label, QLabel> {
  public:
   QtLabel(QWidget* parent, const std::string& text);
+  // A text too long for its place is set smaller, and then shortened in its middle; the tool tip has it
+  // whole.
+  void SetPlace(const Place& place) override;
   void SetText(const std::string& text) override;
   std::string Text() const override { return text_; }
   void Repaint() override;
 
  private:
+  void Fit();
+
   std::string text_;
+  bool placed_ = false;  // a label in the status bar is not: the bar gives it its room
 };
 
 class QtButton final : public QtControl<Button, QPushButton> {
  public:
   QtButton(QWidget* parent, const std::string& caption, const IconDrawing& icon, const std::string& toolTip);
+  // A caption too long for its place is set smaller.
+  void SetPlace(const Place& place) override;
   void SetDown(bool down) override;
 };
 

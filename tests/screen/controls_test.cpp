@@ -120,5 +120,30 @@ TEST_F(ControlsTest, ScrollBarSpeaksInItsOwnersUnits) {
   EXPECT_NEAR(scrolled, -10, 0.01);
 }
 
+TEST_F(ControlsTest, WordsFitTheirPlaces) {
+  const std::string words = "ZapfChancery-MediumItalic 10.50pts";
+  Label* label = window->AddLabel(words);
+  auto* shown = TheOnly<QLabel>();
+  const auto fits = [&] {
+    return QFontMetrics(shown->font()).horizontalAdvance(shown->text()) <= shown->width();
+  };
+  const int usual = shown->font().pointSize();
+  for (const int width : {1000, 200, 60}) {
+    label->SetPlace({0, 0, width, 24});
+    EXPECT_TRUE(fits()) << width;
+    EXPECT_EQ(label->Text(), words);
+    EXPECT_TRUE(shown->text().endsWith(u's')) << "the size counts most";
+  }
+  EXPECT_EQ(shown->toolTip().toStdString(), words);
+  label->SetText("short");
+  EXPECT_EQ(shown->text(), QStringLiteral("short"));
+  EXPECT_EQ(shown->toolTip(), QString());
+  EXPECT_EQ(shown->font().pointSize(), usual);
+
+  window->AddButton("Pg Up", {}, "Previous Page")->SetPlace({0, 30, 30, 24});
+  auto* button = TheOnly<QPushButton>();
+  EXPECT_LT(QFontInfo(button->font()).pixelSize(), QFontInfo(window->Frame().font()).pixelSize());
+}
+
 }  // namespace
 }  // namespace kelvane
