@@ -192,6 +192,7 @@ void BuildForm1() {
   AddColumn(*Form1);
   ViewMoved = ShowScrollPosition;
   Form1->OnResize = Form1_Resize;
+  Form1->OnEscape = FocusCanvas;
   Form1->OnCloseRequest = ExitSequence;
 }
 

@@ -22,6 +22,7 @@ std::string ShownDefinition;
 void ShowDefinition(const std::string& text) {
   ShownDefinition = text;
   Form7_Text2->SetText(text);
+  Form7_Text2->SelectAll();
 }
 
 bool IsMacro(int number) {
@@ -74,6 +75,7 @@ void BuildForm7() {
   AddButton("Apply", 144, Form7_Command3_Click);
   AddButton("Delete", 234, Form7_Command2_Click);
   AddButton("Cancel", 324, Form7_Command1_Click);
+  Form7->OnEscape = Form7_Command1_Click;
   Form7->OnCloseRequest = Form7_CloseRequest;
 }
 

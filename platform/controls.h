@@ -152,6 +152,8 @@ class Window {
   virtual void AddShortcut(const std::string& key, std::function<void()> handler) = 0;
 
   std::function<void()> OnResize;
+  // Escape was pressed on a control that has no use for it, such as a button.
+  std::function<void()> OnEscape;
   // The frame's close button: true lets the window close.
   std::function<bool()> OnCloseRequest;
 };

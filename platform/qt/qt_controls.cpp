@@ -49,8 +49,21 @@ class BoxEdit final : public QLineEdit {
  public:
   using QLineEdit::QLineEdit;
   TextBox* Box = nullptr;
+  bool HoldsRun = false;
 
  protected:
+  // Entering a box by Tab would select its text, so that typing replaces it. In a run being typed, where one
+  // goes on typing behind it, that would throw it away: what its owner selected stays selected, no more.
+  void focusInEvent(QFocusEvent* event) override {
+    const int start = selectionStart();
+    const int length = selectionLength();
+    const int caret = cursorPosition();
+    QLineEdit::focusInEvent(event);
+    if (!HoldsRun) return;
+    setCursorPosition(caret);
+    if (start >= 0) setSelection(start, length);
+  }
+
   void keyPressEvent(QKeyEvent* event) override {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
       RunHandler(Box->OnEnter);
@@ -143,7 +156,10 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, bool fi
   widget_->setAccessibleName(PlainText(accessibleName));
   widget_->setToolTip(PlainText(accessibleName).toHtmlEscaped());
   widget_->setMaxLength(kLongestText);
-  if (fixedPitch) widget_->setFont(FixedPitchFont());
+  if (fixedPitch) {
+    widget_->setFont(FixedPitchFont());
+    static_cast<BoxEdit*>(widget_)->HoldsRun = true;
+  }
   widget_->setValidator(new RunValidator(widget_));
   QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { RunHandler(OnChange); });
   QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] {

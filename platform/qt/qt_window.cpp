@@ -2,6 +2,7 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLayout>
 #include <QMenuBar>
 #include <QScreen>
@@ -92,6 +93,14 @@ class QtWindow::ClientArea final : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent*) override { RunHandler(window_.OnResize); }
+  // Keys come here that no control took.
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Escape && window_.OnEscape) {
+      RunHandler(window_.OnEscape);
+    } else {
+      QWidget::keyPressEvent(event);
+    }
+  }
 
  private:
   QtWindow& window_;

@@ -43,6 +43,19 @@ TEST_F(BoxTest, HoldsEveryCodeOfARun) {
   EXPECT_EQ(changes, run + "x;");
 }
 
+TEST_F(BoxTest, EnteredByTabGoesOnBehindTheRun) {
+  box->SetText("typed so far");
+  edit->clearFocus();
+  edit->setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(edit, "!");
+  EXPECT_EQ(box->Text(), "typed so far!");
+  box->SelectAll();
+  edit->clearFocus();
+  edit->setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(edit, "new");
+  EXPECT_EQ(box->Text(), "new") << "selected by the owner";
+}
+
 TEST_F(BoxTest, RefusesCharactersWithoutCode) {
   box->SetText("ab\xF0");
   Paste(QStringLiteral("c\u00E9"));
@@ -103,6 +116,21 @@ TEST_F(ControlsTest, ClickLeavesTheFocusOnTheCanvas) {
   canvas->Focus();
   QTest::mouseClick(TheOnly<QPushButton>(), Qt::LeftButton);
   EXPECT_TRUE(widget->hasFocus());
+}
+
+TEST_F(ControlsTest, EscapeOnAButtonReachesTheWindow) {
+  int escapes = 0;
+  window->OnEscape = [&] { ++escapes; };
+  window->AddButton("OK", {}, "OK")->SetPlace({0, 0, 60, 24});
+  TextBox* box = window->AddTextBox("Run", true);
+  box->SetPlace({0, 30, 60, 24});
+  Show();
+  TheOnly<QPushButton>()->setFocus();
+  QTest::keyClick(TheOnly<QPushButton>(), Qt::Key_Escape);
+  EXPECT_EQ(escapes, 1);
+  box->Focus();
+  QTest::keyClick(TheOnly<QLineEdit>(), Qt::Key_Escape);
+  EXPECT_EQ(escapes, 1) << "a box has its own use for it";
 }
 
 TEST_F(ControlsTest, ScrollBarSpeaksInItsOwnersUnits) {
