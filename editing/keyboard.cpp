@@ -32,11 +32,16 @@ void ShowRun() {
   if (Text4) Text4->SetText(PendingRun);
 }
 
-// The box may hold what the person edited there; line ends and NUL would break the entry's line.
-void TakeRunFromBox() {
-  if (Text4) PendingRun = Text4->Text();
+// Line ends and NUL, which a box or a macro file may hold, would break the entry's line.
+void CleanRun() {
   std::replace_if(
       PendingRun.begin(), PendingRun.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+}
+
+// The box may hold what the person edited there.
+void TakeRunFromBox() {
+  if (Text4) PendingRun = Text4->Text();
+  CleanRun();
   if (Text4 && Text4->Text() != PendingRun) ShowRun();
 }
 
@@ -145,6 +150,7 @@ void InsertText(const std::string& text) {
   if (CursorMode >= 0) return;
   DrawCursorMark(kWhite, true);
   PendingRun += text;
+  CleanRun();
   ShowRun();
   FollowSwitches(text, CurrentFont);
   DrawCursorMark(kBlue, true);

@@ -188,6 +188,10 @@ TEST_F(KeyboardTest, LineEndsNeverEnterARun) {
   EXPECT_EQ(Box().text, PendingRun);
   CommitPendingRun(false);
   EXPECT_EQ(PageText, "72 100 m 11 F0 (a  b c) 1 s\r\n");
+  CursorMode = -1;
+  InsertText(std::string("d\0e\n", 4));
+  EXPECT_EQ(PendingRun, "d e ");
+  EXPECT_EQ(Box().text, "d e ");
 }
 
 TEST_F(KeyboardTest, ApplyCompletesTheRunAndLeavesThePoint) {
