@@ -49,8 +49,8 @@ TEST_F(BoxTest, EnteredByTabGoesOnBehindTheRun) {
   edit->setFocus(Qt::TabFocusReason);
   QTest::keyClicks(edit, "!");
   EXPECT_EQ(box->Text(), "typed so far!");
-  box->SelectAll();
   edit->clearFocus();
+  box->SelectAll();
   edit->setFocus(Qt::TabFocusReason);
   QTest::keyClicks(edit, "new");
   EXPECT_EQ(box->Text(), "new") << "selected by the owner";
