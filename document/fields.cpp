@@ -123,8 +123,9 @@ std::int16_t HexToInt(std::string_view digits) {
   int value = 0;
   for (const char c : digits) {
     const std::size_t digit = kDigits.find(c);
-    value = value * 16 + (digit == kNone ? -1 : static_cast<int>(digit));
-    if (value > kLargestInt16 || value < std::numeric_limits<std::int16_t>::min())
+    const int shifted = value * 16;  // must fit as well
+    value = shifted + (digit == kNone ? -1 : static_cast<int>(digit));
+    if (shifted > kLargestInt16 || value > kLargestInt16 || value < std::numeric_limits<std::int16_t>::min())
       throw Failure("The hexadecimal number " + std::string(digits) + " is too large.");
   }
   return static_cast<std::int16_t>(value);

@@ -120,6 +120,7 @@ TEST(Fields, ReadsUpperCaseHexadecimal) {
   EXPECT_EQ(HexToInt("ff"), -17);
   EXPECT_EQ(HexToInt(""), 0);
   EXPECT_THROW(HexToInt("8000"), Failure);
+  EXPECT_THROW(HexToInt("800x"), Failure) << "no step may leave 16 bits";
   EXPECT_THROW(HexToInt("x0000"), Failure);
 }
 
