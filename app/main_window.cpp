@@ -209,6 +209,12 @@ void Form1_Resize() {
 
 namespace {
 
+void ArrowKey(int code) {
+  const int x = code == kKeyRight ? 1 : code == kKeyLeft ? -1 : 0;
+  const int y = code == kKeyDown ? 1 : code == kKeyUp ? -1 : 0;
+  if (!StepCursor(x, y)) ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
+}
+
 void BezierKey(int code) {
   if (code == kKeyEnter) FinishDrawing();
   if (code == kKeyBackspace) TakeBackPoint();
@@ -218,13 +224,15 @@ void BezierKey(int code) {
 }  // namespace
 
 void Form1_Picture1_KeyPress(int code) {
-  if (code < kKeyLeft) {
-    CursorMode == kBezierMode ? BezierKey(code) : TypeKey(code);
-    return;
+  if (code >= kKeyLeft) {
+    ArrowKey(code);
+  } else if (CursorMode == kBezierMode) {
+    BezierKey(code);
+  } else {
+    TypeKey(code);
   }
-  const int x = code == kKeyRight ? 1 : code == kKeyLeft ? -1 : 0;
-  const int y = code == kKeyDown ? 1 : code == kKeyUp ? -1 : 0;
-  if (!StepCursor(x, y)) ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
+  // Nobody should have to type where it cannot be seen.
+  if (CursorMode < 0) BringIntoView(CursorX, CursorY);
 }
 
 void Form1_Picture1_MouseDown(const MouseEvent& event) {

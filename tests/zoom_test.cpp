@@ -46,6 +46,27 @@ TEST_F(ZoomTest, ScaleStaysWithinItsBounds) {
   EXPECT_EQ(SCALE, kTrueScale);
 }
 
+TEST_F(ZoomTest, APointOutOfViewIsBroughtIn) {
+  BringIntoView(VisibleLeft, VisibleBottom);
+  EXPECT_EQ(moves, 0) << "it is in view";
+  for (const Point offset : {Point{0, 1}, Point{0, 2000}, Point{-1500, 0}, Point{3000, -700}}) {
+    const Point target{(offset.x < 0 ? VisibleLeft : VisibleRight) + offset.x,
+                       (offset.y < 0 ? VisibleTop : VisibleBottom) + offset.y};
+    moves = 0;
+    BringIntoView(target.x, target.y);
+    EXPECT_EQ(moves, 1);
+    EXPECT_LT(VisibleLeft, target.x);
+    EXPECT_GT(VisibleRight, target.x);
+    EXPECT_LT(VisibleTop, target.y);
+    EXPECT_GT(VisibleBottom, target.y);
+  }
+  canvas->pixelWidth = canvas->pixelHeight = 8;
+  RedrawPage();
+  BringIntoView(100, 100);
+  EXPECT_LT(VisibleLeft, 100) << "a tiny canvas has no room to spare";
+  EXPECT_GT(VisibleRight, 100);
+}
+
 TEST_F(ZoomTest, FittingShowsThePaper) {
   for (const bool wide : {true, false}) {
     canvas->pixelWidth = wide ? 2000 : 300;

@@ -13,6 +13,7 @@ std::function<void()> ViewMoved;
 namespace {
 
 constexpr float kMarginPixels = 12;
+constexpr float kRoomPixels = 32;  // around a point that was brought into view
 constexpr float kZoomStep = 1.25F;
 
 float CanvasWidth() {
@@ -35,6 +36,12 @@ ScrollRange Range(float paper, float visibleFrom, float visibleTo) {
 void ZoomTo(float scale) {
   SCALE = std::clamp(scale, kLeastScale, kMostScale);
   ShowView();
+}
+
+// How far a view from `from` to `to` must move for the point to be inside it with its room.
+float WayIntoView(float point, float from, float to) {
+  const float room = std::min(kRoomPixels / SCALE, (to - from) / 4);
+  return std::min(point - (from + room), 0.0F) + std::max(point - (to - room), 0.0F);
 }
 
 // The scale at which so many points and the margins take so many pixels.
@@ -64,6 +71,13 @@ void ScrollToTop(float top) {
 void ScrollBy(float pixelsX, float pixelsY) {
   STARTX = std::clamp(STARTX + pixelsX / SCALE, 0.0F, PaperWidth);
   STARTY = std::clamp(STARTY + pixelsY / SCALE, 0.0F, PaperHeight);
+  ShowView();
+}
+
+void BringIntoView(float x, float y) {
+  if (x >= VisibleLeft && x <= VisibleRight && y >= VisibleTop && y <= VisibleBottom) return;
+  STARTX += WayIntoView(x, VisibleLeft, VisibleRight);
+  STARTY += WayIntoView(y, VisibleTop, VisibleBottom);
   ShowView();
 }
 

@@ -28,6 +28,9 @@ void ScrollToTop(float top);
 // Moves the view by canvas pixels; to the right and down is positive. Stops where the paper's edge reaches
 // the middle of the canvas.
 void ScrollBy(float pixelsX, float pixelsY);
+// Scrolls as little as brings a page point, with some room around it, into view. Does nothing, not even a
+// redraw, if it is there.
+void BringIntoView(float x, float y);
 
 // Multiplies the scale; the page point under the canvas pixel stays where it is.
 void ZoomAt(float factor, float pixelX, float pixelY);
