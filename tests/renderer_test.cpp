@@ -169,7 +169,8 @@ TEST_F(RendererTest, AnAreaOfTooManyPointsShowsItsOutline) {
 }
 
 TEST_F(RendererTest, RecordsThatAreNoDrawingsDrawNothing) {
-  for (const char* record : {"", "1", "1 2 3", "1 2 3 4", "  ", "\"", "a b c d"}) {
+  for (const char* record :
+       {"", "1", "1 2 3", "1 2 3 4", "  ", "\"", "a b c d", "0 0 0 0 1", "3 3 3 3 3 3"}) {
     EXPECT_EQ(RedrawDrawing(record), "") << record;
   }
 }
