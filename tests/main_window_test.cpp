@@ -254,7 +254,7 @@ TEST_F(MainWindowTest, GridMenusAreCrossed) {
   EXPECT_EQ(Checked("mGridH"), "mGridH6 ");
 }
 
-TEST_F(MainWindowTest, ASessionFromTheFirstKeyToPaper) {
+TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   Start();
   PlaceAt("Bottom Left", 100.4F, 99.7F);
   canvas->Type("x");
