@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 
 #include "platform/files.h"
@@ -13,6 +14,25 @@ namespace kelvane {
 namespace {
 
 const QString kTitle = QStringLiteral("Kelvane");
+
+// The window that a dialog stands above. Afterwards it gets the keys back: not every desktop sees to that.
+class Asker {
+ public:
+  Asker() : window_(QApplication::activeWindow()) {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+      if (window_ == nullptr && widget->isVisible() && widget->parentWidget() == nullptr) window_ = widget;
+    }
+  }
+  ~Asker() {
+    if (window_ != nullptr) window_->activateWindow();
+  }
+  Asker(const Asker&) = delete;
+  Asker& operator=(const Asker&) = delete;
+  QWidget* Window() const { return window_; }
+
+ private:
+  QPointer<QWidget> window_;
+};
 
 // "caption|pattern|caption|pattern" as Qt's list of filters.
 QStringList NameFilters(const std::string& filter) {
@@ -30,15 +50,16 @@ QStringList NameFilters(const std::string& filter) {
 }  // namespace
 
 void QtDialogs::Message(const std::string& text) {
-  QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Ok,
-                  QApplication::activeWindow());
+  const Asker asker;
+  QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Ok, asker.Window());
   box.setTextFormat(Qt::PlainText);
   box.exec();
 }
 
 bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
+  const Asker asker;
   QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
-                  QApplication::activeWindow());
+                  asker.Window());
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(yesIsDefault ? QMessageBox::Yes : QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
@@ -46,8 +67,9 @@ bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
 }
 
 Answer QtDialogs::AskBeforeLosing(const std::string& text) {
+  const Asker asker;
   QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
-                  QApplication::activeWindow());
+                  asker.Window());
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(QMessageBox::Yes);
   // A box can only be left by a button, so Escape has one of its own that is not shown.
@@ -73,7 +95,8 @@ std::string QtDialogs::Choose(bool save, const std::string& title, const std::st
                               const std::string& folder) {
   // A refused choice starts with a new dialog: one shown again may return what it had returned before.
   for (;;) {
-    QFileDialog dialog(QApplication::activeWindow(), PlainText(title));
+    const Asker asker;
+    QFileDialog dialog(asker.Window(), PlainText(title));
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked below, names shown as plain text
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);

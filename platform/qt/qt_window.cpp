@@ -74,6 +74,12 @@ class QtWindow::MainFrame final : public QMainWindow {
     if (parentWidget() == nullptr) QtToolkit::QuitLater();
   }
 
+  // A tool window that goes gives the keys back to the editor: not every desktop sees to that.
+  void hideEvent(QHideEvent* event) override {
+    QMainWindow::hideEvent(event);
+    if (parentWidget() != nullptr && !event->spontaneous()) parentWidget()->activateWindow();
+  }
+
   void moveEvent(QMoveEvent* event) override {
     QMainWindow::moveEvent(event);
     if (isVisible() &&
