@@ -83,7 +83,8 @@ QFont FittingFont(const QWidget& widget, const QString& text, int width) {
   const int usual = QFontInfo(font).pixelSize();
   for (int size = usual; size >= usual * kSmallest; --size) {
     if (size != usual) font.setPixelSize(size);
-    if (QFontMetrics(font).horizontalAdvance(text) <= width) break;
+    // Advances are rounded; words of the very width of their place would still be shortened.
+    if (QFontMetrics(font).horizontalAdvance(text) < width) break;
   }
   return font;
 }
