@@ -163,7 +163,7 @@ void ShowScrollPosition() {
   Form1Parts.vertical->SetRange(down.least, down.most, VisibleBottom - VisibleTop, VisibleTop);
 }
 
-// Layout of what follows the window's size. W and H are the inner size without the scroll bars.
+// Layout of what follows the window's inner size W and H.
 void LayOut(float W, float H) {
   const int row = Pixels(kStrip) / 2;
   const Place canvas{Pixels(kColumn), Pixels(kStrip), Pixels(W - kColumn), Pixels(H - kStrip)};
@@ -198,8 +198,8 @@ void BuildForm1() {
 
 void Form1_Resize() {
   if (ResizeGuard) return;
-  const float W = Form1->InnerWidth() - kScrollBarPixels * kTwipsPerPixel;
-  const float H = Form1->InnerHeight() - kScrollBarPixels * kTwipsPerPixel;
+  const float W = Form1->InnerWidth();
+  const float H = Form1->InnerHeight();
   if (W < kLeastWidth || H < kLeastHeight) return;
   LayOut(W, H);
   if (CursorMode > 0 && AnchorOfMode(CursorMode) != 0) CursorMode = static_cast<std::int16_t>(-CursorMode);

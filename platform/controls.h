@@ -125,7 +125,8 @@ class Window {
   // place the window is restored to. SetWindowPlace moves a window that would lie off every screen onto one.
   virtual void SetWindowPlace(const WindowPlace& place) = 0;
   virtual WindowPlace GetWindowPlace() const = 0;
-  // The client area in twips, without menu bar and status line.
+  // The client area in twips, without menu bar, status line and the strips that scroll bars take at its right
+  // and lower edge.
   virtual float InnerWidth() const = 0;
   virtual float InnerHeight() const = 0;
 

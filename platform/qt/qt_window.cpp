@@ -157,12 +157,12 @@ void QtWindow::LayOut() const {
 
 float QtWindow::InnerWidth() const {
   LayOut();
-  return ToTwips(client_->width());
+  return ToTwips(client_->width() - verticalBars_ * kScrollBarPixels);
 }
 
 float QtWindow::InnerHeight() const {
   LayOut();
-  return ToTwips(client_->height());
+  return ToTwips(client_->height() - horizontalBars_ * kScrollBarPixels);
 }
 
 void QtWindow::Show() {
@@ -226,6 +226,7 @@ TextBox* QtWindow::AddTextBox(const std::string& accessibleName, bool fixedPitch
 }
 
 ScrollBar* QtWindow::AddScrollBar(bool horizontal) {
+  ++(horizontal ? horizontalBars_ : verticalBars_);
   return Keep(std::make_unique<QtScrollBar>(client_, horizontal));
 }
 

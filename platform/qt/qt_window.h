@@ -65,6 +65,8 @@ class QtWindow final : public Window {
   ClientArea* client_;
   std::string title_;
   bool closing_ = false;
+  int horizontalBars_ = 0;
+  int verticalBars_ = 0;
   std::deque<QtMenu> menus_;
   std::vector<std::unique_ptr<Control>> controls_;
 };

@@ -125,12 +125,14 @@ TEST_F(WindowTest, MaximisedWindowRemembersItsPlace) {
   EXPECT_EQ(place.height, 3000);
 }
 
-TEST_F(WindowTest, InnerSizeLeavesOutMenuBarAndStatusLine) {
+TEST_F(WindowTest, InnerSizeLeavesOutMenuBarStatusLineAndScrollBars) {
   window->AddMenu("&File");
   window->AddStatusText(100);
   window->SetWindowPlace({0, 0, 6000, 4500});
   EXPECT_EQ(window->InnerWidth(), 6000);
   EXPECT_LT(window->InnerHeight(), 4500 - 30 * kTwipsPerPixel);
+  window->AddScrollBar(false);
+  EXPECT_EQ(window->InnerWidth(), 6000 - kScrollBarPixels * kTwipsPerPixel);
   const float before = window->InnerHeight();
   int resized = 0;
   window->OnResize = [&] { ++resized; };
