@@ -51,14 +51,14 @@ QStringList NameFilters(const std::string& filter) {
 
 void QtDialogs::Message(const std::string& text) {
   const Asker asker;
-  QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Ok, asker.Window());
+  QMessageBox box(QMessageBox::Information, kTitle, PlainText(text), QMessageBox::Ok, asker.Window());
   box.setTextFormat(Qt::PlainText);
   box.exec();
 }
 
 bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
   const Asker asker;
-  QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
+  QMessageBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
                   asker.Window());
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(yesIsDefault ? QMessageBox::Yes : QMessageBox::No);
@@ -68,7 +68,7 @@ bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
 
 Answer QtDialogs::AskBeforeLosing(const std::string& text) {
   const Asker asker;
-  QMessageBox box(QMessageBox::NoIcon, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
+  QMessageBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
                   asker.Window());
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(QMessageBox::Yes);
