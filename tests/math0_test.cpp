@@ -143,6 +143,8 @@ TEST_F(Math0Test, ShippedFilesComeFromTheDrawings) {
     files.contents[ProgramFolder + name] = WithoutGlyphs(Shipped(name));
     ASSERT_NE(files.contents[ProgramFolder + name], Shipped(name));
   }
+  for (const char* face : {"TN", "TB", "TI", "TX", "HN", "HB", "HI", "HX", "GN", "CB", "GI", "ZI"})
+    PutShipped(std::string(face) + ".WT");
   math0::BuildFontFiles();
   math0::BuildSpecimen();
   for (const char* name : {"MATH0.PSF", "QRX.PRO", "MATH0.WT", "MATH0.TXT", "SPECIMEN.001", "SPECIMEN.002"}) {
