@@ -22,10 +22,10 @@ std::string TemporaryName(const std::string& path) {
   const std::size_t nameStart = path.rfind('\\') + 1;  // 0 without a backslash
   const std::size_t dot = path.rfind('.');
   const bool hasExtension = dot != std::string::npos && dot >= nameStart;
-  const std::string name = hasExtension ? path.substr(0, dot) + ".~" + path.substr(dot + 1) : path + ".~";
+  std::string name = hasExtension ? path.substr(0, dot) + ".~" + path.substr(dot + 1) : path + ".~";
   if (!TheFiles->Exists(name)) return name;
   for (int i = 1; i < kTemporaryNames; ++i) {
-    const std::string numbered = name + std::to_string(i);
+    std::string numbered = name + std::to_string(i);
     if (!TheFiles->Exists(numbered)) return numbered;
   }
   throw Failure("Cannot write the file " + MachinePath(path) + ": too many temporary files " +

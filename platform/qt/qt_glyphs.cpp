@@ -24,7 +24,7 @@ GlyphImage Rasterise(const QPainterPath& outline, const QTransform& place) {
   glyph.top = box.top();
   glyph.width = box.width();
   glyph.height = box.height();
-  glyph.coverage.reserve(static_cast<std::size_t>(glyph.width * glyph.height));
+  glyph.coverage.reserve(static_cast<std::size_t>(glyph.width) * static_cast<std::size_t>(glyph.height));
   for (int row = 0; row < glyph.height; ++row) {
     const uchar* line = image.constScanLine(row);
     glyph.coverage.insert(glyph.coverage.end(), line, line + glyph.width);
@@ -46,7 +46,8 @@ QRgb Blend(QRgb under, QRgb over, unsigned coverage) {
 const GlyphImage& GlyphImages::At(QtFace& face, unsigned char code, int stepX, int stepY) {
   std::unique_ptr<Positions>& positions = images_[code];
   if (positions == nullptr) positions = std::make_unique<Positions>();
-  GlyphImage& glyph = (*positions)[static_cast<std::size_t>(stepY * kSteps + stepX)];
+  GlyphImage& glyph =
+      (*positions)[static_cast<std::size_t>(stepY) * kSteps + static_cast<std::size_t>(stepX)];
   if (!glyph.made) {
     const double scale = em_ / QtFace::kOutlineEm;
     const double step = 1.0 / kSteps;

@@ -35,7 +35,7 @@ class GlyphImages {
   const GlyphImage& At(QtFace& face, unsigned char code, int stepX, int stepY);
 
  private:
-  using Positions = std::array<GlyphImage, kSteps * kSteps>;
+  using Positions = std::array<GlyphImage, std::size_t{kSteps} * kSteps>;
 
   double em_;
   std::array<std::unique_ptr<Positions>, 256> images_;
