@@ -29,6 +29,8 @@ namespace {
 // Twips. A window smaller than this keeps its last layout.
 constexpr float kLeastWidth = 1500;
 constexpr float kLeastHeight = 1000;
+constexpr float kStartWidth = 9600;
+constexpr float kStartHeight = 6000;
 constexpr float kColumn = 360;     // the buttons left of the canvas
 constexpr float kStrip = 720;      // the two rows above it
 constexpr float kBesideBox = 855;  // what "OK" takes of the run box's row
@@ -55,6 +57,8 @@ int Pixels(float twips) {
 bool Dragging;
 float DragX;
 float DragY;
+
+bool LaidOut;
 
 // Buttons give the focus back, so that one can go on typing.
 void FocusCanvas() {
@@ -165,6 +169,7 @@ void ShowScrollPosition() {
 
 // Layout of what follows the window's inner size W and H.
 void LayOut(float W, float H) {
+  LaidOut = true;
   const int row = Pixels(kStrip) / 2;
   const Place canvas{Pixels(kColumn), Pixels(kStrip), Pixels(W - kColumn), Pixels(H - kStrip)};
   const int box = Pixels(W - kBesideBox - kColumn);
@@ -180,6 +185,7 @@ void LayOut(float W, float H) {
 }  // namespace
 
 void BuildForm1() {
+  LaidOut = false;
   Form1 = TheToolkit->NewWindow(true);
   Form1->SetTitle(kProgramTitle);
   BuildMenus(*Form1);
@@ -200,7 +206,11 @@ void Form1_Resize() {
   if (ResizeGuard) return;
   const float W = Form1->InnerWidth();
   const float H = Form1->InnerHeight();
-  if (W < kLeastWidth || H < kLeastHeight) return;
+  if (W < kLeastWidth || H < kLeastHeight) {
+    // A window that starts so small shows the corner of a usual one.
+    if (!LaidOut) LayOut(kStartWidth, kStartHeight);
+    return;
+  }
   LayOut(W, H);
   if (CursorMode > 0 && AnchorOfMode(CursorMode) != 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
   RedrawPage();

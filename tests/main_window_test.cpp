@@ -19,7 +19,6 @@
 namespace kelvane {
 namespace {
 
-
 class MainWindowTest : public EditorTest {
  protected:
   // Gives the area beside the scroll bars a size in twips.
@@ -190,6 +189,13 @@ TEST_F(MainWindowTest, BoxAndCanvasFollowTheWindow) {
   EXPECT_EQ(canvas->pixelWidth, 1140 / 15);
 }
 
+TEST_F(MainWindowTest, AWindowThatStartsTooSmallIsLaidOutLikeAUsualOne) {
+  files.contents["\\Kelvane\\QRX.DAT"] = "FormWidth = 1350\r\nFormHeight = 900\r\n";
+  Start();
+  EXPECT_GT(Text4->GetPlace().width, 100);
+  EXPECT_GT(Text4->GetPlace().top, 0) << "below the script buttons";
+}
+
 TEST_F(MainWindowTest, NothingIsLaidOutWhileTheWindowIsBuilt) {
   ASSERT_TRUE(StartUp("\\Kelvane"));
   window = static_cast<FakeWindow*>(Form1);
@@ -215,7 +221,8 @@ TEST_F(MainWindowTest, ControlsDoNotOverlapInTheFirstWindow) {
   constexpr int kBottom = 480 + kScrollBarPixels;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const auto& [name, a] = places[i];
-    EXPECT_TRUE(a.left >= 0 && a.top >= 0 && a.left + a.width <= kRight && a.top + a.height <= kBottom) << name;
+    EXPECT_TRUE(a.left >= 0 && a.top >= 0 && a.left + a.width <= kRight && a.top + a.height <= kBottom)
+        << name;
     for (std::size_t k = 0; k < i; ++k) {
       const Place& b = places[k].second;
       const bool apart = a.left + a.width <= b.left || b.left + b.width <= a.left ||
