@@ -11,13 +11,6 @@ namespace {
 class TypefacesTest : public ProgramTest {
  protected:
   FakeLabel& Label() { return static_cast<FakeLabel&>(*FontLabel); }
-
-  // The numbers of the entries that are checked.
-  static std::string Checked() {
-    std::string checked;
-    for (const MenuEntry* entry : FontMenu) checked += entry->Checked() ? '1' : '0';
-    return checked;
-  }
 };
 
 // Page files, width tables and the printed page rely on this table as it stands, irregular as it is.
@@ -35,49 +28,40 @@ TEST_F(TypefacesTest, TheTableIsThatOfTheFilesThatExist) {
 }
 
 TEST_F(TypefacesTest, LabelTellsNameAndSize) {
-  EXPECT_EQ(FontLabelText(0, 11), "Times-Roman 11.00pts");
   EXPECT_EQ(FontLabelText(0, 0.5F), "Times-Roman .50pts");
   EXPECT_EQ(FontLabelText(0, 0), "Times-Roman .00pts");
   EXPECT_EQ(FontLabelText(10, 10.125F), "Symbol-Italic 10.13pts");
-  EXPECT_EQ(FontLabelText(15, 9), "Math3 9.00pts");
   EXPECT_EQ(FontLabelText(16, 9), " 9.00pts");
   EXPECT_EQ(FontLabelText(-1, 9), " 9.00pts");
-
   ShowFontLabel(13, 12);
   EXPECT_EQ(Label().text, "Math1 12.00pts");
   EXPECT_EQ(Label().repaints, 1);
 }
 
-TEST_F(TypefacesTest, MenuHasOneCheckMark) {
-  CheckFontMenu(3);
-  CheckFontMenu(15);
-  EXPECT_EQ(Checked(), "0000000000000001");
-  CheckFontMenu(16);
-  EXPECT_EQ(Checked(), "0000000000000000");
-}
-
-TEST_F(TypefacesTest, FirstChoiceIsTheBaseFont) {
+TEST_F(TypefacesTest, FirstChoiceIsTheBaseFontAndHasTheOnlyCheckMark) {
+  ChooseFont(3);
   ChooseFont(13);
   EXPECT_EQ(BaseFont, 13);
   EXPECT_EQ(CurrentFont, 13);
   EXPECT_EQ(PendingRun, "");
-  EXPECT_EQ(Checked(), "0000000000000100");
+  EXPECT_EQ(CheckMarks(FontMenu), "0000000000000100");
   EXPECT_EQ(Label().text, "Math1 11.00pts");
+  CheckFontMenu(16);
+  EXPECT_EQ(CheckMarks(FontMenu), "0000000000000000");
 }
 
 TEST_F(TypefacesTest, LaterChoicesSwitchWithinTheRun) {
   CheckFontMenu(BaseFont);
   CursorMode = -1;
   TypeKey('x');
-  ChooseFont(1);
-  ChooseFont(1);
-  EXPECT_EQ(PendingRun, "x\xE1");
-  EXPECT_EQ(Text4->Text(), PendingRun);
-  EXPECT_EQ(CurrentFont, 1);
-  ChooseFont(0);
+  for (const std::int16_t font : {1, 1, 0}) {
+    ChooseFont(font);
+    EXPECT_EQ(CurrentFont, font);
+  }
   EXPECT_EQ(PendingRun, "x\xE1\xE0");
+  EXPECT_EQ(Text4->Text(), PendingRun);
   EXPECT_EQ(BaseFont, 0);
-  EXPECT_EQ(Checked(), "1000000000000000");
+  EXPECT_EQ(CheckMarks(FontMenu), "1000000000000000");
 }
 
 TEST_F(TypefacesTest, SizeBoxTakesTheLeadingNumber) {

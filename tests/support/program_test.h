@@ -34,6 +34,14 @@ class ProgramTest : public ::testing::Test {
     return {};
   }
 
+  // The check marks of a menu: '1' for each entry that has one, '0' for the others.
+  template <typename Entries>
+  static std::string CheckMarks(const Entries& entries) {
+    std::string marks;
+    for (const MenuEntry* entry : entries) marks += entry->Checked() ? '1' : '0';
+    return marks;
+  }
+
   MemoryFiles files;
   ScriptedDialogs dialogs;
   FakeToolkit toolkit;
