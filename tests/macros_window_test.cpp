@@ -1,4 +1,3 @@
-#include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
@@ -7,6 +6,8 @@
 
 namespace kelvane {
 namespace {
+
+constexpr char kDefaults[] = "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|";
 
 // The editor with the Define Macro window open.
 class MacrosWindowTest : public EditorTest {
@@ -43,15 +44,12 @@ class MacrosWindowTest : public EditorTest {
 };
 
 TEST_F(MacrosWindowTest, ApplyReachesTheMenuWithTheTimer) {
-  EXPECT_TRUE(form->visible);
-  EXPECT_FALSE(form->main);
   Define("3", "\xF0(n)\xF2");
   EXPECT_FALSE(form->visible);
   EXPECT_EQ(MacrosChanged, 1);
   EXPECT_EQ(MacroMenu[3]->Caption(), "m3");
   EXPECT_EQ(Captions(), "m0|m1|m2|\xF0(n)\xF2|m4|m5|m6|m7|m8|m9|");
   EXPECT_EQ(MacrosChanged, 0);
-
   PlaceAt("Top Left", 10, 21);
   window->PressShortcut("Alt+3");
   EXPECT_EQ(PendingRun, "\xF0(n)\xF2");
@@ -66,55 +64,50 @@ TEST_F(MacrosWindowTest, ApplyRefusesNumbersWithoutAMacro) {
     EXPECT_EQ(FocusedControl, static_cast<TextBox*>(number));
     EXPECT_EQ(definition->text, "lost?");
   }
-  EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|");
+  EXPECT_EQ(Captions(), kDefaults);
   Define("9th", "nine");  // the leading number counts
   EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|nine|");
 }
 
 TEST_F(MacrosWindowTest, DeleteRestoresTheDefault) {
   Define("4", "four");
-  EXPECT_EQ(Captions(), "m0|m1|m2|m3|four|m5|m6|m7|m8|m9|");
-  for (const char* other : {"12", "", "-4"}) {
+  const struct {
+    const char *number, *captions;
+  } cases[] = {{"12", "m0|m1|m2|m3|four|m5|m6|m7|m8|m9|"},
+               {"", "m0|m1|m2|m3|four|m5|m6|m7|m8|m9|"},
+               {"-4", "m0|m1|m2|m3|four|m5|m6|m7|m8|m9|"},
+               {"4", kDefaults}};
+  for (const auto& deleted : cases) {
     Open();
-    number->Type(other);
+    number->Type(deleted.number);
     Click("Delete");
-    EXPECT_FALSE(form->visible) << other;
-    EXPECT_EQ(Captions(), "m0|m1|m2|m3|four|m5|m6|m7|m8|m9|");
+    EXPECT_FALSE(form->visible) << deleted.number;
+    EXPECT_EQ(Captions(), deleted.captions) << deleted.number;
   }
-  Open();
-  number->Type("4");
-  Click("Delete");
-  EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|");
 }
 
-TEST_F(MacrosWindowTest, CancelAndTheFrameStoreNothing) {
-  number->Type("4");
-  definition->Type("four");
-  Click("Cancel");
-  EXPECT_FALSE(form->visible);
-  EXPECT_EQ(MacrosChanged, 1);
-  Open();
-  EXPECT_EQ(number->text, "");
-  EXPECT_EQ(definition->text, "");
-  number->Type("4");
-  definition->Type("four");
-  form->ClickFrameClose();
-  EXPECT_EQ(MacrosChanged, 1);
-  EXPECT_EQ(Captions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|");
-  Open();
-  number->PressEscape();
-  EXPECT_FALSE(form->visible);
+TEST_F(MacrosWindowTest, CancelEscapeAndTheFrameStoreNothing) {
+  const std::function<void()> ways[] = {[&] { Click("Cancel"); }, [&] { number->PressEscape(); },
+                                        [&] { form->ClickFrameClose(); }};
+  for (const auto& leave : ways) {
+    Open();
+    EXPECT_EQ(number->text + definition->text, "");
+    number->Type("4");
+    definition->Type("four");
+    leave();
+    EXPECT_FALSE(form->visible);
+    EXPECT_EQ(MacrosChanged, 1);
+    EXPECT_EQ(Captions(), kDefaults);
+  }
 }
 
 TEST_F(MacrosWindowTest, TheNumberShowsItsDefinition) {
   Define("5", "five");
   Open();
-  number->Type("5");
-  EXPECT_EQ(definition->text, "five");
-  number->Type("55");
-  EXPECT_EQ(definition->text, "");
-  number->Type("");
-  EXPECT_EQ(definition->text, "");
+  for (const auto& [typed, shown] : {std::pair{"5", "five"}, {"55", ""}, {"", ""}}) {
+    number->Type(typed);
+    EXPECT_EQ(definition->text, shown) << typed;
+  }
   // A definition typed before the number stays.
   definition->Type("mine");
   number->Type("5");
