@@ -100,12 +100,12 @@ void PaintPendingRun(bool caret) {
   if (!caret) return;
   const float rise = 0.8F * end.size;
   const float fall = 0.2F * end.size;
-  Picture1->DrawLine({end.x, end.y - rise}, {end.x, end.y + fall}, Pen{PaletteColour(kBlue), 1});
+  Picture1->DrawLine({end.x, end.y - rise}, {end.x, end.y + fall}, Pen{PaletteColour(kBlue), 1, true});
 }
 
 void PaintMark() {
   const float arm = kMarkArm / SCALE;
-  const Pen pen{PaletteColour(kBlue), 1};
+  const Pen pen{PaletteColour(kBlue), 1, true};
   Picture1->DrawLine({CursorX - arm, CursorY}, {CursorX + arm, CursorY}, pen);
   Picture1->DrawLine({CursorX, CursorY - arm}, {CursorX, CursorY + arm}, pen);
 }

@@ -25,6 +25,8 @@ using ColourValue = std::int32_t;
 struct Pen {
   ColourValue colour = 0;
   float width = 1;  // pixels; caps and joins are round
+  // Lines parallel to an axis lie on whole pixels: for grids and marks, not for what is printed.
+  bool crisp = false;
 };
 
 // A typeface of the screen by its usual name, e.g. "Times New Roman". The platform takes the face whose

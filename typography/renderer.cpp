@@ -46,7 +46,7 @@ void ForGrid(int spacing, float end, float visibleFrom, float visibleTo, Draw dr
 
 void PaintGrid() {
   if (SCALE < 1) return;
-  const Pen pen{PaletteColour(kCyan), 1};
+  const Pen pen{PaletteColour(kCyan), 1, true};
   if (GridStepV >= kFirstHorizontalChoice) {
     ForGrid(2 * GridStepV, PaperHeight, VisibleTop, VisibleBottom, [&](float y) {
       Picture1->DrawLine({0, y}, {PaperWidth, y}, pen);
@@ -60,7 +60,7 @@ void PaintGrid() {
 }
 
 void PaintGuides() {
-  const Pen pen{PaletteColour(kBlue), 1};
+  const Pen pen{PaletteColour(kBlue), 1, true};
   for (const float x : GuideX) {
     if (x == 0) break;
     Picture1->DrawLine({x, 0}, {x, PaperHeight}, pen);

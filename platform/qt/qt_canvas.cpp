@@ -104,7 +104,7 @@ void QtCanvas::FillBox(float left, float top, float right, float bottom, ColourV
 }
 
 void QtCanvas::DrawLine(Point from, Point to, const Pen& pen) {
-  layer_->DrawLine(ToDevice(from), ToDevice(to), pen.colour, pen.width * ratio_, ratio_);
+  layer_->DrawLine(ToDevice(from), ToDevice(to), pen.colour, pen.width * ratio_, pen.crisp);
   Drawn();
 }
 

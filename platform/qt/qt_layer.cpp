@@ -120,9 +120,9 @@ void QtLayer::FillBox(QRectF box, const QColor& colour) {
   Painter().fillRect(whole.intersected(QRectF(image_.rect())).toRect(), colour);
 }
 
-void QtLayer::DrawLine(QPointF from, QPointF to, ColourValue colour, double width, double hairline) {
+void QtLayer::DrawLine(QPointF from, QPointF to, ColourValue colour, double width, bool crisp) {
   const bool upright = from.x() == to.x();
-  if (width > hairline || upright == (from.y() == to.y())) {
+  if (!crisp || upright == (from.y() == to.y())) {
     const QPointF points[] = {from, to};
     DrawPolyline(points, colour, width);
     return;

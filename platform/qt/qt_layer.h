@@ -45,9 +45,8 @@ class QtLayer {
 
   // Positions, widths and sizes below are device pixels. What lies outside the image costs nothing.
   void FillBox(QRectF box, const QColor& colour);
-  // A line parallel to an axis and no wider than `hairline` is put on whole pixels, so that grids and paper
-  // edges look crisp.
-  void DrawLine(QPointF from, QPointF to, ColourValue colour, double width, double hairline);
+  // A `crisp` line parallel to an axis is put on whole pixels.
+  void DrawLine(QPointF from, QPointF to, ColourValue colour, double width, bool crisp);
   void DrawPolyline(std::span<const QPointF> points, ColourValue colour, double width);
   void FillPolygon(std::span<const QPointF> points, ColourValue colour);
   void DrawCircle(QPointF centre, double radius, ColourValue colour, double width);

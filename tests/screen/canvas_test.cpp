@@ -125,7 +125,7 @@ TEST_F(CanvasTest, CharactersStandAtTheirOwnOrigins) {
 
 TEST_F(CanvasTest, LinesAndBoxesAreCrisp) {
   for (const float at : {50.0F, 60.3F, 70.5F, 80.9F}) {
-    canvas->DrawLine({at, 10}, {at, 290}, {kBlack, 1});
+    canvas->DrawLine({at, 10}, {at, 290}, {kBlack, 1, true});
     canvas->FillBox(at + 100, 10, at + 103, 290, kBlack);
   }
   const QImage image = Shown();
