@@ -139,6 +139,11 @@ void AddFontMenu(MenuTree& menus) {
   }
 }
 
+// The path being drawn takes the style when it is finished, so it shows it at once.
+void ShowPathInNewStyle() {
+  DrawCursorMark(kBlue, true);
+}
+
 void AddColourMenu(MenuTree& menus) {
   static constexpr const char* kCaptions[16] = {
       "Black",     "Dark Blue", "Dark Green", "Dark Cyan", "Dark Red", "Dark Magenta", "Brown",  "Light Grey",
@@ -146,7 +151,10 @@ void AddColourMenu(MenuTree& menus) {
   };
   for (std::int16_t colour = 0; colour < 16; ++colour) {
     ColourMenu[colour] = menus.Add("F&ormat/&Line Colour", "mColour" + std::to_string(colour),
-                                   kCaptions[colour], "", [colour] { ChooseColour(colour); });
+                                   kCaptions[colour], "", [colour] {
+                                     ChooseColour(colour);
+                                     ShowPathInNewStyle();
+                                   });
   }
 }
 
@@ -155,8 +163,11 @@ void AddThicknessMenu(MenuTree& menus) {
   static constexpr const char* kCaptions[] = {"0.10 pt", "0.25 pt", "0.50 pt", "0.75 pt",
                                               "1.0 pt",  "1.5 pt",  "2.0 pt"};
   for (std::size_t i = 0; i < kThicknesses.size(); ++i) {
-    ThicknessMenu[i] = menus.Add("F&ormat/Line &Thickness", std::string("mThickness") + kNames[i],
-                                 kCaptions[i], "", [i] { ChooseThickness(kThicknesses[i]); });
+    ThicknessMenu[i] =
+        menus.Add("F&ormat/Line &Thickness", std::string("mThickness") + kNames[i], kCaptions[i], "", [i] {
+          ChooseThickness(kThicknesses[i]);
+          ShowPathInNewStyle();
+        });
   }
 }
 
