@@ -14,6 +14,7 @@ class CursorTest : public ProgramTest {
   CursorTest() {
     FillWidths();
     GridStepH = GridStepV = 1;
+    canvas->OnKeyPress = TypeKey;
   }
 
   // The anchor buttons that are down.
@@ -22,9 +23,6 @@ class CursorTest : public ProgramTest {
     for (Button* button : AnchorButtons) down += static_cast<FakeButton*>(button)->down ? '1' : '0';
     return down;
   }
-  static void Type(const std::string& text) {
-    for (const char c : text) TypeKey(static_cast<unsigned char>(c));
-  }
 };
 
 TEST_F(CursorTest, EachModeHasItsPointer) {
@@ -32,55 +30,40 @@ TEST_F(CursorTest, EachModeHasItsPointer) {
                                           "tprt", "top",  "mid",  "point", "cross"};
   for (const std::string& name : names) canvas->icons.push_back("\\Kelvane\\PVQ" + name + ".ICO");
   for (std::int16_t mode = 1; mode <= 11; ++mode) {
+    const std::string& icon = canvas->icons[static_cast<std::size_t>(mode - 1)];
     SetCanvasPointer(mode);
-    EXPECT_EQ(canvas->pointer, canvas->icons[static_cast<std::size_t>(mode - 1)]);
+    EXPECT_EQ(canvas->pointer, icon);
     SetCanvasPointer(0);
     EXPECT_EQ(canvas->pointer, "");
-    SetCanvasPointer(static_cast<std::int16_t>(-mode));
-    EXPECT_EQ(canvas->pointer, canvas->icons[static_cast<std::size_t>(mode - 1)]);
+    for (const int other : {-mode, 12, -32768}) SetCanvasPointer(static_cast<std::int16_t>(other));
+    EXPECT_EQ(canvas->pointer, icon);
   }
-  SetCanvasPointer(5);
-  SetCanvasPointer(12);
-  SetCanvasPointer(-32768);
-  EXPECT_EQ(canvas->pointer, canvas->icons[4]);
   canvas->icons.clear();
   SetCanvasPointer(5);  // a missing icon is no reason to stop
   EXPECT_EQ(canvas->pointer, "");
 }
 
-TEST_F(CursorTest, TheButtonOfTheModeIsDown) {
-  ChooseAnchor(4);
-  EXPECT_EQ(Down(), "0000100000");
-  PlaceCursor(10, 10);
-  EXPECT_EQ(Down(), "0000100000");
-  LeaveEditing();
-  EXPECT_EQ(Down(), "1000000000");
-  SetCanvasPointer(10);
-  EXPECT_EQ(Down(), "0000000000");
-}
-
-TEST_F(CursorTest, PointsSnapToTheNearestStep) {
+TEST_F(CursorTest, PointsSnapToTheNearestStepAndMoveBySteps) {
   ChooseAnchor(1);
-  PlaceCursor(10.4F, 20.6F);
-  EXPECT_EQ(CursorX, 10);
-  EXPECT_EQ(CursorY, 21);
-  GridStepH = GridStepV = 3;
-  PlaceCursor(4.5F, 7.4F);
-  EXPECT_EQ(CursorX, 6);
-  EXPECT_EQ(CursorY, 6);
-  PlaceCursor(-1.5F, -1.6F);
-  EXPECT_EQ(CursorX, 0);
-  EXPECT_EQ(CursorY, -3);
-}
-
-TEST_F(CursorTest, AClickPlacesAndPlacesAgain) {
-  ChooseAnchor(7);
-  EXPECT_EQ(CursorMode, 7);
+  const struct {
+    std::int16_t step;
+    Point click, wanted;
+  } cases[] = {{1, {10.4F, 20.6F}, {10, 21}}, {3, {4.5F, 7.4F}, {6, 6}}, {3, {-1.5F, -1.6F}, {0, -3}}};
+  for (const auto& [step, click, wanted] : cases) {
+    GridStepH = GridStepV = step;
+    MarkedTop = 5;
+    PlaceCursor(click.x, click.y);
+    EXPECT_EQ(CursorX, wanted.x);
+    EXPECT_EQ(CursorY, wanted.y);
+    EXPECT_EQ(CursorMode, -1);
+    EXPECT_EQ(MarkedTop, 0);
+  }
+  GridStepH = 2;
+  GridStepV = 5;
   PlaceCursor(10, 20);
-  EXPECT_EQ(CursorMode, -7);
-  PlaceCursor(30, 40);
-  EXPECT_EQ(CursorMode, -7);
-  EXPECT_EQ(CursorX, 30);
+  EXPECT_TRUE(StepCursor(-1, 2));
+  EXPECT_EQ(CursorX, 8);
+  EXPECT_EQ(CursorY, 30);
 }
 
 TEST_F(CursorTest, OtherModesHaveNoCursorPoint) {
@@ -95,47 +78,25 @@ TEST_F(CursorTest, OtherModesHaveNoCursorPoint) {
   }
 }
 
-TEST_F(CursorTest, ArrowKeysStepByTheGrid) {
-  GridStepH = 2;
-  GridStepV = 5;
-  ChooseAnchor(3);
-  PlaceCursor(10, 20);
-  EXPECT_TRUE(StepCursor(-1, 0));
-  EXPECT_TRUE(StepCursor(0, 2));
-  EXPECT_EQ(CursorX, 8);
-  EXPECT_EQ(CursorY, 30);
-}
-
 // What was typed stays where it was typed.
 TEST_F(CursorTest, LeavingAPointCompletesItsRun) {
   ChooseAnchor(2);
   PlaceCursor(10, 20);
-  Type("one");
+  canvas->Type("one");
   ChooseAnchor(5);
-  EXPECT_EQ(PageText, "10 20 m 11 F0 (one) 2 s\r\n");
   EXPECT_EQ(CursorMode, 5);
-  EXPECT_EQ(CursorX, 10);
-
   PlaceCursor(30, 40);
-  Type("two");
+  canvas->Type("two");
   PlaceCursor(50, 60);
   EXPECT_EQ(CursorMode, -5);
-  Type("three");
+  canvas->Type("three");
   StepCursor(1, 0);
-  Type("four");
+  canvas->Type("four");
   LeaveEditing();
   EXPECT_EQ(PageText,
             "10 20 m 11 F0 (one) 2 s\r\n30 40 m 11 F0 (two) 5 s\r\n"
             "50 60 m 11 F0 (three) 5 s\r\n51 60 m 11 F0 (four) 5 s\r\n");
   EXPECT_EQ(CursorMode, 0);
-  EXPECT_EQ(PendingRun, "");
-}
-
-TEST_F(CursorTest, PlacingClearsTheMarkedBox) {
-  MarkedLeft = MarkedBottom = MarkedRight = MarkedTop = 5;
-  ChooseAnchor(1);
-  PlaceCursor(10, 20);
-  EXPECT_EQ(MarkedLeft + MarkedBottom + MarkedRight + MarkedTop, 0);
 }
 
 // The mark uncovers the page when it goes.
@@ -152,17 +113,22 @@ TEST_F(CursorTest, TheMarkIsOnTheOverlay) {
   EXPECT_EQ(canvas->Drawn(Layer::Page), "");
 }
 
-TEST_F(CursorTest, TheFootOfTheWindowTellsWhereTypingGoes) {
+TEST_F(CursorTest, TheButtonsAndTheFootOfTheWindowTellTheMode) {
   FakeLabel label;
   CursorLabel = &label;
-  LeaveEditing();
-  EXPECT_EQ(label.text, "Choose an anchor at the left to type");
-  ChooseAnchor(9);
-  EXPECT_EQ(label.text, "Center: click on the page to type there");
-  PlaceCursor(10, 20.4F);
-  EXPECT_EQ(label.text, "Center at 10, 20 pt");
-  TypeKey(13);
-  EXPECT_EQ(label.text, "Center at 10, 32 pt");
+  const struct {
+    std::function<void()> act;
+    std::string label, down;
+  } steps[] = {{LeaveEditing, "Choose an anchor at the left to type", "1000000000"},
+               {[] { ChooseAnchor(9); }, "Center: click on the page to type there", "0000000001"},
+               {[] { PlaceCursor(10, 20.4F); }, "Center at 10, 20 pt", "0000000001"},
+               {[] { TypeKey(13); }, "Center at 10, 32 pt", "0000000001"},
+               {[] { ChooseAnchor(10); }, "Click for points, pull to bend; Enter ends it", "0000000000"}};
+  for (const auto& step : steps) {
+    step.act();
+    EXPECT_EQ(label.text, step.label);
+    EXPECT_EQ(Down(), step.down) << step.label;
+  }
   CursorLabel = nullptr;
 }
 
