@@ -1,4 +1,3 @@
-#include "editing/keyboard.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "platform/handlers.h"
@@ -50,9 +49,6 @@ TEST_F(MacrosWindowTest, ApplyReachesTheMenuWithTheTimer) {
   EXPECT_EQ(MacroMenu[3]->Caption(), "m3");
   EXPECT_EQ(Captions(), "m0|m1|m2|\xF0(n)\xF2|m4|m5|m6|m7|m8|m9|");
   EXPECT_EQ(MacrosChanged, 0);
-  PlaceAt("Top Left", 10, 21);
-  window->PressShortcut("Alt+3");
-  EXPECT_EQ(PendingRun, "\xF0(n)\xF2");
 }
 
 TEST_F(MacrosWindowTest, ApplyRefusesNumbersWithoutAMacro) {

@@ -1,6 +1,5 @@
 #include "typography/typefaces.h"
 
-#include "document/numbers.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "tests/support/program_test.h"
@@ -12,20 +11,6 @@ class TypefacesTest : public ProgramTest {
  protected:
   FakeLabel& Label() { return static_cast<FakeLabel&>(*FontLabel); }
 };
-
-// Page files, width tables and the printed page rely on this table as it stands, irregular as it is.
-TEST_F(TypefacesTest, TheTableIsThatOfTheFilesThatExist) {
-  std::string table;
-  for (const TypefaceRecord& face : TypefaceTable) {
-    table +=
-        face.Name + ' ' + FormatSingle(face.AscentFactor) + ' ' + FormatSingle(face.ScreenSizeFactor) + '\n';
-  }
-  EXPECT_EQ(table,
-            "TN 0.82 0.96\nTB 0.84 0.94\nTI 0.82 0.96\nTX 0.82 0.94\n"
-            "HN 0.75 0.87\nHB 0.75 0.85\nHI 0.75 0.87\nHX 0.75 0.85\n"
-            "GN 0.92 0.95\nCB 0.88 1.1\nGI 0.92 0.95\nZI 0.72 1\n"
-            "MATH0 0 0\n 0 0\n 0 0\n 0 0\n");
-}
 
 TEST_F(TypefacesTest, LabelTellsNameAndSize) {
   EXPECT_EQ(FontLabelText(0, 0.5F), "Times-Roman .50pts");
