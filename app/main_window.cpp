@@ -202,6 +202,10 @@ void BuildForm1() {
   Form1->OnCloseRequest = ExitSequence;
 }
 
+void ShowNote(const std::string& text) {
+  Form1Parts.pointer->SetText(text);
+}
+
 void Form1_Resize() {
   if (ResizeGuard) return;
   const float W = Form1->InnerWidth();

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "app/exit.h"
+#include "app/main_window.h"
 #include "document/numbers.h"
 #include "document/paper.h"
 #include "editing/cursor.h"
@@ -12,6 +13,7 @@
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
+#include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
@@ -35,6 +37,18 @@ void AfterEditing() {
   Command();
 }
 
+// What leaves no trace on the page says at the foot of the window that it was done.
+template <auto Save>
+void Saving() {
+  LeaveEditing();
+  if (Save()) ShowNote("Saved: " + MachinePath(CurrentPaperFile));
+}
+template <auto Output>
+void Outputting() {
+  const std::string path = Output();
+  if (!path.empty()) ShowNote("Written: " + MachinePath(path));
+}
+
 struct Row {
   const char* menu;
   const char* name;     // null: a separator
@@ -51,12 +65,12 @@ constexpr Row Separator(const char* menu) {
 const Row kRowsBeforeFormat[] = {
     {"&File", "mFileNew", "&New", "Ctrl+N", AfterEditing<NewPaper>},
     {"&File", "mFileOpen", "Op&en", "Ctrl+O", AfterEditing<OpenPaper>},
-    {"&File", "mFileSave", "&Save", "Ctrl+S", AfterEditing<SavePaper>},
-    {"&File", "mFileSaveAs", "Save &As", "Ctrl+Shift+S", AfterEditing<SavePaperAs>},
+    {"&File", "mFileSave", "&Save", "Ctrl+S", Saving<SavePaper>},
+    {"&File", "mFileSaveAs", "Save &As", "Ctrl+Shift+S", Saving<SavePaperAs>},
     Separator("&File"),
-    {"&File", "mFilePrintOne", "Print &One Page", "Ctrl+Shift+P", PrintOnePage},
-    {"&File", "mFilePrint", "&Print", "Ctrl+P", PrintPaper},
-    {"&File", "mFileAscii", "&Output As ASCII", "", OutputAsText},
+    {"&File", "mFilePrintOne", "Print &One Page", "Ctrl+Shift+P", Outputting<PrintOnePage>},
+    {"&File", "mFilePrint", "&Print", "Ctrl+P", Outputting<PrintPaper>},
+    {"&File", "mFileAscii", "&Output As ASCII", "", Outputting<OutputAsText>},
     Separator("&File"),
     {"&File", "mFileExit", "Exit", "Ctrl+Q", LeaveProgram},
     {"&Edit", "mEditUndo", "&Undo", "Ctrl+Z", Undo, &UndoEntry},

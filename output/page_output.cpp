@@ -12,7 +12,8 @@ namespace kelvane {
 bool ChoosePageOutput(const char* extension, PageOutput& choice) {
   LeaveEditing();
   StorePageBeforeOutput();
-  choice.pageFile = TheDialogs->ChooseToOpen("Open", kPageFilter, FolderOfPaper());
+  choice.pageFile = TheDialogs->ChooseToOpen("Open", kPageFilter,
+                                             CurrentPaperFile.empty() ? FolderOfPaper() : CurrentPaperFile);
   if (choice.pageFile.empty()) return false;
   choice.outputPath = ChangeExtension(choice.pageFile, extension);
   if (SameFile(choice.outputPath, choice.pageFile)) {

@@ -35,12 +35,13 @@ std::string PlainText(const std::string& pageFile) {
   return text + "\r\n";
 }
 
-void OutputAsText() {
+std::string OutputAsText() {
   PageOutput choice;
-  if (!ChoosePageOutput("TXT", choice)) return;
+  if (!ChoosePageOutput("TXT", choice)) return {};
   const bool ours = writtenTexts.contains(choice.outputPath);
-  if (WriteOutput(choice.outputPath, PlainText(choice.pageFile), ours))
-    writtenTexts.insert(choice.outputPath);
+  if (!WriteOutput(choice.outputPath, PlainText(choice.pageFile), ours)) return {};
+  writtenTexts.insert(choice.outputPath);
+  return choice.outputPath;
 }
 
 }  // namespace kelvane

@@ -13,7 +13,7 @@ void ResetPlainText();
 std::string PlainText(const std::string& pageFile);
 
 // The menu command: asks for a page file and writes its text beside it. Asks before it replaces a file that
-// it did not write itself since the program started.
-void OutputAsText();
+// it did not write itself since the program started. Returns the output's path, or nothing.
+std::string OutputAsText();
 
 }  // namespace kelvane

@@ -91,11 +91,12 @@ bool IsOwnOutput(const std::string& path, std::string_view job) {
   return !heading.empty() && TheFiles->Exists(path) && TheFiles->ReadWhole(path).starts_with(heading);
 }
 
-void Print(std::string (*makeJob)(const std::string&)) {
+std::string Print(std::string (*makeJob)(const std::string&)) {
   PageOutput choice;
-  if (!ChoosePageOutput("PS", choice)) return;
+  if (!ChoosePageOutput("PS", choice)) return {};
   const std::string job = makeJob(choice.pageFile);
-  WriteOutput(choice.outputPath, job, IsOwnOutput(choice.outputPath, job));
+  const bool written = WriteOutput(choice.outputPath, job, IsOwnOutput(choice.outputPath, job));
+  return written ? choice.outputPath : std::string();
 }
 
 }  // namespace
@@ -127,12 +128,12 @@ std::string WholePaperJob(const std::string& pageFile) {
   return job + kEndOfJob;
 }
 
-void PrintOnePage() {
-  Print(OnePageJob);
+std::string PrintOnePage() {
+  return Print(OnePageJob);
 }
 
-void PrintPaper() {
-  Print(WholePaperJob);
+std::string PrintPaper() {
+  return Print(WholePaperJob);
 }
 
 }  // namespace kelvane

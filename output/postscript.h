@@ -17,8 +17,8 @@ std::string OnePageJob(const std::string& pageFile);
 std::string WholePaperJob(const std::string& pageFile);
 
 // The menu commands: ask for a page file and write its job beside it. Nothing is written when cancelled. They
-// ask before they replace a file that is no job of this program.
-void PrintOnePage();
-void PrintPaper();
+// ask before they replace a file that is no job of this program. Return the output's path, or nothing.
+std::string PrintOnePage();
+std::string PrintPaper();
 
 }  // namespace kelvane

@@ -178,12 +178,13 @@ class Dialogs {
   // The same question where No would lose something: Enter takes Yes, and Escape and closing the box are
   // neither answer.
   virtual Answer AskBeforeLosing(const std::string& text) = 0;
-  // The chosen path in backslash form, empty if the person cancelled. `folder` is where the dialog starts,
-  // empty for the current folder. ChooseToSave asks itself before it returns an existing file.
+  // The chosen path in backslash form, empty if the person cancelled. `start` is where the dialog starts: a
+  // folder, or a file that Enter then takes; empty for the current folder. ChooseToSave asks itself before it
+  // returns an existing file.
   virtual std::string ChooseToOpen(const std::string& title, const std::string& filter,
-                                   const std::string& folder) = 0;
+                                   const std::string& start) = 0;
   virtual std::string ChooseToSave(const std::string& title, const std::string& filter,
-                                   const std::string& folder) = 0;
+                                   const std::string& start) = 0;
 };
 
 // Makes windows and timers. Everything it hands out lives as long as the toolkit.

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -47,6 +49,16 @@ QStringList NameFilters(const std::string& filter) {
   return filters;
 }
 
+// A file to start at is there to be taken with Enter.
+void StartAt(QFileDialog& dialog, const std::string& start) {
+  if (start.empty()) return;
+  const QFileInfo place(QFile::decodeName(MachinePath(start).c_str()));
+  dialog.setDirectory(place.isFile() ? place.path() : place.filePath());
+  if (!place.isFile()) return;
+  dialog.selectFile(place.fileName());
+  for (QLineEdit* name : dialog.findChildren<QLineEdit*>()) name->selectAll();
+}
+
 }  // namespace
 
 void QtDialogs::Message(const std::string& text) {
@@ -82,17 +94,17 @@ Answer QtDialogs::AskBeforeLosing(const std::string& text) {
 }
 
 std::string QtDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
-                                    const std::string& folder) {
-  return Choose(false, title, filter, folder);
+                                    const std::string& start) {
+  return Choose(false, title, filter, start);
 }
 
 std::string QtDialogs::ChooseToSave(const std::string& title, const std::string& filter,
-                                    const std::string& folder) {
-  return Choose(true, title, filter, folder);
+                                    const std::string& start) {
+  return Choose(true, title, filter, start);
 }
 
 std::string QtDialogs::Choose(bool save, const std::string& title, const std::string& filter,
-                              const std::string& folder) {
+                              const std::string& start) {
   // A refused choice starts with a new dialog: one shown again may return what it had returned before.
   for (;;) {
     const Asker asker;
@@ -102,7 +114,7 @@ std::string QtDialogs::Choose(bool save, const std::string& title, const std::st
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setNameFilters(NameFilters(filter));
-    if (!folder.empty()) dialog.setDirectory(QFile::decodeName(MachinePath(folder).c_str()));
+    StartAt(dialog, start);
     if (dialog.exec() != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
     const std::string name = QFile::encodeName(chosen).toStdString();

@@ -14,13 +14,13 @@ class QtDialogs final : public Dialogs {
   bool Ask(const std::string& text, bool yesIsDefault) override;
   Answer AskBeforeLosing(const std::string& text) override;
   std::string ChooseToOpen(const std::string& title, const std::string& filter,
-                           const std::string& folder) override;
+                           const std::string& start) override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,
-                           const std::string& folder) override;
+                           const std::string& start) override;
 
  private:
   std::string Choose(bool save, const std::string& title, const std::string& filter,
-                     const std::string& folder);
+                     const std::string& start);
 };
 
 }  // namespace kelvane
