@@ -9,57 +9,41 @@
 #include <locale>
 #include <random>
 #include <string>
+#include <utility>
 
 namespace kelvane {
 namespace {
 
 TEST(Numbers, WritesTheShortestFormOfSevenDigits) {
-  EXPECT_EQ(FormatSingle(72), "72");
-  EXPECT_EQ(FormatSingle(72.5F), "72.5");
-  EXPECT_EQ(FormatSingle(-3.25F), "-3.25");
-  EXPECT_EQ(FormatSingle(0.1F), "0.1");
-  EXPECT_EQ(FormatSingle(100.0F / 3), "33.33333");
-  EXPECT_EQ(FormatSingle(9999999), "9999999");
-  EXPECT_EQ(FormatSingle(1e7F), "1e+07");
-  EXPECT_EQ(FormatSingle(0.00001F), "1e-05");
-  EXPECT_EQ(FormatSingle(-0.0F), "0");
+  const std::pair<float, const char*> cases[] = {
+      {72, "72"},           {72.5F, "72.5"}, {-3.25F, "-3.25"},   {0.1F, "0.1"}, {100.0F / 3, "33.33333"},
+      {9999999, "9999999"}, {1e7F, "1e+07"}, {0.00001F, "1e-05"}, {-0.0F, "0"},  {std::nanf(""), "0"}};
+  for (const auto& [value, text] : cases) EXPECT_EQ(FormatSingle(value), text);
 }
 
 TEST(Numbers, ReadsTheNumberInFront) {
-  EXPECT_EQ(ReadSingle("12abc"), 12);
-  EXPECT_EQ(ReadSingle("  -3.25 7"), -3.25F);
-  EXPECT_EQ(ReadSingle("+4"), 4);
-  EXPECT_EQ(ReadSingle(".5"), 0.5F);
-  EXPECT_EQ(ReadSingle("5."), 5);
-  EXPECT_EQ(ReadSingle("1e3"), 1000);
-  EXPECT_EQ(ReadSingle("1e"), 1);
-  EXPECT_EQ(ReadSingle("1e+x"), 1);
-  EXPECT_EQ(ReadSingle("1,5"), 1);
-  EXPECT_EQ(ReadSingle("1 5"), 1);
+  const std::pair<const char*, float> cases[] = {
+      {"12abc", 12}, {"  -3.25 7", -3.25F}, {"+4", 4},  {".5", 0.5F}, {"5.", 5}, {"1e3", 1000},
+      {"1e", 1},     {"1e+x", 1},           {"1,5", 1}, {"1 5", 1}};
+  for (const auto& [text, value] : cases) EXPECT_EQ(ReadSingle(text), value) << text;
 }
 
-TEST(Numbers, ReadsWhatIsNoNumberAsZero) {
-  for (const char* text :
-       {"", " ", "-", "+", ".", "-.", "e5", "abc", "nan", "inf", "-inf", "--5", "+-5", "\t5"})
+TEST(Numbers, ReadsWhatIsNoNumberOrTooSmallAsZero) {
+  const std::string small = "0." + std::string(60, '0') + "1";
+  for (const char* text : {"", " ", "-", "+", ".", "-.", "e5", "abc", "nan", "inf", "-inf", "--5", "+-5",
+                           "\t5", "0x10", "1e-999999999999999999999", "-1e-60", "100000e-60", small.c_str()})
     EXPECT_EQ(ReadSingle(text), 0) << text;
-  EXPECT_EQ(ReadSingle("0x10"), 0);
   EXPECT_FALSE(std::signbit(ReadSingle("-0")));
 }
 
 TEST(Numbers, StaysInRange) {
-  EXPECT_EQ(ReadSingle("1e39"), FLT_MAX);
+  for (const std::string& text : {std::string(60, '9'), std::string("1e39"), std::string("0.001e60")})
+    EXPECT_EQ(ReadSingle(text), FLT_MAX) << text;
   EXPECT_EQ(ReadSingle("-1e999999999999999999999"), -FLT_MAX);
-  EXPECT_EQ(ReadSingle(std::string(60, '9')), FLT_MAX);
-  EXPECT_EQ(ReadSingle("0.001e60"), FLT_MAX);
-  EXPECT_EQ(ReadSingle("1e-999999999999999999999"), 0);
-  EXPECT_EQ(ReadSingle("-1e-60"), 0);
-  EXPECT_EQ(ReadSingle("0." + std::string(60, '0') + "1"), 0);
-  EXPECT_EQ(ReadSingle("100000e-60"), 0);
   EXPECT_EQ(ReadDouble("1e39"), 1e39);
   EXPECT_EQ(ReadDouble("1e999"), DBL_MAX);
   const float infinity = std::numeric_limits<float>::infinity();
   EXPECT_EQ(ReadSingle(FormatSingle(-infinity)), ReadSingle(FormatSingle(-FLT_MAX)));
-  EXPECT_EQ(FormatSingle(std::nanf("")), "0");
 }
 
 // Seven digits do not tell all singles apart, but what was written once is written the same ever after, or a
@@ -89,26 +73,20 @@ TEST(Numbers, IgnoresTheLocale) {
 }
 
 TEST(Numbers, RoundsToWholeNumbers) {
-  EXPECT_EQ(RoundToInt16(2.5F), 2);
-  EXPECT_EQ(RoundToInt16(3.5F), 4);
-  EXPECT_EQ(RoundToInt16(-2.5F), -2);
-  EXPECT_EQ(RoundToInt16(2.51F), 3);
-  EXPECT_EQ(RoundToInt16(40000), 32767);
-  EXPECT_EQ(RoundToInt16(-1e30F), -32768);
-  EXPECT_EQ(RoundToInt16(std::nanf("")), 0);
+  const std::pair<float, int> cases[] = {{2.5F, 2},      {3.5F, 4},        {-2.5F, -2},       {2.51F, 3},
+                                         {40000, 32767}, {-1e30F, -32768}, {std::nanf(""), 0}};
+  for (const auto& [value, rounded] : cases) EXPECT_EQ(RoundToInt16(value), rounded) << value;
 }
 
 TEST(Numbers, WritesFixedDecimals) {
-  EXPECT_EQ(FormatFixed(11, 2, false), "11.00");
-  EXPECT_EQ(FormatFixed(0.5, 2, false), ".50");
-  EXPECT_EQ(FormatFixed(-0.5, 2, false), "-.50");
-  EXPECT_EQ(FormatFixed(0, 2, false), ".00");
+  const std::pair<double, const char*> bare[] = {{11, "11.00"}, {0.5, ".50"}, {-0.5, "-.50"}, {0, ".00"}};
+  for (const auto& [value, text] : bare) EXPECT_EQ(FormatFixed(value, 2, false), text);
+  // Ties go away from zero.
+  const std::pair<double, const char*> full[] = {
+      {0.125, "0.13"}, {-0.125, "-0.13"}, {-0.001, "0.00"}, {99.999, "100.00"}};
+  for (const auto& [value, text] : full) EXPECT_EQ(FormatFixed(value, 2, true), text);
   EXPECT_EQ(FormatFixed(0.5, 6, true), "0.500000");
-  EXPECT_EQ(FormatFixed(0.125, 2, true), "0.13") << "ties go away from zero";
-  EXPECT_EQ(FormatFixed(-0.125, 2, true), "-0.13");
   EXPECT_EQ(FormatFixed(2.5, 0, true), "3");
-  EXPECT_EQ(FormatFixed(-0.001, 2, true), "0.00");
-  EXPECT_EQ(FormatFixed(99.999, 2, true), "100.00");
   EXPECT_EQ(FormatFixed(1e30, 2, true).size(), 34U);
 }
 
