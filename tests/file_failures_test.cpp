@@ -4,6 +4,8 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "designer/character_files.h"
 #include "document/page.h"
@@ -16,18 +18,15 @@
 namespace kelvane {
 namespace {
 
-using Contents = std::map<std::string, std::string>;
-
 constexpr int kMostSteps = 200;
 
 // The paper \P\Essay with pages 1 to 3; page 2 is in memory and has a line more than its file.
 class FileFailuresTest : public EditorTest {
  protected:
   void SetUp() override {
-    for (const char* page : {"001", "002", "003"}) {
-      files.contents["\\P\\Essay." + std::string(page)] =
-          "50 60 m 11 F0 (page " + std::string(page) + ") 1 s\r\n10 20 m 1 lw 5 5 rl stroke\r\n";
-    }
+    for (const std::string page : {"001", "002", "003"})
+      files.contents["\\P\\Essay." + page] =
+          "50 60 m 11 F0 (page " + page + ") 1 s\r\n10 20 m 1 lw 5 5 rl stroke\r\n";
     files.contents["\\P\\Other.001"] = "50 60 m 11 F0 (other) 1 s\r\n";
     files.contents["\\P\\Essay.PS"] = "an old print";
     files.contents["\\P\\Essay.TXT"] = "an old text";
@@ -72,16 +71,13 @@ class FileFailuresTest : public EditorTest {
     RunHandler(run);
     const bool failed = files.steps >= step;
     files.FailNothing();
-    if (failed) {
-      // A command that stopped has not asked all that it would have asked.
-      const std::vector<std::string> told = dialogs.messages;
-      dialogs = ScriptedDialogs();
-      EXPECT_FALSE(told.empty());
-      ExpectOldOrNew();
-      ExpectPageUnharmed();
-      if (check) check();
-    }
-    return failed;
+    if (!failed) return false;
+    EXPECT_FALSE(dialogs.messages.empty());
+    dialogs = ScriptedDialogs();  // a command that stopped has not asked all that it would have asked
+    ExpectOldOrNew();
+    ExpectPageUnharmed();
+    if (check) check();
+    return true;
   }
 
   void ExpectOldOrNew() {
@@ -100,55 +96,49 @@ class FileFailuresTest : public EditorTest {
   void ExpectPageUnharmed() {
     const std::string line = "12 21 m 11 F0 (typed) 1 s\r\n";
     const bool inFile = Content("\\P\\Essay.002").find(line) != std::string::npos;
-    if (CurrentPageNumber != 2 || CurrentPaperFile != "\\P\\Essay.002") {
-      EXPECT_TRUE(inFile);
-      return;
-    }
+    const bool here = CurrentPageNumber == 2 && CurrentPaperFile == "\\P\\Essay.002";
+    EXPECT_TRUE(inFile || (here && PageChanged != 0));
+    if (!here) return;
     EXPECT_EQ(PageText, "50 60 m 11 F0 (page 002) 1 s\r\n" + line);
-    EXPECT_EQ(DrawingList, "10 20 12.5 22.5 15 25 1\r\n");
-    EXPECT_EQ(DrawingCount, 1);
-    EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
-    EXPECT_EQ(PageBox->Text(), "2");
-    EXPECT_TRUE(PageChanged != 0 || inFile);
+    EXPECT_EQ(std::tie(DrawingList, DrawingCount), std::tuple("10 20 12.5 22.5 15 25 1\r\n", 1));
+    EXPECT_EQ(std::tuple(window->title, PageBox->Text()), std::tuple(" Essay - Kelvane ver 1.7", "2"));
   }
 
   bool lastingFailure = false;
-  Contents stored;
-  Contents whole;  // after the command without a failure
+  std::map<std::string, std::string> stored;
+  std::map<std::string, std::string> whole;  // after the command without a failure
 };
 
-TEST_F(FileFailuresTest, Save) {
-  FailEachStep([&] { window->ChooseEntry("&Save"); });
-}
-
-TEST_F(FileFailuresTest, SaveAs) {
-  FailEachStep([&] {
-    dialogs.AnswerSave("\\P\\New.001");
-    window->ChooseEntry("Save &As");
-  });
-}
-
-TEST_F(FileFailuresTest, SaveAsOverAFile) {
+TEST_F(FileFailuresTest, CommandsOfTheMenu) {
   stored["\\P\\Other.002"] = "what stood there";
-  FailEachStep([&] {
-    dialogs.AnswerSave("\\P\\Other.002");
-    window->ChooseEntry("Save &As");
-  });
-}
-
-TEST_F(FileFailuresTest, NewWithYes) {
-  FailEachStep([&] {
-    dialogs.AnswerYes();
-    window->ChooseEntry("&New");
-  });
-}
-
-TEST_F(FileFailuresTest, OpenWithYes) {
-  FailEachStep([&] {
+  const auto yes = [&] { dialogs.AnswerYes(); };
+  const auto save = [&](const char* path) { return [=, this] { dialogs.AnswerSave(path); }; };
+  const auto replace = [&](const char* path) {
+    return [=, this] {
+      dialogs.AnswerOpen(path);
+      dialogs.AnswerYes();
+    };
+  };
+  const auto openOther = [&] {
     dialogs.AnswerYes();
     dialogs.AnswerOpen("\\P\\Other.001");
-    window->ChooseEntry("Op&en");
-  });
+  };
+  const std::pair<const char*, std::function<void()>> commands[] = {
+      {"&Save", [] {}},
+      {"Save &As", save("\\P\\New.001")},
+      {"Save &As", save("\\P\\Other.002")},
+      {"&New", yes},
+      {"Op&en", openOther},
+      {"&Print", replace("\\P\\Essay.001")},
+      {"Print &One Page", replace("\\P\\Essay.002")},
+      {"&Output As ASCII", replace("\\P\\Essay.002")}};
+  for (const auto& [entry, answer] : commands) {
+    SCOPED_TRACE(entry);
+    FailEachStep([&, name = entry, script = answer] {
+      script();
+      window->ChooseEntry(name);
+    });
+  }
 }
 
 TEST_F(FileFailuresTest, TurningPages) {
@@ -157,27 +147,6 @@ TEST_F(FileFailuresTest, TurningPages) {
   FailEachStep([&] {
     window->BoxOf("Page Number")->Type("3");
     window->BoxOf("Page Number")->PressEnter();
-  });
-}
-
-TEST_F(FileFailuresTest, Printing) {
-  FailEachStep([&] {
-    dialogs.AnswerOpen("\\P\\Essay.001");
-    dialogs.AnswerYes();
-    window->ChooseEntry("&Print");
-  });
-  FailEachStep([&] {
-    dialogs.AnswerOpen("\\P\\Essay.002");
-    dialogs.AnswerYes();
-    window->ChooseEntry("Print &One Page");
-  });
-}
-
-TEST_F(FileFailuresTest, PlainText) {
-  FailEachStep([&] {
-    dialogs.AnswerOpen("\\P\\Essay.002");
-    dialogs.AnswerYes();
-    window->ChooseEntry("&Output As ASCII");
   });
 }
 
@@ -197,17 +166,16 @@ TEST_F(FileFailuresTest, Exit) {
 
 // The four files of the font agree with each other and with memory: one failure leaves none of them changed.
 TEST_F(FileFailuresTest, SavingAGlyph) {
-  const std::vector<std::string> strokes = {"10 40 15 40 20 40 20 35 20 30"};
-  const std::string procedure = "0 0 moveto 65 0 rlineto st";
-  const auto run = [&] {
-    LeaveEditing();
-    SaveGlyph(65, strokes);
-  };
-  FailEachStep(run, [&] {
-    EXPECT_EQ(CharacterDefs[65 - kFirstGlyph][0], procedure);
-    EXPECT_EQ(TypefaceTable[12].Widths[65], TestWidth(12, 65));
-    EXPECT_TRUE(lastingFailure || files.contents == stored);
-  });
+  FailEachStep(
+      [] {
+        LeaveEditing();
+        SaveGlyph(65, {"10 40 15 40 20 40 20 35 20 30"});
+      },
+      [&] {
+        EXPECT_EQ(CharacterDefs[65 - kFirstGlyph][0], "0 0 moveto 65 0 rlineto st");
+        EXPECT_EQ(TypefaceTable[12].Widths[65], TestWidth(12, 65));
+        EXPECT_TRUE(lastingFailure || files.contents == stored);
+      });
 }
 
 }  // namespace

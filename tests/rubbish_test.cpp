@@ -9,6 +9,7 @@
 
 #include "app/settings.h"
 #include "designer/character_files.h"
+#include "document/fields.h"
 #include "document/numbers.h"
 #include "document/page.h"
 #include "editing/cursor.h"
@@ -49,53 +50,27 @@ class RubbishTest : public EditorTest {
   std::string Spoilt(std::string text) {
     for (std::size_t i = Roll(8); i > 0 && !text.empty(); --i) {
       const std::size_t at = Roll(text.size());
-      switch (Roll(4)) {
-        case 0:
-          text[at] = static_cast<char>(Roll(256));
-          break;
-        case 1:
-          text.erase(at, Roll(40));
-          break;
-        case 2:
-          text.insert(at, text.substr(Roll(text.size()), Roll(40)));
-          break;
-        default:
-          text.resize(at);
-          break;
-      }
+      const std::size_t kind = Roll(4);
+      if (kind == 0) text[at] = static_cast<char>(Roll(256));
+      if (kind == 1) text.erase(at, Roll(40));
+      if (kind == 2) text.insert(at, text.substr(Roll(text.size()), Roll(40)));
+      if (kind == 3) text.resize(at);
     }
     return text;
   }
 
   std::string Rubbish(const std::string& good, const std::vector<std::string>& words) {
-    switch (Roll(3)) {
-      case 0:
-        return RandomBytes(600);
-      case 1:
-        return RandomWords(words);
-      default:
-        return Spoilt(good);
-    }
+    const std::size_t kind = Roll(3);
+    return kind == 0 ? RandomBytes(600) : kind == 1 ? RandomWords(words) : Spoilt(good);
   }
 };
 
-const std::vector<std::string> kNumbers = {"0",
-                                           "1",
-                                           "-2.5",
-                                           "1e38",
-                                           "-1e38",
-                                           "1e-40",
-                                           "nan",
-                                           "inf",
-                                           "14400",
-                                           "65536",
-                                           ".",
-                                           "-",
-                                           "99999999999999999999"};
+const std::string kNumbers = "0|1|-2.5|1e38|-1e38|1e-40|nan|inf|14400|65536|.|-|99999999999999999999";
 
-std::vector<std::string> WithNumbers(std::vector<std::string> words) {
-  words.insert(words.end(), kNumbers.begin(), kNumbers.end());
-  return words;
+// The words between the bars of a text.
+std::vector<std::string> Words(const std::string& text) {
+  const std::vector<std::string_view> fields = SplitFields(text, "|");
+  return {fields.begin(), fields.end()};
 }
 
 TEST_F(RubbishTest, PageFiles) {
@@ -104,9 +79,9 @@ TEST_F(RubbishTest, PageFiles) {
       "2\xF2 + \xE8"
       "a) 1 s\r\n10 20 m 9.5 FC (A B) 3 40 a\r\n\r\nno entry\r\n"
       "10 20 m 121 lw 5 5 rl 1 2 3 4 rb stroke\r\n0 0 m 20 lw 10 0 rl 0 10 rl -10 -10 rl fill\r\n";
-  const std::vector<std::string> words = WithNumbers(
-      {"m", "lw", "rl", "rb",   "stroke", "fill", "F0",         "FC",       "(",    ")",   "(x y)",
-       "3", "s",  "a",  "\r\n", "\n",     "\"",   "stroke\r\n", "fill\r\n", "\xF6", "\xFB"});
+  std::vector<std::string> words =
+      Words("m|lw|rl|rb|stroke|fill|F0|FC|(|)|(x y)|3|s|a|\r\n|\n|stroke\r\n|fill\r\n|\xF6|\xFB|" + kNumbers);
+  words.push_back("\"");
   Start();
   int understood = 0;
   for (int round = 0; round < kRounds; ++round) {
@@ -138,46 +113,25 @@ TEST_F(RubbishTest, PageFiles) {
 
 TEST_F(RubbishTest, Settings) {
   const std::string good =
-      "PDIR = \\P\\\r\nPAPERWIDTH = 612\r\nGRIDX = 4\r\nGRIDY = 2\r\nSCALE = 3\r\nGUIDEX = 72\r\nGUIDEY = "
-      "9\r\n"
-      "FONTNUMBER = 12\r\nFONTSIZE = 9.5\r\nCURSORMODE = 9\r\nCURSORX = 6\r\nSTARTX = 5\r\nFORMWIDTH = "
-      "8000\r\n";
-  const std::vector<std::string> words = WithNumbers({"PDIR =",
-                                                      "PAPERWIDTH =",
-                                                      "paperheight=",
-                                                      "STARTX =",
-                                                      "STARTY=",
-                                                      "SCALE =",
-                                                      "GRIDX =",
-                                                      "GRIDY =",
-                                                      "GUIDEX =",
-                                                      "GUIDEY =",
-                                                      "FONTNUMBER =",
-                                                      "FONTSIZE =",
-                                                      "CURSORMODE =",
-                                                      "CURSORX =",
-                                                      "CURSORY =",
-                                                      "FORMLEFT =",
-                                                      "FORMTOP =",
-                                                      "FORMWIDTH =",
-                                                      "FORMHEIGHT =",
-                                                      "\r\n",
-                                                      "\r\n",
-                                                      "\n",
-                                                      "="});
+      "PDIR = \\P\\\r\nPAPERWIDTH = 612\r\nGRIDX = 4\r\nGRIDY = 2\r\nSCALE = 3\r\nGUIDEX = 72\r\n"
+      "FONTNUMBER = 12\r\nFONTSIZE = 9.5\r\nCURSORMODE = 9\r\nSTARTX = 5\r\nFORMWIDTH = 8000\r\n";
+  const std::vector<std::string> words = Words(
+      "PDIR =|PAPERWIDTH =|paperheight=|STARTX =|STARTY=|SCALE =|GRIDX =|GRIDY =|GUIDEX =|GUIDEY "
+      "=|FONTNUMBER =|"
+      "FONTSIZE =|CURSORMODE =|CURSORX =|CURSORY =|FORMLEFT =|FORMTOP =|FORMWIDTH =|FORMHEIGHT "
+      "=|\r\n|\r\n|\n|=" +
+      kNumbers);
   for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     const std::string content = Rubbish(good, words);
     SCOPED_TRACE(::testing::PrintToString(content));
     files.contents["\\Kelvane\\QRX.DAT"] = content;
     Start();
-    EXPECT_TRUE(GridStepH >= 1 && GridStepH <= 6 && GridStepV >= 1 && GridStepV <= 6);
-    EXPECT_TRUE(SCALE > 0 && PaperWidth > 0 && PaperHeight > 0);
-    EXPECT_TRUE(PaperWidth <= 14400 && PaperHeight <= 14400);
+    EXPECT_TRUE(GridStepH >= 1 && GridStepH <= 6 && GridStepV >= 1 && GridStepV <= 6 && SCALE > 0);
+    for (const float side : {PaperWidth, PaperHeight}) EXPECT_TRUE(side > 0 && side <= 14400);
     EXPECT_TRUE(IsTypeface(BaseFont));
     EXPECT_TRUE(CursorMode >= -9 && CursorMode <= 9);
-    for (const float value : {STARTX, STARTY, FontSize, CursorX, CursorY, FormPlace.left, FormPlace.width}) {
+    for (const float value : {STARTX, STARTY, FontSize, CursorX, CursorY, FormPlace.left, FormPlace.width})
       EXPECT_TRUE(std::isfinite(value));
-    }
     PlaceAt("Center", 100, 100);
     canvas->Type("x\r");
     TextEntry entry;
@@ -194,14 +148,12 @@ TEST_F(RubbishTest, Settings) {
 TEST_F(RubbishTest, GlyphsAndWidths) {
   const std::string good = Content("\\Kelvane\\MATH0.PSF");
   const std::vector<std::string> words =
-      WithNumbers({"/CharacterDefs", "\r\n/.notdef", "{", "}", "def\r\n", "moveto", "rlineto", "rc", "rp",
-                   "ci", "st", "fill", "\r\n"});
+      Words("/CharacterDefs|\r\n/.notdef|{|}|def\r\n|moveto|rlineto|rc|rp|ci|st|fill|\r\n|" + kNumbers);
   int understood = 0;
   for (int round = 0; round < kRounds; ++round) {
     files.contents["\\Kelvane\\MATH0.PSF"] = Roll(4) == 0 ? Rubbish(good, words) : Spoilt(good);
-    for (const char* table : {"TN.WT", "MATH0.WT"}) {
-      files.contents["\\Kelvane\\" + std::string(table)] = RandomBytes(1200);
-    }
+    for (const char* table : {"\\Kelvane\\TN.WT", "\\Kelvane\\MATH0.WT"})
+      files.contents[table] = RandomBytes(1200);
     try {
       LoadCharacterDefs();
       ++understood;
@@ -210,9 +162,8 @@ TEST_F(RubbishTest, GlyphsAndWidths) {
     }
     LoadWidthTables();
     // Procedures of any kind, whatever the file's braces held.
-    for (auto& columns : CharacterDefs) {
+    for (auto& columns : CharacterDefs)
       if (Roll(3) == 0) columns[0] = RandomWords(words);
-    }
     std::string all;
     for (int code = 1; code < 256; ++code) all += static_cast<char>(code);
     for (const std::int16_t font : {0, 12, 15}) {
@@ -226,12 +177,10 @@ TEST_F(RubbishTest, GlyphsAndWidths) {
 
 TEST_F(RubbishTest, HelpAndMacros) {
   const std::string good = "<PAGE>\r\n<H1>One</H1> text\r\n<H2>Two</H2>\r\n<page><h3>x</h3>\r\n";
-  const std::vector<std::string> words = {"<PAGE>", "<H1>", "</H1>", "<H6>", "</h6>",
-                                          "text",   "\r\n", "<",     ">"};
+  const std::vector<std::string> words = Words("<PAGE>|<H1>|</H1>|<H6>|</h6>|text|\r\n|<|>");
   for (int round = 0; round < kRounds; ++round) {
     files.contents["\\Kelvane\\QRX.HLP"] = Rubbish(good, words);
-    files.contents.erase("\\Kelvane\\QRX.HCT");
-    files.contents.erase("\\Kelvane\\QRX.HIX");
+    for (const char* index : {"\\Kelvane\\QRX.HCT", "\\Kelvane\\QRX.HIX"}) files.contents.erase(index);
     const auto size = static_cast<std::int64_t>(files.contents["\\Kelvane\\QRX.HLP"].size());
     RunHandler(IndexHelpFile);
     for (const std::int64_t start : HelpPageStarts) EXPECT_TRUE(start >= 0 && start < size);
@@ -253,11 +202,12 @@ TEST_F(RubbishTest, HelpAndMacros) {
 
 // Pages that somebody wrote with extreme numbers are drawn and measured without harm.
 TEST_F(RubbishTest, ExtremePagesAreDrawn) {
+  const std::vector<std::string> numbers = Words(kNumbers);
   Start();
   for (int round = 0; round < kRounds; ++round) {
     PageText.clear();
     DrawingList.clear();
-    const auto number = [&] { return kNumbers[Roll(kNumbers.size())] + " "; };
+    const auto number = [&] { return numbers[Roll(numbers.size())] + " "; };
     for (int line = 0; line < 4; ++line) {
       PageText += number() + number() + "m " + number() + "F" + "0CF?"[Roll(4)] + " (a " + RandomBytes(20) +
                   ") " + number() + (Roll(2) ? "s" : number() + "a") + "\r\n";
