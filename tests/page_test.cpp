@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "document/fields.h"
 #include "document/numbers.h"
@@ -15,12 +17,8 @@ const std::string kPath = "\\P\\Essay.001";
 
 class PageTest : public ProgramTest {
  protected:
-  std::string Sorted() {
-    WritePageSorted(kPath);
-    return files.contents.at(kPath);
-  }
-  std::string Plain() {
-    WritePagePlain(kPath);
+  std::string Written(void (*write)(const std::string& path)) {
+    write(kPath);
     return files.contents.at(kPath);
   }
   void Read(const std::string& content) {
@@ -30,33 +28,21 @@ class PageTest : public ProgramTest {
 };
 
 TEST(TextEntries, AreTakenApart) {
-  TextEntry entry;
-  ASSERT_TRUE(ParseTextEntry("72 -700.5 m 12 FA (x = (1) \xF0 s) 1 s", entry));
-  EXPECT_EQ(entry.x, 72);
-  EXPECT_EQ(entry.y, -700.5F);
-  EXPECT_EQ(entry.size, 12);
-  EXPECT_EQ(entry.font, 10);
-  EXPECT_EQ(entry.text, "x = (1) \xF0 s");
-  EXPECT_EQ(entry.anchor, 1);
-  EXPECT_FALSE(entry.justified);
-
-  ASSERT_TRUE(ParseTextEntry("1 2 m 3 F0 (a b) 9 450.5 a", entry));
-  EXPECT_TRUE(entry.justified);
-  EXPECT_EQ(entry.amount, 450.5F);
-  EXPECT_EQ(entry.anchor, 9);
-
-  ASSERT_TRUE(ParseTextEntry("x y m z F0 ()) q s", entry)) << "unreadable numbers are 0";
-  EXPECT_EQ(entry.x + entry.y + entry.size + static_cast<float>(entry.anchor), 0);
-  EXPECT_EQ(entry.text, ")");
-  EXPECT_EQ(entry.amount, 0) << "left over from the entry before";
-}
-
-TEST(TextEntries, UnknownTypefacesCountAsTheFirst) {
-  TextEntry entry;
-  for (const char* font : {"F", "Fa", "FG", "F10", "F-"}) {
+  TextEntry entry;  // the same for all: nothing of an entry may be left in the next
+  const auto parts = [&](const char* line) {
+    EXPECT_TRUE(ParseTextEntry(line, entry)) << line;
+    return std::tie(entry.x, entry.y, entry.size, entry.font, entry.text, entry.anchor, entry.justified,
+                    entry.amount);
+  };
+  EXPECT_EQ(parts("72 -700.5 m 12 FA (x = (1) \xF0 s) 1 s"),
+            std::tuple(72, -700.5F, 12, 10, "x = (1) \xF0 s", 1, false, 0));
+  EXPECT_EQ(parts("1 2 m 3 F0 (a b) 9 450.5 a"), std::tuple(1, 2, 3, 0, "a b", 9, true, 450.5F));
+  EXPECT_EQ(parts("x y m z F0 ()) q s"), std::tuple(0, 0, 0, 0, ")", 0, false, 0))
+      << "unreadable numbers are 0";
+  for (const std::string font : {"F", "Fa", "FG", "F10", "F-"}) {
     entry.font = 5;
-    EXPECT_TRUE(ParseTextEntry("1 2 m 3 " + std::string(font) + " (a) 1 s", entry)) << font;
-    EXPECT_EQ(entry.font, 0) << font;
+    EXPECT_EQ(parts(("1 2 m 3 " + font + " (a) 1 s").c_str()), std::tuple(1, 2, 3, 0, "a", 1, false, 0))
+        << "unknown typefaces count as the first";
   }
 }
 
@@ -80,47 +66,38 @@ TEST(Drawings, ConvertBetweenRecordAndLine) {
     EXPECT_EQ(DrawingRecordToLine(record), line);
     EXPECT_EQ(LineToDrawingRecord(line), record);
   }
-  EXPECT_EQ(DrawingRecordToLine("10 20 15 20 20 20 007"), "10 20 m 007 lw 10 0 rl stroke")
-      << "the last value is copied as it stands";
-}
-
-TEST(Drawings, ShortAndEmptyOnesAreSkipped) {
-  EXPECT_EQ(DrawingRecordToLine(""), "");
-  EXPECT_EQ(DrawingRecordToLine("1 2 3 4"), "");
-  EXPECT_EQ(LineToDrawingRecord(""), "");
-  EXPECT_EQ(LineToDrawingRecord("1 2 m"), "1 2 0");
-  EXPECT_EQ(LineToDrawingRecord("1 x m stroke"), "1 0 0");
 }
 
 // The middle is taken in single precision: in double precision the middle of 0.1 and 0.4 is not the single
-// 0.25, and the straight line would become a curve.
-TEST(Drawings, StraightSegmentsAreKnownBySinglePrecisionMiddles) {
-  EXPECT_EQ(DrawingRecordToLine("0.1 0.3 0.25 0.2 0.4 0.1 1"), "0.1 0.3 m 1 lw 0.3 -0.2 rl stroke");
-  EXPECT_EQ(DrawingRecordToLine("0 0 5.0001 0 10 0 1"), "0 0 m 1 lw 5.0001 0 10 0 rb stroke");
+// 0.25, and the straight line would become a curve. The last value is copied as it stands.
+TEST(Drawings, RecordsBecomeLines) {
+  const std::pair<const char*, const char*> pairs[] = {
+      {"0.1 0.3 0.25 0.2 0.4 0.1 1", "0.1 0.3 m 1 lw 0.3 -0.2 rl stroke"},
+      {"0 0 5.0001 0 10 0 1", "0 0 m 1 lw 5.0001 0 10 0 rb stroke"},
+      {"10 20 15 20 20 20 007", "10 20 m 007 lw 10 0 rl stroke"},
+      {"1 2 3 4", ""}};
+  for (const auto& [record, line] : pairs) EXPECT_EQ(DrawingRecordToLine(record), line) << record;
 }
 
-TEST(Drawings, ClosedShapesStayClosedThroughWrittenDigits) {
-  EXPECT_EQ(LineToDrawingRecord("0 0 m 1 lw 10 0 rl 0 10 rl -10 -10.009 rl fill"),
-            "0 0 5 0 10 0 10 5 10 10 5 5 0 0 1");
-  EXPECT_EQ(LineToDrawingRecord("0 0 m 1 lw 10 0 rl 3 4 -10.009 0 rb fill"), "0 0 5 0 10 0 13 4 0 0 1");
-  EXPECT_EQ(LineToDrawingRecord("0 0 m 1 lw 10 0 rl 3 4 -10.02 0 rb fill"),
-            "0 0 5 0 10 0 13 4 -0.02000046 0 1")
-      << "a gap that can be seen stays";
-  EXPECT_EQ(LineToDrawingRecord("0 0 m 1 lw 10 0 rl -10.009 0 rl stroke"),
-            "0 0 5 0 10 0 4.9955 0 -0.008999825 0 1")
-      << "an open path is left alone";
+// Shapes that were closed stay so through the digits written; open paths and gaps that can be seen stay open.
+TEST(Drawings, LinesBecomeRecords) {
+  const std::pair<const char*, const char*> pairs[] = {
+      {"0 0 m 1 lw 10 0 rl 0 10 rl -10 -10.009 rl fill", "0 0 5 0 10 0 10 5 10 10 5 5 0 0 1"},
+      {"0 0 m 1 lw 10 0 rl 3 4 -10.009 0 rb fill", "0 0 5 0 10 0 13 4 0 0 1"},
+      {"0 0 m 1 lw 10 0 rl 3 4 -10.02 0 rb fill", "0 0 5 0 10 0 13 4 -0.02000046 0 1"},
+      {"0 0 m 1 lw 10 0 rl -10.009 0 rl stroke", "0 0 5 0 10 0 4.9955 0 -0.008999825 0 1"},
+      {"1 x m stroke", "1 0 0"}};
+  for (const auto& [line, record] : pairs) EXPECT_EQ(LineToDrawingRecord(line), record) << line;
+  EXPECT_EQ(CountFields(LineToDrawingRecord("1 1 rl 2 2 m 1 lw stroke"), " "), 8) << "a path without a start";
 }
 
 TEST(Drawings, OperandErrorsAreFailures) {
-  const std::string forty = ReplaceAll(std::string(40, '1'), "1", "1 ");
+  std::string forty;
+  for (int i = 0; i < 40; ++i) forty += "1 ";
   EXPECT_EQ(LineToDrawingRecord(forty + "m"), "1 1 0");
   for (const std::string& line : {forty + "1 m", std::string("1 m"), std::string("1 1 m 2 rl"),
                                   std::string("1 1 m 1 2 3 rb stroke"), std::string("lw stroke")})
     EXPECT_THROW(LineToDrawingRecord(line), Failure) << line;
-}
-
-TEST(Drawings, APathWithoutAStartIsNoUsableRecord) {
-  EXPECT_EQ(CountFields(LineToDrawingRecord("1 1 rl 2 2 m 1 lw stroke"), " "), 8);
 }
 
 TEST_F(PageTest, SortedFormGoesDownThePageAndThenRight) {
@@ -136,7 +113,7 @@ TEST_F(PageTest, SortedFormGoesDownThePageAndThenRight) {
   DrawingList = "10 20 15 20 20 20 1\r\n1 2\r\n0 0 5 5 10 0 1\r\n";
   DrawingCount = 3;
   const std::string before = PageText;
-  EXPECT_EQ(Sorted(),
+  EXPECT_EQ(Written(WritePageSorted),
             "5 -3 m 12 F0 (top, unterminated) 1 s\r\n"
             "\"a note, 5\r\n"
             "0 9.5 m 12 F0 (ends in @) 1 s @\r\n"
@@ -153,10 +130,11 @@ TEST_F(PageTest, PlainFormKeepsTheOrder) {
   PageText = "2 2 m 12 F0 (b) 1 s\r\n\r\n1 1 m 12 F0 (a) 1 s";
   DrawingList = "10 20 15 20 20 20 1\r\n";
   DrawingCount = 1;
-  EXPECT_EQ(Plain(), "2 2 m 12 F0 (b) 1 s\r\n\r\n1 1 m 12 F0 (a) 1 s\r\n10 20 m 1 lw 10 0 rl stroke\r\n");
+  EXPECT_EQ(Written(WritePagePlain),
+            "2 2 m 12 F0 (b) 1 s\r\n\r\n1 1 m 12 F0 (a) 1 s\r\n10 20 m 1 lw 10 0 rl stroke\r\n");
   ClearPage();
-  EXPECT_EQ(Plain(), "");
-  EXPECT_EQ(Sorted(), "");
+  EXPECT_EQ(Written(WritePagePlain), "");
+  EXPECT_EQ(Written(WritePageSorted), "");
 }
 
 TEST_F(PageTest, ReadingPartsTextFromDrawings) {
@@ -185,31 +163,32 @@ TEST_F(PageTest, WhatIsWrittenReadsTheSame) {
   DrawingList = "0.1 0.3 0.25 0.2 0.4 0.1 1\r\n600.1234 1 3 4 700.2345 6 121\r\n";
   DrawingCount = 2;
   const std::string text = PageText;
-  const std::string first = Plain();
+  const std::string first = Written(WritePagePlain);
   ReadPage(kPath);
   EXPECT_EQ(PageText, text);
-  EXPECT_EQ(Plain(), first);
+  EXPECT_EQ(Written(WritePagePlain), first);
 }
 
 // Its line is longer than any text line may be.
 TEST_F(PageTest, ADrawingOfTenThousandSegmentsComesBack) {
-  for (int i = 0; i <= 10000; ++i) {
-    const std::string x = FormatSingle(static_cast<float>(i % 500));
-    DrawingList += i == 0 ? "0 0" : " " + x + " " + x + " " + x + " 1";
+  DrawingList = "0 0";
+  for (int i = 1; i <= 10000; ++i) {
+    const std::string x = " " + FormatSingle(static_cast<float>(i % 500));
+    DrawingList += x + x + x + " 1";
   }
   DrawingList += " 1\r\n";
   DrawingCount = 1;
   const std::string list = DrawingList;
-  EXPECT_GT(Plain().size(), 100000U);
+  EXPECT_GT(Written(WritePagePlain).size(), 100000U);
   ReadPage(kPath);
   EXPECT_EQ(DrawingList, list);
   EXPECT_EQ(PageText, "");
 }
 
 TEST_F(PageTest, DamagedPagesNameTheLineAndLeaveThePageInMemory) {
-  PageText = "1 1 m 12 F0 (here) 1 s\r\n";
-  DrawingList = "10 20 15 20 20 20 1\r\n";
-  DrawingCount = 1;
+  const std::string text = PageText = "1 1 m 12 F0 (here) 1 s\r\n";
+  const std::string drawings = DrawingList = "10 20 15 20 20 20 1\r\n";
+  const int count = DrawingCount = 1;
   const std::string nul = std::string("a\r\nb") + '\0' + "\r\n";
   const std::pair<std::string, const char*> cases[] = {
       {"fine\r\n1 m stroke\r\n",
@@ -224,9 +203,7 @@ TEST_F(PageTest, DamagedPagesNameTheLineAndLeaveThePageInMemory) {
   };
   for (const auto& [content, message] : cases) {
     EXPECT_EQ(FailureOf([&] { Read(content); }), message);
-    EXPECT_EQ(PageText, "1 1 m 12 F0 (here) 1 s\r\n");
-    EXPECT_EQ(DrawingList, "10 20 15 20 20 20 1\r\n");
-    EXPECT_EQ(DrawingCount, 1);
+    EXPECT_EQ(std::tie(PageText, DrawingList, DrawingCount), std::tie(text, drawings, count));
   }
   Read(std::string(65535, 'x'));
   EXPECT_EQ(PageText.size(), 65537U);
