@@ -37,6 +37,7 @@ TEST_F(CursorTest, EachModeHasItsPointer) {
     EXPECT_EQ(canvas->pointer, "");
     for (const int other : {-mode, 12, -32768}) SetCanvasPointer(static_cast<std::int16_t>(other));
     EXPECT_EQ(canvas->pointer, icon);
+    EXPECT_EQ(Down().find('1'), mode <= 9 ? static_cast<std::size_t>(mode) : std::string::npos);
   }
   canvas->icons.clear();
   SetCanvasPointer(5);  // a missing icon is no reason to stop

@@ -64,15 +64,5 @@ TEST_F(MacrosTest, InsertsAtTheCursorPoint) {
   EXPECT_EQ(Text4->Text(), PendingRun);
 }
 
-TEST_F(MacrosTest, KeepsTheOldFileWhenWritingFails) {
-  files.contents[ProgramFolder + "QRX.MCR"] = "old\r\n";
-  const auto before = files.contents;
-  for (const FileStep step : {FileStep::Create, FileStep::Write, FileStep::Close, FileStep::Rename}) {
-    files.FailStep(step);
-    FailureOf(WriteMacros);
-    EXPECT_EQ(files.contents, before);
-  }
-}
-
 }  // namespace
 }  // namespace kelvane

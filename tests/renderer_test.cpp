@@ -172,7 +172,6 @@ TEST_F(RendererTest, JustifiedRunsEndAtTheirAmount) {
   EXPECT_EQ(RedrawText("10 50 m 10 F0 (xx) 3 90 a"), RedrawText("10 50 m 10 F0 (xx) 3 s"));
   EXPECT_EQ(RedrawText("10 50 m 10 F0 (x x) 3 s"),
             "text Times New Roman 20 (x x) 10 50 15 50 17.5 50 #000000\n");
-  EXPECT_FALSE(JustificationOn);
 }
 
 TEST_F(RendererTest, UnusualEntriesAreStillDrawn) {
@@ -215,6 +214,7 @@ TEST_F(RendererTest, PaintsInOrderAndChangesNothingElse) {
   EXPECT_EQ(Redraw(), drawn);
   EXPECT_EQ(canvas->Drawn(Layer::Overlay), overlay);
   EXPECT_EQ(PageText, text);
+  EXPECT_FALSE(JustificationOn);
   EXPECT_EQ(CurrentFont, 5);
   EXPECT_EQ(FontLabel->Text(), "Helvetica-Bold 13.00pts");
   EXPECT_EQ(PendingRun, "a\xE5");
