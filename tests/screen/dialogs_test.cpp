@@ -71,56 +71,50 @@ TEST(DialogsTest, EscapeBeforeALossIsNoAnswer) {
 
 class FileDialogsTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    existing = folder.filePath(QStringLiteral("Essay.001"));
-    QFile file(existing);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  }
-  static void Enter(QFileDialog& dialog, const QString& name) {
-    auto* edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-    edit->setText(name);
+  void SetUp() override { ASSERT_TRUE(QFile(existing).open(QIODevice::WriteOnly)); }
+
+  static void Enter(QFileDialog& dialog, const char* name) {
+    dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(name);
     QMetaObject::invokeMethod(&dialog, "accept");
   }
-  std::string Folder() const { return BackslashPath(folder.path().toStdString()); }
-  std::string Save() { return dialogs.ChooseToSave("Save As", "*.001|*.001", Folder()); }
+  // Enters a name in the next file dialog, and behind the message that comes of it another one, or none.
+  void EnterTwice(const char* name, const QString& inMessage, const char* other) {
+    Next<QFileDialog>([=](QFileDialog& dialog) {
+      Next<QMessageBox>([=](QMessageBox& message) {
+        EXPECT_TRUE(message.text().contains(inMessage)) << message.text().toStdString();
+        Next<QFileDialog>([=](QFileDialog& again) {
+          if (other != nullptr) Enter(again, other);
+          if (other == nullptr) Press(again, Qt::Key_Escape);
+        });
+        Press(message, Qt::Key_Return);
+      });
+      Enter(dialog, name);
+    });
+  }
+  std::string Save() { return dialogs.ChooseToSave("Save As", "*.001|*.001", path); }
+  std::string Open() { return dialogs.ChooseToOpen("Open", "*.001|*.001", path); }
 
   QtDialogs dialogs;
   QTemporaryDir folder;
-  QString existing;
+  const QString existing = folder.filePath(QStringLiteral("Essay.001"));
+  const std::string path = BackslashPath(folder.path().toStdString());
 };
 
 TEST_F(FileDialogsTest, OpensWithBackslashPathFromTheGivenFolder) {
   Next<QFileDialog>([this](QFileDialog& dialog) {
     EXPECT_EQ(dialog.directory().path(), folder.path());
     EXPECT_EQ(dialog.nameFilters(), QStringList(QStringLiteral("*.001")));
-    Enter(dialog, QStringLiteral("Essay.001"));
+    Enter(dialog, "Essay.001");
   });
-  EXPECT_EQ(dialogs.ChooseToOpen("Open", "*.001|*.001", Folder()), Folder() + "\\Essay.001");
+  EXPECT_EQ(Open(), path + "\\Essay.001");
   Next<QFileDialog>([](QFileDialog& dialog) { Press(dialog, Qt::Key_Escape); });
-  EXPECT_EQ(dialogs.ChooseToOpen("Open", "*.001|*.001", Folder()), "");
+  EXPECT_EQ(Open(), "");
 }
 
-TEST_F(FileDialogsTest, AsksBeforeAFileIsReplaced) {
-  Next<QFileDialog>([this](QFileDialog& dialog) {
-    Next<QMessageBox>([this](QMessageBox& question) {
-      EXPECT_TRUE(question.text().contains(existing));
-      Next<QFileDialog>([](QFileDialog& again) { Enter(again, QStringLiteral("New.001")); });
-      Press(question, Qt::Key_Return);
-    });
-    Enter(dialog, QStringLiteral("Essay.001"));
-  });
-  EXPECT_EQ(Save(), Folder() + "\\New.001");
-}
-
-TEST_F(FileDialogsTest, RefusesABackslashInAName) {
-  Next<QFileDialog>([](QFileDialog& dialog) {
-    Next<QMessageBox>([](QMessageBox& refusal) {
-      EXPECT_TRUE(refusal.text().contains(QStringLiteral("a\\b.001")));
-      Next<QFileDialog>([](QFileDialog& again) { Press(again, Qt::Key_Escape); });
-      Press(refusal, Qt::Key_Return);
-    });
-    Enter(dialog, QStringLiteral("a\\b.001"));
-  });
+TEST_F(FileDialogsTest, AsksBeforeAFileIsReplacedAndRefusesABackslash) {
+  EnterTwice("Essay.001", existing, "New.001");
+  EXPECT_EQ(Save(), path + "\\New.001");
+  EnterTwice("a\\b.001", QStringLiteral("a\\b.001"), nullptr);
   EXPECT_EQ(Save(), "");
 }
 

@@ -10,62 +10,50 @@
 namespace kelvane {
 namespace {
 
-const QString kData = QStringLiteral(KELVANE_SOURCE_DIR "/data/");
+class PointersTest : public ScreenTest {
+ protected:
+  static std::string Shipped(const std::string& name) {
+    return BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\" + name;
+  }
+  std::string Written(const std::string& name, const std::string& bytes) {
+    const std::string path = BackslashPath(folder.path().toStdString()) + "\\" + name;
+    WriteFileSafely(path, bytes);
+    return path;
+  }
+  QTemporaryDir folder;
+};
 
-std::string ProgramPath(const QString& machinePath) {
-  return BackslashPath(machinePath.toStdString());
-}
-
-QByteArray Bytes(const QString& path) {
-  QFile file(path);
-  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-  return file.readAll();
-}
-
-TEST(PointersTest, ShippedPointersHaveTheHotSpotOfTheirFile) {
+TEST_F(PointersTest, ShippedPointersHaveTheHotSpotOfTheirFile) {
   for (const char* name : {"PVQtplt.ICO", "PVQbtrt.ICO", "PVQmid.ICO", "PVQcross.ICO"}) {
-    const QString path = kData + name;
-    const QByteArray bytes = Bytes(path);
-    ASSERT_GT(bytes.size(), 22) << name;
-    const QCursor* pointer = PointerFromFile(ProgramPath(path));
+    const std::string bytes = DiskFiles().ReadWhole(Shipped(name));
+    ASSERT_GT(bytes.size(), 22U) << name;
+    const QCursor* pointer = PointerFromFile(Shipped(name));
     ASSERT_NE(pointer, nullptr) << name;
     EXPECT_EQ(pointer->hotSpot(), QPoint(bytes[10], bytes[12])) << name;
     EXPECT_EQ(pointer->pixmap().size(), QSize(32, 32)) << name;
-    const QImage image = pointer->pixmap().toImage();
-    EXPECT_GT(qAlpha(image.pixel(pointer->hotSpot())), 0) << name;
-    EXPECT_EQ(PointerFromFile(ProgramPath(path)), pointer) << "read once";
+    EXPECT_GT(qAlpha(pointer->pixmap().toImage().pixel(pointer->hotSpot())), 0) << name;
+    EXPECT_EQ(PointerFromFile(Shipped(name)), pointer) << "read once";
   }
 }
 
-TEST(PointersTest, IconPointsWithItsCentre) {
-  QTemporaryDir folder;
-  QByteArray bytes = Bytes(kData + "PVQtplt.ICO");
+TEST_F(PointersTest, IconPointsWithItsCentre) {
+  std::string bytes = DiskFiles().ReadWhole(Shipped("PVQtplt.ICO"));
   bytes[2] = 1;
-  bytes.replace(10, 4, QByteArray("\x01\x00\x20\x00", 4));
-  QFile file(folder.filePath("icon.ICO"));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(bytes);
-  file.close();
-  const QCursor* pointer = PointerFromFile(ProgramPath(file.fileName()));
+  bytes.replace(10, 4, std::string("\x01\x00\x20\x00", 4));
+  const QCursor* pointer = PointerFromFile(Written("icon.ICO", bytes));
   ASSERT_NE(pointer, nullptr);
   EXPECT_EQ(pointer->hotSpot(), QPoint(16, 16));
 }
 
-class PointersOnCanvasTest : public ScreenTest {};
-
-TEST_F(PointersOnCanvasTest, MissingOrBrokenFileGivesTheArrow) {
+TEST_F(PointersTest, MissingOrBrokenFileGivesTheArrow) {
   Canvas* canvas = window->AddCanvas();
-  auto* widget = static_cast<QtCanvas*>(canvas);
-  EXPECT_TRUE(canvas->SetPointerIcon(ProgramPath(kData + "PVQpoint.ICO")));
-  EXPECT_EQ(widget->cursor().shape(), Qt::BitmapCursor);
-  EXPECT_FALSE(canvas->SetPointerIcon("\\no\\such\\file.ICO"));
-  EXPECT_EQ(widget->cursor().shape(), Qt::ArrowCursor);
-  QTemporaryDir folder;
-  QFile file(folder.filePath("broken.ICO"));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(Bytes(kData + "PVQpoint.ICO").first(100));
-  file.close();
-  EXPECT_FALSE(canvas->SetPointerIcon(ProgramPath(file.fileName())));
+  const std::string half = DiskFiles().ReadWhole(Shipped("PVQpoint.ICO")).substr(0, 100);
+  for (const std::string& bad : {std::string("\\no\\such\\file.ICO"), Written("broken.ICO", half)}) {
+    EXPECT_TRUE(canvas->SetPointerIcon(Shipped("PVQpoint.ICO")));
+    EXPECT_EQ(static_cast<QtCanvas*>(canvas)->cursor().shape(), Qt::BitmapCursor);
+    EXPECT_FALSE(canvas->SetPointerIcon(bad)) << bad;
+    EXPECT_EQ(static_cast<QtCanvas*>(canvas)->cursor().shape(), Qt::ArrowCursor) << bad;
+  }
 }
 
 }  // namespace
