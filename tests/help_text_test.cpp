@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <map>
 #include <set>
+#include <span>
 
 #include "app/main_window.h"
 #include "app/menus.h"
@@ -51,19 +52,40 @@ class HelpText : public ProgramTest {
   Lines Table(const std::string& heading, int number = 0) {
     Lines rows;
     bool onPage = false;
-    int table = -1;
     bool inside = false;
     for (const std::string& line : LinesOf(text)) {
       if (line.starts_with("<H1>")) onPage = line == "<H1>" + heading + "</H1>";
       if (line == "</TABLE>") inside = false;
-      if (onPage && inside && table == number) rows.push_back(line);
-      if (line == "<TABLE>") {
-        inside = true;
-        if (onPage) ++table;
-      }
+      if (onPage && inside) rows.push_back(line);
+      if (line == "<TABLE>") inside = onPage && number-- == 0;
     }
-    EXPECT_FALSE(rows.empty()) << "No table " << number << " on the page " << heading;
+    EXPECT_FALSE(rows.empty()) << "No such table on the page " << heading;
     return rows;
+  }
+
+  // What stands at a column of a table, below its first row.
+  static void ExpectColumn(const Lines& rows, std::size_t column, const Lines& expected) {
+    Lines cells;
+    for (std::size_t i = 1; i < rows.size(); ++i) cells.push_back(Cell(rows[i], column));
+    EXPECT_EQ(cells, expected);
+  }
+
+  static Lines Numbers(int first, int last) {
+    Lines numbers;
+    for (int number = first; number <= last; ++number) numbers.push_back(std::to_string(number));
+    return numbers;
+  }
+  template <typename Entries>
+  static Lines Captions(const Entries& entries) {
+    Lines captions;
+    for (const MenuEntry* entry : entries) captions.push_back(entry->Caption());
+    return captions;
+  }
+  template <typename Buttons>
+  static Lines ButtonCaptions(const Buttons& buttons) {
+    Lines captions;
+    for (const Button* button : buttons) captions.push_back(static_cast<const FakeButton*>(button)->caption);
+    return captions;
   }
 
   std::string text;
@@ -71,17 +93,12 @@ class HelpText : public ProgramTest {
 
 TEST_F(HelpText, IsInGoodForm) {
   EXPECT_EQ(text.find_first_of(std::string("\0\t", 2)), std::string::npos);
-  const auto count = [&](std::string_view what) {
-    int found = 0;
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++found;
-    return found;
-  };
-  EXPECT_EQ(count("\r\n"), count("\n"));
-  EXPECT_EQ(count("\r\n"), count("\r"));
   std::string open;  // the tag that is to be closed next; pages hold tables
   bool headingDue = false;
   int number = 0;
+  std::string lines;
   for (const std::string& line : LinesOf(text)) {
+    lines += line + "\r\n";
     SCOPED_TRACE("line " + std::to_string(++number) + ": " + line);
     EXPECT_LE(line.size(), open == "</TABLE>" ? kWidestTable : kWidestText);
     EXPECT_TRUE(!headingDue || (line.starts_with("<H1>") && line.ends_with("</H1>")));
@@ -102,6 +119,7 @@ TEST_F(HelpText, IsInGoodForm) {
     }
   }
   EXPECT_EQ(open, "");
+  EXPECT_TRUE(lines == text) << "A line ends otherwise";
 }
 
 TEST_F(HelpText, ProgramFindsEveryPageUnderItsHeading) {
@@ -109,55 +127,31 @@ TEST_F(HelpText, ProgramFindsEveryPageUnderItsHeading) {
   std::size_t pages = 0;
   std::set<std::string> headings;
   for (const std::string& line : LinesOf(files.contents[ProgramFolder + "QRX.HCT"])) {
-    if (line.starts_with("<H1 #")) {
-      ++pages;
-      EXPECT_TRUE(line.starts_with("<H1 #" + std::to_string(pages) + ">")) << line;
-      EXPECT_TRUE(headings.insert(line.substr(line.find('>'))).second)
-          << "Two pages have the heading " << line;
-    }
+    if (!line.starts_with("<H1 #")) continue;
+    EXPECT_TRUE(line.starts_with("<H1 #" + std::to_string(++pages) + ">")) << line;
+    EXPECT_TRUE(headings.insert(line.substr(line.find('>'))).second) << "Two pages have the heading " << line;
   }
   EXPECT_EQ(HelpPageStarts.size(), pages);
   EXPECT_GE(pages, 30U);
-  for (const std::int64_t start : HelpPageStarts)
-    EXPECT_EQ(text.substr(static_cast<std::size_t>(start), 8), "<PAGE>\r\n");
 }
 
-TEST_F(HelpText, TypefacesAnchorsAndScriptsAreThoseOfTheWindow) {
+TEST_F(HelpText, TablesAreThoseOfTheWindow) {
   BuildForm1();
   const Lines faces = Table("Typefaces");
-  ASSERT_EQ(faces.size(), static_cast<std::size_t>(kTypefaces) + 1);
-  for (std::size_t font = 0; font < kTypefaces; ++font) {
-    EXPECT_EQ(Cell(faces[font + 1], 0), std::to_string(font));
-    EXPECT_EQ(Cell(faces[font + 1], 5), FontMenu[font]->Caption());
-  }
+  ExpectColumn(faces, 0, Numbers(0, kTypefaces - 1));
+  ExpectColumn(faces, 5, Captions(FontMenu));
   const Lines anchors = Table("Anchors");
-  ASSERT_EQ(anchors.size(), 10U);
-  for (std::size_t mode = 1; mode <= 9; ++mode) {
-    EXPECT_EQ(Cell(anchors[mode], 0), std::to_string(mode));
-    EXPECT_EQ(Cell(anchors[mode], 5), static_cast<FakeButton*>(AnchorButtons[mode])->caption);
-  }
+  ExpectColumn(anchors, 0, Numbers(1, 9));
+  ExpectColumn(anchors, 5, ButtonCaptions(std::span(AnchorButtons).subspan(1)));
   const Lines scripts = Table("Superscripts and subscripts");
-  ASSERT_EQ(scripts.size(), 13U);
-  for (std::size_t i = 0; i < 12; ++i) {
-    EXPECT_EQ(Cell(scripts[i + 1], 0), std::to_string(240 + i));
-    EXPECT_EQ(Cell(scripts[i + 1], 6), static_cast<FakeButton*>(Form1Parts.scripts[i])->caption);
-  }
-}
-
-TEST_F(HelpText, ColoursAndThicknessesAreThoseOfTheMenus) {
-  BuildForm1();
+  ExpectColumn(scripts, 0, Numbers(240, 251));
+  ExpectColumn(scripts, 6, ButtonCaptions(Form1Parts.scripts));
   const Lines colours = Table("Line colours and thicknesses");
-  ASSERT_EQ(colours.size(), 9U);
-  for (std::size_t i = 0; i < 8; ++i) {
-    EXPECT_EQ(Cell(colours[i + 1], 0), std::to_string(i));
-    EXPECT_EQ(Cell(colours[i + 1], 5), ColourMenu[i]->Caption());
-    EXPECT_EQ(Cell(colours[i + 1], 21), std::to_string(i + 8));
-    EXPECT_EQ(Cell(colours[i + 1], 26), ColourMenu[i + 8]->Caption());
-  }
-  const Lines thicknesses = Table("Line colours and thicknesses", 1);
-  ASSERT_EQ(thicknesses.size(), kThicknesses.size() + 1);
-  for (std::size_t i = 0; i < kThicknesses.size(); ++i)
-    EXPECT_EQ(Cell(thicknesses[i + 1], 0), ThicknessMenu[i]->Caption());
+  ExpectColumn(colours, 0, Numbers(0, 7));
+  ExpectColumn(colours, 5, Captions(std::span(ColourMenu).first(8)));
+  ExpectColumn(colours, 21, Numbers(8, 15));
+  ExpectColumn(colours, 26, Captions(std::span(ColourMenu).subspan(8)));
+  ExpectColumn(Table("Line colours and thicknesses", 1), 0, Captions(ThicknessMenu));
 }
 
 TEST_F(HelpText, KeysAreThoseOfTheMenus) {
@@ -176,29 +170,27 @@ TEST_F(HelpText, KeysAreThoseOfTheMenus) {
 
 // Every key of the table takes its value "at first" from it, and gets the program's own start value that way.
 TEST_F(HelpText, SettingsAndTheirFirstValuesAreTheProgramsOwn) {
-  struct Value {
-    const char* key;
-    float (*get)();
-    void (*spoil)();
+  const auto values = [] {
+    return std::map<std::string, float>{{"PAPERWIDTH", PaperWidth},
+                                        {"PAPERHEIGHT", PaperHeight},
+                                        {"STARTX", STARTX},
+                                        {"STARTY", STARTY},
+                                        {"SCALE", SCALE},
+                                        {"GRIDX", GridStepH},
+                                        {"GRIDY", GridStepV},
+                                        {"FONTNUMBER", BaseFont},
+                                        {"FONTSIZE", FontSize},
+                                        {"CURSORMODE", CursorMode},
+                                        {"CURSORX", CursorX},
+                                        {"CURSORY", CursorY},
+                                        {"FORMLEFT", FormPlace.left},
+                                        {"FORMTOP", FormPlace.top},
+                                        {"FORMWIDTH", FormPlace.width},
+                                        {"FORMHEIGHT", FormPlace.height}};
   };
-  const Value values[] = {
-      {"PAPERWIDTH", [] { return PaperWidth; }, [] { PaperWidth = 7; }},
-      {"PAPERHEIGHT", [] { return PaperHeight; }, [] { PaperHeight = 7; }},
-      {"STARTX", [] { return STARTX; }, [] { STARTX = 7; }},
-      {"STARTY", [] { return STARTY; }, [] { STARTY = 7; }},
-      {"SCALE", [] { return SCALE; }, [] { SCALE = 7; }},
-      {"GRIDX", [] { return static_cast<float>(GridStepH); }, [] { GridStepH = 5; }},
-      {"GRIDY", [] { return static_cast<float>(GridStepV); }, [] { GridStepV = 5; }},
-      {"FONTNUMBER", [] { return static_cast<float>(BaseFont); }, [] { BaseFont = 7; }},
-      {"FONTSIZE", [] { return FontSize; }, [] { FontSize = 7; }},
-      {"CURSORMODE", [] { return static_cast<float>(CursorMode); }, [] { CursorMode = 7; }},
-      {"CURSORX", [] { return CursorX; }, [] { CursorX = 7; }},
-      {"CURSORY", [] { return CursorY; }, [] { CursorY = 7; }},
-      {"FORMLEFT", [] { return FormPlace.left; }, [] { FormPlace.left = 7; }},
-      {"FORMTOP", [] { return FormPlace.top; }, [] { FormPlace.top = 7; }},
-      {"FORMWIDTH", [] { return FormPlace.width; }, [] { FormPlace.width = 7; }},
-      {"FORMHEIGHT", [] { return FormPlace.height; }, [] { FormPlace.height = 7; }},
-  };
+  const auto start = values();
+  std::set<std::string> known = {"PDIR", "GUIDEX", "GUIDEY"};
+  for (const auto& [key, value] : start) known.insert(key);
   std::string settings;
   std::set<std::string> keys;
   const Lines rows = Table("Settings file");
@@ -208,17 +200,15 @@ TEST_F(HelpText, SettingsAndTheirFirstValuesAreTheProgramsOwn) {
     keys.insert(key);
     if (!first.empty()) settings += key + " = " + first + "\r\n";
   }
-  std::set<std::string> known = {"PDIR", "GUIDEX", "GUIDEY"};
-  std::map<std::string, float> start;
-  for (const Value& value : values) {
-    known.insert(value.key);
-    start[value.key] = value.get();
-    value.spoil();
-  }
   EXPECT_EQ(keys, known);
+  PaperWidth = PaperHeight = STARTX = STARTY = SCALE = FontSize = CursorX = CursorY = 7;
+  FormPlace = {7, 7, 7, 7};
+  GridStepH = GridStepV = 5;
+  BaseFont = CursorMode = 7;
+  for (const auto& [key, value] : values()) EXPECT_NE(value, start.at(key)) << key;
   files.contents[ProgramFolder + "QRX.DAT"] = settings;
   ReadSettings(ProgramFolder + "QRX.DAT");
-  for (const Value& value : values) EXPECT_EQ(value.get(), start[value.key]) << value.key;
+  EXPECT_EQ(values(), start);
 }
 
 TEST_F(HelpText, SymbolTablesHaveEveryCharacterOfTheTypeface) {
