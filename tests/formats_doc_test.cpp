@@ -2,7 +2,7 @@
 // the notation of its blocks.
 
 #include <cctype>
-#include <cstdint>
+#include <functional>
 #include <map>
 #include <sstream>
 
@@ -112,166 +112,71 @@ std::string At(Point point) {
   return FormatSingle(point.x) + ", " + FormatSingle(point.y);
 }
 
+std::string FirstLine(std::string_view content) {
+  return std::string(TakeLine(content));
+}
+
+std::vector<std::string> LinesOf(std::string_view content) {
+  std::vector<std::string> lines;
+  while (!content.empty()) lines.emplace_back(TakeLine(content));
+  return lines;
+}
+
 class FormatsDocument : public ProgramTest {
  protected:
+  std::string& File(const std::string& name) { return files.contents[ProgramFolder + name]; }
+
   void ReadAsPage(const std::string& content) {
     files.contents[kPageFile] = content;
     ReadPage(kPageFile);
   }
 
-  std::string ReadBack(const std::string& path) { return files.contents.at(path); }
-
-  // Page files.
-
   std::string PageEntries(const std::string& content) {
     ReadAsPage(content);
     std::string result;
-    for (std::string_view rest = PageText; !rest.empty();) {
-      const std::string_view line = TakeLine(rest);
+    for (const std::string& line : LinesOf(PageText)) {
       TextEntry entry;
       if (!ParseTextEntry(line, entry)) {
-        result.append("not an entry: ").append(line).append("\r\n");
+        result += "not an entry: " + line + "\r\n";
         continue;
       }
       result += "x " + FormatSingle(entry.x) + ", y " + FormatSingle(entry.y) + ", size " +
                 FormatSingle(entry.size) + ", typeface " + std::to_string(entry.font) + ", anchor " +
                 std::to_string(entry.anchor);
       if (entry.justified) result += ", amount " + FormatSingle(entry.amount);
-      result.append(": ").append(entry.text).append("\r\n");
+      result += ": " + std::string(entry.text) + "\r\n";
     }
     return result;
   }
 
-  std::string PageWidths(const std::string& content) {
-    ReadAsPage(content);
+  // Gives every typeface the width file that `bytesOf` its name returns.
+  template <typename BytesOf>
+  void LoadWidths(BytesOf bytesOf) {
     for (const TypefaceRecord& face : TypefaceTable) {
-      if (face.Name.empty()) continue;
-      files.contents[ProgramFolder + face.Name + ".WT"] =
-          DiskFiles().ReadWhole(kSourceFolder + "data\\" + face.Name + ".WT");
+      if (!face.Name.empty()) File(face.Name + ".WT") = bytesOf(face.Name);
     }
     LoadWidthTables();
+  }
+
+  std::string PageWidths(const std::string& content) {
+    ReadAsPage(content);
+    LoadWidths([](const std::string& name) {
+      return DiskFiles().ReadWhole(kSourceFolder + "data\\" + name + ".WT");
+    });
     std::string result;
-    for (std::string_view rest = PageText; !rest.empty();) {
+    for (const std::string& line : LinesOf(PageText)) {
       TextEntry entry;
-      EXPECT_TRUE(ParseTextEntry(TakeLine(rest), entry));
+      EXPECT_TRUE(ParseTextEntry(line, entry));
       result += FormatFixed(MeasureRun(entry.text, entry.font, entry.size), 2, true) + "\r\n";
     }
     return result;
   }
 
-  std::string PageRecords(const std::string& content) {
-    ReadAsPage(content);
-    return DrawingList;
-  }
-
-  std::string PagePlain(const std::string& content) {
-    ReadAsPage(content);
-    WritePagePlain(kPageFile);
-    return ReadBack(kPageFile);
-  }
-
-  std::string PageSorted(const std::string& content) {
-    ReadAsPage(content);
-    WritePageSorted(kPageFile);
-    return ReadBack(kPageFile);
-  }
-
-  std::string PageRefused(const std::string& content) {
-    std::string message = FailureOf([&] { ReadAsPage(content); });
-    const std::string name = MachinePath(kPageFile);
-    const std::size_t at = message.find(name);
-    EXPECT_NE(at, std::string::npos) << message;
-    if (at != std::string::npos) message.replace(at, name.size(), "PAGE");
-    return message + "\r\n";
-  }
-
-  std::string PageJob(const std::string& content) {
-    files.contents[ProgramFolder + "QRX.PRO"] = "%!PS-Adobe-3.0\r\n";
-    files.contents[kPageFile] = content;
-    return OnePageJob(kPageFile);
-  }
-
-  std::string PageAsText(const std::string& content) {
-    files.contents[kPageFile] = content;
-    return PlainText(kPageFile);
-  }
-
-  // Drawing records.
-
-  std::string RecordLine(const std::string& content) {
-    return DrawingRecordToLine(GetField(content, 1, "\r\n")) + "\r\n";
-  }
-
-  std::string RecordStyle(const std::string& content) {
-    const std::string record = GetField(content, 1, "\r\n");
-    const LineStyle style = DecodeLineStyle(ReadSingle(GetField(record, CountFields(record, " "), " ")));
-    return "colour " + std::to_string(style.colour) + ", width " + FormatSingle(style.width) + "\r\n";
-  }
-
-  std::string LineRecord(const std::string& content) {
-    return LineToDrawingRecord(GetField(content, 1, "\r\n")) + "\r\n";
-  }
-
-  // Settings and macros.
-
-  std::string SettingsRead(const std::string& content) {
-    files.contents[ProgramFolder + "QRX.DAT"] = content;
-    ReadSettings(ProgramFolder + "QRX.DAT");
-    std::string result = "PDIR = " + PaperFolder + "\r\n";
-    const auto add = [&](const char* key, float value) {
-      result.append(key).append(" = ").append(FormatSingle(value)).append("\r\n");
-    };
-    add("PAPERWIDTH", PaperWidth);
-    add("PAPERHEIGHT", PaperHeight);
-    add("STARTX", STARTX);
-    add("STARTY", STARTY);
-    add("SCALE", SCALE);
-    add("GRIDX", GridStepH);
-    add("GRIDY", GridStepV);
-    for (int i = 0; i < kGuides && GuideX[i] != 0; ++i) add("GUIDEX", GuideX[i]);
-    for (int i = 0; i < kGuides && GuideY[i] != 0; ++i) add("GUIDEY", GuideY[i]);
-    add("FONTNUMBER", BaseFont);
-    add("FONTSIZE", FontSize);
-    add("CURSORMODE", CursorMode);
-    add("CURSORX", CursorX);
-    add("CURSORY", CursorY);
-    add("FORMLEFT", FormPlace.left);
-    add("FORMTOP", FormPlace.top);
-    add("FORMWIDTH", FormPlace.width);
-    add("FORMHEIGHT", FormPlace.height);
-    return result;
-  }
-
-  std::string SettingsWritten(const std::string& content) {
-    SettingsRead(content);
-    WriteSettings(ProgramFolder + "QRX.DAT");
-    return ReadBack(ProgramFolder + "QRX.DAT");
-  }
-
-  std::string MacrosRead(const std::string& content) {
-    files.contents[ProgramFolder + "QRX.MCR"] = content;
-    ReadMacros();
-    std::string result;
-    for (int number = 0; number < kMacros; ++number) result += MacroCaption(number) + "\r\n";
-    return result;
-  }
-
-  std::string MacrosWritten(const std::string& content) {
-    MacrosRead(content);
-    WriteMacros();
-    return ReadBack(ProgramFolder + "QRX.MCR");
-  }
-
-  // Width tables and glyphs.
-
   std::string WidthTableRead(const std::string& content) {
     std::string bytes;
     std::istringstream hex(content);
     for (unsigned byte = 0; hex >> std::hex >> byte;) bytes += static_cast<char>(byte);
-    for (const TypefaceRecord& face : TypefaceTable) {
-      if (!face.Name.empty()) files.contents[ProgramFolder + face.Name + ".WT"] = bytes;
-    }
-    LoadWidthTables();
+    LoadWidths([&](const std::string&) { return bytes; });
     std::string result = "unit " + FormatSingle(TypefaceTable[0].WidthUnit) + "\r\n";
     for (const int code : {1, 2, 3}) {
       result += "code " + std::to_string(code) + ": width " +
@@ -281,46 +186,69 @@ class FormatsDocument : public ProgramTest {
     return result;
   }
 
-  static std::vector<std::string> Strokes(std::string_view content) {
-    std::vector<std::string> strokes;
-    while (!content.empty()) strokes.emplace_back(TakeLine(content));
-    return strokes;
+  std::string PageRefused(const std::string& content) {
+    std::string message = FailureOf([&] { ReadAsPage(content); });
+    EXPECT_NE(message.find(MachinePath(kPageFile)), std::string::npos) << message;
+    return ReplaceAll(message, MachinePath(kPageFile), "PAGE") + "\r\n";
   }
 
-  std::string GlyphText(const std::string& content) {
-    const GlyphProcedure glyph = BuildGlyph(Strokes(content));
-    return glyph.text + "\r\nwidth " + FormatSingle(glyph.width) + "\r\n";
+  std::string SettingsRead(const std::string& content) {
+    File("QRX.DAT") = content;
+    ReadSettings(ProgramFolder + "QRX.DAT");
+    std::vector<std::pair<const char*, float>> values = {
+        {"PAPERWIDTH", PaperWidth}, {"PAPERHEIGHT", PaperHeight}, {"STARTX", STARTX},  {"STARTY", STARTY},
+        {"SCALE", SCALE},           {"GRIDX", GridStepH},         {"GRIDY", GridStepV}};
+    for (int i = 0; i < kGuides && GuideX[i] != 0; ++i) values.emplace_back("GUIDEX", GuideX[i]);
+    for (int i = 0; i < kGuides && GuideY[i] != 0; ++i) values.emplace_back("GUIDEY", GuideY[i]);
+    values.insert(values.end(), {{"FONTNUMBER", BaseFont},
+                                 {"FONTSIZE", FontSize},
+                                 {"CURSORMODE", CursorMode},
+                                 {"CURSORX", CursorX},
+                                 {"CURSORY", CursorY},
+                                 {"FORMLEFT", FormPlace.left},
+                                 {"FORMTOP", FormPlace.top},
+                                 {"FORMWIDTH", FormPlace.width},
+                                 {"FORMHEIGHT", FormPlace.height}});
+    std::string result = "PDIR = " + PaperFolder + "\r\n";
+    for (const auto& [key, value] : values) result += key + (" = " + FormatSingle(value)) + "\r\n";
+    return result;
+  }
+
+  std::string MacrosRead(const std::string& content) {
+    File("QRX.MCR") = content;
+    ReadMacros();
+    std::string result;
+    for (int number = 0; number < kMacros; ++number) result += MacroCaption(number) + "\r\n";
+    return result;
   }
 
   // The lines of code 65 after saving, from files of empty glyphs.
   std::string GlyphSaved(const std::string& content) {
     std::string font;
     std::string widths;
-    for (const char* value : {"50 def", "[-2 -12 52 42] def", "{  } def"}) {
-      font += std::string(value).starts_with('{') ? "/CharacterDefs 97 dict\r\n/.notdef\r\n" : "/.notdef\r\n";
+    for (const std::string value : {"50 def", "[-2 -12 52 42] def", "{  } def"}) {
+      font += value.starts_with('{') ? "/CharacterDefs 97 dict\r\n/.notdef\r\n" : "/.notdef\r\n";
       for (int code = 32; code <= 127; ++code) {
         const std::string number = std::to_string(code);
         font += "/a" + std::string(3 - number.size(), '0') + number + ' ' + value + "\r\n";
       }
     }
     for (int code = 32; code <= 127; ++code) widths += "1.000000\r\n";
-    files.contents[ProgramFolder + "MATH0.PSF"] = font;
-    files.contents[ProgramFolder + "QRX.PRO"] = "%!\r\n" + font;
-    files.contents[ProgramFolder + "MATH0.TXT"] = widths;
-    SaveGlyph(kSavedCode, Strokes(content));
+    File("MATH0.PSF") = font;
+    File("QRX.PRO") = "%!\r\n" + font;
+    File("MATH0.TXT") = widths;
+    SaveGlyph(kSavedCode, LinesOf(content));
+    EXPECT_EQ(File("QRX.PRO"), "%!\r\n" + File("MATH0.PSF"));
     std::string result;
-    const std::string saved = ReadBack(ProgramFolder + "MATH0.PSF");
-    for (std::string_view rest = saved; !rest.empty();) {
-      const std::string_view line = TakeLine(rest);
-      if (line.starts_with("/a065 ")) result.append(line).append("\r\n");
+    for (const std::string& line : LinesOf(File("MATH0.PSF"))) {
+      if (line.starts_with("/a065 ")) result += line + "\r\n";
     }
-    EXPECT_EQ(ReadBack(ProgramFolder + "QRX.PRO"), "%!\r\n" + saved);
-    return result + GetField(ReadBack(ProgramFolder + "MATH0.TXT"), kSavedCode - 31, "\r\n") + "\r\n";
+    return result + GetField(File("MATH0.TXT"), kSavedCode - 31, "\r\n") + "\r\n";
   }
 
   std::string ProcedurePieces(const std::string& content) {
     std::string result;
-    for (const GlyphPiece& piece : ExecuteGlyph(GetField(content, 1, "\r\n"))) {
+    for (const GlyphPiece& piece : ExecuteGlyph(FirstLine(content))) {
       if (piece.kind == GlyphPiece::Kind::Line)
         result += "line from " + At(piece.points[0]) + " to " + At(piece.points[1]);
       if (piece.kind == GlyphPiece::Kind::Curve)
@@ -332,57 +260,84 @@ class FormatsDocument : public ProgramTest {
     return result;
   }
 
-  // Prolog and help.
-
-  std::string PrologJob(const std::string& content) {
-    files.contents[ProgramFolder + "QRX.PRO"] = content;
-    return Prologue();
-  }
-
-  std::string HelpContents(const std::string& content) { return IndexHelp(content, "QRX.HCT"); }
-  std::string HelpIndex(const std::string& content) { return IndexHelp(content, "QRX.HIX"); }
-
-  std::string HelpPages(const std::string& content) {
-    IndexHelp(content, "QRX.HIX");
-    std::string result;
-    for (std::size_t i = 0; i < HelpPageStarts.size(); ++i) {
-      result += "page " + std::to_string(i + 1) + " at byte " + std::to_string(HelpPageStarts[i]) + "\r\n";
-    }
-    return result;
-  }
-
   std::string IndexHelp(const std::string& content, const std::string& name) {
-    files.contents[ProgramFolder + "QRX.HLP"] = content;
+    File("QRX.HLP") = content;
     IndexHelpFile();
-    return ReadBack(ProgramFolder + name);
+    return File(name);
   }
 
   // What a result block is made by, of the content of the block that its name begins with.
-  using Maker = std::string (FormatsDocument::*)(const std::string&);
-  const std::map<std::string, Maker> makers = {
-      {"page-entries", &FormatsDocument::PageEntries},
-      {"page-widths", &FormatsDocument::PageWidths},
-      {"page-records", &FormatsDocument::PageRecords},
-      {"page-plain", &FormatsDocument::PagePlain},
-      {"page-sorted", &FormatsDocument::PageSorted},
-      {"page-refused", &FormatsDocument::PageRefused},
-      {"page-job", &FormatsDocument::PageJob},
-      {"page-text", &FormatsDocument::PageAsText},
-      {"record-line", &FormatsDocument::RecordLine},
-      {"record-style", &FormatsDocument::RecordStyle},
-      {"drawing-line-record", &FormatsDocument::LineRecord},
-      {"settings-read", &FormatsDocument::SettingsRead},
-      {"settings-written", &FormatsDocument::SettingsWritten},
-      {"macros-read", &FormatsDocument::MacrosRead},
-      {"macros-written", &FormatsDocument::MacrosWritten},
-      {"width-table-read", &FormatsDocument::WidthTableRead},
-      {"glyph-procedure", &FormatsDocument::GlyphText},
-      {"glyph-saved", &FormatsDocument::GlyphSaved},
-      {"procedure-pieces", &FormatsDocument::ProcedurePieces},
-      {"prolog-job", &FormatsDocument::PrologJob},
-      {"help-contents", &FormatsDocument::HelpContents},
-      {"help-index", &FormatsDocument::HelpIndex},
-      {"help-pages", &FormatsDocument::HelpPages},
+  using Text = const std::string&;
+  const std::map<std::string, std::function<std::string(Text)>> makers = {
+      {"page-entries", [this](Text content) { return PageEntries(content); }},
+      {"page-widths", [this](Text content) { return PageWidths(content); }},
+      {"page-records", [this](Text content) { return ReadAsPage(content), DrawingList; }},
+      {"page-plain",
+       [this](Text content) {
+         ReadAsPage(content);
+         WritePagePlain(kPageFile);
+         return files.contents[kPageFile];
+       }},
+      {"page-sorted",
+       [this](Text content) {
+         ReadAsPage(content);
+         WritePageSorted(kPageFile);
+         return files.contents[kPageFile];
+       }},
+      {"page-refused", [this](Text content) { return PageRefused(content); }},
+      {"page-job",
+       [this](Text content) {
+         File("QRX.PRO") = "%!PS-Adobe-3.0\r\n";
+         files.contents[kPageFile] = content;
+         return OnePageJob(kPageFile);
+       }},
+      {"page-text",
+       [this](Text content) {
+         files.contents[kPageFile] = content;
+         return PlainText(kPageFile);
+       }},
+      {"record-line", [](Text content) { return DrawingRecordToLine(FirstLine(content)) + "\r\n"; }},
+      {"record-style",
+       [](Text content) {
+         const std::string record = FirstLine(content);
+         const LineStyle style = DecodeLineStyle(ReadSingle(GetField(record, CountFields(record, " "), " ")));
+         return "colour " + std::to_string(style.colour) + ", width " + FormatSingle(style.width) + "\r\n";
+       }},
+      {"drawing-line-record", [](Text content) { return LineToDrawingRecord(FirstLine(content)) + "\r\n"; }},
+      {"settings-read", [this](Text content) { return SettingsRead(content); }},
+      {"settings-written",
+       [this](Text content) {
+         SettingsRead(content);
+         WriteSettings(ProgramFolder + "QRX.DAT");
+         return File("QRX.DAT");
+       }},
+      {"macros-read", [this](Text content) { return MacrosRead(content); }},
+      {"macros-written",
+       [this](Text content) {
+         MacrosRead(content);
+         WriteMacros();
+         return File("QRX.MCR");
+       }},
+      {"width-table-read", [this](Text content) { return WidthTableRead(content); }},
+      {"glyph-procedure",
+       [](Text content) {
+         const GlyphProcedure glyph = BuildGlyph(LinesOf(content));
+         return glyph.text + "\r\nwidth " + FormatSingle(glyph.width) + "\r\n";
+       }},
+      {"glyph-saved", [this](Text content) { return GlyphSaved(content); }},
+      {"procedure-pieces", [this](Text content) { return ProcedurePieces(content); }},
+      {"prolog-job", [this](Text content) { return File("QRX.PRO") = content, Prologue(); }},
+      {"help-contents", [this](Text content) { return IndexHelp(content, "QRX.HCT"); }},
+      {"help-index", [this](Text content) { return IndexHelp(content, "QRX.HIX"); }},
+      {"help-pages",
+       [this](Text content) {
+         IndexHelp(content, "QRX.HIX");
+         std::string result;
+         for (std::size_t i = 0; i < HelpPageStarts.size(); ++i)
+           result +=
+               "page " + std::to_string(i + 1) + " at byte " + std::to_string(HelpPageStarts[i]) + "\r\n";
+         return result;
+       }},
   };
 };
 
@@ -413,7 +368,7 @@ TEST_F(FormatsDocument, EveryExampleHolds) {
     files.contents.clear();
     ResetProgram();
     try {
-      EXPECT_EQ(Encode((this->*maker->second)(Decode(source->content))), Encode(Decode(block.content)));
+      EXPECT_EQ(Encode(maker->second(Decode(source->content))), Encode(Decode(block.content)));
     } catch (const Failure& failure) {
       ADD_FAILURE() << failure.what();
     }
