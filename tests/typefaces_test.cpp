@@ -12,6 +12,13 @@ class TypefacesTest : public ProgramTest {
   FakeLabel& Label() { return static_cast<FakeLabel&>(*FontLabel); }
 };
 
+// Page files know typefaces by their numbers; each has the widths of its own file.
+TEST_F(TypefacesTest, NumbersKeepTheirWidthFiles) {
+  std::string names;
+  for (const TypefaceRecord& face : TypefaceTable) names += face.Name + '|';
+  EXPECT_EQ(names, "TN|TB|TI|TX|HN|HB|HI|HX|GN|CB|GI|ZI|MATH0||||");
+}
+
 TEST_F(TypefacesTest, LabelTellsNameAndSize) {
   EXPECT_EQ(FontLabelText(0, 0.5F), "Times-Roman .50pts");
   EXPECT_EQ(FontLabelText(0, 0), "Times-Roman .00pts");
