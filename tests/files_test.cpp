@@ -9,22 +9,25 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
+#include <map>
+#include <string>
 
-#include "platform/failure.h"
 #include "tests/support/program_test.h"
 
 namespace kelvane {
 namespace {
 
 TEST(Paths, TurnIntoTheMachinesFormAndBack) {
-  EXPECT_EQ(MachinePath("\\home\\u\\Essay.001"), "/home/u/Essay.001");
-  EXPECT_EQ(MachinePath("C:\\P\\Essay.001"), "/P/Essay.001");
-  EXPECT_EQ(MachinePath("/home/u/a\\b"), "/home/u/a\\b");
-  EXPECT_EQ(MachinePath("Essay.001"), "Essay.001");
-  EXPECT_EQ(MachinePath("\\a:b"), "/a:b");
+  const char* const cases[][2] = {{"\\home\\u\\a.001", "/home/u/a.001"},
+                                  {"C:\\P\\a.001", "/P/a.001"},
+                                  {"/home/u/a\\b", "/home/u/a\\b"},
+                                  {"a.001", "a.001"},
+                                  {"\\a:b", "/a:b"}};
+  for (const auto& [path, machine] : cases) EXPECT_EQ(MachinePath(path), machine);
   EXPECT_EQ(BackslashPath("/home/u/Essay.001"), "\\home\\u\\Essay.001");
 }
+
+using Contents = std::map<std::string, std::string>;
 
 class SafeWriting : public ProgramTest {};
 
@@ -41,55 +44,49 @@ TEST_F(SafeWriting, EveryStepThatFailsLeavesTheOldFileWhole) {
         written = true;
       } catch (const Failure&) {
         EXPECT_EQ(files.contents.at(path), "old") << nth;
-        // When clearing up fails as well, the temporary file may stay; it never takes the old one's name.
-        if (!lasting) {
-          EXPECT_EQ(files.contents.size(), 1U) << nth;
-        }
+        // Where clearing up fails as well, the temporary file stays.
+        EXPECT_TRUE(lasting || files.contents.size() == 1) << nth;
       }
       EXPECT_EQ(files.openHandles, 0) << nth;
     }
     EXPECT_EQ(nth, 7) << "resolve, create, write, sync, close and rename can fail";
-    EXPECT_EQ(files.contents.at(path), "new content");
-    EXPECT_EQ(files.contents.size(), 1U);
+    EXPECT_EQ(files.contents, Contents({{path, "new content"}}));
   }
 }
 
 TEST_F(SafeWriting, GoesByWayOfATemporaryFileBesideTheOldOne) {
-  const auto temporaryOf = [&](const std::string& path) {
+  const char* const cases[][2] = {
+      {"\\K\\QRX.DAT", "\\K\\QRX.~DAT"}, {"\\P.x\\Essay", "\\P.x\\Essay.~"}, {"a.b.001", "a.b.~001"}};
+  for (const auto& [path, temporary] : cases) {
     files.contents.clear();
     files.FailStep(FileStep::Rename);
     files.FailStep(FileStep::Remove);
     EXPECT_THROW(WriteFileSafely(path, "x"), Failure);
-    return files.contents.begin()->first;
-  };
-  EXPECT_EQ(temporaryOf("\\K\\QRX.DAT"), "\\K\\QRX.~DAT");
-  EXPECT_EQ(temporaryOf("\\K\\MATH0.PSF"), "\\K\\MATH0.~PSF");
-  EXPECT_EQ(temporaryOf("\\P.x\\Essay"), "\\P.x\\Essay.~");
-  EXPECT_EQ(temporaryOf("a.b.001"), "a.b.~001");
+    EXPECT_EQ(files.contents, Contents({{temporary, "x"}}));
+  }
 }
 
 TEST_F(SafeWriting, KeepsATemporaryFileThatWasLeftBehind) {
   files.contents = {{"\\P\\Essay.001", "old"}, {"\\P\\Essay.~001", "all that is left"}};
   WriteFileSafely("\\P\\Essay.001", "new");
-  EXPECT_EQ(files.contents.at("\\P\\Essay.001"), "new");
-  EXPECT_EQ(files.contents.at("\\P\\Essay.~001"), "all that is left");
-  EXPECT_EQ(files.contents.size(), 2U);
+  EXPECT_EQ(files.contents, Contents({{"\\P\\Essay.001", "new"}, {"\\P\\Essay.~001", "all that is left"}}));
 }
 
 TEST_F(SafeWriting, ReplacesWhatALinkPointsTo) {
   files.links = {{"\\P\\Link.001", "\\Q\\Essay.001"}};
   files.contents = {{"\\Q\\Essay.001", "old"}};
   WriteFileSafely("\\P\\Link.001", "new");
-  EXPECT_EQ(files.contents.at("\\Q\\Essay.001"), "new");
-  EXPECT_FALSE(files.contents.contains("\\P\\Link.001"));
+  EXPECT_EQ(files.contents, Contents({{"\\Q\\Essay.001", "new"}}));
 }
 
 // The disk's own files, in a folder made for each test.
-class FilesOnDisk : public ::testing::Test {
+class FilesOnDisk : public ProgramTest {
  protected:
   FilesOnDisk() {
+    TheFiles = &DiskFiles();
     std::string pattern = (std::filesystem::temp_directory_path() / "kelvane-XXXXXX").string();
     folder = mkdtemp(pattern.data());
+    std::ofstream(folder / "a.001", std::ios::binary) << "old";
   }
   ~FilesOnDisk() override {
     std::error_code ignored;
@@ -97,16 +94,10 @@ class FilesOnDisk : public ::testing::Test {
   }
 
   std::string Path(const std::string& name) const { return BackslashPath((folder / name).string()); }
-  void Put(const std::string& name, const std::string& content) const {
-    std::ofstream(folder / name, std::ios::binary) << content;
-  }
-  static std::string ReasonOf(const std::function<void()>& act) {
-    try {
-      act();
-    } catch (const Failure& failure) {
-      return failure.what();
-    }
-    return "nothing failed";
+  std::string Content(const std::string& name) const { return DiskFiles().ReadWhole(Path(name)); }
+  void ExpectOldFileAlone() const {
+    EXPECT_EQ(Content("a.001"), "old");
+    EXPECT_FALSE(DiskFiles().Exists(Path("a.~001")));
   }
 
   std::filesystem::path folder;
@@ -115,17 +106,16 @@ class FilesOnDisk : public ::testing::Test {
 TEST_F(FilesOnDisk, WriteAndReadAnyBytes) {
   std::string bytes(300000, '\0');
   for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * 7);
-  WriteFileSafely(Path("a.001"), bytes);
-  EXPECT_EQ(DiskFiles().ReadWhole(Path("a.001")), bytes);
-  WriteFileSafely(Path("a.001"), "");
-  EXPECT_EQ(DiskFiles().ReadWhole(Path("a.001")), "");
+  for (const std::string& content : {bytes, std::string()}) {
+    WriteFileSafely(Path("a.001"), content);
+    EXPECT_EQ(Content("a.001"), content);
+  }
   EXPECT_FALSE(DiskFiles().Exists(Path("a.~001")));
   DiskFiles().Remove(Path("a.001"));
   EXPECT_FALSE(DiskFiles().Exists(Path("a.001")));
 }
 
 TEST_F(FilesOnDisk, AReplacedFileKeepsItsAccessRights) {
-  Put("a.001", "old");
   ASSERT_EQ(chmod((folder / "a.001").c_str(), 0640), 0);
   WriteFileSafely(Path("a.001"), "new");
   struct stat status;
@@ -133,13 +123,16 @@ TEST_F(FilesOnDisk, AReplacedFileKeepsItsAccessRights) {
   EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
+TEST_F(FilesOnDisk, CreateNeverTruncates) {
+  EXPECT_THROW(DiskFiles().Create(Path("a.001")), Failure);
+  ExpectOldFileAlone();
+}
+
 TEST_F(FilesOnDisk, AWriteProtectedFileIsNotReplaced) {
   if (geteuid() == 0) GTEST_SKIP() << "nothing is write-protected for the administrator";
-  Put("a.001", "old");
   ASSERT_EQ(chmod((folder / "a.001").c_str(), 0444), 0);
   EXPECT_THROW(WriteFileSafely(Path("a.001"), "new"), Failure);
-  EXPECT_EQ(DiskFiles().ReadWhole(Path("a.001")), "old");
-  EXPECT_FALSE(DiskFiles().Exists(Path("a.~001")));
+  ExpectOldFileAlone();
 }
 
 TEST_F(FilesOnDisk, LinksAreWrittenThrough) {
@@ -147,10 +140,10 @@ TEST_F(FilesOnDisk, LinksAreWrittenThrough) {
   std::filesystem::create_symlink("real/page", folder / "inner");
   std::filesystem::create_symlink("inner", folder / "outer");
   EXPECT_TRUE(DiskFiles().Exists(Path("outer"))) << "a link that leads nowhere still takes the name";
-  WriteFileSafely(Path("outer"), "made");
-  EXPECT_EQ(DiskFiles().ReadWhole(Path("real\\page")), "made");
-  WriteFileSafely(Path("outer"), "replaced");
-  EXPECT_EQ(DiskFiles().ReadWhole(Path("real\\page")), "replaced");
+  for (const char* content : {"made", "replaced"}) {
+    WriteFileSafely(Path("outer"), content);
+    EXPECT_EQ(Content("real\\page"), content);
+  }
   EXPECT_TRUE(std::filesystem::is_symlink(folder / "outer"));
   EXPECT_TRUE(SameFile(Path("outer"), Path("real\\..\\real\\page")));
   EXPECT_FALSE(SameFile(Path("outer"), Path("real\\other")));
@@ -162,7 +155,7 @@ TEST_F(FilesOnDisk, OnlyRegularFilesAreReadAndReplaced) {
   ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
   std::filesystem::create_directory(folder / "folder");
   for (const char* name : {"pipe", "folder"}) {
-    EXPECT_NE(ReasonOf([&] { DiskFiles().ReadWhole(Path(name)); }).find("not a regular file"),
+    EXPECT_NE(FailureOf([&] { DiskFiles().ReadWhole(Path(name)); }).find("not a regular file"),
               std::string::npos);
     EXPECT_THROW(WriteFileSafely(Path(name), "x"), Failure);
     EXPECT_TRUE(DiskFiles().Exists(Path(name)));
@@ -170,32 +163,24 @@ TEST_F(FilesOnDisk, OnlyRegularFilesAreReadAndReplaced) {
 }
 
 TEST_F(FilesOnDisk, MessagesNameTheFileAndTheReason) {
-  EXPECT_EQ(ReasonOf([&] { DiskFiles().ReadWhole(Path("none.001")); }),
+  EXPECT_EQ(FailureOf([&] { DiskFiles().ReadWhole(Path("none.001")); }),
             "Cannot read the file " + (folder / "none.001").string() + ": No such file or directory.");
-  EXPECT_EQ(ReasonOf([&] { WriteFileSafely(Path("none\\a.001"), "x"); }),
+  EXPECT_EQ(FailureOf([&] { WriteFileSafely(Path("none\\a.001"), "x"); }),
             "Cannot write the file " + (folder / "none/a.001").string() + ": No such file or directory.");
 }
 
 TEST_F(FilesOnDisk, AFileThatGrowsTooLargeIsNamedAndStaysAsItWas) {
-  Put("a.001", "old");
   rlimit before;
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
   const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
   const rlimit small{100, before.rlim_max};
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-  const std::string reason = ReasonOf([&] { WriteFileSafely(Path("a.001"), std::string(1000, 'x')); });
+  const std::string reason = FailureOf([&] { WriteFileSafely(Path("a.001"), std::string(1000, 'x')); });
   ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
   std::signal(SIGXFSZ, oldHandler);
   EXPECT_EQ(reason, "Cannot write the file " + (folder / "a.001").string() +
                         ": File too large.\nWhat the file held before is still there.");
-  EXPECT_EQ(DiskFiles().ReadWhole(Path("a.001")), "old");
-  EXPECT_FALSE(DiskFiles().Exists(Path("a.~001")));
-}
-
-TEST_F(FilesOnDisk, CreateNeverTruncates) {
-  Put("a.001", "old");
-  EXPECT_THROW(DiskFiles().Create(Path("a.001")), Failure);
-  EXPECT_EQ(DiskFiles().ReadWhole(Path("a.001")), "old");
+  ExpectOldFileAlone();
 }
 
 }  // namespace
