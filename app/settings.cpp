@@ -6,6 +6,7 @@
 #include <limits>
 #include <string_view>
 
+#include "document/fields.h"
 #include "document/lines.h"
 #include "document/numbers.h"
 #include "document/paper.h"
@@ -77,27 +78,17 @@ struct GuideList {
   }
 };
 
-std::string_view Trim(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 // The key of a line in upper case; empty if the line has none.
 std::string KeyOf(std::string_view line) {
   const std::size_t equals = line.find('=');
   if (equals == std::string_view::npos) return {};
-  std::string key(Trim(line.substr(0, equals)));
-  for (char& c : key) {
-    if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-  }
-  return key;
+  return UpperCase(TrimBlanks(line.substr(0, equals)));
 }
 
 void ReadLine(std::string_view line, GuideList& xGuides, GuideList& yGuides) {
   const std::string key = KeyOf(line);
   if (key.empty()) return;
-  const std::string_view value = Trim(line.substr(line.find('=') + 1));
+  const std::string_view value = TrimBlanks(line.substr(line.find('=') + 1));
   if (key == "PDIR") PaperFolder = value;
   if (key == "GUIDEX") xGuides.Add(ReadSingle(value));
   if (key == "GUIDEY") yGuides.Add(ReadSingle(value));

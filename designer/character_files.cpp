@@ -41,12 +41,6 @@ RawLine TakeRawLine(std::string_view& rest) {
   return {text, before.substr(text.size(), taken - text.size())};
 }
 
-std::string_view TrimBlanks(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 std::string_view BetweenBraces(std::string_view line) {
   const std::size_t open = line.find('{');
   const std::size_t close = line.find('}');

@@ -49,4 +49,9 @@ std::string EscapePostScriptString(std::string_view text);
 // Without the characters of code 224 and above, which switch typefaces and shift scripts.
 std::string StripHighChars(std::string_view text);
 
+// Without the blanks at either end.
+std::string_view TrimBlanks(std::string_view text);
+// With the letters a to z as capitals.
+std::string UpperCase(std::string_view text);
+
 }  // namespace kelvane

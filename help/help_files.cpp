@@ -1,10 +1,10 @@
 #include "help/help_files.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "document/fields.h"
 #include "document/lines.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -21,14 +21,7 @@ constexpr int kIndexLevels = 6;
 // The list shows an index line from its start; the page behind these blanks is out of sight.
 constexpr std::size_t kIndexGap = 80;
 
-// Tags are known in any letter case.
-std::string UpperCase(std::string_view text) {
-  std::string upper(text);
-  std::ranges::transform(upper, upper.begin(),
-                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
-  return upper;
-}
-
+// Tags are known in any letter case: lines are searched in capitals.
 bool StartsPage(std::string_view upperLine) {
   return upperLine.find("<PAGE>") != std::string_view::npos;
 }
