@@ -4,6 +4,7 @@
 #include <cctype>
 #include <map>
 #include <set>
+#include <tuple>
 
 #include "app/menus.h"
 #include "app/settings.h"
@@ -24,6 +25,16 @@ class MainWindowTest : public EditorTest {
   // Gives the area beside the scroll bars a size in twips.
   void Resize(float width, float height) { window->SetWindowPlace({0, 0, width, height}); }
 
+  // Whether something was drawn since the layer was cleared.
+  bool Shows(const std::string& drawn, Layer layer = Layer::Page) const {
+    return canvas->Drawn(layer).find(drawn) != std::string::npos;
+  }
+
+  void TypeOnThePage() {
+    PlaceAt("Top Left", 10, 21);
+    canvas->Type("x");
+  }
+
   // Names of the entries that are checked, of those whose name begins so.
   static std::string Checked(const std::string& prefix) {
     std::string names;
@@ -43,18 +54,11 @@ TEST_F(MainWindowTest, StartsWithTheSettings) {
   Start();
   EXPECT_EQ(window->title, "Kelvane ver 1.7");
   EXPECT_TRUE(window->visible);
-  EXPECT_EQ(window->place.left, 150);
-  EXPECT_EQ(window->place.width, 12000);
-  EXPECT_EQ(window->place.height, 7200);
+  EXPECT_EQ(std::tie(window->place.left, window->place.width, window->place.height),
+            std::tuple(150, 12000, 7200));
   EXPECT_EQ(FontLabel->Text(), "Helvetica 9.00pts");
-  EXPECT_EQ(CurrentFont, 4);
-  EXPECT_EQ(Text1->Text(), "9");
-  EXPECT_EQ(PageBox->Text(), "1");
-  EXPECT_EQ(Checked("mFont"), "mFont4 ");
-  EXPECT_EQ(Checked("mColour"), "mColour0 ");
-  EXPECT_EQ(Checked("mThickness"), "mThickness025 ");
-  EXPECT_EQ(Checked("mGridH"), "mGridH5 ");
-  EXPECT_EQ(Checked("mGridV"), "mGridV1 ");
+  EXPECT_EQ(std::tuple(CurrentFont, Text1->Text(), PageBox->Text()), std::tuple(4, "9", "1"));
+  EXPECT_EQ(Checked("m"), "mGridV1 mGridH5 mFont4 mColour0 mThickness025 ");
   EXPECT_EQ(MacroMenu[0]->Caption(), "alpha");
   EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
   ASSERT_EQ(toolkit.timers.size(), 1u);
@@ -64,45 +68,40 @@ TEST_F(MainWindowTest, StartsWithTheSettings) {
 }
 
 TEST_F(MainWindowTest, WithoutItsFontsOrHelpTheEditorDoesNotStart) {
-  const std::vector<std::pair<std::string, std::string>> missing = {
-      {"MATH0.PSF", "ERROR: Missing file MATH0.PSF"},
-      {"QRX.HLP", "ERROR: Missing file QRX.HLP"},
-      {"CB.WT", "ERROR - Unknown typeface: CB"},
-      {"MATH0.WT", "ERROR - Unknown typeface: MATH0"}};
-  for (const auto& [name, message] : missing) {
-    const auto file = files.contents.extract("\\Kelvane\\" + name);
+  const std::pair<std::string, std::string> missing[] = {{"MATH0.PSF", "ERROR: Missing file MATH0.PSF"},
+                                                         {"QRX.HLP", "ERROR: Missing file QRX.HLP"},
+                                                         {"CB.WT", "ERROR - Unknown typeface: CB"},
+                                                         {"MATH0.WT", "ERROR - Unknown typeface: MATH0"}};
+  const auto expectRefusal = [&](const std::string& message) {
     dialogs.messages.clear();
     EXPECT_FALSE(StartUp("\\Kelvane\\"));
     EXPECT_EQ(dialogs.messages, std::vector<std::string>{message});
+  };
+  for (const auto& [name, message] : missing) {
+    const auto file = files.contents.extract("\\Kelvane\\" + name);
+    expectRefusal(message);
     files.contents["\\Kelvane\\" + name] = file.mapped();
   }
   files.contents["\\Kelvane\\MATH0.PSF"] = "/CharacterDefs\r\n/.notdef { } def\r\n";
-  dialogs.messages.clear();
-  EXPECT_FALSE(StartUp("\\Kelvane"));
-  EXPECT_EQ(dialogs.messages, std::vector<std::string>{"ERROR: MATH0.PSF file format"});
+  expectRefusal("ERROR: MATH0.PSF file format");
   EXPECT_EQ(toolkit.windows.size(), 1u);  // the fixture's own
 }
 
-TEST_F(MainWindowTest, UnreadableSettingsAndMacrosAreReported) {
+TEST_F(MainWindowTest, UnreadableSettingsMacrosAndPagesAreReported) {
   files.unreadable = {"\\Kelvane\\QRX.DAT", "\\Kelvane\\QRX.MCR"};
-  Start();
-  EXPECT_EQ(dialogs.messages.size(), 2u);
+  Start("\\P\\None.001");
+  EXPECT_EQ(dialogs.messages.size(), 3u);
   EXPECT_EQ(SCALE, kDefaultScale);
   EXPECT_EQ(MacroMenu[1]->Caption(), "m1");
+  EXPECT_EQ(window->title, "Kelvane ver 1.7");
 }
 
 TEST_F(MainWindowTest, ThePageFileOfTheCommandLineIsOpened) {
   files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (hello) 1 s\r\n";
   Start("\\P\\Essay.001");
   EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
-  EXPECT_NE(canvas->Drawn(Layer::Page).find("(hello)"), std::string::npos);
+  EXPECT_TRUE(Shows("(hello)"));
   EXPECT_EQ(PageChanged, 0);
-}
-
-TEST_F(MainWindowTest, AMissingPageFileIsReported) {
-  Start("\\P\\None.001");
-  EXPECT_EQ(dialogs.messages.size(), 1u);
-  EXPECT_EQ(window->title, "Kelvane ver 1.7");
 }
 
 TEST_F(MainWindowTest, TheProgramFolderEndsInABackslash) {
@@ -113,30 +112,23 @@ TEST_F(MainWindowTest, TheProgramFolderEndsInABackslash) {
   EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\XVB98"), "C:\\Tools\\XVB98\\");
 }
 
-TEST_F(MainWindowTest, EveryEntryDoesSomethingOrIsDisabled) {
+TEST_F(MainWindowTest, EntriesAndButtonsDoSomethingOrAreDisabled) {
   Start();
   std::set<std::string> names;
   EXPECT_EQ(BuiltMenus().size(), window->AllEntries().size());
   for (const BuiltEntry& built : BuiltMenus()) {
-    EXPECT_TRUE(names.insert(built.name).second) << built.name;
+    SCOPED_TRACE(built.name);
+    EXPECT_TRUE(names.insert(built.name).second);
     const auto* entry = static_cast<FakeMenuEntry*>(built.entry);
-    EXPECT_EQ(static_cast<bool>(entry->OnChosen), entry->enabled) << built.name;
-    EXPECT_EQ(built.available, entry->enabled) << built.name;
-    EXPECT_FALSE(entry->caption.empty()) << built.name;
+    EXPECT_EQ(std::tuple(static_cast<bool>(entry->OnChosen), built.available),
+              std::tuple(entry->enabled, entry->enabled));
+    EXPECT_FALSE(entry->caption.empty());
   }
   for (const auto& button : window->buttons) {
-    EXPECT_EQ(static_cast<bool>(button->OnClick), button->enabled) << button->caption;
-    EXPECT_FALSE(button->toolTip.empty()) << button->caption;
-    EXPECT_GT(button->place.width, 0) << button->caption;
-  }
-}
-
-TEST_F(MainWindowTest, KeysAreUnique) {
-  Start();
-  std::set<std::string> keys;
-  for (const auto& shortcut : window->shortcuts) EXPECT_TRUE(keys.insert(shortcut.first).second);
-  for (const FakeMenuEntry* entry : window->AllEntries()) {
-    EXPECT_TRUE(entry->key.empty() || keys.insert(entry->key).second) << entry->key;
+    SCOPED_TRACE(button->caption);
+    EXPECT_EQ(static_cast<bool>(button->OnClick), button->enabled);
+    EXPECT_FALSE(button->toolTip.empty());
+    EXPECT_GT(button->place.width, 0);
   }
 }
 
@@ -144,9 +136,8 @@ void ExpectUniqueMnemonics(const std::vector<std::string>& captions) {
   std::map<char, std::string> taken;
   for (const std::string& caption : captions) {
     const std::size_t sign = caption.find('&');
-    if (sign == std::string::npos) continue;
-    // These two captions are fixed and share a letter.
-    if (caption == "&Output As ASCII") continue;
+    // That caption is fixed and shares its letter with another.
+    if (sign == std::string::npos || caption == "&Output As ASCII") continue;
     const auto letter = static_cast<char>(std::tolower(static_cast<unsigned char>(caption.at(sign + 1))));
     EXPECT_TRUE(taken.emplace(letter, caption).second) << caption << " and " << taken[letter];
   }
@@ -154,9 +145,8 @@ void ExpectUniqueMnemonics(const std::vector<std::string>& captions) {
 
 void ExpectUniqueMnemonics(const FakeMenu& menu) {
   std::vector<std::string> captions;
-  for (const auto& entry : menu.entries) {
+  for (const auto& entry : menu.entries)
     if (!entry->literal) captions.push_back(entry->caption);
-  }
   for (const auto& below : menu.menus) {
     captions.push_back(below->caption);
     ExpectUniqueMnemonics(*below);
@@ -164,8 +154,13 @@ void ExpectUniqueMnemonics(const FakeMenu& menu) {
   ExpectUniqueMnemonics(captions);
 }
 
-TEST_F(MainWindowTest, MnemonicsAreUniqueInTheirMenu) {
+TEST_F(MainWindowTest, KeysAreUniqueAndMnemonicsInTheirMenu) {
   Start();
+  std::set<std::string> keys;
+  for (const auto& shortcut : window->shortcuts) EXPECT_TRUE(keys.insert(shortcut.first).second);
+  for (const FakeMenuEntry* entry : window->AllEntries())
+    EXPECT_TRUE(entry->key.empty() || keys.insert(entry->key).second) << entry->key;
+
   std::vector<std::string> captions;
   for (const auto& menu : window->menus) {
     captions.push_back(menu->caption);
@@ -176,17 +171,17 @@ TEST_F(MainWindowTest, MnemonicsAreUniqueInTheirMenu) {
 
 TEST_F(MainWindowTest, BoxAndCanvasFollowTheWindow) {
   Start();
+  const auto expectPixels = [&](int boxWidth, int canvasWidth, int canvasHeight) {
+    EXPECT_EQ(std::tuple(Text4->GetPlace().width, canvas->pixelWidth, canvas->pixelHeight),
+              std::tuple(boxWidth, canvasWidth, canvasHeight));
+  };
   Resize(6000, 4000);
-  EXPECT_EQ(Text4->GetPlace().width, 4785 / 15);
-  EXPECT_EQ(canvas->pixelWidth, 5640 / 15);
-  EXPECT_EQ(canvas->pixelHeight, 219);  // 3280 twips
+  expectPixels(4785 / 15, 5640 / 15, 219);  // 3280 twips high
   Resize(1499, 2000);
   Resize(2000, 999);
-  EXPECT_EQ(canvas->pixelWidth, 5640 / 15);
-  EXPECT_EQ(canvas->pixelHeight, 219);
+  expectPixels(4785 / 15, 5640 / 15, 219);
   Resize(1500, 1000);
-  EXPECT_EQ(Text4->GetPlace().width, 285 / 15);
-  EXPECT_EQ(canvas->pixelWidth, 1140 / 15);
+  EXPECT_EQ(std::tuple(Text4->GetPlace().width, canvas->pixelWidth), std::tuple(285 / 15, 1140 / 15));
 }
 
 TEST_F(MainWindowTest, AWindowThatStartsTooSmallIsLaidOutLikeAUsualOne) {
@@ -244,23 +239,18 @@ TEST_F(MainWindowTest, AResizePlacesAChosenAnchor) {
 
 TEST_F(MainWindowTest, GridMenusAreCrossed) {
   Start();
-  EXPECT_EQ(canvas->Drawn(Layer::Page).find("line 0 100 594 100"), std::string::npos);
+  EXPECT_FALSE(Shows("line 0 100 594 100"));
+  const std::map<std::string, std::string> menus = {{"mGridV5", "&View/&Horizontal Grid Lines"},
+                                                    {"mGridH6", "&View/&Vertical Grid Lines"}};
   for (const BuiltEntry& built : BuiltMenus()) {
-    if (built.name == "mGridV5") {
-      EXPECT_EQ(built.menu, "&View/&Horizontal Grid Lines");
-      built.entry->OnChosen();
-    }
-    if (built.name == "mGridH6") {
-      EXPECT_EQ(built.menu, "&View/&Vertical Grid Lines");
-      built.entry->OnChosen();
-    }
+    if (!menus.contains(built.name)) continue;
+    EXPECT_EQ(built.menu, menus.at(built.name));
+    built.entry->OnChosen();
   }
-  EXPECT_EQ(GridStepV, 5);
-  EXPECT_EQ(GridStepH, 6);
-  EXPECT_NE(canvas->Drawn(Layer::Page).find("line 0 100 594 100"), std::string::npos);
-  EXPECT_NE(canvas->Drawn(Layer::Page).find("line 156 0 156 840"), std::string::npos);
-  EXPECT_EQ(Checked("mGridV"), "mGridV5 ");
-  EXPECT_EQ(Checked("mGridH"), "mGridH6 ");
+  EXPECT_EQ(std::tie(GridStepV, GridStepH), std::tuple(5, 6));
+  EXPECT_TRUE(Shows("line 0 100 594 100"));
+  EXPECT_TRUE(Shows("line 156 0 156 840"));
+  EXPECT_EQ(Checked("mGrid"), "mGridV5 mGridH6 ");
 }
 
 TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
@@ -291,16 +281,15 @@ TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   EXPECT_EQ(PageBox->Text(), "2");
   EXPECT_EQ(PageText, "");
   PlaceAt("Center", 300, 300);
-  static_cast<FakeTextBox*>(Text1)->Type("24");
+  window->BoxOf("Font Size")->Type("24");
   canvas->Type("Two");
-  EXPECT_NE(canvas->Drawn(Layer::Overlay).find("text Times New Roman 48 (Two)"), std::string::npos);
+  EXPECT_TRUE(Shows("text Times New Roman 48 (Two)", Layer::Overlay));
 
   dialogs.AnswerOpen("\\P\\Essay.001");
   window->PressShortcut("Ctrl+P");
   EXPECT_EQ(Content("\\P\\Essay.002"), "300 300 m 24 F0 (Two) 9 s\r\n");
   const std::string job = Content("\\P\\Essay.PS");
-  EXPECT_NE(job.find("(Two)"), std::string::npos);
-  EXPECT_NE(job.find("(next)"), std::string::npos);
+  for (const char* text : {"(Two)", "(next)"}) EXPECT_NE(job.find(text), std::string::npos) << text;
   EXPECT_EQ(job.back(), 4);
 
   window->PressShortcut("Ctrl+Z");
@@ -323,20 +312,13 @@ TEST_F(MainWindowTest, FileCommandsEndEditing) {
   edit("a");
   dialogs.AnswerNo();
   window->ChooseEntry("&New");
-  EXPECT_EQ(CursorMode, 0);
-  EXPECT_EQ(PageText, "");
-  for (const char* entry : {"&Save", "Save &As"}) {
+  EXPECT_EQ(std::tuple(CursorMode, PageText), std::tuple(0, ""));
+  for (const char* entry : {"&Save", "Save &As", "Print &One Page", "&Print", "&Output As ASCII"}) {
     edit("b");
-    dialogs.AnswerSave("");
+    const bool saves = std::string_view(entry).find("Save") != std::string_view::npos;
+    saves ? dialogs.AnswerSave("") : dialogs.AnswerOpen("");
     window->ChooseEntry(entry);
-    EXPECT_EQ(CursorMode, 0) << entry;
-    EXPECT_EQ(PendingRun, "") << entry;
-  }
-  for (const char* entry : {"Print &One Page", "&Print", "&Output As ASCII"}) {
-    edit("c");
-    dialogs.AnswerOpen("");
-    window->ChooseEntry(entry);
-    EXPECT_EQ(CursorMode, 0) << entry;
+    EXPECT_EQ(std::tie(CursorMode, PendingRun), std::tuple(0, "")) << entry;
   }
   EXPECT_EQ(std::count(PageText.begin(), PageText.end(), '\n'), 5);
   edit("d");
@@ -355,18 +337,17 @@ TEST_F(MainWindowTest, BoxesAnswerEnterAndEscape) {
   pages->Type("7");
   pages->PressEnter();
   EXPECT_NE(PageText.find("seven"), std::string::npos);
-  pages->Type("12345");
-  pages->PressEnter();
-  EXPECT_EQ(pages->text, "7");
-  pages->Type("1");
-  pages->PressEscape();
-  EXPECT_EQ(pages->text, "7");
+  for (const bool enter : {true, false}) {
+    pages->Type(enter ? "12345" : "1");
+    enter ? pages->PressEnter() : pages->PressEscape();
+    EXPECT_EQ(pages->text, "7");
+  }
   EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
 
   PlaceAt("Top Left", 10, 21);
   FakeTextBox* codes = window->BoxOf("Control Codes");
   codes->Type("typed in the box");
-  EXPECT_NE(canvas->Drawn(Layer::Overlay).find("typed in the box"), std::string::npos);
+  EXPECT_TRUE(Shows("typed in the box", Layer::Overlay));
   codes->PressEnter();
   EXPECT_TRUE(PageText.ends_with("(typed in the box) 1 s\r\n"));
   EXPECT_EQ(CursorMode, 1);
@@ -386,7 +367,7 @@ TEST_F(MainWindowTest, TheMouseOnTheCanvas) {
   canvas->Move(70, 70);
   EXPECT_NEAR(STARTX, startX + 10, 0.01);
   EXPECT_EQ(Form1Parts.pointer->Text(), "70.0, 70.0 pt     on the grid 70, 69 pt");
-  if (canvas->OnMouseLeave) canvas->OnMouseLeave();
+  canvas->OnMouseLeave();
   EXPECT_EQ(Form1Parts.pointer->Text(), "");
 
   WheelEvent wheel;
@@ -427,8 +408,7 @@ TEST_F(MainWindowTest, MacrosGoIntoTheRun) {
   Start();
   MacroMenu[0]->OnChosen();
   EXPECT_EQ(PendingRun, "");
-  PlaceAt("Top Left", 10, 21);
-  canvas->Type("x");
+  TypeOnThePage();
   window->PressShortcut("Alt+0");
   EXPECT_EQ(PendingRun, "x\xF0(2)\xF2");
 }
@@ -449,15 +429,13 @@ TEST_F(MainWindowTest, ExitWritesSettingsAndMacros) {
 
 TEST_F(MainWindowTest, ExitOffersToSave) {
   Start();
-  PlaceAt("Top Left", 10, 21);
-  canvas->Type("x");
-
+  TypeOnThePage();
   dialogs.AnswerYes();
   dialogs.AnswerSave("");
   window->ClickFrameClose();
   EXPECT_TRUE(window->visible);
-  EXPECT_EQ(dialogs.asked[0], "Would you like to save the current paper. [Yes]");
-  EXPECT_EQ(dialogs.asked[1], "Save: Save As, *.001|*.001, ");
+  EXPECT_EQ(dialogs.asked, (std::vector<std::string>{"Would you like to save the current paper. [Yes]",
+                                                     "Save: Save As, *.001|*.001, "}));
   EXPECT_FALSE(files.contents.contains("\\Kelvane\\QRX.MCR"));
 
   dialogs.AnswerYes();
@@ -467,23 +445,16 @@ TEST_F(MainWindowTest, ExitOffersToSave) {
   EXPECT_EQ(Content("\\P\\Essay.001"), "10 21 m 11 F0 (x) 1 s\r\n");
 }
 
-TEST_F(MainWindowTest, ExitWithNoLeavesThePageUnsaved) {
-  Start();
-  PlaceAt("Top Left", 10, 21);
-  canvas->Type("x");
-  dialogs.AnswerNo();
-  window->ChooseEntry("Exit");
-  EXPECT_TRUE(toolkit.quit);
-  EXPECT_TRUE(files.contents.contains("\\Kelvane\\QRX.MCR"));
-}
-
-TEST_F(MainWindowTest, AnEmptyPageAsksNothing) {
-  Start();
-  PlaceAt("Top Left", 10, 21);
-  canvas->Type("x");
-  window->PressShortcut("Ctrl+Z");
-  window->ChooseEntry("Exit");
-  EXPECT_TRUE(toolkit.quit);
+TEST_F(MainWindowTest, ExitTakesNoForAnAnswerAndAsksNothingOfAnEmptyPage) {
+  for (const bool emptied : {false, true}) {
+    toolkit.quit = false;
+    Start();
+    TypeOnThePage();
+    emptied ? window->PressShortcut("Ctrl+Z") : dialogs.AnswerNo();
+    window->ChooseEntry("Exit");
+    EXPECT_TRUE(toolkit.quit);
+    EXPECT_TRUE(files.contents.contains("\\Kelvane\\QRX.MCR"));
+  }
 }
 
 // Somebody who may not write the program folder can work and leave, and is told.
@@ -492,7 +463,7 @@ TEST_F(MainWindowTest, AProgramFolderThatCannotBeWritten) {
   Start();
   EXPECT_EQ(dialogs.messages.size(), 1u);
   dialogs.messages.clear();
-  const std::map<std::string, std::string> before = files.contents;
+  const auto before = files.contents;
   files.FailAnyStep(1, true);
   window->ChooseEntry("Exit");
   EXPECT_TRUE(toolkit.quit);
