@@ -1,6 +1,7 @@
 // Every command that writes, with each of its file operations failing in turn: files hold their old or their
 // new content, the page in memory is unharmed, and the person is told.
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <string>
@@ -11,6 +12,7 @@
 #include "document/page.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "platform/files.h"
 #include "platform/handlers.h"
 #include "tests/support/editor_test.h"
 #include "typography/typefaces.h"
@@ -73,11 +75,20 @@ class FileFailuresTest : public EditorTest {
     files.FailNothing();
     if (!failed) return false;
     EXPECT_FALSE(dialogs.messages.empty());
+    for (const std::string& message : dialogs.messages) EXPECT_TRUE(NamesAFile(message)) << message;
     dialogs = ScriptedDialogs();  // a command that stopped has not asked all that it would have asked
     ExpectOldOrNew();
     ExpectPageUnharmed();
     if (check) check();
     return true;
+  }
+
+  // The person's file, not the temporary one that it would have been made of.
+  bool NamesAFile(const std::string& message) const {
+    const auto named = [&](const auto& file) {
+      return message.find(MachinePath(file.first)) != std::string::npos;
+    };
+    return std::any_of(stored.begin(), stored.end(), named) || std::any_of(whole.begin(), whole.end(), named);
   }
 
   void ExpectOldOrNew() {

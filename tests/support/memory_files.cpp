@@ -30,7 +30,7 @@ bool MemoryFiles::IsToFail(FileStep step) {
 }
 
 void MemoryFiles::Take(FileStep step, const std::string& path) {
-  if (IsToFail(step)) throw Failure("Made to fail: " + path);
+  if (IsToFail(step)) throw Failure("Made to fail: " + MachinePath(path));
 }
 
 bool MemoryFiles::Exists(const std::string& path) {
@@ -64,7 +64,7 @@ void MemoryFiles::Write(Handle handle, std::string_view bytes) {
   std::string& content = contents.at(handles.at(handle));
   if (IsToFail(FileStep::Write)) {
     content.append(bytes.substr(0, bytes.size() / 2));
-    throw Failure("Made to fail: " + handles.at(handle));
+    throw Failure("Made to fail: " + MachinePath(handles.at(handle)));
   }
   content.append(bytes);
 }
