@@ -276,6 +276,7 @@ TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   EXPECT_EQ(Content("\\P\\Essay.001"), first);
   EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
   EXPECT_EQ(CursorMode, 0);
+  EXPECT_EQ(Form1Parts.pointer->Text(), "Saved: /P/Essay.001");
 
   window->PressShortcut("PgDown");
   EXPECT_EQ(PageBox->Text(), "2");
@@ -291,6 +292,7 @@ TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   const std::string job = Content("\\P\\Essay.PS");
   for (const char* text : {"(Two)", "(next)"}) EXPECT_NE(job.find(text), std::string::npos) << text;
   EXPECT_EQ(job.back(), 4);
+  EXPECT_EQ(Form1Parts.pointer->Text(), "Written: /P/Essay.PS");
 
   window->PressShortcut("Ctrl+Z");
   EXPECT_EQ(PageText, "");
