@@ -84,9 +84,10 @@ void AddColumn(Window& window) {
 
 void AddScriptButtons(Window& window) {
   constexpr int kWidth = 20;
+  constexpr int kGap = 4;  // between the four scripts
   for (int i = 0; i < 12; ++i) {
     Button* button = window.AddButton(kScriptCaptions[i], ScriptIcon(i), kScriptCaptions[i]);
-    button->SetPlace({kButton + i * kWidth, 0, kWidth, kRow});
+    button->SetPlace({kButton + i * kWidth + i / 3 * kGap, 0, kWidth, kRow});
     button->OnClick = [i] { InsertScript(i); };
     Form1Parts.scripts[i] = button;
   }
@@ -108,24 +109,24 @@ void PageBox_Enter() {
 }
 
 void AddPageRow(Window& window) {
-  Form1Parts.pageUp = AddPageButton(window, "Pg Up", "Previous Page", 267, PageUp);
+  Form1Parts.pageUp = AddPageButton(window, "Pg Up", "Previous Page", 280, PageUp);
   PageBox = window.AddTextBox("Page Number", false);
-  PageBox->SetPlace({308, 1, 32, kRow - 2});
+  PageBox->SetPlace({322, 1, 32, kRow - 2});
   PageBox->OnEnter = PageBox_Enter;
   PageBox->OnEscape = [] {
     ShowPageNumber();
     FocusCanvas();
   };
-  Form1Parts.pageDown = AddPageButton(window, "Pg Dn", "Next Page", 341, PageDown);
+  Form1Parts.pageDown = AddPageButton(window, "Pg Dn", "Next Page", 356, PageDown);
   window.AddShortcut("PgUp", Form1Parts.pageUp->OnClick);
   window.AddShortcut("PgDown", Form1Parts.pageDown->OnClick);
 }
 
 void AddSizeRow(Window& window) {
   Form1Parts.sizeLabel = window.AddLabel("Font Size");
-  Form1Parts.sizeLabel->SetPlace({387, 0, 58, kRow});
+  Form1Parts.sizeLabel->SetPlace({401, 0, 56, kRow});
   Text1 = window.AddTextBox("Font Size", false);
-  Text1->SetPlace({446, 1, 38, kRow - 2});
+  Text1->SetPlace({458, 1, 38, kRow - 2});
   Text1->SetText(FormatSingle(FontSize));
   Text1->OnChange = [] {
     SizeBoxChanged(Text1->Text());
@@ -176,7 +177,7 @@ void LayOut(float W, float H) {
   const int bar = kScrollBarPixels;
   Text4->SetPlace({canvas.left, row + 1, box, kRow - 2});
   Form1Parts.apply->SetPlace({canvas.left + box + 2, row, Pixels(kBesideBox) - 4, kRow});
-  FontLabel->SetPlace({490, 0, std::max(Pixels(W) + bar - 492, 0), kRow});
+  FontLabel->SetPlace({500, 0, std::max(Pixels(W) + bar - 502, 0), kRow});
   Form1->SetCanvasPlace(Picture1, canvas);
   Form1Parts.horizontal->SetPlace({canvas.left, canvas.top + canvas.height, canvas.width, bar});
   Form1Parts.vertical->SetPlace({canvas.left + canvas.width, canvas.top, bar, canvas.height});
