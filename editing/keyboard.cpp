@@ -112,7 +112,7 @@ void PaintMark() {
 
 // What was appended is the last of the page, so painting it on top is what a redraw would do.
 void ShowNewEntries(std::string_view lines) {
-  if (!Picture1 || Picture1->PixelWidth() <= 0 || Picture1->PixelHeight() <= 0) return;
+  if (!CanvasIsLaidOut()) return;
   Picture1->SelectLayer(Layer::Page);
   while (!lines.empty()) PaintTextLine(TakeLine(lines));
 }
@@ -208,7 +208,7 @@ void AddTextRun(bool ResetSelection) {
 
 void DrawCursorMark(std::int16_t colour, bool typing) {
   ShowCursorLabel();
-  if (!Picture1 || Picture1->PixelWidth() <= 0 || Picture1->PixelHeight() <= 0) return;
+  if (!CanvasIsLaidOut()) return;
   Picture1->SelectLayer(Layer::Overlay);
   Picture1->Clear();
   if (colour != kWhite) {

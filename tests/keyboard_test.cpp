@@ -13,10 +13,6 @@
 namespace kelvane {
 namespace {
 
-constexpr int kEnter = 13;
-constexpr int kCtrlEnter = 10;
-constexpr int kBackspace = 8;
-
 // An anchor is chosen and placed at (72, 100).
 class KeyboardTest : public ProgramTest {
  protected:
@@ -36,8 +32,8 @@ TEST_F(KeyboardTest, KeysNeedAPlacedPoint) {
   for (const std::int16_t mode : {0, 1, 9, 10, 11}) {
     CursorMode = mode;
     canvas->Press('x');
-    canvas->Press(kEnter);
-    canvas->Press(kBackspace);
+    canvas->Press(kKeyEnter);
+    canvas->Press(kKeyBackspace);
     InsertText("m0");
     EXPECT_EQ(PendingRun, "");
     EXPECT_EQ(CursorY, 100);
@@ -47,7 +43,7 @@ TEST_F(KeyboardTest, KeysNeedAPlacedPoint) {
 
 TEST_F(KeyboardTest, CodesOfTheKeyboard) {
   for (int code = 0; code < 300; ++code) {
-    if (code != kBackspace && code != kEnter && code != kCtrlEnter) TypeKey(code);
+    if (code != kKeyBackspace && code != kKeyEnter && code != kKeyCtrlEnter) TypeKey(code);
   }
   std::string typed;
   for (int code = 32; code <= 127; ++code) typed += static_cast<char>(code);
@@ -58,19 +54,19 @@ TEST_F(KeyboardTest, CodesOfTheKeyboard) {
 // The label must tell the face of the next character.
 TEST_F(KeyboardTest, BackspaceTakesTheLastCodeOfTheRunOnlyAndItsTypeface) {
   BaseFont = CurrentFont = 2;
-  canvas->Press(kBackspace);
+  canvas->Press(kKeyBackspace);
   canvas->Type("a");
   ChooseFont(4);
   canvas->Type("b");
   ChooseFont(9);
-  canvas->Press(kBackspace);
+  canvas->Press(kKeyBackspace);
   EXPECT_EQ(FontLabel->Text(), "Helvetica 11.00pts");
-  canvas->Press(kBackspace);
-  canvas->Press(kBackspace);
+  canvas->Press(kKeyBackspace);
+  canvas->Press(kKeyBackspace);
   EXPECT_EQ(Box().text, "a");
   EXPECT_EQ(CurrentFont, 2);
-  canvas->Press(kEnter);
-  canvas->Press(kBackspace);
+  canvas->Press(kKeyEnter);
+  canvas->Press(kKeyBackspace);
   EXPECT_EQ(PageText, "72 100 m 11 F2 (a) 1 s\r\n");
 }
 
@@ -78,7 +74,7 @@ TEST_F(KeyboardTest, EnterWritesTheEntryAndGoesToTheNextLine) {
   BaseFont = CurrentFont = 1;
   canvas->Type("x+1");
   ChooseFont(5);
-  canvas->Press(kEnter);
+  canvas->Press(kKeyEnter);
   EXPECT_EQ(PageText, "72 100 m 11 F1 (x+1\xE5) 1 s\r\n");
   EXPECT_EQ(PendingRun + Box().text, "");
   EXPECT_EQ(CursorMode, -1);
@@ -97,7 +93,7 @@ TEST_F(KeyboardTest, EntriesCarryWhatIsInForceAndStandOnALineOfTheirOwn) {
   FontSize = 10.5F;
   BaseFont = 10;
   canvas->Type("a)b(\\");
-  canvas->Press(kEnter);
+  canvas->Press(kKeyEnter);
   EXPECT_EQ(PageText, "a line without its end\r\n-3.25 100 m 10.5 FA (a)b(\\) 9 s\r\n");
 }
 
@@ -105,7 +101,7 @@ TEST_F(KeyboardTest, EnterOnNothingOnlyMovesDown) {
   MarkedLeft = MarkedTop = 5;
   GridStepV = 4;
   CursorY = -20;
-  canvas->Press(kEnter);
+  canvas->Press(kKeyEnter);
   EXPECT_EQ(CursorY, -8);  // -20 + 11 + 4 = -5, down to a multiple of 4
   EXPECT_EQ(MarkedLeft + MarkedTop, 0);
   EXPECT_EQ(PageText, "");
@@ -117,7 +113,7 @@ TEST_F(KeyboardTest, CtrlEnterJustifiesLeftAnchoredRuns) {
   for (std::int16_t anchor = 9; anchor >= 1; --anchor) {
     CursorMode = static_cast<std::int16_t>(-anchor);
     canvas->Type("a b");
-    canvas->Press(kCtrlEnter);
+    canvas->Press(kKeyCtrlEnter);
     const std::string number = std::to_string(anchor);
     EXPECT_TRUE(PageText.ends_with(anchor <= 3 ? number + " 28 a\r\n" : number + " s\r\n")) << PageText;
     EXPECT_EQ(CursorMode, -anchor);
@@ -128,7 +124,7 @@ TEST_F(KeyboardTest, CtrlEnterJustifiesLeftAnchoredRuns) {
   GuideX[0] = 50;  // none to the right
   CursorMode = -1;
   canvas->Type("a");
-  canvas->Press(kCtrlEnter);
+  canvas->Press(kKeyCtrlEnter);
   EXPECT_TRUE(PageText.ends_with("1 s\r\n"));
 }
 
@@ -199,7 +195,7 @@ TEST_F(KeyboardTest, TypingShowsOnTheOverlayWhatTheCommitWillDraw) {
     CursorMode = static_cast<std::int16_t>(-anchor);
     BaseFont = CurrentFont = 3;
     canvas->Type("abx");
-    canvas->Press(kBackspace);
+    canvas->Press(kKeyBackspace);
     InsertScript(0);
     ChooseFont(8);
     canvas->Type("c d");

@@ -135,6 +135,10 @@ void PlaceChar(int code, std::int16_t font, float size, float& x, float y, Colou
 
 }  // namespace
 
+bool CanvasIsLaidOut() {
+  return Picture1 && Picture1->PixelWidth() > 0 && Picture1->PixelHeight() > 0;
+}
+
 void ResetGlyphs() {
   for (auto& columns : CharacterDefs) {
     for (std::string& procedure : columns) procedure.clear();

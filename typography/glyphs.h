@@ -25,6 +25,8 @@ inline constexpr float kGlyphUnit = 0.02F;  // ems
 extern std::string CharacterDefs[kGlyphs][4];
 
 extern Canvas* Picture1;
+// Whether there is a page canvas and it has a size.
+bool CanvasIsLaidOut();
 extern Canvas* DesignerCanvas;  // target 2 of DrawCurve; null until that window exists
 
 void ResetGlyphs();

@@ -129,7 +129,7 @@ bool NeedsWidth(const TextEntry& entry) {
 }  // namespace
 
 void RedrawPage() {
-  if (!Picture1 || Picture1->PixelWidth() <= 0 || Picture1->PixelHeight() <= 0) return;
+  if (!CanvasIsLaidOut()) return;
   Picture1->SelectLayer(Layer::Page);
   SetTransform();
   Picture1->Clear();
