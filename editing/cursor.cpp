@@ -37,9 +37,23 @@ constexpr const char* kPointerFiles[kLastMode + 1] = {
     "PVQright.ICO", "PVQtprt.ICO", "PVQtop.ICO",  "PVQmid.ICO",  "PVQpoint.ICO", "PVQcross.ICO",
 };
 
+// The pointer file that could not be loaded for the mode in force; the arrow stands in for it.
+std::string MissingPointer;
+
+std::string HintOfMode() {
+  if (CursorMode == 0) return "Choose an anchor at the left to type";
+  if (CursorMode == kBezierMode) return "Click for points, pull to bend; Enter ends it";
+  const int anchor = AnchorOfMode(CursorMode);
+  if (anchor == 0) return "";
+  const std::string name = kAnchorNames[anchor];
+  if (CursorMode > 0) return name + ": click on the page to type there";
+  return name + " at " + FormatSingle(CursorX) + ", " + FormatSingle(CursorY) + " pt";
+}
+
 }  // namespace
 
 void ResetCursor() {
+  MissingPointer.clear();
   CursorMode = 0;
   CursorX = 0;
   CursorY = 0;
@@ -51,13 +65,9 @@ void ClearMarkedBox() {
 }
 
 std::string CursorLabelText() {
-  const int anchor = AnchorOfMode(CursorMode);
-  if (CursorMode == 0) return "Choose an anchor at the left to type";
-  if (CursorMode == kBezierMode) return "Click for points, pull to bend; Enter ends it";
-  if (anchor == 0) return "";
-  const std::string name = kAnchorNames[anchor];
-  if (CursorMode > 0) return name + ": click on the page to type there";
-  return name + " at " + FormatSingle(CursorX) + ", " + FormatSingle(CursorY) + " pt";
+  // The line has room for one thing: while a mode is new, what is missing of it is the news.
+  const bool fresh = CursorMode > 0 && !MissingPointer.empty();
+  return fresh ? "Missing file " + MissingPointer + ": the arrow stands in" : HintOfMode();
 }
 
 void ShowCursorLabel() {
@@ -74,10 +84,11 @@ void SetCanvasPointer(std::int16_t mode) {
   }
   if (Command6) Command6->SetDown(number == kBezierMode);
   if (!Picture1) return;
+  MissingPointer.clear();
   if (number == 0) {
     Picture1->SetPointerArrow();
-  } else {
-    Picture1->SetPointerIcon(ProgramFolder + kPointerFiles[number]);
+  } else if (!Picture1->SetPointerIcon(ProgramFolder + kPointerFiles[number])) {
+    MissingPointer = kPointerFiles[number];
   }
 }
 

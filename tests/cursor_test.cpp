@@ -117,6 +117,7 @@ TEST_F(CursorTest, TheMarkIsOnTheOverlay) {
 TEST_F(CursorTest, TheButtonsAndTheFootOfTheWindowTellTheMode) {
   FakeLabel label;
   CursorLabel = &label;
+  canvas->icons = {"\\Kelvane\\PVQmid.ICO", "\\Kelvane\\PVQpoint.ICO"};
   const struct {
     std::function<void()> act;
     std::string label, down;
@@ -124,7 +125,9 @@ TEST_F(CursorTest, TheButtonsAndTheFootOfTheWindowTellTheMode) {
                {[] { ChooseAnchor(9); }, "Center: click on the page to type there", "0000000001"},
                {[] { PlaceCursor(10, 20.4F); }, "Center at 10, 20 pt", "0000000001"},
                {[] { TypeKey(13); }, "Center at 10, 32 pt", "0000000001"},
-               {[] { ChooseAnchor(10); }, "Click for points, pull to bend; Enter ends it", "0000000000"}};
+               {[] { ChooseAnchor(10); }, "Click for points, pull to bend; Enter ends it", "0000000000"},
+               {[] { ChooseAnchor(5); }, "Missing file PVQbtrt.ICO: the arrow stands in", "0000010000"},
+               {[] { PlaceCursor(10, 20.4F); }, "Bottom Right at 10, 20 pt", "0000010000"}};
   for (const auto& step : steps) {
     step.act();
     EXPECT_EQ(label.text, step.label);
