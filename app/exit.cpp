@@ -3,6 +3,7 @@
 #include "app/settings.h"
 #include "document/paper.h"
 #include "editing/cursor.h"
+#include "editing/keyboard.h"
 #include "macros/macros.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -21,11 +22,19 @@ void WriteOrReport(void (*write)(), const char* what) {
   }
 }
 
+// What was put into the control-code box in Select belongs to no place, so it is on no page to be saved.
+bool MayDropLooseText() {
+  return PendingRun.empty() ||
+         TheDialogs->Ask(
+             "The text in the control-code box is not on the page yet and would be lost.\nLeave anyway?",
+             false);
+}
+
 }  // namespace
 
 bool ExitSequence() {
   LeaveEditing();
-  if (!OfferToSave()) return false;
+  if (!MayDropLooseText() || !OfferToSave()) return false;
   if (Form1) FormPlace = Form1->GetWindowPlace();
   WriteOrReport([] { WriteSettings(ProgramFolder + "QRX.DAT"); }, "The settings");
   // What was applied in the Define Macro window a moment ago has not met the timer yet.

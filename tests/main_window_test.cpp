@@ -447,6 +447,18 @@ TEST_F(MainWindowTest, ExitOffersToSave) {
   EXPECT_EQ(Content("\\P\\Essay.001"), "10 21 m 11 F0 (x) 1 s\r\n");
 }
 
+TEST_F(MainWindowTest, ExitDropsNoTextOfTheBoxUnasked) {
+  Start();
+  window->BoxOf("Control Codes")->Type("loose");
+  dialogs.AnswerNo();
+  window->ClickFrameClose();
+  EXPECT_TRUE(window->visible);
+  EXPECT_EQ(Text4->Text(), "loose");
+  dialogs.AnswerYes();
+  window->ClickFrameClose();
+  EXPECT_FALSE(window->visible);
+}
+
 TEST_F(MainWindowTest, ExitTakesNoForAnAnswerAndAsksNothingOfAnEmptyPage) {
   for (const bool emptied : {false, true}) {
     toolkit.quit = false;
