@@ -12,11 +12,21 @@
 
 namespace kelvane {
 
-// Text lines of the page, each ended by CR LF. Changed by commits, undo, macros of the edit menu and reading.
-extern std::string PageText;
-// Number of drawings and their records, each ended by CR LF.
-extern std::int16_t DrawingCount;
-extern std::string DrawingList;
+struct Page {
+  std::string text;               // text lines, each ended by CR LF
+  std::int16_t drawingCount = 0;  // number of the drawings
+  std::string drawings;           // their records, each ended by CR LF
+
+  bool Empty() const { return text.empty() && drawingCount <= 0; }
+  bool operator==(const Page&) const = default;
+};
+
+// The page in memory, and its parts by the names that the formats use. Changed by edits, undo and by another
+// page coming into memory.
+extern Page ThePage;
+extern std::string& PageText;
+extern std::int16_t& DrawingCount;
+extern std::string& DrawingList;
 // The record being drawn, not yet in DrawingList.
 extern std::string CurrentDrawing;
 
@@ -44,18 +54,24 @@ std::string DrawingRecordToLine(std::string_view record);
 // an operator finds too few.
 std::string LineToDrawingRecord(std::string_view line);
 
-bool PageIsEmpty();
-
-// Empties the four pieces of the page.
+// Empties the page in memory and drops the path being drawn.
 void ClearPage();
 
-// Writes the page, text entries by (Y, X), then the drawings. Throws Failure; the old file is then whole.
-void WritePageSorted(const std::string& path);
-// The same with the text as it stands.
-void WritePagePlain(const std::string& path);
+// The order of the text lines in a written page: as they were typed, or down the page, then to the right, and
+// of two entries on one point the later one first.
+enum class PageOrder { AsTyped, ByPosition };
 
-// Replaces the page by the file's. Throws Failure naming file and line if the file is no page (see
-// docs/formats.md); the page in memory is then as it was.
+// The content of the page's file. `path` is for messages. Throws Failure, naming file and line, if the page
+// could not be read again: it passes 32 MB, or a text line 65,535 bytes.
+std::string ContentOfPage(const Page& page, PageOrder order, const std::string& path);
+// The page that a file's content holds. Throws Failure, naming file and line, if it is no page (see
+// docs/formats.md) or could not be written again.
+Page PageOfContent(std::string_view content, const std::string& path);
+
+// Writes the page in memory. Throws Failure; the old file is then whole.
+void WritePageSorted(const std::string& path);
+void WritePagePlain(const std::string& path);
+// Replaces the page in memory by the file's. Throws Failure; the page is then as it was.
 void ReadPage(const std::string& path);
 
 }  // namespace kelvane
