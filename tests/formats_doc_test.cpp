@@ -20,7 +20,7 @@
 #include "output/plain_text.h"
 #include "output/postscript.h"
 #include "tests/support/program_test.h"
-#include "typography/glyph_procedures.h"
+#include "typography/glyph_shapes.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"

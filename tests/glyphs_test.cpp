@@ -4,7 +4,7 @@
 
 #include "tests/support/program_files.h"
 #include "tests/support/program_test.h"
-#include "typography/glyph_procedures.h"
+#include "typography/glyph_shapes.h"
 #include "typography/metrics.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"

@@ -6,7 +6,10 @@
 #include "app/startup.h"
 #include "document/paper.h"
 #include "editing/cursor.h"
+#include "editing/edit.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
+#include "editing/notes.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "platform/files.h"
@@ -32,6 +35,7 @@ void EmptyHandlesAndHooks() {
   DesignerCanvas = nullptr;
   FontLabel = nullptr;
   CursorLabel = nullptr;
+  NoteLabel = nullptr;
   Text1 = nullptr;
   Text4 = nullptr;
   Command6 = nullptr;
@@ -45,7 +49,7 @@ void EmptyHandlesAndHooks() {
   Empty(AnchorButtons);
   FinishTyping = nullptr;
   PageReplaced = nullptr;
-  PaintOverlay = nullptr;
+  PageEdited = nullptr;
   ViewMoved = nullptr;
   FocusedControl = nullptr;
 }
@@ -60,6 +64,7 @@ void FillMenu(Window& window, const char* caption, Handles& handles) {
 void FillHandles(FakeWindow& window) {
   Form1 = &window;
   Picture1 = window.AddCanvas();
+  Picture1->OnPaint = PaintLayer;
   PageBox = window.AddTextBox("Page Number", false);
   Text1 = window.AddTextBox("Font Size", false);
   Text4 = window.AddTextBox("Control Codes", true);
