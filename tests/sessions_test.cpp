@@ -162,20 +162,24 @@ class Session : public EditorTest {
     ADD_FAILURE() << "No menu entry " << path;
   }
 
-  // A key of the page or of the window, or "in" a box.
+  // A key of the page or of the window, once or so many times, or "in" a box.
   void Key(const std::string& key) {
     const auto code = kCanvasKeys.find(key);
-    if (Word() == "in") return key == "Enter" ? Box(Text()).PressEnter() : Box(Text()).PressEscape();
-    code != kCanvasKeys.end() ? canvas->Press(code->second) : Main().PressShortcut(key);
+    const std::string how = Word();
+    if (how == "in") return key == "Enter" ? Box(Text()).PressEnter() : Box(Text()).PressEscape();
+    for (int times = how.empty() ? 1 : std::stoi(how); times > 0; --times)
+      code != kCanvasKeys.end() ? canvas->Press(code->second) : Main().PressShortcut(key);
   }
 
+  // At one or, behind commas, several points.
   void Mouse(void (RecordingCanvas::*event)(float, float, MouseButton)) {
     const float x = Number();
-    const float y = Number();
-    (canvas->*event)(x, y,
+    const std::string y = Word();
+    (canvas->*event)(x, ReadSingle(y),
                      rest == "right"    ? MouseButton::Right
                      : rest == "middle" ? MouseButton::Middle
                                         : MouseButton::Left);
+    if (y.ends_with(',')) Mouse(event);
   }
 
   // The anchor, and where it says so a click "at" a point.
@@ -185,6 +189,19 @@ class Session : public EditorTest {
     if (at == std::string::npos) return;
     rest.erase(0, at + 4);
     Mouse(&RecordingCanvas::Click);
+  }
+
+  void Turn() {
+    if (rest == "up" || rest == "down") return Main().PressShortcut(rest == "up" ? "PgUp" : "PgDown");
+    Box("Page Number").Type(Text());
+    Box("Page Number").PressEnter();
+  }
+
+  // Opens the window that defines macros and fills it in.
+  void Define(const std::string& number) {
+    if (Front().main) Choose("Macros/Define");
+    Box("Macro Number").Type(number);
+    if (!rest.empty()) Box("Definition").Type(Bytes(Text()));
   }
 
   void Wheel() {
@@ -205,9 +222,14 @@ class Session : public EditorTest {
   }
 
   void PutFile(std::string& content) {
-    const int times = rest.empty() ? 1 : static_cast<int>(Number());
+    int times = 1;
+    if (block.empty() && !rest.empty()) {
+      block.push_back(rest);
+    } else if (!rest.empty()) {
+      times = static_cast<int>(Number());
+    }
     content.clear();
-    for (int i = 0; i < times; ++i)
+    for (; times > 0; --times)
       for (const std::string& line : block) content += Bytes(line) + "\r\n";
   }
 
@@ -252,13 +274,10 @@ class Session : public EditorTest {
     if (word == "colour") return Choose("Format/Line Colour/" + rest);
     if (word == "thickness") return Choose("Format/Line Thickness/" + rest);
     if (word == "macro") return main.PressShortcut("Alt+" + rest);
-    if (word == "page") return main.PressShortcut(rest == "up" ? "PgUp" : "PgDown");
+    if (word == "page") return Turn();
+    if (word == "define") return Define(Word());
     if (word == "box") return Box("Control Codes").Type(Bytes(Text()));
     if (word == "size") return Box("Font Size").Type(Text());
-    if (word == "fill") {
-      FakeTextBox& box = Box(Word());
-      return box.Type(Bytes(Text()));
-    }
     // The windows, time, and all of it again.
     if (word == "resize") return Resize(Number());
     if (word == "close") return Front().ClickFrameClose();
