@@ -217,6 +217,7 @@ void Form1_Resize() {
   LayOut(W, H);
   if (CursorMode > 0 && AnchorOfMode(CursorMode) != 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
   ShowPage();
+  ShowCursor();
   ShowScrollPosition();
 }
 

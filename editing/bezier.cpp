@@ -134,7 +134,7 @@ class Drawer : public Tool {
       handle.LineTo(path[path.size() - 2]);
       handle.LineTo(path.back());
       painter.StrokePath(handle, thin);
-    } else if (!Pressed || path.size() == 1) {
+    } else if ((!Pressed || path.size() == 1) && Hover != path.back()) {
       painter.DrawLine(path.back(), Hover, thin);
     }
     const float mark = kMarkPixels / view.scale;

@@ -89,7 +89,7 @@ void ShowFontAtCaret() {
 
 // Takes out what stands between the caret and `to`; the caret is then there.
 void EraseTo(std::size_t to) {
-  const auto [first, last] = std::minmax(Caret(), to);
+  const auto [first, last] = std::minmax({Caret(), to});
   const std::string_view erased = std::string_view(PendingRun).substr(first, last - first);
   const bool switches = std::any_of(erased.begin(), erased.end(), IsSwitch);
   const std::size_t behind = PendingRun.size() - last;
@@ -237,7 +237,10 @@ class Typing : public Tool {
     NotePlaceChosen();
   }
   bool Key(int code) override {
-    if (RunIsOpen() && EditingKey(code)) return true;
+    if (RunIsOpen() && EditingKey(code)) {
+      ShowCursor();
+      return true;
+    }
     if (ArrowKey(code)) return true;
     TypeKey(code);
     return CursorMode < 0 && code < kKeyLeft;

@@ -50,13 +50,10 @@ std::string RedoLabel() {
 }
 
 void Undo() {
-  if (RunIsOpen()) {
-    // Dropped, an unchanged run is what Redo brings back; a changed one becomes the edit that is undone.
-    if (RunIsAsGivenBack()) {
-      DropRun();
-    } else if (CompleteRun()) {
-      StepBack();
-    }
+  if (RunIsOpen() && RunIsAsGivenBack()) {
+    DropRun();  // Redo brings it back; what is undone is the edit before it
+  } else if (RunIsOpen()) {
+    if (CompleteRun()) StepBack();
     return;
   }
   if (PathIsOpen()) {

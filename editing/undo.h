@@ -13,7 +13,7 @@ std::string UndoLabel();
 std::string RedoLabel();
 
 // Undo takes back the run being typed or the path being drawn, or the last edit. A run that was typed at the
-// cursor point opens again for editing; undoing it once more drops it. The mode stays.
+// cursor point opens again for editing; unless it is changed, the next Undo drops it. The mode stays.
 void Undo();
 void Redo();
 

@@ -198,7 +198,9 @@ View TakeView() {
   VisibleTop = view.area.top;
   VisibleRight = view.area.right;
   VisibleBottom = view.area.bottom;
-  Picture1->SetCoordinates(VisibleLeft, VisibleTop, VisibleRight - VisibleLeft, VisibleBottom - VisibleTop);
+  // Not the difference of its edges, which far from the paper may be none.
+  Picture1->SetCoordinates(VisibleLeft, VisibleTop, static_cast<float>(Picture1->PixelWidth()) / SCALE,
+                           static_cast<float>(Picture1->PixelHeight()) / SCALE);
   return view;
 }
 

@@ -68,7 +68,7 @@ void RunPainter::Flush() {
 
 void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   const GlyphShape* shape = ShapeOfGlyph(code, pen.font);
-  if (!shape) return;
+  if (!shape || shape->path.Empty()) return;
   const float unit = kGlyphUnit * pen.size;
   path.steps = shape->path.steps;
   path.points.clear();
