@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "document/lines.h"
 #include "document/numbers.h"
@@ -67,7 +68,8 @@ void DropLastCharacter() {
 
 void NewLine() {
   const double lines = std::floor((static_cast<double>(FontSize) + CursorY + GridStepV) / GridStepV);
-  CursorY = static_cast<float>(lines * GridStepV);
+  constexpr double kMost = std::numeric_limits<float>::max();
+  CursorY = static_cast<float>(std::min(lines * GridStepV, kMost));
 }
 
 void EnterKey(bool justify) {

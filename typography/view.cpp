@@ -18,6 +18,8 @@ float VisibleLeft;
 float VisibleTop;
 float VisibleRight;
 float VisibleBottom;
+bool ShowGrid = true;
+bool PrintView = false;
 
 void ResetView() {
   PaperWidth = kDefaultPaperWidth;
@@ -30,6 +32,8 @@ void ResetView() {
   std::fill(std::begin(GuideX), std::end(GuideX), 0.0F);
   std::fill(std::begin(GuideY), std::end(GuideY), 0.0F);
   VisibleLeft = VisibleTop = VisibleRight = VisibleBottom = 0;
+  ShowGrid = true;
+  PrintView = false;
 }
 
 }  // namespace kelvane

@@ -37,6 +37,10 @@ extern float VisibleTop;
 extern float VisibleRight;
 extern float VisibleBottom;
 
+// Choices of the View menu, as at every start until they are changed there.
+extern bool ShowGrid;   // the grid lines
+extern bool PrintView;  // the page as print has it: glyphs filled, no grid, guides and marks
+
 void ResetView();
 
 }  // namespace kelvane
