@@ -51,21 +51,23 @@ bool Outputting() {
 }
 
 // A run or a path that is not finished is an edit that can be undone as well.
-bool SomethingIsBegun() {
-  return (!PendingRun.empty() && AnchorOfMode(CursorMode) != 0) || !CurrentDrawing.empty();
+std::string NextToUndo() {
+  if (!PendingRun.empty() && AnchorOfMode(CursorMode) != 0) return "typing";
+  return CurrentDrawing.empty() ? UndoLabel() : "drawing";
 }
+
 bool CanUndo() {
-  return !UndoLabel().empty() || SomethingIsBegun();
+  return !NextToUndo().empty();
 }
 bool CanRedo() {
   return !RedoLabel().empty();
 }
 
 std::string UndoCaption() {
-  return UndoLabel().empty() ? "&Undo" : "&Undo " + UndoLabel();
+  return CanUndo() ? "&Undo " + NextToUndo() : "&Undo";
 }
 std::string RedoCaption() {
-  return RedoLabel().empty() ? "&Redo" : "&Redo " + RedoLabel();
+  return CanRedo() ? "&Redo " + RedoLabel() : "&Redo";
 }
 
 template <bool& Switch>

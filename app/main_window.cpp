@@ -97,7 +97,7 @@ void PageBox_Enter() {
   const std::string text = PageBox->Text();
   const std::int16_t number = RoundToInt16(ReadSingle(text));
   GoToPage(number);
-  if (number < 1 || number > kLastPage)
+  if (!text.empty() && (number < 1 || number > kLastPage))
     ShowNote("There is no page " + text + ": pages count from 1 to " + std::to_string(kLastPage));
   RefreshMenus();
   FocusCanvas();

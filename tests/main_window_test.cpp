@@ -346,16 +346,18 @@ TEST_F(MainWindowTest, FileCommandsEndEditingUnlessTheyAreGivenUp) {
 
 TEST_F(MainWindowTest, UndoAndRedoAreGreyWhenThereIsNothing) {
   Start();
+  const auto rows = Rows();
   const auto available = [&] {
-    return std::tuple(window->Entry("&Undo")->enabled, window->Entry("&Redo")->enabled);
+    return std::tuple(rows.at("mEditUndo")->enabled, rows.at("mEditRedo")->enabled);
   };
   EXPECT_EQ(available(), std::tuple(false, false));
   TypeOnThePage();
   EXPECT_EQ(available(), std::tuple(true, false));
+  EXPECT_EQ(rows.at("mEditUndo")->caption, "&Undo typing");
   window->PressShortcut("Ctrl+Z");
-  EXPECT_FALSE(window->Entry("&Undo")->enabled);
+  EXPECT_EQ(available(), std::tuple(false, true));
   window->PressShortcut("Ctrl+Shift+Z");
-  EXPECT_FALSE(window->Entry("&Redo")->enabled);
+  EXPECT_EQ(available(), std::tuple(true, false));
   EXPECT_EQ(CursorMode, -1);
 }
 
