@@ -244,6 +244,7 @@ TEST_F(MainWindowTest, GridMenusAreCrossedAndViewsAreSwitches) {
   EXPECT_TRUE(Shows("line 0 100 594 100"));
   EXPECT_TRUE(Shows("line 156 0 156 840"));
   EXPECT_EQ(Checked("mGrid"), "mGridH6 mGridV5 ");
+  EXPECT_EQ(Rows().at("mGridV2")->caption, "Step &2 pt, lines every 4 pt");
   EXPECT_EQ(Rows().at("mGridH2")->caption, "Step &2 pt, no lines");
   for (const bool on : {true, false}) {
     canvas->ForgetDrawn();
@@ -411,6 +412,9 @@ TEST_F(MainWindowTest, TheViewFollowsTypingAndTheFootWarns) {
   EXPECT_LT(VisibleLeft, 300) << "the next line begins in view";
   canvas->Click(-9, 30);
   EXPECT_EQ(Note(), "The cursor point is outside the paper");
+  PlaceAt("Top Right", 9, 30);
+  canvas->Type("mm");
+  EXPECT_EQ(Note(), "The run passes the paper's edge");
 
   FakeTextBox* size = window->BoxOf("Font Size");
   size->Type("abc");
