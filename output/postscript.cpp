@@ -25,7 +25,6 @@ constexpr std::string_view kPageTrailer =
     "\tgsave showpage grestore /FN -1 def\r\n"
     "%-------\r\n";
 constexpr char kEndOfJob = 4;
-constexpr int kLastPage = 999;
 
 // The value of a placeholder; empty for a name that is none. The prolog turns the sheet over, y downwards
 // from the top, which is why its offset in y is the height of the paper.
