@@ -102,19 +102,19 @@ void AddPage(const Job& job, const std::string& pageFile, PageEnd& pageEnd) {
   const std::string content = TheFiles->ReadWhole(pageFile);
   std::string part;
   part.reserve(content.size() + content.size() / 8);
-  const auto add = [&](std::string_view line, bool last) {
-    if (pageEnd.Passes(line) && !last) {
-      throw Failure("Cannot print the page file " + MachinePath(pageFile) +
-                    ": it holds the lines that end a page in print:\n" + std::string(kPageTrailer[0]) + "\n" +
-                    std::string(kPageTrailer[1]));
-    }
-    AppendPageLine(part, line);
-  };
   for (std::string_view rest = content; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
-    if (!line.empty()) add(line, false);
+    if (line.empty()) continue;
+    if (pageEnd.Passes(line)) {
+      throw Failure("Cannot print the page file " + MachinePath(pageFile) +
+                    ": it holds the three lines that end a page in print.");
+    }
+    AppendPageLine(part, line);
   }
-  for (std::size_t i = 0; i < kPageTrailer.size(); ++i) add(kPageTrailer[i], i + 1 == kPageTrailer.size());
+  for (const std::string_view line : kPageTrailer) {
+    pageEnd.Passes(line);
+    part.append(line).append(kLineEnd);
+  }
   job(part);
 }
 
