@@ -177,7 +177,23 @@ TEST_F(PrologTest, ReadsWordsAsTheScreenDoes) {
       {"72 100 m 14 F4 (x) 10 s", "72 100 m 14 F4 (x) 3 s"},
       {"72 100 m 14 F4 (x) -1 s", "72 100 m 14 F4 (x) 3 s"},
       {"72 100 m 14 F4 (x) 8.7 s", "72 100 m 14 F4 (x) 9 s"},
+      {"72 100 m 14 F4 (x) 8.5 s", "72 100 m 14 F4 (x) 8 s"},
+      {"72 100 m 14 F4 (x) 4.5 s", "72 100 m 14 F4 (x) 4 s"},
+      {"  72   100 m 14  F4(x)3 s ", "72 100 m 14 F4 (x) 3 s"},
+      {"72 100 m 14 F4 (a b) 3 s a", "72 100 m 14 F4 (a b) 3 0 a"},
+      {"72 100 m 14 F4 (a(b) (\\)) 3 s", "72 100 m 14 F4 (a(b) (\\)) 3 s"},
+      {"16#48 +1.e2x m .14e+2,5 F4 (x) 3 s", "16 100 m 14 F4 (x) 3 s"},
+      {"--72 100 m 14 F4 (x) 3 s", "0 100 m 14 F4 (x) 3 s"},
+      {"72 100 m 1e-99 F4 (x) 3 s", "72 100 m 0 F4 (x) 3 s"},
       {"72 100 m 5x lw 9 y rl stroke", "72 100 m 5 lw 9 0 rl stroke"},
+      {"72 100 m \"5 6\" lw 9  rl \"stroke\"", "72 100 m 5 lw 9 0 rl stroke"},
+      {"5 lw 72 100 m 9 0 rl stroke", "72 100 m 5 lw 9 0 rl stroke"},
+      {"72 100 m 9 0 rl stroke", "72 100 m 0 lw 9 0 rl stroke"},
+      // What is an area the points say; "fill" forgives the rounding of its numbers.
+      {"72 100 m 5 lw 9 0 rl 0 9 rl -9 -9 rl stroke", "72 100 m 5 lw 9 0 rl 0 9 rl -9 -9 rl fill"},
+      {"72 100 m 5 lw 9 0 rl 0 9 rl -9 -9.008 rl fill",
+       "72 100 m 5 lw 9 0 rl 0 9 rl -9 -9.008 rl 0 0.008 rl fill"},
+      {"72 100 m 5 lw 9 0 rl 0 9 rl -9 -9.02 rl fill", "72 100 m 5 lw 9 0 rl 0 9 rl -9 -9.02 rl stroke"},
   });
 }
 
