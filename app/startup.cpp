@@ -4,7 +4,6 @@
 #include "app/menus.h"
 #include "app/settings.h"
 #include "designer/character_files.h"
-#include "document/page.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
@@ -14,6 +13,7 @@
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
+#include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -42,15 +42,6 @@ void ReadOrReport(void (*read)()) {
 }
 
 void ConnectSubjects() {
-  FinishTyping = [] {
-    CommitPendingRun(false);
-    FinishDrawing();
-  };
-  PageReplaced = [] {
-    ResetUndo();
-    RedrawPage();
-    if (ViewMoved) ViewMoved();
-  };
   PaintOverlay = [] { DrawCursorMark(kBlue, true); };
 }
 
@@ -87,8 +78,8 @@ void ResetProgram() {
   ResetGlyphs();
   ResetCursor();
   ResetSettings();
-  ClearPage();
   ResetPaper();
+  ResetPaperCommands();
   ResetKeyboard();
   ResetBezier();
   ResetUndo();

@@ -93,7 +93,7 @@ bool IsOwnOutput(const std::string& path, std::string_view job) {
 
 std::string Print(std::string (*makeJob)(const std::string&)) {
   PageOutput choice;
-  if (!ChoosePageOutput("PS", choice)) return {};
+  if (!ChoosePageOutput("PS", "Print", choice)) return {};
   const std::string job = makeJob(choice.pageFile);
   const bool written = WriteOutput(choice.outputPath, job, IsOwnOutput(choice.outputPath, job));
   return written ? choice.outputPath : std::string();

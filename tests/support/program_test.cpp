@@ -4,11 +4,11 @@
 #include <iterator>
 
 #include "app/startup.h"
-#include "document/paper.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
+#include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
@@ -43,8 +43,6 @@ void EmptyHandlesAndHooks() {
   Empty(ThicknessMenu);
   Empty(MacroMenu);
   Empty(AnchorButtons);
-  FinishTyping = nullptr;
-  PageReplaced = nullptr;
   PaintOverlay = nullptr;
   ViewMoved = nullptr;
   FocusedControl = nullptr;
