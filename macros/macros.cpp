@@ -27,6 +27,13 @@ std::string MacroFile() {
   return ProgramFolder + "QRX.MCR";
 }
 
+// A run holds no line end, which would also part the macro in its file, and no NUL.
+std::string ForRun(std::string text) {
+  std::ranges::replace_if(
+      text, [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+  return text;
+}
+
 // The lines of the file that there are, those of `missing` in the place of others.
 Captions FileCaptions(const Captions& missing) {
   Captions lines = missing;
@@ -34,7 +41,7 @@ Captions FileCaptions(const Captions& missing) {
   const std::string content = TheFiles->ReadWhole(MacroFile());
   std::string_view rest = content;
   for (std::size_t number = 0; number < lines.size() && !rest.empty(); ++number)
-    lines[number] = TakeLine(rest);
+    lines[number] = ForRun(std::string(TakeLine(rest)));
   return lines;
 }
 
@@ -53,10 +60,7 @@ const std::string& MacroCaption(int number) {
 
 void SetMacroCaption(int number, const std::string& text) {
   std::string& caption = captions[number];
-  caption = text;
-  // A run holds none of these, and a line end would part the macro in its file.
-  std::ranges::replace_if(
-      caption, [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+  caption = ForRun(text);
   if (MacroMenu[number] != nullptr) MacroMenu[number]->SetLiteralCaption(caption);
 }
 

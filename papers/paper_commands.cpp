@@ -258,8 +258,9 @@ bool PageDown() {
 
 bool GoToPage(int number) {
   ShowPageNumber();  // first, since the box must not keep a number that could not be reached
-  if (number < 1 || number > kLastPage) throw Failure("The pages of a paper have the numbers 1 to 999.");
-  if (number == CurrentPageNumber) return false;
+  if (number < 1 || number > kLastPage)
+    TheDialogs->Message("The pages of a paper have the numbers 1 to 999.");
+  if (number < 1 || number > kLastPage || number == CurrentPageNumber) return false;
   FinishEdits();
   return TurnToPage(number);
 }

@@ -31,8 +31,8 @@ bool OpenPaperFile(const std::string& chosenFile);
 // to go to.
 bool PageUp();
 bool PageDown();
-// Goes to a page as "Pg Up" and "Pg Dn" do, in one step. False for the current page, too; throws Failure for
-// a number that no page has.
+// Goes to a page as "Pg Up" and "Pg Dn" do, in one step. False for the current page and for a number that no
+// page has, too.
 bool GoToPage(int number);
 
 // Asks whether to save a changed page that is not empty, and saves it.

@@ -318,7 +318,7 @@ TEST_F(MainWindowTest, FileCommandsEndEditing) {
   for (const char* entry : {"&Save", "Save &As", "Print &One Page", "&Print", "&Output As ASCII"}) {
     edit("b");
     const bool saves = std::string_view(entry).find("Save") != std::string_view::npos;
-    saves ? dialogs.AnswerSave("") : dialogs.AnswerOpen("");
+    saves ? dialogs.AnswerSave("") : dialogs.AnswerNeither();
     window->ChooseEntry(entry);
     EXPECT_EQ(std::tie(CursorMode, PendingRun), std::tuple(0, "")) << entry;
   }
@@ -454,6 +454,7 @@ TEST_F(MainWindowTest, ExitDropsNoTextOfTheBoxUnasked) {
   window->ClickFrameClose();
   EXPECT_TRUE(window->visible);
   EXPECT_EQ(Text4->Text(), "loose");
+  EXPECT_TRUE(dialogs.asked.back().ends_with("Leave anyway? [No]"));
   dialogs.AnswerYes();
   window->ClickFrameClose();
   EXPECT_FALSE(window->visible);
@@ -481,7 +482,8 @@ TEST_F(MainWindowTest, AProgramFolderThatCannotBeWritten) {
   files.FailAnyStep(1, true);
   window->ChooseEntry("Exit");
   EXPECT_TRUE(toolkit.quit);
-  EXPECT_EQ(dialogs.messages.size(), 2u);
+  ASSERT_EQ(dialogs.messages.size(), 1u);
+  EXPECT_TRUE(dialogs.messages[0].starts_with("The settings and the macros could not be kept"));
   EXPECT_EQ(files.contents, before);
 }
 

@@ -7,6 +7,7 @@
 #include "document/paper.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "papers/paper_commands.h"
 #include "tests/support/program_files.h"
 #include "tests/support/program_test.h"
 
@@ -80,7 +81,6 @@ TEST_F(UndoTest, DrawingsComeBackWithTheirCount) {
   BeginEdit("drawing");
   DrawingList = "10 20 15 20 20 20 1\r\n";
   DrawingCount = 1;
-  NotePageChange();
   Undo();
   EXPECT_EQ(std::tie(DrawingList, DrawingCount, PageChanged), std::tuple("", 0, 0));
   EXPECT_EQ(RedoLabel(), "drawing");
