@@ -110,6 +110,9 @@ TEST_F(SettingsTest, ExitKeepsEveryOtherLineAsItIs) {
   EXPECT_EQ(Rewritten(odd + " formWIDTH=2"), odd + kWindowLines);
   EXPECT_EQ(Rewritten("last = line"), "last = line\r\n" + std::string(kWindowLines));
   EXPECT_EQ(Rewritten(odd + kWindowLines), odd + kWindowLines);
+  files.FailStep(FileStep::Create);
+  EXPECT_NO_THROW(WriteSettings(kPath)) << "nothing to be written";
+  files.FailNothing();
   files.contents.erase(kPath);
   WriteSettings(kPath);
   EXPECT_EQ(files.contents[kPath], kWindowLines);
