@@ -3,8 +3,8 @@
 #include <string>
 
 #include "app/settings.h"
-#include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "macros/macros.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"

@@ -7,7 +7,9 @@
 #include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
+#include "editing/edit.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "editing/undo.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
@@ -42,7 +44,7 @@ void ReadOrReport(void (*read)()) {
 }
 
 void ConnectSubjects() {
-  PaintOverlay = [] { DrawCursorMark(kBlue, true); };
+  PageEdited = ShowPaperState;
 }
 
 void ShowChoices() {
@@ -82,6 +84,7 @@ void ResetProgram() {
   ResetPaperCommands();
   ResetKeyboard();
   ResetBezier();
+  ResetModes();
   ResetUndo();
   ResetMacros();
   ResetPlainText();

@@ -25,9 +25,6 @@ std::string CurrentDrawing;
 
 namespace {
 
-// What is longer is not a page but some other file, chosen by mistake.
-constexpr std::size_t kLongestTextLine = 65535;
-constexpr std::size_t kLargestPage = 32U << 20;
 constexpr std::size_t kMostDrawings = std::numeric_limits<std::int16_t>::max();
 
 constexpr std::string_view kLineEnd = "\r\n";
@@ -83,8 +80,13 @@ void AppendSortedText(std::string& content, std::string_view text) {
   std::vector<Entry> entries;
   for (std::string_view rest = text; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
-    if (!line.empty())
+    TextEntry entry;
+    if (line.empty()) continue;
+    if (ParseTextEntry(line, entry)) {
+      entries.push_back({entry.y, entry.x, line});
+    } else {  // what draws nothing still has its place among what does
       entries.push_back({ReadSingle(GetField(line, 2, " ")), ReadSingle(GetField(line, 1, " ")), line});
+    }
   }
   std::reverse(entries.begin(), entries.end());
   std::stable_sort(entries.begin(), entries.end(),

@@ -6,9 +6,13 @@
 // is one record `X0 Y0 CX CY EX EY ... W` of DrawingList, absolute points, W = colour * 10 + width in points;
 // in files it is a line `X0 Y0 m W lw ... stroke` or `fill` with relative operands.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "platform/canvas.h"
 
 namespace kelvane {
 
@@ -48,6 +52,28 @@ bool ParseTextEntry(std::string_view line, TextEntry& entry);
 // The run of a line: what stands between its first "(" and its last ")". False if there is no such pair.
 bool FindRun(std::string_view line, std::size_t& begin, std::size_t& end);
 
+// Colour number and line width in points of the last value of a drawing record.
+struct LineStyle {
+  std::int16_t colour = 0;
+  float width = 0;
+};
+LineStyle DecodeLineStyle(float value);
+
+// A drawing record taken apart.
+struct Drawing {
+  std::vector<Point> points;  // the start, then control point and end of each segment
+  LineStyle style;
+  bool closed = false;  // filled: the last end is the start
+
+  std::size_t Segments() const { return points.size() / 2; }
+};
+
+// Whether the control point is the exact middle, which makes a segment straight.
+bool IsStraight(Point start, Point control, Point end);
+
+// False if the record has no whole segment: such a record draws nothing.
+bool ParseDrawing(std::string_view record, Drawing& drawing);
+
 // The line of a drawing record; empty for an empty record or one of fewer than 5 tokens.
 std::string DrawingRecordToLine(std::string_view record);
 // The record of a drawing line; empty for an empty line. Throws Failure if more than 40 numbers are pushed or
@@ -56,6 +82,10 @@ std::string LineToDrawingRecord(std::string_view line);
 
 // Empties the page in memory and drops the path being drawn.
 void ClearPage();
+
+// What can be saved and read again, in bytes.
+inline constexpr std::size_t kLongestTextLine = 65535;
+inline constexpr std::size_t kLargestPage = 32U << 20;
 
 // The order of the text lines in a written page: as they were typed, or down the page, then to the right, and
 // of two entries on one point the later one first.

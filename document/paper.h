@@ -35,7 +35,4 @@ std::string PageFileName(const std::string& paperFile, int number);
 // Where the other file dialogs start: the folder of the current paper, PaperFolder while it has no name.
 std::string FolderOfPaper();
 
-// Nothing any more; the edits that call it are about to go through one routine.
-inline void NotePageChange() {}
-
 }  // namespace kelvane

@@ -9,8 +9,7 @@
 #include "document/numbers.h"
 #include "document/page.h"
 #include "document/paper.h"
-#include "editing/bezier.h"
-#include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "editing/undo.h"
 #include "papers/seen_file.h"
 #include "platform/failure.h"
@@ -29,12 +28,6 @@ constexpr int kLastPage = 999;  // what three digits of the extension can name
 
 // The file of the page in memory. Without a path nothing is known of it.
 SeenFile Seen;
-
-// What is half typed or drawn belongs to the page that is about to be written or left.
-void FinishEdits() {
-  CommitPendingRun(false);
-  FinishDrawing();
-}
 
 void ShowPaper() {
   ShowPaperState();
@@ -139,7 +132,7 @@ void ShowOtherPage(LoadedPage loaded, int number) {
   CurrentPageNumber = static_cast<std::int16_t>(number);
   ShowPaper();
   ResetUndo();
-  RedrawPage();
+  ShowPage();
   if (ViewMoved) ViewMoved();
 }
 
@@ -215,24 +208,24 @@ void ResetPaperCommands() {
 }
 
 bool SavePaper() {
-  FinishEdits();
+  FinishEditing();
   return WriteCurrentPage(PageOrder::ByPosition);
 }
 
 bool SavePaperAs() {
-  FinishEdits();
+  FinishEditing();
   return WriteUnderNewName(PageOrder::AsTyped);
 }
 
 bool NewPaper() {
-  FinishEdits();
+  FinishEditing();
   if (!OfferToSavePage(false)) return false;
   ShowOtherPage({}, 1);
   return true;
 }
 
 bool OpenPaper() {
-  FinishEdits();
+  FinishEditing();
   if (!OfferToSavePage(true)) return false;
   const std::string folder = PaperFolder.empty() ? FolderOfPaper() : PaperFolder;
   const std::string chosen = TheDialogs->ChooseToOpen("Open", kPageFilter, folder);
@@ -240,18 +233,18 @@ bool OpenPaper() {
 }
 
 bool OpenPaperFile(const std::string& chosenFile) {
-  FinishEdits();
+  FinishEditing();
   return OfferToSavePage(true) && OpenChosen(chosenFile);
 }
 
 bool PageUp() {
-  FinishEdits();
+  FinishEditing();
   if (CurrentPageNumber == 1) return StayAtTheEnd(false, "The current page equals 1.");
   return TurnToPage(CurrentPageNumber - 1);
 }
 
 bool PageDown() {
-  FinishEdits();
+  FinishEditing();
   if (CurrentPageNumber == kLastPage) return StayAtTheEnd(true, "Page 999 is the last page of a paper.");
   return TurnToPage(CurrentPageNumber + 1);
 }
@@ -261,7 +254,7 @@ bool GoToPage(int number) {
   if (number < 1 || number > kLastPage)
     TheDialogs->Message("The pages of a paper have the numbers 1 to 999.");
   if (number < 1 || number > kLastPage || number == CurrentPageNumber) return false;
-  FinishEdits();
+  FinishEditing();
   return TurnToPage(number);
 }
 
@@ -270,7 +263,7 @@ bool OfferToSave() {
 }
 
 bool StorePageBeforeOutput() {
-  FinishEdits();
+  FinishEditing();
   if (!CurrentPaperFile.empty()) return IsStored() || WriteInto(CurrentPaperFile, {}, PageOrder::ByPosition);
   if (ThePage.Empty()) return true;
   // Output takes what the files hold, and this page is in none.

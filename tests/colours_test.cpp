@@ -8,9 +8,12 @@ namespace {
 using ColoursTest = ProgramTest;
 
 TEST_F(ColoursTest, PaletteIsTheStandardOneInBlueGreenRed) {
-  EXPECT_EQ(PaletteColour(4), 0x000080);  // dark red
-  EXPECT_EQ(PaletteColour(kBlue), 0xFF0000);
-  EXPECT_EQ(PaletteColour(kWhite), 0xFFFFFF);
+  // Dark ones first; brown is the dark yellow.
+  std::int16_t number = 0;
+  for (const ColourValue value :
+       {0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080, 0x008080, 0xC0C0C0, 0x808080, 0xFF0000,
+        0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF})
+    EXPECT_EQ(PaletteColour(number++), value);
   EXPECT_EQ(PaletteColour(16), PaletteColour(kBlack));
   EXPECT_EQ(PaletteColour(-1), PaletteColour(kBlack));
   for (const std::int32_t value : {0x000000, 0x0000FF, 0x008000, 0xFF0000, 0xFFFFFF, 0x12AB0F}) {

@@ -5,7 +5,10 @@
 
 #include "app/startup.h"
 #include "editing/cursor.h"
+#include "editing/edit.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
+#include "editing/notes.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "papers/paper_commands.h"
@@ -32,6 +35,7 @@ void EmptyHandlesAndHooks() {
   DesignerCanvas = nullptr;
   FontLabel = nullptr;
   CursorLabel = nullptr;
+  NoteLabel = nullptr;
   Text1 = nullptr;
   Text4 = nullptr;
   Command6 = nullptr;
@@ -43,7 +47,7 @@ void EmptyHandlesAndHooks() {
   Empty(ThicknessMenu);
   Empty(MacroMenu);
   Empty(AnchorButtons);
-  PaintOverlay = nullptr;
+  PageEdited = nullptr;
   ViewMoved = nullptr;
   FocusedControl = nullptr;
 }
@@ -58,6 +62,7 @@ void FillMenu(Window& window, const char* caption, Handles& handles) {
 void FillHandles(FakeWindow& window) {
   Form1 = &window;
   Picture1 = window.AddCanvas();
+  Picture1->OnPaint = PaintLayer;
   PageBox = window.AddTextBox("Page Number", false);
   Text1 = window.AddTextBox("Font Size", false);
   Text4 = window.AddTextBox("Control Codes", true);
