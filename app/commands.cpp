@@ -13,6 +13,7 @@
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
+#include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"

@@ -15,6 +15,7 @@
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "papers/paper_commands.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
 #include "typography/renderer.h"
@@ -239,8 +240,7 @@ namespace {
 void ArrowKey(int code) {
   const int x = code == kKeyRight ? 1 : code == kKeyLeft ? -1 : 0;
   const int y = code == kKeyDown ? 1 : code == kKeyUp ? -1 : 0;
-  if (x != 0 || y != 0)
-    ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
+  if (x != 0 || y != 0) ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "app/menus.h"
 #include "app/settings.h"
 #include "designer/character_files.h"
-#include "document/page.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
@@ -17,6 +16,7 @@
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
+#include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -45,12 +45,7 @@ void ReadOrReport(void (*read)()) {
 }
 
 void ConnectSubjects() {
-  FinishTyping = FinishEditing;
-  PageEdited = NotePageChange;
-  PageReplaced = [] {
-    ResetUndo();
-    ShowTopOfPage();
-  };
+  PageEdited = ShowPaperState;
 }
 
 void ShowChoices() {
@@ -82,8 +77,8 @@ void ResetProgram() {
   ResetGlyphs();
   ResetCursor();
   ResetSettings();
-  ClearPage();
   ResetPaper();
+  ResetPaperCommands();
   ResetKeyboard();
   ResetBezier();
   ResetModes();

@@ -120,6 +120,8 @@ class Window {
 
   virtual void SetTitle(const std::string& title) = 0;
   virtual std::string Title() const = 0;
+  // Shows or takes away the platform's own mark of unsaved changes; the title's text stays.
+  virtual void SetChanged(bool changed) = 0;
 
   // Place on the screen in twips, frame excluded from width and height; while minimised or maximised, the
   // place the window is restored to. SetWindowPlace moves a window that would lie off every screen onto one.
@@ -178,11 +180,15 @@ class Dialogs {
   // The same question where No would lose something: Enter takes Yes, and Escape and closing the box are
   // neither answer.
   virtual Answer AskBeforeLosing(const std::string& text) = 0;
+  // A question with answers of its own, one button for each label; the index of the answer. Enter takes
+  // `defaultIndex`, Escape and closing the box `escapeIndex`.
+  virtual int Choose(const std::string& text, const std::vector<std::string>& labels, int defaultIndex,
+                     int escapeIndex) = 0;
   // The chosen path in backslash form, empty if the person cancelled. `start` is where the dialog starts: a
-  // folder, or a file that Enter then takes; empty for the current folder. ChooseToSave asks itself before it
-  // returns an existing file.
+  // folder, or a file that Enter then takes; empty for the current folder. `acceptLabel` is the caption of
+  // the button that takes the file. ChooseToSave asks itself before it returns an existing file.
   virtual std::string ChooseToOpen(const std::string& title, const std::string& filter,
-                                   const std::string& start) = 0;
+                                   const std::string& start, const std::string& acceptLabel = "Open") = 0;
   virtual std::string ChooseToSave(const std::string& title, const std::string& filter,
                                    const std::string& start) = 0;
 };

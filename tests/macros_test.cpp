@@ -44,6 +44,33 @@ TEST_F(MacrosTest, KeepsTextsThroughTheFile) {
   EXPECT_EQ(AllCaptions(), captions);
 }
 
+TEST_F(MacrosTest, ChangesOfTwoInstancesGoTogether) {
+  std::string& file = files.contents[ProgramFolder + "QRX.MCR"];
+  file = "zero\none\n";
+  ReadMacros();
+  KeepMacros();
+  EXPECT_EQ(file, "zero\none\n") << "nothing was changed here";
+  SetMacroCaption(1, "mine");
+  file = "other\r\nother\r\n\r\nother\r\n";
+  KeepMacros();
+  EXPECT_EQ(file, "other\r\nmine\r\n\r\nother\r\nm4\r\nm5\r\nm6\r\nm7\r\nm8\r\nm9\r\n");
+  EXPECT_EQ(AllCaptions(), "other|mine||other|m4|m5|m6|m7|m8|m9|");
+  file = "other\r\nlater\r\n";
+  KeepMacros();
+  EXPECT_EQ(file, "other\r\nlater\r\n") << "what was written is no change any more";
+}
+
+TEST_F(MacrosTest, AFileThatCannotBeReadIsNotReplaced) {
+  const std::string path = ProgramFolder + "QRX.MCR";
+  files.contents[path] = "zero\r\n";
+  files.unreadable.insert(path);
+  EXPECT_THROW(ReadMacros(), Failure);
+  KeepMacros();
+  SetMacroCaption(1, "mine");
+  EXPECT_THROW(KeepMacros(), Failure);
+  EXPECT_EQ(files.contents.at(path), "zero\r\n");
+}
+
 TEST_F(MacrosTest, ShowsTheTextItselfInTheMenuAndKeepsItWithoutOne) {
   SetMacroCaption(3, "a & b");
   const auto* entry = static_cast<FakeMenuEntry*>(MacroMenu[3]);

@@ -311,7 +311,7 @@ TEST_F(MainWindowTest, FileCommandsEndEditingUnlessTheyAreGivenUp) {
   for (const char* entry : {"&Save", "Save &As", "Print &One Page", "&Print", "&Output As ASCII"}) {
     canvas->Type("b");
     const bool saves = std::string_view(entry).find("Save") != std::string_view::npos;
-    saves ? dialogs.AnswerSave("") : dialogs.AnswerOpen("");
+    saves ? dialogs.AnswerSave("") : dialogs.AnswerNeither();
     window->ChooseEntry(entry);
     EXPECT_EQ(std::tie(CursorMode, PendingRun), std::tuple(-7, "")) << entry;
   }
@@ -536,6 +536,7 @@ TEST_F(MainWindowTest, ExitDropsNoTextOfTheBoxUnasked) {
   EXPECT_TRUE(window->visible);
   EXPECT_TRUE(dialogs.asked.back().ends_with("[No]"));
   EXPECT_EQ(Text4->Text(), "loose");
+  EXPECT_TRUE(dialogs.asked.back().ends_with("Leave anyway? [No]"));
   dialogs.AnswerYes();
   window->ClickFrameClose();
   EXPECT_FALSE(window->visible);

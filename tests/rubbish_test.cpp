@@ -86,7 +86,8 @@ TEST_F(RubbishTest, PageFiles) {
   Start();
   int understood = 0;
   for (int round = 0; round < kRounds; ++round) {
-    const std::string content = Rubbish(good, words);
+    // One line draws, so that nothing is asked.
+    const std::string content = "1 1 m 9 F0 (x) 1 s\r\n" + Rubbish(good, words);
     SCOPED_TRACE(::testing::PrintToString(content));
     files.contents["\\P\\A.001"] = content;
     const std::string before = PageText + DrawingList;
@@ -105,8 +106,7 @@ TEST_F(RubbishTest, PageFiles) {
     ReadPage("\\P\\B.001");
     EXPECT_EQ(PageText, text);
     EXPECT_EQ(DrawingCount, drawings);
-    NotePageChange();
-    if (PageChanged != 0) OpenPaperFile("\\P\\A.001");
+    PageChanged = 0;
   }
   EXPECT_GT(understood, 100);
   EXPECT_LT(understood, kRounds - 20);

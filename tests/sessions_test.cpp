@@ -221,6 +221,7 @@ class Session : public EditorTest {
     if (word == "yes") dialogs.AnswerYes();
     if (word == "no") dialogs.AnswerNo();
     if (word == "cancel") dialogs.AnswerNeither();
+    if (word == "choice") dialogs.AnswerChoice(std::stoi(Text()));
     if (word == "open") dialogs.AnswerOpen(Text());
     if (word == "save") dialogs.AnswerSave(Text());
   }

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <algorithm>
 
 #include "platform/files.h"
 #include "platform/qt/qt_text.h"
@@ -93,18 +94,39 @@ Answer QtDialogs::AskBeforeLosing(const std::string& text) {
   return pressed == QMessageBox::No ? Answer::No : Answer::Neither;
 }
 
+int QtDialogs::Choose(const std::string& text, const std::vector<std::string>& labels, int defaultIndex,
+                      int escapeIndex) {
+  const Asker asker;
+  QMessageBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::NoButton, asker.Window());
+  box.setTextFormat(Qt::PlainText);
+  int index = 0;
+  std::vector<QAbstractButton*> buttons;
+  for (const std::string& label : labels) {
+    // Buttons of one role stand in the order in which they were added.
+    QPushButton* button = box.addButton(PlainText(label), QMessageBox::AcceptRole);
+    if (index == defaultIndex) box.setDefaultButton(button);
+    if (index == escapeIndex) box.setEscapeButton(button);
+    buttons.push_back(button);
+    ++index;
+  }
+  box.exec();
+  const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+  return clicked == buttons.end() ? escapeIndex : static_cast<int>(clicked - buttons.begin());
+}
+
 std::string QtDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
-                                    const std::string& start) {
-  return Choose(false, title, filter, start);
+                                    const std::string& start, const std::string& acceptLabel) {
+  return ChooseFile(title, filter, start, acceptLabel);
 }
 
 std::string QtDialogs::ChooseToSave(const std::string& title, const std::string& filter,
                                     const std::string& start) {
-  return Choose(true, title, filter, start);
+  return ChooseFile(title, filter, start, {});
 }
 
-std::string QtDialogs::Choose(bool save, const std::string& title, const std::string& filter,
-                              const std::string& start) {
+std::string QtDialogs::ChooseFile(const std::string& title, const std::string& filter,
+                                  const std::string& start, const std::string& openLabel) {
+  const bool save = openLabel.empty();
   // A refused choice starts with a new dialog: one shown again may return what it had returned before.
   for (;;) {
     const Asker asker;
@@ -113,6 +135,7 @@ std::string QtDialogs::Choose(bool save, const std::string& title, const std::st
     dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked below, names shown as plain text
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    if (!save) dialog.setLabelText(QFileDialog::Accept, PlainText(openLabel));
     dialog.setNameFilters(NameFilters(filter));
     StartAt(dialog, start);
     if (dialog.exec() != QDialog::Accepted) return {};

@@ -3,6 +3,7 @@
 // Message boxes and file dialogs over the active window.
 
 #include <string>
+#include <vector>
 
 #include "platform/controls.h"
 
@@ -13,14 +14,17 @@ class QtDialogs final : public Dialogs {
   void Message(const std::string& text) override;
   bool Ask(const std::string& text, bool yesIsDefault) override;
   Answer AskBeforeLosing(const std::string& text) override;
-  std::string ChooseToOpen(const std::string& title, const std::string& filter,
-                           const std::string& start) override;
+  int Choose(const std::string& text, const std::vector<std::string>& labels, int defaultIndex,
+             int escapeIndex) override;
+  std::string ChooseToOpen(const std::string& title, const std::string& filter, const std::string& start,
+                           const std::string& acceptLabel = "Open") override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,
                            const std::string& start) override;
 
  private:
-  std::string Choose(bool save, const std::string& title, const std::string& filter,
-                     const std::string& start);
+  // Saves if there is no `openLabel`.
+  std::string ChooseFile(const std::string& title, const std::string& filter, const std::string& start,
+                         const std::string& openLabel);
 };
 
 }  // namespace kelvane

@@ -130,8 +130,13 @@ QMainWindow& QtWindow::Frame() const {
 
 void QtWindow::SetTitle(const std::string& title) {
   title_ = title;
-  // Qt keeps a place for a mark of changes in titles; doubled, it is text.
-  frame_->setWindowTitle(PlainText(title).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+  // The place that Qt keeps for the mark of changes; doubled, it is text.
+  const QString place = QStringLiteral("[*]");
+  frame_->setWindowTitle(PlainText(title).replace(place, place + place) + place);
+}
+
+void QtWindow::SetChanged(bool changed) {
+  frame_->setWindowModified(changed);
 }
 
 void QtWindow::SetWindowPlace(const WindowPlace& place) {

@@ -25,6 +25,7 @@ class QtWindow final : public Window {
 
   void SetTitle(const std::string& title) override;
   std::string Title() const override { return title_; }
+  void SetChanged(bool changed) override;
   void SetWindowPlace(const WindowPlace& place) override;
   WindowPlace GetWindowPlace() const override;
   float InnerWidth() const override;

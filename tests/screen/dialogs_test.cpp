@@ -69,6 +69,18 @@ TEST(DialogsTest, EscapeBeforeALossIsNoAnswer) {
   EXPECT_EQ(dialogs.AskBeforeLosing("Save?"), Answer::Neither);
 }
 
+TEST(DialogsTest, AChoiceIsTheIndexOfItsLabel) {
+  QtDialogs dialogs;
+  for (const auto& [key, index] : {std::pair{Qt::Key_Escape, 2}, {Qt::Key_Return, 1}, {Qt::Key_R, 0}}) {
+    Next<QMessageBox>([key = key](QMessageBox& box) {
+      EXPECT_EQ(box.buttons().size(), 3);
+      if (key == Qt::Key_R) return box.buttons()[0]->click();
+      Press(box, key);
+    });
+    EXPECT_EQ(dialogs.Choose("Replace?", {"Replace", "Save As", "Cancel"}, 1, 2), index);
+  }
+}
+
 class FileDialogsTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(QFile(existing).open(QIODevice::WriteOnly)); }
@@ -107,8 +119,11 @@ TEST_F(FileDialogsTest, OpensWithBackslashPathFromTheGivenFolder) {
     Enter(dialog, "Essay.001");
   });
   EXPECT_EQ(Open(), path + "\\Essay.001");
-  Next<QFileDialog>([](QFileDialog& dialog) { Press(dialog, Qt::Key_Escape); });
-  EXPECT_EQ(Open(), "");
+  Next<QFileDialog>([](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.labelText(QFileDialog::Accept), QStringLiteral("Print"));
+    Press(dialog, Qt::Key_Escape);
+  });
+  EXPECT_EQ(dialogs.ChooseToOpen("Open", "*.001|*.001", path, "Print"), "");
 }
 
 TEST_F(FileDialogsTest, AsksBeforeAFileIsReplacedAndRefusesABackslash) {

@@ -110,6 +110,7 @@ class FakeWindow : public Window {
  public:
   bool main = false;
   std::string title;
+  bool changed = false;
   WindowPlace place{0, 0, 9600, 7200};
   bool visible = false;
   std::vector<std::unique_ptr<FakeMenu>> menus;
@@ -133,6 +134,7 @@ class FakeWindow : public Window {
 
   void SetTitle(const std::string& newTitle) override { title = newTitle; }
   std::string Title() const override { return title; }
+  void SetChanged(bool isChanged) override { changed = isChanged; }
   void SetWindowPlace(const WindowPlace& newPlace) override;
   WindowPlace GetWindowPlace() const override { return place; }
   float InnerWidth() const override { return place.width; }

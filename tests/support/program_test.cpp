@@ -4,7 +4,6 @@
 #include <iterator>
 
 #include "app/startup.h"
-#include "document/paper.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
@@ -12,6 +11,7 @@
 #include "editing/notes.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
+#include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
@@ -47,8 +47,6 @@ void EmptyHandlesAndHooks() {
   Empty(ThicknessMenu);
   Empty(MacroMenu);
   Empty(AnchorButtons);
-  FinishTyping = nullptr;
-  PageReplaced = nullptr;
   PageEdited = nullptr;
   ViewMoved = nullptr;
   FocusedControl = nullptr;

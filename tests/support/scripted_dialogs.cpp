@@ -16,9 +16,17 @@ Answer ScriptedDialogs::AskBeforeLosing(const std::string& text) {
   return Next(Kind::Question, text + " [Yes]").answer;
 }
 
+int ScriptedDialogs::Choose(const std::string& text, const std::vector<std::string>& labels, int defaultIndex,
+                            int escapeIndex) {
+  const int index =
+      Next(Kind::Choice, text + " [" + labels.at(static_cast<std::size_t>(defaultIndex)) + "]").index;
+  return index < 0 ? escapeIndex : index;
+}
+
 std::string ScriptedDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
-                                          const std::string& folder) {
-  return Next(Kind::Open, "Open: " + title + ", " + filter + ", " + folder).path;
+                                          const std::string& folder, const std::string& acceptLabel) {
+  const std::string button = acceptLabel == "Open" ? "" : ", " + acceptLabel;
+  return Next(Kind::Open, "Open: " + title + ", " + filter + ", " + folder + button).path;
 }
 
 std::string ScriptedDialogs::ChooseToSave(const std::string& title, const std::string& filter,
