@@ -29,7 +29,7 @@ Outline WithLowerHalf(const Outline& upper) {
 
 // Thin at the ends, full in the middle.
 Outline ParenLeft() {
-  return WithLowerHalf(Pen(18, kTop, 1.5).Curve(6.375, 5, 6.375, kAxis, 3.75).Ink());
+  return WithLowerHalf(Pen(18.0625, kTop, 1.5).Curve(6.375, 5, 6.375, kAxis, 3.75).Ink());
 }
 Outline ParenRight() {
   return Opposite(ParenLeft());
@@ -88,7 +88,7 @@ Outline FloorRight() {
 // Hooks: ends of a tall parenthesis, or of a tall brace when its middle piece is put between. They swell
 // where the bend ends, as a whole parenthesis does.
 Outline HookTopLeft() {
-  return Pen(19.5, kPieceTop + 1, 1.5)
+  return Pen(19.5625, kPieceTop + 1, 1.5)
       .Curve(kStemMiddle, kPieceTop + 4, kStemMiddle, kPieceTop + 28, 3.5)
       .Line(kStemMiddle, kPieceBottom, kDelimiter)
       .Ink();

@@ -37,9 +37,10 @@ Outline DoubleStem(double left) {
 
 // The diagonal is doubled; the stems are single lines with serifs.
 Outline BoardN() {
-  constexpr double slope = 18.5;
-  return Stem(6) + Diagonal(6, 6 + slope, 2.75) + Diagonal(11.5, 11.5 + slope, 2.75) + Stem(30.75) +
-         TopLine(3, 14.25) + FootLine(3, 11) + FootLine(24.5, 32.75) + TopLine(28.5, 35);
+  constexpr double slope = 19, width = 2.5, left = 5, right = 33;
+  return Stem(left) + Stem(right - kLine) + Diagonal(left, left + slope, width) +
+         Diagonal(right - width - slope, right - width, width) + TopLine(3, right - slope) +
+         FootLine(3, 9.5) + FootLine(left + slope, right) + TopLine(28.5, 35);
 }
 
 Outline BoardZ() {
@@ -68,8 +69,8 @@ Outline BoardR() {
 Outline BoardC() {
   return Pen(33, 13.5, 1.5)
              .Curve(28.5, kCap + 0.75, 20.5, kCap + 0.75, 2)
-             .Curve(4.25, kCap + 0.75, 4.25, 23.5, kRound)
-             .Curve(4.25, kBaseline - 0.75, 20.5, kBaseline - 0.75, 2)
+             .Curve(4.375, kCap + 0.75, 4.375, 23.5, kRound)
+             .Curve(4.375, kBaseline - 0.75, 20.5, kBaseline - 0.75, 2)
              .Curve(29, kBaseline - 0.75, 33.5, 32.5, 1.5)
              .Ink() +
          Box(32, kCap, 34, 15) + Box(10.5, 9.5, 12.5, 37.5);
@@ -160,15 +161,15 @@ Outline WeierstrassP() {
                               .Curve(2.25, 19.5, 9, 19.5, 1.75)
                               .Curve(14, 19.5, 14, 29, 3.25)
                               .Curve(14, 41, 11.5, 48.5, 2.5)
-                              .Curve(9.5, 53.5, 5.75, 53.5, 1.75)
-                              .Curve(2.5, 53.5, 2.5, 50, 1.25)
-                              .Curve(2.5, 45, 8.5, 41.5, 1.25)
+                              .Curve(9.75, 53, 6.25, 53, 1.75)
+                              .Curve(3, 53, 3, 49.5, 1.25)
+                              .Curve(3, 45, 8.5, 41.5, 1.25)
                               .Curve(13, 38.75, 17, 38.75, 2)
                               .Curve(25.5, 38.75, 25.5, 28.5, 3.25)
                               .Curve(25.5, 18.75, 20, 18.75, 1.75)
                               .Curve(16, 18.75, 14, 26, 1.25)
                               .Ink();
-  return Slant(upright, kBaseline, 0.17);
+  return Shift(Slant(upright, kBaseline, 0.17), 0.75, 0);
 }
 
 // A thick falling diagonal with an arm above and a leg below, each with a bent end.

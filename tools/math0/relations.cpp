@@ -37,7 +37,7 @@ Outline Asymptotic() {
 
 // Each arm a curve that leaves the point level and bends away.
 Outline Precedes() {
-  const Outline arm = Pen(31.375, kAxis - 13.5, 2.25).Curve(26, kAxis - 1.5, 4, kAxis, 2.75).Ink();
+  const Outline arm = Pen(31.3125, kAxis - 13.5, 2.25).Curve(26, kAxis - 1.5, 4, kAxis, 2.75).Ink();
   return arm + MirrorY(arm, kAxis);
 }
 Outline Succeeds() {
@@ -46,7 +46,8 @@ Outline Succeeds() {
 }
 
 Outline MuchLess() {
-  const Outline chevron = Pen(25, kAxis - 12, kWeight).Line(5, kAxis).Line(25, kAxis + 12).Ink();
+  const Outline chevron =
+      Pen(25.1875, kAxis - 12, kWeight).Line(5.1875, kAxis).Line(25.1875, kAxis + 12).Ink();
   return chevron + Shift(chevron, 14, 0);
 }
 Outline MuchGreater() {
