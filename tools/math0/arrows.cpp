@@ -70,13 +70,13 @@ Outline HookTail() {
 constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'y', "arrowright", ArrowRight},
     {'b', "arrowleft", ArrowLeft},
-    {'2', "arrowtwoheadright", TwoHeaded},
+    {'2', "uni21A0", TwoHeaded},
     {'Y', "arrowdblright", ArrowDoubleRight},
     {'B', "arrowdblleft", ArrowDoubleLeft},
-    {'-', "arrowhorizex", SingleShaft},
-    {'=', "arrowdblhorizex", DoubleShaft},
-    {'m', "mapstotail", MapTail},
-    {'j', "arrowhooktail", HookTail},
+    {'-', "uni23AF", SingleShaft},
+    {'=', "uni2550", DoubleShaft},
+    {'m', "uni21A6.tail", MapTail},
+    {'j', "uni21AA.tail", HookTail},
 });
 
 }  // namespace

@@ -138,9 +138,11 @@ Outline Root() {
                   {14.25, 47},
                   {4.75, 27.5},
                   {0.75, 29.75}}) +
+         ThreadsBetween(Path(0, 28).Line(7.25, 23.75), Path(0.75, 29.75).Line(4.75, 27.5)) +
          ThreadsBetween(Path(7.25, 23.75).Line(15.75, 41), Path(4.75, 27.5).Line(14.25, 47)) +
          ThreadsBetween(Path(15.75, 41).Line(30, kRootBar).Line(36, kRootBar),
-                        Path(16, 47).Line(31.5, foot).Line(36, foot));
+                        Path(16, 47).Line(31.5, foot).Line(36, foot)) +
+         Path(15.5, 42).Line(15.125, 46).Thread();
 }
 Outline TallRoot() {
   constexpr double foot = kRootBar + kRule;
@@ -155,9 +157,11 @@ Outline TallRoot() {
                   {15.75, 97},
                   {5, 58.25},
                   {0.75, 60.75}}) +
+         ThreadsBetween(Path(0, 59).Line(8, 54.25), Path(0.75, 60.75).Line(5, 58.25)) +
          ThreadsBetween(Path(8, 54.25).Line(17.5, 87.5), Path(5, 58.25).Line(15.75, 97)) +
          ThreadsBetween(Path(17.5, 87.5).Line(36.5, kRootBar).Line(42, kRootBar),
-                        Path(17.75, 97).Line(38.25, foot).Line(42, foot));
+                        Path(17.75, 97).Line(38.25, foot).Line(42, foot)) +
+         Path(17.25, 89).Line(16.75, 96).Thread();
 }
 Outline Vinculum() {
   return Box(0, kRootBar, 25, kRootBar + kRule);
@@ -180,35 +184,35 @@ Outline LevelBraceToPoint() {
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
-    {'(', "parenleftbig", ParenLeft},
-    {')', "parenrightbig", ParenRight},
-    {'[', "bracketleftbig", BracketLeft},
-    {']', "bracketrightbig", BracketRight},
-    {'{', "braceleftbig", BraceLeft},
-    {'}', "bracerightbig", BraceRight},
-    {'<', "angleleftbig", AngleLeft},
-    {'>', "anglerightbig", AngleRight},
-    {',', "angleleftbigg", BigAngleLeft},
-    {';', "anglerightbigg", BigAngleRight},
-    {'r', "bracketlefttp", CeilingLeft},
-    {'t', "bracketrighttp", CeilingRight},
-    {'f', "bracketleftbt", FloorLeft},
-    {'g', "bracketrightbt", FloorRight},
-    {'7', "parenlefttp", HookTopLeft},
-    {'9', "parenrighttp", HookTopRight},
-    {'1', "parenleftbt", HookBottomLeft},
-    {'3', "parenrightbt", HookBottomRight},
-    {'4', "braceleftmid", BraceMiddleLeft},
-    {'6', "bracerightmid", BraceMiddleRight},
-    {'|', "barex", Bar},
-    {'5', "bardblex", DoubleBar},
+    {'(', "parenleft.big", ParenLeft},
+    {')', "parenright.big", ParenRight},
+    {'[', "bracketleft.big", BracketLeft},
+    {']', "bracketright.big", BracketRight},
+    {'{', "braceleft.big", BraceLeft},
+    {'}', "braceright.big", BraceRight},
+    {'<', "uni27E8.big", AngleLeft},
+    {'>', "uni27E9.big", AngleRight},
+    {',', "uni27E8.bigg", BigAngleLeft},
+    {';', "uni27E9.bigg", BigAngleRight},
+    {'r', "uni23A1", CeilingLeft},
+    {'t', "uni23A4", CeilingRight},
+    {'f', "uni23A3", FloorLeft},
+    {'g', "uni23A6", FloorRight},
+    {'7', "uni239B", HookTopLeft},
+    {'9', "uni239E", HookTopRight},
+    {'1', "uni239D", HookBottomLeft},
+    {'3', "uni23A0", HookBottomRight},
+    {'4', "uni23A8", BraceMiddleLeft},
+    {'6', "uni23AC", BraceMiddleRight},
+    {'|', "bar.ex", Bar},
+    {'5', "dblverticalbar", DoubleBar},
     {'v', "radical", Root},
-    {'V', "radicalbigg", TallRoot},
-    {' ', "radicalex", Vinculum},
-    {'q', "bracehorizleftdown", LevelBraceLeftEnd},
-    {'w', "bracehorizrightdown", LevelBraceRightEnd},
-    {'z', "bracehorizleftup", LevelBraceFromPoint},
-    {'x', "bracehorizrightup", LevelBraceToPoint},
+    {'V', "radical.bigg", TallRoot},
+    {' ', "uni203E", Vinculum},
+    {'q', "uni256D", LevelBraceLeftEnd},
+    {'w', "uni256E", LevelBraceRightEnd},
+    {'z', "uni2570", LevelBraceFromPoint},
+    {'x', "uni256F", LevelBraceToPoint},
 });
 
 }  // namespace

@@ -50,7 +50,7 @@ namespace kelvane::math0 {
 
 struct Glyph {
   char key;          // character code 32 to 127
-  const char* name;  // PostScript name
+  const char* name;  // PostScript name; from it a PDF reader knows the sign that a search is to find
   Outline (*draw)();
 };
 

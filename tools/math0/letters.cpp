@@ -165,11 +165,11 @@ Outline WeierstrassP() {
                               .Curve(3, 53, 3, 49.5, 1.25)
                               .Curve(3, 45, 8.5, 41.5, 1.25)
                               .Curve(13, 38.75, 17, 38.75, 2)
-                              .Curve(25.5, 38.75, 25.5, 28.5, 3.25)
-                              .Curve(25.5, 18.75, 20, 18.75, 1.75)
+                              .Curve(25.4375, 38.75, 25.4375, 28.5, 3.25)
+                              .Curve(25.4375, 18.75, 20, 18.75, 1.75)
                               .Curve(16, 18.75, 14, 26, 1.25)
                               .Ink();
-  return Shift(Slant(upright, kBaseline, 0.17), 0.75, 0);
+  return Shift(Slant(upright, kBaseline, 0.17), 0.5, 0);
 }
 
 // A thick falling diagonal with an arm above and a leg below, each with a bent end.
@@ -190,7 +190,8 @@ Outline Nabla() {
          Reverse(Polygon({{7.5, 9}, {31.25, 9}, {19.75, 33.75}})) +
          ThreadsBetween(Path(2, kCap).Line(17.75, kBaseline), Path(7.5, 9).Line(19.75, 33.75)) +
          ThreadsBetween(Path(2, kCap).Line(34.5, kCap), Path(7.5, 9).Line(31.25, 9)) +
-         ThreadsBetween(Path(34.5, kCap).Line(19.25, kBaseline), Path(31.25, 9).Line(19.75, 33.75));
+         ThreadsBetween(Path(34.5, kCap).Line(19.25, kBaseline), Path(31.25, 9).Line(19.75, 33.75)) +
+         Path(19.25, 34.5).Line(18.5, 39).Thread();
 }
 
 // A rounded d with its ascender bent over the bowl.
@@ -220,17 +221,17 @@ Outline Infinity() {
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
-    {'N', "Nblackboard", BoardN},
-    {'Z', "Zblackboard", BoardZ},
-    {'Q', "Qblackboard", BoardQ},
-    {'R', "Rblackboard", BoardR},
-    {'C', "Cblackboard", BoardC},
-    {'K', "Kblackboard", BoardK},
-    {'L', "Lscript", ScriptL},
-    {'H', "Hscript", ScriptH},
-    {'F', "Fscript", ScriptF},
+    {'N', "uni2115", BoardN},
+    {'Z', "uni2124", BoardZ},
+    {'Q', "uni211A", BoardQ},
+    {'R', "uni211D", BoardR},
+    {'C', "uni2102", BoardC},
+    {'K', "u1D542", BoardK},
+    {'L', "uni2112", ScriptL},
+    {'H', "uni210B", ScriptH},
+    {'F', "uni2131", ScriptF},
     {'h', "hbar", HBar},
-    {'l', "ell", Ell},
+    {'l', "uni2113", Ell},
     {'p', "weierstrass", WeierstrassP},
     {'a', "aleph", Aleph},
     {'G', "gradient", Nabla},

@@ -16,6 +16,15 @@ struct SumShape {
   double beak;   // how far the arms' ends reach inwards
 };
 
+// Threads of an arm and its beak. Outside it runs along the edge to a corner and the beak's end, inside from
+// `inner` to `start` and along the bend.
+Outline ArmThreads(Vec edge, Vec corner, Vec end, Vec inner, Vec start, const Segment& bend) {
+  const Vec middle = PointOn(start, bend, 0.5);
+  return ThreadsBetween(
+      Path(edge.x, edge.y).Line(start.x, edge.y).Line(corner.x, corner.y).Line(end.x, end.y),
+      Path(inner.x, inner.y).Line(start.x, start.y).Line(middle.x, middle.y).Line(bend.end.x, bend.end.y));
+}
+
 // An arm's end: a beak that leans outwards a little, joined to the arm by a curve.
 // The rising diagonal and the falling one meet where their edges cross, so their weights may differ.
 Outline Sum(const SumShape& s) {
@@ -34,22 +43,17 @@ Outline Sum(const SumShape& s) {
   const double footArm = s.bottom - s.arm * 1.3;
   const double curl = s.beak * 0.9;
   const double crook = s.right - 3 - curl;
+  const double footTip = s.bottom - s.beak * 1.15;
   const Outline threads =
       ThreadsBetween(Path(fallTop.x, fallTop.y).Line(knee.x, knee.y),
                      Path(onFall(topArm), topArm).Line(tip.x, tip.y)) +
       ThreadsBetween(Path(knee.x, knee.y).Line(riseFoot.x, riseFoot.y),
                      Path(tip.x, tip.y).Line(onRise(footArm), footArm)) +
-      ThreadsBetween(
-          Path(s.left + s.arm, s.top).Line(crook, s.top).Curve(s.right - 1, s.top, s.right, s.top + s.beak),
-          Path(onFall(topArm), topArm)
-              .Line(crook, topArm)
-              .Curve(s.right - 3, topArm, s.right - 1.5, s.top + s.beak)) +
-      ThreadsBetween(Path(s.left, s.bottom)
-                         .Line(crook, s.bottom)
-                         .Curve(s.right - 0.75, s.bottom, s.right + 1, s.bottom - s.beak * 1.15),
-                     Path(onRise(footArm), footArm)
-                         .Line(crook, footArm)
-                         .Curve(s.right - 2.5, footArm, s.right - 0.5, s.bottom - s.beak * 1.15));
+      ArmThreads({s.left, s.top}, {s.right - 1, s.top}, {s.right, s.top + s.beak}, {s.left + 1, topArm},
+                 {crook, topArm}, {{s.right - 3, topArm}, {s.right - 1.5, s.top + s.beak}}) +
+      ArmThreads({s.left, s.bottom}, {s.right - 0.75, s.bottom}, {s.right + 1, footTip},
+                 {s.left + 1, footArm}, {crook, footArm},
+                 {{s.right - 2.5, footArm}, {s.right - 0.5, footTip}});
   return Path(s.left, s.top)
              .Line(s.right - 1, s.top)
              .Line(s.right, s.top + s.beak)
@@ -59,8 +63,8 @@ Outline Sum(const SumShape& s) {
              .Line(tip.x, tip.y)
              .Line(onRise(footArm), footArm)
              .Line(crook, footArm)
-             .Curve(s.right - 2.5, footArm, s.right - 0.5, s.bottom - s.beak * 1.15)
-             .Line(s.right + 1, s.bottom - s.beak * 1.15)
+             .Curve(s.right - 2.5, footArm, s.right - 0.5, footTip)
+             .Line(s.right + 1, footTip)
              .Line(s.right - 0.75, s.bottom)
              .Line(s.left, s.bottom)
              .Line(riseFoot.x, riseFoot.y)
@@ -88,7 +92,8 @@ Outline Slab(double left, double right, double stemLeft, double stemRight, doubl
              .Line(stemLeft, deep)
              .Curve(stemLeft, edge, left, edge)
              .Closed() +
-         ThreadsBetween(Path(left, y).Line(right, y), Path(left, edge).Line(right, edge));
+         ThreadsBetween(Path(left, y).Line(right, y), Path(left, edge).Line(right, edge)) +
+         Path(stemLeft - 1.5, edge).Line(stemRight + 1.5, edge).Thread();
 }
 
 // Two stems under one bar. The bar's underside runs into the stems with the same curve as the serifs.
@@ -107,7 +112,8 @@ Outline Product() {
                     .Line(first, top + 5)
                     .Curve(first, top + 1.75, 3, top + 1.75)
                     .Closed() +
-                ThreadsBetween(Path(3, top).Line(52, top), Path(3, top + 1.75).Line(52, top + 1.75));
+                ThreadsBetween(Path(3, top).Line(52, top), Path(3, top + 1.75).Line(52, top + 1.75)) +
+                Path(first - 1.5, top + 2.25).Line(second + stem + 1.5, top + 2.25).Thread();
   for (const double left : {first, second})
     ink = ink + Slab(left - 6, left + stem + 6, left, left + stem, bottom, -1);
   return ink;
@@ -191,18 +197,18 @@ Outline Tensor() {
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
-    {'S', "summationdisplay", DisplaySum},
+    {'S', "summation.display", DisplaySum},
     {'s', "summation", TextSum},
-    {'P', "productdisplay", Product},
-    {'U', "coproductdisplay", Coproduct},
-    {'I', "integraldisplay", DisplayIntegral},
+    {'P', "product.display", Product},
+    {'U', "uni2210.display", Coproduct},
+    {'I', "integral.display", DisplayIntegral},
     {'i', "integral", TextIntegral},
-    {'J', "integraldoubledisplay", DoubleIntegral},
-    {'O', "contourintegraldisplay", ContourIntegral},
-    {'u', "uniondisplay", Cup},
-    {'n', "intersectiondisplay", Cap},
-    {'+', "circleplusdisplay", DirectSum},
-    {'*', "circlemultiplydisplay", Tensor},
+    {'J', "uni222C.display", DoubleIntegral},
+    {'O', "contourintegral.display", ContourIntegral},
+    {'u', "union.display", Cup},
+    {'n', "intersection.display", Cap},
+    {'+', "circleplus.display", DirectSum},
+    {'*', "circlemultiply.display", Tensor},
 });
 
 }  // namespace
