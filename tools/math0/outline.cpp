@@ -59,6 +59,11 @@ double WidthAlong(const Contour& one, const Contour& other, std::size_t i) {
                   across(segment.end - segment.control, other.segments[i].end - segment.end));
 }
 
+// How many threads run between edges that are `width` apart.
+int ThreadsAcross(double width) {
+  return std::max(0, static_cast<int>(std::ceil(width / kThreadGap - kTiny)) - 1);
+}
+
 template <class Move>
 Outline Moved(Outline outline, const Move& move) {
   for (Contour& contour : outline) {
@@ -134,13 +139,9 @@ Outline Path::Thread() const {
   return ThereAndBack(contour);
 }
 
-int ThreadsAcross(double width) {
-  return std::max(0, static_cast<int>(std::ceil(width / kThreadGap - kTiny)) - 1);
-}
-
 Outline ThreadsBetween(const Path& one, const Path& other) {
-  const Contour& a = one.contour;
-  const Contour& b = other.contour;
+  const Contour& a = one.Way();
+  const Contour& b = other.Way();
   const auto count = [&](std::size_t i) { return ThreadsAcross(WidthAlong(a, b, i)); };
   Outline threads;
   for (std::size_t first = 0, end = 0; first < a.segments.size(); first = end) {
@@ -161,7 +162,7 @@ Outline ThreadsBetween(const Path& one, const Path& other) {
 }
 
 Outline Band(const Path& one, const Path& other) {
-  const Contour edges = Around(one.contour, other.contour);
+  const Contour edges = Around(one.Way(), other.Way());
   return (TurnedArea(edges) < 0 ? Reverse({edges}) : Outline{edges}) + ThreadsBetween(one, other);
 }
 
@@ -209,7 +210,7 @@ Path Pen::Side(double sign) const {
 // Not turned like a band: what way round a stroke runs that crosses itself cannot be told by its area.
 Outline Pen::Ink() const {
   const Path there = Side(-1), back = Side(1);
-  return Outline{Around(there.contour, back.contour)} + ThreadsBetween(there, back);
+  return Outline{Around(there.Way(), back.Way())} + ThreadsBetween(there, back);
 }
 
 Outline Polygon(std::initializer_list<Vec> corners) {

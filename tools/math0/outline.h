@@ -52,12 +52,9 @@ using Outline = std::vector<Contour>;
 Vec PointOn(Vec start, const Segment& segment, double t);
 bool IsStraight(Vec start, const Segment& segment);
 
-// Threads and edges of a stroke lie no further apart than this. The screen's lines are then about 0.8 wide,
-// so that no gap between them shows below 100 pixels to the em.
+// Threads and edges of a stroke lie no further apart than this. Closer ones would have to be thinner on
+// screen, at the sizes of text, than lines there can be.
 inline constexpr double kThreadGap = 1.25;
-
-// How many threads run between edges that are `width` apart.
-int ThreadsAcross(double width);
 
 // Writes a contour down point by point.
 class Path {
@@ -69,17 +66,18 @@ class Path {
   Outline Closed();
   // There and back.
   Outline Thread() const;
-
-  // Even threads between two paths of as many segments each.
-  friend Outline ThreadsBetween(const Path& one, const Path& other);
-  // The ink between two such paths with its threads.
-  friend Outline Band(const Path& one, const Path& other);
+  // As it is, neither closed nor a thread.
+  const Contour& Way() const { return contour; }
 
  private:
-  friend class Pen;
   Contour contour;
   Vec at;
 };
+
+// Even threads between two paths of as many segments each.
+Outline ThreadsBetween(const Path& one, const Path& other);
+// The ink between two such paths, which need not run clockwise, with its threads.
+Outline Band(const Path& one, const Path& other);
 
 // Follows the middle of a stroke and gives the stroke's outline. The width changes evenly along a segment;
 // corners are mitred; ends are cut square to the stroke. A stroke may cross itself and may end where it
