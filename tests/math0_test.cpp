@@ -151,7 +151,7 @@ TEST_F(Math0Test, ShippedFilesComeFromTheDrawings) {
 }
 
 TEST_F(Math0Test, PiecesMeetAtTheirEdges) {
-  const std::vector<double> shaft = {26.25, 28.75}, shafts = {23, 25.5, 29.5, 32}, bar = {-0.5, 2};
+  const std::vector<double> shaft = {26.25, 28.75}, shafts = {23, 25.5, 29.5, 32}, bar = {0, 2};
   const struct {
     std::string keys;
     bool right;

@@ -121,12 +121,13 @@ Outline DoubleBar() {
   return Bar() + Shift(Bar(), 7, 0);
 }
 
-// Both roots carry their bar at y -0.5 to 2, at the right edge of their advance, so the same vinculum goes on
+// Both roots carry their bar at y 0 to 2, at the right edge of their advance, so the same vinculum goes on
 // from either; the tall root hangs down from there. Flag, thick fall, thin rise, bar.
-constexpr double kRootBar = -0.5;
+constexpr double kRootBar = 0;
+constexpr double kRootRule = 2;  // roots are set larger than what they stand beside, so their bar is thinner
 
 Outline Root() {
-  constexpr double foot = kRootBar + kRule;
+  constexpr double foot = kRootBar + kRootRule;
   return Polygon({{0, 28},
                   {7.25, 23.75},
                   {15.75, 41},
@@ -145,7 +146,7 @@ Outline Root() {
          Path(15.5, 42).Line(15.125, 46).Thread();
 }
 Outline TallRoot() {
-  constexpr double foot = kRootBar + kRule;
+  constexpr double foot = kRootBar + kRootRule;
   return Polygon({{0, 59},
                   {8, 54.25},
                   {17.5, 87.5},
@@ -164,7 +165,7 @@ Outline TallRoot() {
          Path(17.25, 89).Line(16.75, 96).Thread();
 }
 Outline Vinculum() {
-  return Box(0, kRootBar, 25, kRootBar + kRule);
+  return Box(0, kRootBar, 25, kRootBar + kRootRule);
 }
 
 // Quarters of a level brace, full where the bend ends. Each has its shaft at the height and of the weight of
