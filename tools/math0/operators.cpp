@@ -204,7 +204,7 @@ constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'I', "integral.display", DisplayIntegral},
     {'i', "integral", TextIntegral},
     {'J', "uni222C.display", DoubleIntegral},
-    {'O', "contourintegral.display", ContourIntegral},
+    {'O', "uni222E.display", ContourIntegral},
     {'u', "union.display", Cup},
     {'n', "intersection.display", Cap},
     {'+', "circleplus.display", DirectSum},
