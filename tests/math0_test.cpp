@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <set>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -14,7 +13,6 @@
 
 #include "designer/character_files.h"
 #include "document/lines.h"
-#include "document/numbers.h"
 #include "tests/support/ghostscript.h"
 #include "tests/support/program_test.h"
 #include "tools/math0/font_files.h"
