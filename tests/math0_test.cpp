@@ -19,7 +19,6 @@
 #include "tools/math0/glyphs.h"
 #include "tools/math0/merge.h"
 #include "typography/glyphs.h"
-#include "typography/metrics.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
