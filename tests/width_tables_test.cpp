@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/failure.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -49,12 +48,6 @@ TEST(WidthTablesTest, CodesAreThoseOfTheEncodings) {
   EXPECT_EQ(symbol['a'], 631);  // alpha
   EXPECT_EQ(symbol[0x9F], 0);
   EXPECT_EQ(symbol[0xD6], 549);  // radical
-}
-
-TEST(WidthTablesTest, SaysWhatIsMissing) {
-  EXPECT_THROW(MakeWidthTable("C 65 ; WX 722 ; N A ; B 15 0 706 674 ;\n", false), Failure);
-  EXPECT_THROW(MakeWidthTable("", true), Failure);
-  EXPECT_THROW(ReplacePrologWidths("%!PS\r\n", {}), Failure);
 }
 
 }  // namespace
