@@ -61,15 +61,6 @@ TEST_F(GlyphsTest, LinesGoFromPointToPoint) {
   EXPECT_EQ(DrawProcedure("10 20 moveto 25 ci"), "circle 102 196 5 #000000 w 1\n");
 }
 
-TEST_F(GlyphsTest, CurvesTakeControlThenEnd) {
-  const std::vector<GlyphPiece> pieces = ExecuteGlyph("5 5 moveto 10 20 20 0 rc 3 3 rlineto");
-  ASSERT_EQ(pieces.size(), 2u);
-  EXPECT_FLOAT_EQ(pieces[0].points[8].y, 5 + 0.75F * 0.556F * 20);
-  EXPECT_FLOAT_EQ(pieces[0].points[16].x, 25);
-  EXPECT_FLOAT_EQ(pieces[1].points[1].x, 28);
-  EXPECT_EQ(DrawProcedure("5 5 moveto 10 20 20 0 rp"), DrawProcedure("5 5 moveto 10 20 20 0 rc"));
-}
-
 TEST_F(GlyphsTest, AProcedureStopsAtItsFirstFault) {
   const std::string line = "line 100 200 101 200 #000000 w 1\n";
   const std::string start = "0 0 moveto 5 0 rlineto ";
@@ -112,17 +103,6 @@ TEST_F(GlyphsTest, CharactersOfOneFaceGoTogether) {
             "text Times New Roman bold 20 (xx) 110 200 115 200 #000000\n");
   EXPECT_EQ(endX, 120);
   EXPECT_EQ(Paint("x", 16), Paint("x", 0));
-}
-
-TEST_F(GlyphsTest, BlanksGrowWhileJustifyingOnly) {
-  Paint("x x", 0, 7);
-  const float plain = endX;
-  JustificationOn = true;
-  Paint("x x", 0, 7);
-  EXPECT_FLOAT_EQ(endX, plain + 7);
-  endX = 100;
-  DrawRun(7, "x x", 0, 10, endX, endY, 0, true);
-  EXPECT_FLOAT_EQ(endX, plain);
 }
 
 // Framed characters stand in their cells.
