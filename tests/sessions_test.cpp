@@ -260,6 +260,7 @@ class Session : public EditorTest {
     if (word == "hold") return Mouse(&RecordingCanvas::Down);
     if (word == "move") return Mouse(&RecordingCanvas::Move);
     if (word == "release") return Mouse(&RecordingCanvas::Up);
+    if (word == "leave") return canvas->OnMouseLeave();
     if (word == "wheel") return Wheel();
     if (word == "type") return canvas->Type(Bytes(Text()));
     if (word == "enter") return canvas->Type(Bytes(Text()) + '\r');
