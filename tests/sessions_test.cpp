@@ -214,11 +214,12 @@ class Session : public EditorTest {
   }
 
   void Answer(const std::string& word) {
-    if (word == "yes") dialogs.AnswerYes();
-    if (word == "no") dialogs.AnswerNo();
-    if (word == "cancel") dialogs.AnswerNeither();
-    if (word == "open") dialogs.AnswerOpen(Text());
-    if (word == "save") dialogs.AnswerSave(Text());
+    if (word == "yes") return dialogs.AnswerYes();
+    if (word == "no") return dialogs.AnswerNo();
+    if (word == "cancel") return dialogs.AnswerNeither();
+    if (word == "open") return dialogs.AnswerOpen(Text());
+    if (word == "save") return dialogs.AnswerSave(Text());
+    ADD_FAILURE() << "That is no answer";
   }
 
   void PutFile(std::string& content) {
@@ -412,14 +413,18 @@ TEST_P(SessionsTest, Run) {
     ++number;
     if (text.starts_with("== ")) {
       sessions.emplace_back();
-    } else if (text.starts_with("  ")) {
-      sessions.back().back().block.push_back(text.substr(2));
     } else if (!text.empty() && !text.starts_with('#')) {
-      sessions.back().push_back({number, text, {}});
+      ASSERT_FALSE(sessions.empty()) << "a line before the first session";
+      std::vector<Line>& lines = sessions.back();
+      text.starts_with("  ") && !lines.empty() ? lines.back().block.push_back(text.substr(2))
+                                               : lines.push_back({number, text, {}});
     }
   }
   EXPECT_FALSE(sessions.empty());
-  for (const std::vector<Line>& session : sessions) Session(GetParam()).Run(session);
+  for (const std::vector<Line>& lines : sessions) {
+    ASSERT_FALSE(lines.empty()) << "a session in which nothing happens";
+    Session(GetParam()).Run(lines);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SessionsTest, ::testing::ValuesIn(Scripts()), NameOf);
