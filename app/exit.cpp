@@ -2,7 +2,7 @@
 
 #include "app/settings.h"
 #include "document/paper.h"
-#include "editing/cursor.h"
+#include "editing/modes.h"
 #include "editing/keyboard.h"
 #include "macros/macros.h"
 #include "platform/controls.h"

@@ -9,9 +9,10 @@
 #include "app/menus.h"
 #include "document/numbers.h"
 #include "document/paper.h"
-#include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
+#include "editing/notes.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
 #include "typography/renderer.h"
@@ -130,7 +131,7 @@ void AddSizeRow(Window& window) {
   Text1->SetText(FormatSingle(FontSize));
   Text1->OnChange = [] {
     SizeBoxChanged(Text1->Text());
-    DrawCursorMark(kBlue, true);
+    ShowCursor();
   };
   Text1->OnEnter = Text1->OnEscape = FocusCanvas;
   FontLabel = window.AddLabel("");
@@ -147,6 +148,7 @@ void AddRunRow(Window& window) {
 
 void AddCanvasAndBars(Window& window) {
   Picture1 = window.AddCanvas();
+  Picture1->OnPaint = PaintLayer;
   Picture1->OnKeyPress = Form1_Picture1_KeyPress;
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;
   Picture1->OnMouseMove = Form1_Picture1_MouseMove;
@@ -158,7 +160,7 @@ void AddCanvasAndBars(Window& window) {
   Form1Parts.vertical = window.AddScrollBar(false);
   Form1Parts.vertical->OnScroll = ScrollToTop;
   CursorLabel = window.AddStatusText(320);
-  Form1Parts.pointer = window.AddStatusText(280);
+  NoteLabel = window.AddStatusText(280);
 }
 
 void ShowScrollPosition() {
@@ -203,10 +205,6 @@ void BuildForm1() {
   Form1->OnCloseRequest = ExitSequence;
 }
 
-void ShowNote(const std::string& text) {
-  Form1Parts.pointer->SetText(text);
-}
-
 void Form1_Resize() {
   if (ResizeGuard) return;
   const float W = Form1->InnerWidth();
@@ -218,7 +216,8 @@ void Form1_Resize() {
   }
   LayOut(W, H);
   if (CursorMode > 0 && AnchorOfMode(CursorMode) != 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
-  RedrawPage();
+  ShowPage();
+  ShowCursor();
   ShowScrollPosition();
 }
 
@@ -227,25 +226,14 @@ namespace {
 void ArrowKey(int code) {
   const int x = code == kKeyRight ? 1 : code == kKeyLeft ? -1 : 0;
   const int y = code == kKeyDown ? 1 : code == kKeyUp ? -1 : 0;
-  if (!StepCursor(x, y)) ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
-}
-
-void BezierKey(int code) {
-  if (code == kKeyEnter) FinishDrawing();
-  if (code == kKeyBackspace) TakeBackPoint();
-  if (code == kKeyEscape) DropDrawing();
+  if (x != 0 || y != 0)
+    ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
 }
 
 }  // namespace
 
 void Form1_Picture1_KeyPress(int code) {
-  if (code >= kKeyLeft) {
-    ArrowKey(code);
-  } else if (CursorMode == kBezierMode) {
-    BezierKey(code);
-  } else {
-    TypeKey(code);
-  }
+  if (!ToolInForce().Key(code)) ArrowKey(code);
   // Nobody should have to type where it cannot be seen.
   if (CursorMode < 0) BringIntoView(CursorX, CursorY);
 }
@@ -255,7 +243,7 @@ void Form1_Picture1_MouseDown(const MouseEvent& event) {
   Dragging = event.button == MouseButton::Middle;
   DragX = event.pixelX;
   DragY = event.pixelY;
-  if (event.button == MouseButton::Left) BezierPress(event.x, event.y);
+  if (event.button == MouseButton::Left) ToolInForce().Press({event.x, event.y});
 }
 
 void Form1_Picture1_MouseMove(const MouseEvent& event) {
@@ -264,8 +252,8 @@ void Form1_Picture1_MouseMove(const MouseEvent& event) {
     DragX = event.pixelX;
     DragY = event.pixelY;
   }
-  BezierMove(event.x, event.y);
-  Form1Parts.pointer->SetText(FormatFixed(event.x, 1, true) + ", " + FormatFixed(event.y, 1, true) +
+  ToolInForce().Move({event.x, event.y});
+  ShowNote(FormatFixed(event.x, 1, true) + ", " + FormatFixed(event.y, 1, true) +
                               " pt     on the grid " + FormatSingle(SnapToGrid(event.x, GridStepH)) + ", " +
                               FormatSingle(SnapToGrid(event.y, GridStepV)) + " pt");
 }
@@ -276,17 +264,16 @@ void Form1_Picture1_MouseUp(const MouseEvent& event) {
       Dragging = false;
       break;
     case MouseButton::Left:
-      BezierRelease(event.x, event.y);
-      PlaceCursor(event.x, event.y);
+      ToolInForce().Release({event.x, event.y});
       break;
     case MouseButton::Right:
-      FinishDrawing();
+      ToolInForce().RightClick();
       break;
   }
 }
 
 void Form1_Picture1_MouseLeave() {
-  Form1Parts.pointer->SetText("");
+  ShowNote("");
 }
 
 void Form1_Picture1_Wheel(const WheelEvent& event) {

@@ -20,15 +20,11 @@ struct Form1Controls {
   Button* apply;  // "OK" beside the control-code box
   ScrollBar* horizontal;
   ScrollBar* vertical;
-  Label* pointer;  // where the pointer is, at the foot of the window
 };
 extern Form1Controls Form1Parts;
 
 // While set, a resize of the window is left alone: the window is being built.
 extern bool ResizeGuard;
-
-// A note at the foot of the window, in the place of the pointer's position until the pointer moves.
-void ShowNote(const std::string& text);
 
 void Form1_Resize();
 void Form1_Picture1_KeyPress(int code);

@@ -6,8 +6,9 @@
 #include "app/main_window.h"
 #include "document/numbers.h"
 #include "document/paper.h"
-#include "editing/cursor.h"
+#include "editing/notes.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "editing/undo.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
@@ -81,7 +82,7 @@ const Row kRowsBeforeFormat[] = {
     {"&Edit", "mEditCopy", "&Copy", "Ctrl+C", nullptr},
     {"&Edit", "mEditPaste", "&Paste", "Ctrl+V", nullptr},
     {"&Edit", "mEditDelete", "&Delete", "Del", nullptr},
-    {"&View", "mViewRefresh", "&Refresh", "F5", RedrawPage},
+    {"&View", "mViewRefresh", "&Refresh", "F5", ShowPage},
     Separator("&View"),
     {"&View", "mViewZoomIn", "Zoom &In", "Ctrl++", ZoomIn},
     {"&View", "mViewZoomOut", "Zoom &Out", "Ctrl+-", ZoomOut},
@@ -155,7 +156,7 @@ void AddFontMenu(MenuTree& menus) {
 
 // The path being drawn takes the style when it is finished, so it shows it at once.
 void ShowPathInNewStyle() {
-  DrawCursorMark(kBlue, true);
+  ShowCursor();
 }
 
 void AddColourMenu(MenuTree& menus) {
@@ -195,7 +196,7 @@ void AddGridMenu(MenuTree& menus, const std::string& menu, const std::string& pr
     entries[choice - 1] = menus.Add(menu, prefix + std::to_string(choice), caption, "", [&step, choice] {
       step = choice;
       CheckGridMenus();
-      RedrawPage();
+      ShowPage();
     });
   }
 }

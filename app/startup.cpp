@@ -8,7 +8,9 @@
 #include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
+#include "editing/edit.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "editing/undo.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
@@ -42,16 +44,13 @@ void ReadOrReport(void (*read)()) {
 }
 
 void ConnectSubjects() {
-  FinishTyping = [] {
-    CommitPendingRun(false);
-    FinishDrawing();
-  };
+  FinishTyping = FinishEditing;
+  PageEdited = NotePageChange;
   PageReplaced = [] {
     ResetUndo();
-    RedrawPage();
+    ShowPage();
     if (ViewMoved) ViewMoved();
   };
-  PaintOverlay = [] { DrawCursorMark(kBlue, true); };
 }
 
 void ShowChoices() {
@@ -91,6 +90,7 @@ void ResetProgram() {
   ResetPaper();
   ResetKeyboard();
   ResetBezier();
+  ResetModes();
   ResetUndo();
   ResetMacros();
   ResetPlainText();

@@ -23,11 +23,11 @@
 #include "document/page.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "platform/files.h"
 #include "platform/qt/qt_canvas.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_toolkit.h"
-#include "typography/colours.h"
 #include "typography/glyphs.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
@@ -64,7 +64,7 @@ struct Stage {
     QCoreApplication::processEvents();
     Picture1 = &canvas;
     ShowWholePaper();
-    PaintOverlay = [] { DrawCursorMark(kBlue, true); };
+    canvas.OnPaint = PaintLayer;
   }
   ~Stage() { Picture1 = editorCanvas; }
 };

@@ -17,16 +17,14 @@
 
 namespace kelvane {
 
-std::string PageText;
-std::int16_t DrawingCount = 0;
-std::string DrawingList;
+Page ThePage;
+std::string& PageText = ThePage.text;
+std::int16_t& DrawingCount = ThePage.drawingCount;
+std::string& DrawingList = ThePage.drawings;
 std::string CurrentDrawing;
 
 namespace {
 
-// What is longer is not a page but some other file, chosen by mistake.
-constexpr std::size_t kLongestTextLine = 65535;
-constexpr std::size_t kLargestPage = 32U << 20;
 constexpr std::size_t kMostDrawings = std::numeric_limits<std::int16_t>::max();
 
 constexpr std::string_view kLineEnd = "\r\n";
@@ -73,19 +71,22 @@ std::string RecordOfFileLine(const std::string& task, int lineNumber, std::strin
   }
 }
 
-// Appends the lines of the page in the order in which sorted files hold them: down the page, then to the
-// right, and of two entries on one point the later one first.
-void AppendSortedText(std::string& content) {
+void AppendSortedText(std::string& content, std::string_view text) {
   struct Entry {
     float y;
     float x;
     std::string_view line;
   };
   std::vector<Entry> entries;
-  for (std::string_view rest = PageText; !rest.empty();) {
+  for (std::string_view rest = text; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
-    if (!line.empty())
+    TextEntry entry;
+    if (line.empty()) continue;
+    if (ParseTextEntry(line, entry)) {
+      entries.push_back({entry.y, entry.x, line});
+    } else {  // what draws nothing still has its place among what does
       entries.push_back({ReadSingle(GetField(line, 2, " ")), ReadSingle(GetField(line, 1, " ")), line});
+    }
   }
   std::reverse(entries.begin(), entries.end());
   std::stable_sort(entries.begin(), entries.end(),
@@ -93,71 +94,74 @@ void AppendSortedText(std::string& content) {
   for (const Entry& entry : entries) content.append(entry.line).append(kLineEnd);
 }
 
-void AppendDrawings(std::string& content) {
-  std::string_view rest = DrawingList;
-  for (int i = 0; i < DrawingCount && !rest.empty(); ++i) {
+void AppendDrawings(std::string& content, const Page& page) {
+  std::string_view rest = page.drawings;
+  for (int i = 0; i < page.drawingCount && !rest.empty(); ++i) {
     const std::string line = DrawingRecordToLine(TakeLine(rest));
     if (!line.empty()) content.append(line).append(kLineEnd);
   }
 }
 
-void WriteContent(const std::string& path, const std::string& content) {
+}  // namespace
+
+void ClearPage() {
+  ThePage = Page{};
+  CurrentDrawing.clear();
+}
+
+std::string ContentOfPage(const Page& page, PageOrder order, const std::string& path) {
+  std::string content;
+  if (order == PageOrder::ByPosition) {
+    AppendSortedText(content, page.text);
+  } else {
+    content = page.text;
+    if (!content.empty() && !content.ends_with(kLineEnd)) content.append(kLineEnd);
+  }
+  AppendDrawings(content, page);
   const std::string task = Task("write", path);
   CheckSize(task, content.size());
   int lineNumber = 0;
   for (std::string_view rest = content; !rest.empty();) CheckLine(task, ++lineNumber, TakeLine(rest));
-  WriteFileSafely(path, content);
+  return content;
 }
 
-}  // namespace
-
-bool PageIsEmpty() {
-  return PageText.empty() && DrawingCount <= 0;
-}
-
-void ClearPage() {
-  PageText.clear();
-  DrawingCount = 0;
-  DrawingList.clear();
-  CurrentDrawing.clear();
-}
-
-void WritePageSorted(const std::string& path) {
-  std::string content;
-  AppendSortedText(content);
-  AppendDrawings(content);
-  WriteContent(path, content);
-}
-
-void WritePagePlain(const std::string& path) {
-  std::string content = PageText;
-  if (!content.empty() && !content.ends_with(kLineEnd)) content.append(kLineEnd);
-  AppendDrawings(content);
-  WriteContent(path, content);
-}
-
-void ReadPage(const std::string& path) {
-  const std::string content = TheFiles->ReadWhole(path);
+Page PageOfContent(std::string_view content, const std::string& path) {
   const std::string task = Task("read", path);
   CheckSize(task, content.size());
-  std::string text;
-  std::string drawings;
+  Page page;
   std::size_t drawingCount = 0;
+  std::size_t written = 0;  // what the page takes in a file: some lines are written longer than they were read
   int lineNumber = 0;
   for (std::string_view rest = content; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
     CheckLine(task, ++lineNumber, line);
     const std::string record = EndsDrawing(line) ? RecordOfFileLine(task, lineNumber, line) : std::string();
     if (!IsUsableRecord(record)) {
-      text.append(line).append(kLineEnd);
+      page.text.append(line).append(kLineEnd);
+      written += line.size() + kLineEnd.size();
       continue;
     }
     if (++drawingCount > kMostDrawings) FailAtLine(task, lineNumber, "there are more than 32,767 drawings");
-    drawings.append(record).append(kLineEnd);
+    page.drawings.append(record).append(kLineEnd);
+    // Only a line this long can grow by what matters.
+    written += kLineEnd.size() +
+               (content.size() > kLargestPage / 4 ? DrawingRecordToLine(record).size() : line.size());
   }
-  PageText = std::move(text);
-  DrawingList = std::move(drawings);
-  DrawingCount = static_cast<std::int16_t>(drawingCount);
+  if (written > kLargestPage) throw Failure(task + ": it would take more than 32 MB when it is written again.");
+  page.drawingCount = static_cast<std::int16_t>(drawingCount);
+  return page;
+}
+
+void WritePageSorted(const std::string& path) {
+  WriteFileSafely(path, ContentOfPage(ThePage, PageOrder::ByPosition, path));
+}
+
+void WritePagePlain(const std::string& path) {
+  WriteFileSafely(path, ContentOfPage(ThePage, PageOrder::AsTyped, path));
+}
+
+void ReadPage(const std::string& path) {
+  ThePage = PageOfContent(TheFiles->ReadWhole(path), path);
   CurrentDrawing.clear();
 }
 

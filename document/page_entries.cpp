@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <initializer_list>
 #include <vector>
@@ -15,6 +16,7 @@ namespace kelvane {
 namespace {
 
 constexpr std::size_t kLeastRecordTokens = 5;
+constexpr std::size_t kLeastDrawnTokens = 7;  // a start, a segment and the closing value
 constexpr std::size_t kMostPushed = 40;
 // Operands are written with 7 digits, so a long closed path read back may miss its start by their errors. A
 // gap of this size cannot be seen, but would turn a filled shape into a line.
@@ -75,7 +77,7 @@ float Middle(float from, float to) {
 }
 
 // The points of a record being made from a line, in the order of the record.
-class Path {
+class RecordBuilder {
  public:
   void Move(float x, float y) {
     if (numbers.empty()) startsWithMove = true;
@@ -175,6 +177,32 @@ bool ParseTextEntry(std::string_view line, TextEntry& entry) {
   return true;
 }
 
+LineStyle DecodeLineStyle(float value) {
+  const double colour = std::floor(value * 0.1);
+  if (!(std::abs(colour) < 32767)) return {};
+  return {static_cast<std::int16_t>(colour), static_cast<float>(value - 10 * colour)};
+}
+
+bool IsStraight(Point start, Point control, Point end) {
+  return Middle(start.x, end.x) == control.x && Middle(start.y, end.y) == control.y;
+}
+
+bool ParseDrawing(std::string_view record, Drawing& drawing) {
+  const std::vector<std::string_view> tokens = SplitFields(record, " ");
+  if (tokens.size() < kLeastDrawnTokens) return false;
+  const auto point = [&](std::size_t index) {
+    return Point{ReadSingle(tokens[index]), ReadSingle(tokens[index + 1])};
+  };
+  drawing.points.assign(1, point(0));
+  for (std::size_t i = 2; i + 4 < tokens.size(); i += 4) {
+    drawing.points.push_back(point(i));
+    drawing.points.push_back(point(i + 2));
+  }
+  drawing.style = DecodeLineStyle(ReadSingle(tokens.back()));
+  drawing.closed = point(0) == point(tokens.size() - 3);
+  return true;
+}
+
 std::string DrawingRecordToLine(std::string_view record) {
   const std::vector<std::string_view> tokens = SplitFields(record, " ");
   if (tokens.size() < kLeastRecordTokens) return {};
@@ -193,7 +221,7 @@ std::string DrawingRecordToLine(std::string_view record) {
     const float controlY = number(i);
     const float endX = number(i + 1);
     const float endY = number(i + 2);
-    const bool straight = Middle(x, endX) == controlX && Middle(y, endY) == controlY;
+    const bool straight = IsStraight({x, y}, {controlX, controlY}, {endX, endY});
     if (!straight) AppendTokens(line, {controlX - x, controlY - y});
     AppendTokens(line, {endX - x, endY - y});
     line += straight ? " rl" : " rb";
@@ -206,7 +234,7 @@ std::string DrawingRecordToLine(std::string_view record) {
 std::string LineToDrawingRecord(std::string_view line) {
   if (line.empty()) return {};
   OperandStack stack;
-  Path path;
+  RecordBuilder path;
   float style = 0;
   for (const std::string_view token : SplitFields(line, " ")) {
     if (token == "m") {

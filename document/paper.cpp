@@ -89,7 +89,7 @@ bool WriteCurrentPage(Order order) {
 }
 
 bool OfferToSavePage(bool warnOfNoName) {
-  if (PageIsEmpty() || PageChanged == 0) return true;
+  if (ThePage.Empty() || PageChanged == 0) return true;
   const Answer answer = TheDialogs->AskBeforeLosing("Would you like to save the current paper.");
   if (answer != Answer::Yes) return answer == Answer::No;
   if (warnOfNoName && CurrentPaperFile.empty())
@@ -109,7 +109,7 @@ void ShowOtherPage(const std::string& file, std::int16_t number) {
 // Goes to another page of the paper, whose current page is written. One that has no file yet is empty. From
 // an empty page forwards it asks first: this is how papers get pages that nobody wanted. False on No.
 bool TurnToPage(int number) {
-  if (number > CurrentPageNumber && PageIsEmpty() &&
+  if (number > CurrentPageNumber && ThePage.Empty() &&
       !TheDialogs->Ask("The current page is empty.\r\nWould you like to proceed anyway?", false)) {
     return false;
   }

@@ -1,21 +1,17 @@
 #include "editing/bezier.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string_view>
 #include <vector>
 
+#include "document/fields.h"
 #include "document/numbers.h"
 #include "document/page.h"
-#include "document/paper.h"
-#include "editing/cursor.h"
-#include "editing/keyboard.h"
-#include "editing/undo.h"
+#include "editing/edit.h"
 #include "platform/failure.h"
 #include "typography/colours.h"
-#include "typography/glyphs.h"
 #include "typography/renderer.h"
-#include "typography/view.h"
 
 namespace kelvane {
 
@@ -25,19 +21,15 @@ constexpr float kPullPixels = 4;   // the pointer moved this far with the button
 constexpr float kClosePixels = 5;  // a click this near the start closes the path
 constexpr float kMarkPixels = 2;
 
-// The start, then a control point and an end point for each piece; CurrentDrawing is its record.
-std::vector<Point> Path;
 Point Hover;      // where the next point would go
 Point PressedAt;  // where the button went down, unsnapped
 bool Pressed;
 bool Pulling;
 
-Point Snap(float x, float y) {
-  return {SnapToGrid(x, GridStepH), SnapToGrid(y, GridStepV)};
-}
+using Points = std::vector<Point>;  // the start, then a control point and an end point for each piece
 
-bool Same(Point a, Point b) {
-  return a.x == b.x && a.y == b.y;
+Point Snap(Point at) {
+  return {SnapToGrid(at.x, GridStepH), SnapToGrid(at.y, GridStepV)};
 }
 
 bool Near(Point a, Point b, float pixels) {
@@ -48,134 +40,159 @@ Point Middle(Point a, Point b) {
   return {(a.x + b.x) * 0.5F, (a.y + b.y) * 0.5F};
 }
 
-std::string StyleValue() {
-  return FormatSingle(static_cast<float>(LineColour * 10 + LineWidth));
+LineStyle StyleInForce() {
+  return {LineColour, static_cast<float>(LineWidth)};
 }
 
-void NoteRecord() {
+// The path being drawn, from its record.
+Points OpenPath() {
+  Points points;
+  const std::vector<std::string_view> tokens = SplitFields(CurrentDrawing, " ");
+  for (std::size_t i = 0; i + 2 < tokens.size(); i += 2)
+    points.push_back({ReadSingle(tokens[i]), ReadSingle(tokens[i + 1])});
+  return points;
+}
+
+void KeepPath(const Points& points) {
   CurrentDrawing.clear();
-  if (Path.empty()) return;
-  for (const Point& point : Path) CurrentDrawing += FormatSingle(point.x) + ' ' + FormatSingle(point.y) + ' ';
-  CurrentDrawing += StyleValue();
+  if (points.empty()) return;
+  for (const Point& point : points)
+    CurrentDrawing += FormatSingle(point.x) + ' ' + FormatSingle(point.y) + ' ';
+  CurrentDrawing += FormatSingle(static_cast<float>(LineColour * 10 + LineWidth));
 }
 
-bool Closed() {
-  return Path.size() > 3 && Same(Path.front(), Path.back());
+void AddPoint(Points& path, Point end) {
+  if (!path.empty()) path.push_back(Middle(path.back(), end));
+  path.push_back(end);
 }
 
-void Clear() {
-  Path.clear();
-  Pressed = Pulling = false;
-  NoteRecord();
-}
+class Drawer : public Tool {
+ public:
+  void Press(Point at) override {
+    Points path = OpenPath();
+    Point end = Snap(at);
+    if (path.size() > 3 && Near(at, path.front(), kClosePixels)) end = path.front();
+    Hover = end;
+    if (!path.empty() && end == path.back()) {
+      FinishDrawing();
+      return;
+    }
+    AddPoint(path, end);
+    KeepPath(path);
+    PressedAt = at;
+    Pressed = true;
+    Pulling = false;
+    ShowCursor();
+  }
 
-void ShowPath() {
-  NoteRecord();
-  DrawCursorMark(kBlue, true);
-}
+  void Move(Point at) override {
+    if (!PathIsOpen()) return;
+    Hover = Snap(at);
+    Points path = OpenPath();
+    if (Pressed && path.size() > 1) {
+      Pulling = Pulling || !Near(at, PressedAt, kPullPixels);
+      if (Pulling) path[path.size() - 2] = Hover;
+      KeepPath(path);
+    }
+    ShowCursor();
+  }
 
-void AddPoint(Point end) {
-  if (!Path.empty()) Path.push_back(Middle(Path.back(), end));
-  Path.push_back(end);
-}
+  void Release(Point at) override {
+    if (!Pressed) return;
+    Points path = OpenPath();
+    const bool dragged = path.size() == 1 && !Near(at, PressedAt, kPullPixels);
+    if (dragged && Snap(at) != path.back()) AddPoint(path, Snap(at));
+    KeepPath(path);
+    Pressed = Pulling = false;
+    if (path.size() > 3 && path.front() == path.back()) {
+      FinishDrawing();
+    } else {
+      ShowCursor();
+    }
+  }
+
+  void RightClick() override { FinishDrawing(); }
+
+  bool Key(int code) override {
+    if (code == kKeyEnter) FinishDrawing();
+    if (code == kKeyBackspace) TakeBackPoint();
+    if (code == kKeyEscape) DropDrawing();
+    return code < kKeyLeft;
+  }
+
+  void Paint(Painter& painter, const View& view) const override {
+    Drawing drawing;
+    drawing.points = OpenPath();
+    if (drawing.points.empty()) return;
+    drawing.style = StyleInForce();
+    const Points& path = drawing.points;
+    if (path.size() > 1) StrokeDrawing(painter, view, drawing);
+    const Pen thin{PaletteColour(kBlue), 1};
+    if (Pulling) {
+      Path handle;
+      handle.MoveTo(path[path.size() - 3]);
+      handle.LineTo(path[path.size() - 2]);
+      handle.LineTo(path.back());
+      painter.StrokePath(handle, thin);
+    } else if ((!Pressed || path.size() == 1) && Hover != path.back()) {
+      painter.DrawLine(path.back(), Hover, thin);
+    }
+    const float mark = kMarkPixels / view.scale;
+    const Point start = path.front();
+    painter.FillBox({start.x - mark, start.y - mark, start.x + mark, start.y + mark}, thin.colour);
+  }
+
+  void Finish() override { FinishDrawing(); }
+
+  std::string Hint() const override { return "Click for points, pull to bend; Enter ends it"; }
+};
 
 }  // namespace
 
 void ResetBezier() {
-  Clear();
-}
-
-void ChooseBezier() {
-  CommitPendingRun(true);
-  FinishDrawing();
-  CursorMode = kBezierMode;
-  SetCanvasPointer(CursorMode);
-  DrawCursorMark(kBlue, false);
-}
-
-void BezierPress(float x, float y) {
-  if (CursorMode != kBezierMode) return;
-  Point end = Snap(x, y);
-  if (Path.size() > 3 && Near({x, y}, Path.front(), kClosePixels)) end = Path.front();
-  Hover = end;
-  if (!Path.empty() && Same(end, Path.back())) {
-    FinishDrawing();
-    return;
-  }
-  AddPoint(end);
-  PressedAt = {x, y};
-  Pressed = true;
-  Pulling = false;
-  ShowPath();
-}
-
-void BezierMove(float x, float y) {
-  if (CursorMode != kBezierMode || Path.empty()) return;
-  Hover = Snap(x, y);
-  if (Pressed && Path.size() > 1) {
-    Pulling = Pulling || !Near({x, y}, PressedAt, kPullPixels);
-    if (Pulling) Path[Path.size() - 2] = Hover;
-  }
-  ShowPath();
-}
-
-void BezierRelease(float x, float y) {
-  if (CursorMode != kBezierMode || !Pressed) return;
-  const bool dragged = Path.size() == 1 && !Near({x, y}, PressedAt, kPullPixels);
-  if (dragged && !Same(Snap(x, y), Path.back())) AddPoint(Snap(x, y));
+  CurrentDrawing.clear();
   Pressed = Pulling = false;
-  if (Closed()) {
-    FinishDrawing();
-  } else {
-    ShowPath();
-  }
+}
+
+Tool& DrawingTool() {
+  static Drawer tool;
+  return tool;
+}
+
+bool PathIsOpen() {
+  return !CurrentDrawing.empty();
 }
 
 void TakeBackPoint() {
-  if (Path.empty()) return;
-  Path.resize(Path.size() > 1 ? Path.size() - 2 : 0);
+  Points path = OpenPath();
+  if (path.empty()) return;
+  path.resize(path.size() > 1 ? path.size() - 2 : 0);
+  KeepPath(path);
   Pressed = Pulling = false;
-  ShowPath();
+  ShowCursor();
 }
 
-void FinishDrawing() {
-  if (Path.empty()) return;
-  if (Path.size() > 1) {
+bool FinishDrawing() {
+  const Points path = OpenPath();
+  const bool joins = path.size() > 1;
+  if (joins) {
     if (DrawingCount == std::numeric_limits<std::int16_t>::max()) {
       throw Failure("The page can hold no more drawings. Press Escape to give up the one being drawn.");
     }
-    NoteRecord();
-    BeginEdit("drawing");
-    DrawingList += CurrentDrawing + "\r\n";
-    ++DrawingCount;
-    NotePageChange();
+    KeepPath(path);  // in the style that is in force now
+    EditPage("drawing", [](Page& page) {
+      page.drawings += CurrentDrawing + "\r\n";
+      ++page.drawingCount;
+    });
   }
-  Clear();
-  RedrawPage();
+  DropDrawing();
+  return joins;
 }
 
 void DropDrawing() {
-  Clear();
-  DrawCursorMark(kBlue, true);
-}
-
-void PaintCurrentDrawing() {
-  if (Path.empty()) return;
-  const float width = std::max(1.0F, std::floor(static_cast<float>(LineWidth) * SCALE));
-  for (std::size_t i = 0; i + 2 < Path.size(); i += 2) {
-    DrawCurve(Path[i].x, Path[i].y, Path[i + 1].x, Path[i + 1].y, Path[i + 2].x, Path[i + 2].y, width,
-              LineColour, 1);
-  }
-  const Pen thin{PaletteColour(kBlue), 1};
-  if (Pulling) {
-    const Point handle[] = {Path[Path.size() - 3], Path[Path.size() - 2], Path.back()};
-    Picture1->DrawPolyline(handle, thin);
-  } else if (!Pressed) {
-    Picture1->DrawLine(Path.back(), Hover, thin);
-  }
-  const float mark = kMarkPixels / SCALE;
-  const Point start = Path.front();
-  Picture1->FillBox(start.x - mark, start.y - mark, start.x + mark, start.y + mark, thin.colour);
+  if (!PathIsOpen()) return;
+  ResetBezier();
+  ShowCursor();
 }
 
 }  // namespace kelvane

@@ -13,6 +13,8 @@ namespace kelvane {
 // 0 Select, 1 to 9 the anchors, 10 Bezier drawing, 11 mouse editing. Negative once a cursor point is placed:
 // typing goes to it.
 extern std::int16_t CursorMode;
+inline constexpr std::int16_t kBezierMode = 10;
+inline constexpr int kLastMode = 11;
 extern float CursorX;  // points
 extern float CursorY;
 
@@ -25,11 +27,6 @@ void ClearMarkedBox();
 
 // Captions of the anchor buttons by mode.
 extern const char* const kAnchorNames[10];
-// Tells what the next key or click will do: where typing goes, or what to do first.
-extern Label* CursorLabel;
-std::string CursorLabelText();
-void ShowCursorLabel();
-
 // Buttons Cur0 to Cur9; the one of the mode in force is down.
 extern Button* AnchorButtons[10];
 extern Button* Command6;  // "Draw Bezier"
@@ -39,25 +36,16 @@ void ResetCursor();
 // The canvas pointer of a mode, whatever its sign; above 11 nothing changes.
 void SetCanvasPointer(std::int16_t mode);
 
-// Anchor button 0 to 9: completes the run being typed, then takes the mode, not placed.
-void ChooseAnchor(std::int16_t mode);
+// The file of the mode's pointer if it could not be loaded, so that the arrow stands in; otherwise empty.
+const std::string& MissingPointer();
 
-// A release of the mouse on the page: snaps the point to the grid and places the cursor there. Does nothing
-// in modes 0, 10 and 11.
-void PlaceCursor(float x, float y);
-
-// Moves the cursor point by grid steps and places it there, as a click would; the run being typed stays
-// where it is. False in modes 0, 10 and 11.
-bool StepCursor(int stepsX, int stepsY);
+// Puts the cursor point to the grid point nearest to (x, y) and counts it as placed. In anchor modes only.
+void SetCursorPoint(float x, float y);
 
 // The multiple of `step` nearest to a coordinate, halves upwards.
 float SnapToGrid(float value, std::int16_t step);
 
 // The mode as 1 to 9, or 0 when it is no anchor.
 int AnchorOfMode(std::int16_t mode);
-
-// What every command of the File and Edit menus does first: the run being typed is completed with its own
-// anchor, a path being drawn is finished, then Select.
-void LeaveEditing();
 
 }  // namespace kelvane

@@ -2,20 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
-#include "document/lines.h"
 #include "document/numbers.h"
 #include "document/page.h"
-#include "document/paper.h"
-#include "editing/bezier.h"
-#include "editing/cursor.h"
-#include "editing/undo.h"
+#include "editing/edit.h"
+#include "editing/notes.h"
 #include "typography/colours.h"
-#include "typography/glyphs.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
+#include "typography/run_painter.h"
 #include "typography/typefaces.h"
-#include "typography/view.h"
 
 namespace kelvane {
 
@@ -27,6 +24,29 @@ namespace {
 
 constexpr int kFirstScriptCode = 240;
 constexpr float kMarkArm = 4;  // pixels
+
+// The caret counts from the run's end, so that it stays there whoever fills the run.
+std::size_t CaretFromEnd = 0;
+
+// A run that an undone edit gave back, and all that its entry will be made of.
+struct OpenRun {
+  std::string text;
+  float x = 0;
+  float y = 0;
+  float size = 0;
+  std::int16_t font = 0;
+  std::int16_t mode = 0;
+  bool operator==(const OpenRun&) const = default;
+};
+OpenRun GivenBack;
+
+OpenRun RunNow() {
+  return {PendingRun, CursorX, CursorY, FontSize, BaseFont, CursorMode};
+}
+
+std::size_t Caret() {
+  return PendingRun.size() - std::min(CaretFromEnd, PendingRun.size());
+}
 
 void ShowRun() {
   if (Text4) Text4->SetText(PendingRun);
@@ -50,24 +70,114 @@ bool IsSwitch(char c) {
   return code >= kFirstSwitchCode && code < kFirstScriptCode;
 }
 
-// CurrentFont follows the last switch of a text, if it has one.
-void FollowSwitches(std::string_view text, std::int16_t fontBefore) {
-  const auto last = std::find_if(text.rbegin(), text.rend(), IsSwitch);
-  const int code = last == text.rend() ? 0 : static_cast<unsigned char>(*last);
-  CurrentFont = code == 0 ? fontBefore : static_cast<std::int16_t>(code - kFirstSwitchCode);
+char SwitchTo(std::int16_t font) {
+  return static_cast<char>(kFirstSwitchCode + font);
+}
+
+// The typeface in force at the caret.
+std::int16_t FontAtCaret() {
+  const std::string_view before = std::string_view(PendingRun).substr(0, Caret());
+  const auto last = std::find_if(before.rbegin(), before.rend(), IsSwitch);
+  if (last == before.rend()) return BaseFont;
+  return static_cast<std::int16_t>(static_cast<unsigned char>(*last) - kFirstSwitchCode);
+}
+
+void ShowFontAtCaret() {
+  CurrentFont = FontAtCaret();
   ShowFontLabel(CurrentFont, FontSize);
 }
 
-void DropLastCharacter() {
-  const bool wasSwitch = IsSwitch(PendingRun.back());
-  PendingRun.pop_back();
+// Takes out what stands between the caret and `to`; the caret is then there.
+void EraseTo(std::size_t to) {
+  const auto [first, last] = std::minmax({Caret(), to});
+  const std::string_view erased = std::string_view(PendingRun).substr(first, last - first);
+  const bool switches = std::any_of(erased.begin(), erased.end(), IsSwitch);
+  const std::size_t behind = PendingRun.size() - last;
+  PendingRun.erase(first, last - first);
+  CaretFromEnd = behind;
   ShowRun();
-  if (wasSwitch) FollowSwitches(PendingRun, BaseFont);
+  if (switches) ShowFontAtCaret();
+}
+
+void MoveCaret(std::size_t to) {
+  CaretFromEnd = PendingRun.size() - to;
+  ShowFontAtCaret();
+}
+
+// The next place to the left or right of the caret where a word begins.
+std::size_t WordLeft() {
+  std::size_t at = Caret();
+  while (at > 0 && PendingRun[at - 1] == ' ') --at;
+  while (at > 0 && PendingRun[at - 1] != ' ') --at;
+  return at;
+}
+std::size_t WordRight() {
+  std::size_t at = Caret();
+  while (at < PendingRun.size() && PendingRun[at] != ' ') ++at;
+  while (at < PendingRun.size() && PendingRun[at] == ' ') ++at;
+  return at;
+}
+
+// Keys that move the caret or erase at it; false for others, and while there is no run.
+bool EditingKey(int code) {
+  if (PendingRun.empty()) return false;
+  const std::size_t at = Caret();
+  const std::size_t end = PendingRun.size();
+  switch (code) {
+    case kKeyBackspace:
+      EraseTo(at - std::min<std::size_t>(at, 1));
+      return true;
+    case kKeyDelete:
+      EraseTo(std::min(at + 1, end));
+      return true;
+    case kKeyWordBackspace:
+      EraseTo(WordLeft());
+      return true;
+    case kKeyLeft:
+      MoveCaret(at - std::min<std::size_t>(at, 1));
+      return true;
+    case kKeyRight:
+      MoveCaret(std::min(at + 1, end));
+      return true;
+    case kKeyWordLeft:
+      MoveCaret(WordLeft());
+      return true;
+    case kKeyWordRight:
+      MoveCaret(WordRight());
+      return true;
+    case kKeyHome:
+      MoveCaret(0);
+      return true;
+    case kKeyEnd:
+      MoveCaret(end);
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool ArrowKey(int code) {
+  switch (code) {
+    case kKeyLeft:
+      return StepCursor(-1, 0);
+    case kKeyRight:
+      return StepCursor(1, 0);
+    case kKeyUp:
+      return StepCursor(0, -1);
+    case kKeyDown:
+      return StepCursor(0, 1);
+    default:
+      return false;
+  }
 }
 
 void NewLine() {
   const double lines = std::floor((static_cast<double>(FontSize) + CursorY + GridStepV) / GridStepV);
   CursorY = static_cast<float>(lines * GridStepV);
+}
+
+void StayPlaced() {
+  if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
 }
 
 void EnterKey(bool justify) {
@@ -76,7 +186,8 @@ void EnterKey(bool justify) {
   } else {
     JustifyRun = justify;
     CommitPendingRun(true);
-    if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
+    if (!PendingRun.empty()) return;  // it could not be taken
+    StayPlaced();
   }
   NewLine();
 }
@@ -90,55 +201,101 @@ std::string EntryForRun() {
   return amount != 0 ? entry + ' ' + FormatSingle(amount) + " a" : entry + " s";
 }
 
-// The run being typed, where and as it will stand once committed, and the caret behind it.
-void PaintPendingRun(bool caret) {
-  const int anchor = AnchorOfMode(CursorMode);
-  if (anchor == 0 || PendingRun.empty()) return;
+// Where the open run's first character lies.
+Point RunOrigin() {
   const float width = MeasureRun(PendingRun, BaseFont, FontSize);
-  const Point at = AlignAtAnchor({CursorX, CursorY}, anchor, width, FontSize);
-  const RunPen end = PaintRun(0, PendingRun, BaseFont, FontSize, at, kBlack, false);
-  if (!caret) return;
-  const float rise = 0.8F * end.size;
-  const float fall = 0.2F * end.size;
-  Picture1->DrawLine({end.x, end.y - rise}, {end.x, end.y + fall}, Pen{PaletteColour(kBlue), 1, true});
+  return AlignAtAnchor({CursorX, CursorY}, AnchorOfMode(CursorMode), width, FontSize);
 }
 
-void PaintMark() {
-  const float arm = kMarkArm / SCALE;
+// The pen behind a part of the run, on the page.
+RunPen PenBehind(std::size_t length) {
+  RunPen pen = FollowRun(std::string_view(PendingRun).substr(0, length), BaseFont, FontSize);
+  const Point origin = RunOrigin();
+  pen.x += origin.x;
+  pen.y += origin.y;
+  return pen;
+}
+
+void PaintCaret(Painter& painter) {
+  const RunPen pen = PenBehind(Caret());
+  const float rise = 0.8F * pen.size;
+  const float fall = 0.2F * pen.size;
+  painter.DrawLine({pen.x, pen.y - rise}, {pen.x, pen.y + fall}, Pen{PaletteColour(kBlue), 1, true});
+}
+
+void PaintMark(Painter& painter, const View& view) {
+  const float arm = kMarkArm / view.scale;
   const Pen pen{PaletteColour(kBlue), 1, true};
-  Picture1->DrawLine({CursorX - arm, CursorY}, {CursorX + arm, CursorY}, pen);
-  Picture1->DrawLine({CursorX, CursorY - arm}, {CursorX, CursorY + arm}, pen);
+  painter.DrawLine({CursorX - arm, CursorY}, {CursorX + arm, CursorY}, pen);
+  painter.DrawLine({CursorX, CursorY - arm}, {CursorX, CursorY + arm}, pen);
 }
 
-// What was appended is the last of the page, so painting it on top is what a redraw would do.
-void ShowNewEntries(std::string_view lines) {
-  if (!CanvasIsLaidOut()) return;
-  Picture1->SelectLayer(Layer::Page);
-  while (!lines.empty()) PaintTextLine(TakeLine(lines));
-}
+class Typing : public Tool {
+ public:
+  void Release(Point at) override {
+    PlaceCursor(at.x, at.y);
+    NotePlaceChosen();
+  }
+  bool Key(int code) override {
+    if (RunIsOpen() && EditingKey(code)) {
+      ShowCursor();
+      return true;
+    }
+    if (ArrowKey(code)) return true;
+    TypeKey(code);
+    return CursorMode < 0 && code < kKeyLeft;
+  }
+  // The run being typed, where and as it will stand once committed.
+  void Paint(Painter& painter, const View& view) const override {
+    if (CursorMode >= 0) return;
+    if (!PendingRun.empty()) {
+      RunPainter(painter, view).Paint({PendingRun, BaseFont, FontSize, RunOrigin(), kBlack});
+      PaintCaret(painter);
+    }
+    if (!view.printed) PaintMark(painter, view);
+  }
+  void Finish() override {
+    if (RunIsOpen()) CommitPendingRun(false);
+  }
+  std::string Hint() const override {
+    const std::string name = kAnchorNames[AnchorOfMode(CursorMode)];
+    if (CursorMode > 0) return name + ": click on the page to type there";
+    return name + " at " + FormatSingle(CursorX) + ", " + FormatSingle(CursorY) + " pt";
+  }
+};
 
 }  // namespace
 
 void ResetKeyboard() {
   PendingRun.clear();
   JustifyRun = false;
+  CaretFromEnd = 0;
+  GivenBack = {};
   ShowRun();
+}
+
+Tool& TypingTool() {
+  static Typing tool;
+  return tool;
+}
+
+bool RunIsOpen() {
+  return CursorMode < 0 && AnchorOfMode(CursorMode) != 0 && !PendingRun.empty();
 }
 
 void TypeKey(int code) {
   if (CursorMode >= 0) return;
-  DrawCursorMark(kWhite, true);
   if (code >= 32 && code <= 127) {
-    PendingRun.push_back(static_cast<char>(code));
+    PendingRun.insert(Caret(), 1, static_cast<char>(code));
     ShowRun();
-  } else if (code == kKeyBackspace && !PendingRun.empty()) {
-    DropLastCharacter();
   } else if (code == kKeyEnter) {
     EnterKey(false);
   } else if (code == kKeyCtrlEnter) {
     EnterKey(CursorMode >= -3);
+  } else {
+    EditingKey(code);
   }
-  DrawCursorMark(kBlue, true);
+  ShowCursor();
 }
 
 void InsertScript(int index) {
@@ -148,12 +305,11 @@ void InsertScript(int index) {
 
 void InsertText(const std::string& text) {
   if (CursorMode >= 0) return;
-  DrawCursorMark(kWhite, true);
-  PendingRun += text;
+  PendingRun.insert(Caret(), text);
   CleanRun();
   ShowRun();
-  FollowSwitches(text, CurrentFont);
-  DrawCursorMark(kBlue, true);
+  ShowFontAtCaret();
+  ShowCursor();
 }
 
 void ChooseFont(std::int16_t font) {
@@ -161,18 +317,25 @@ void ChooseFont(std::int16_t font) {
     BaseFont = font;
     CheckFontMenu(font);
   } else if (CurrentFont != font) {
-    PendingRun.push_back(static_cast<char>(kFirstSwitchCode + font));
+    const std::size_t at = Caret();
+    PendingRun.insert(at, 1, SwitchTo(font));
+    // What stands behind the caret keeps its typeface.
+    if (at + 1 < PendingRun.size() && !IsSwitch(PendingRun[at + 1])) {
+      PendingRun.insert(at + 1, 1, SwitchTo(CurrentFont));
+      ++CaretFromEnd;
+    }
   }
   CurrentFont = font;
   ShowFontLabel(CurrentFont, FontSize);
   ShowRun();
-  DrawCursorMark(kBlue, true);
+  ShowCursor();
 }
 
 void ControlCodeBoxChanged() {
   TakeRunFromBox();
-  FollowSwitches(PendingRun, BaseFont);
-  DrawCursorMark(kBlue, true);
+  CaretFromEnd = 0;
+  ShowFontAtCaret();
+  ShowCursor();
 }
 
 void ApplyControlCodeBox() {
@@ -180,23 +343,38 @@ void ApplyControlCodeBox() {
   if (Picture1) Picture1->Focus();
 }
 
-void CommitPendingRun(bool ResetSelection) {
-  DrawCursorMark(kWhite, false);
+void PlaceCursor(float x, float y) {
+  if (AnchorOfMode(CursorMode) == 0) return;
+  ClearMarkedBox();
   TakeRunFromBox();
-  if (!PendingRun.empty() && AnchorOfMode(CursorMode) != 0) {
-    BeginEdit("typing");
-    const std::size_t lineStart = PageText.size();
-    AddTextRun(ResetSelection);
-    CursorMode = static_cast<std::int16_t>(AnchorOfMode(CursorMode));
-    PendingRun.clear();
-    ShowRun();
-    JustifyRun = false;
-    CurrentFont = BaseFont;
-    ShowFontLabel(CurrentFont, FontSize);
-    NotePageChange();
-    ShowNewEntries(std::string_view(PageText).substr(lineStart));
+  if (RunIsOpen()) {
+    CommitPendingRun(false);
+    if (!PendingRun.empty()) return;  // it could not be taken, and stays where it is
   }
-  DrawCursorMark(kBlue, false);
+  SetCursorPoint(x, y);
+  ShowCursor();
+}
+
+bool StepCursor(int stepsX, int stepsY) {
+  if (AnchorOfMode(CursorMode) == 0) return false;
+  PlaceCursor(CursorX + static_cast<float>(stepsX * GridStepH),
+              CursorY + static_cast<float>(stepsY * GridStepV));
+  return true;
+}
+
+void CommitPendingRun(bool ResetSelection) {
+  TakeRunFromBox();
+  if (PendingRun.empty() || AnchorOfMode(CursorMode) == 0) return;
+  if (EntryForRun().size() > kLongestTextLine) {
+    ShowNote("The run is too long for a page file: a line holds 65,535 characters");
+    return;
+  }
+  EditPage("typing", [ResetSelection](Page&) { AddTextRun(ResetSelection); });
+  CursorMode = static_cast<std::int16_t>(AnchorOfMode(CursorMode));
+  DropRun();
+  JustifyRun = false;
+  CurrentFont = BaseFont;
+  ShowFontLabel(CurrentFont, FontSize);
 }
 
 void AddTextRun(bool ResetSelection) {
@@ -206,17 +384,46 @@ void AddTextRun(bool ResetSelection) {
   PageText += EntryForRun() + "\r\n";
 }
 
-void DrawCursorMark(std::int16_t colour, bool typing) {
-  ShowCursorLabel();
-  if (!CanvasIsLaidOut()) return;
-  Picture1->SelectLayer(Layer::Overlay);
-  Picture1->Clear();
-  if (colour != kWhite) {
-    PaintPendingRun(typing || CursorMode < 0);
-    PaintCurrentDrawing();
-    if (CursorMode < 0) PaintMark();
+bool PendingRunEnd(Point& end) {
+  if (!RunIsOpen()) return false;
+  const RunPen pen = PenBehind(PendingRun.size());
+  end = {pen.x, pen.y};
+  return true;
+}
+
+bool GiveBackRun(std::string_view line) {
+  TextEntry entry;
+  const bool fits = ParseTextEntry(line, entry) && entry.anchor == AnchorOfMode(CursorMode) &&
+                    entry.anchor != 0 && PendingRun.empty();
+  if (!fits) return false;
+  PendingRun = entry.text;
+  CaretFromEnd = 0;
+  CursorX = entry.x;
+  CursorY = entry.y;
+  StayPlaced();
+  BaseFont = entry.font;
+  CheckFontMenu(BaseFont);
+  if (FontSize != entry.size) {
+    FontSize = entry.size;
+    if (Text1) Text1->SetText(FormatSingle(FontSize));
   }
-  Picture1->SelectLayer(Layer::Page);
+  ShowRun();
+  ShowFontAtCaret();
+  GivenBack = RunNow();
+  ShowCursor();
+  return true;
+}
+
+bool RunIsAsGivenBack() {
+  return RunNow() == GivenBack;
+}
+
+void DropRun() {
+  PendingRun.clear();
+  CaretFromEnd = 0;
+  GivenBack = {};
+  ShowRun();
+  ShowCursor();
 }
 
 }  // namespace kelvane

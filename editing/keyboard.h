@@ -1,10 +1,12 @@
 #pragma once
 
-// Typing at the cursor point: the pending run, its keys, and its commit into a text entry.
+// Typing at the cursor point: the pending run, its caret and keys, and its commit into a text entry.
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
+#include "editing/tool.h"
 #include "platform/controls.h"
 
 namespace kelvane {
@@ -18,11 +20,18 @@ extern TextBox* Text4;  // control-code box
 
 void ResetKeyboard();
 
+// The tool of the modes 1 to 9.
+Tool& TypingTool();
+
+// Whether a run is being typed at a place of the page. What stands in the box while no cursor point is placed
+// has none yet: it waits for one.
+bool RunIsOpen();
+
 // A key on the canvas, by character code.
 void TypeKey(int code);
-// Script button 0 to 11 appends code 240 + index.
+// Script button 0 to 11 puts code 240 + index into the run.
 void InsertScript(int index);
-// Appends text to the run if a cursor point is placed (macros).
+// Puts text into the run at the caret if a cursor point is placed (macros).
 void InsertText(const std::string& text);
 // A typeface chosen from the Font Name menu.
 void ChooseFont(std::int16_t font);
@@ -31,13 +40,29 @@ void ControlCodeBoxChanged();
 // Enter in the box, or "OK": completes the run and gives the focus back to the canvas.
 void ApplyControlCodeBox();
 
-// Turns the pending run into a text entry of the page. An empty run, or a mode that is no anchor, changes
-// nothing. A run that was committed makes the mode positive.
+// A release of the mouse on the page: snaps the point to the grid and places the cursor there. An open run is
+// completed where it was typed; one that had no place yet is open there. Does nothing in modes 0, 10 and 11.
+void PlaceCursor(float x, float y);
+// Moves the cursor point by grid steps and places it there, as a click would; the run being typed stays
+// where it is. False in modes 0, 10 and 11.
+bool StepCursor(int stepsX, int stepsY);
+
+// Turns the pending run into a text entry of the page, whether or not a point was placed for it. An empty run,
+// or a mode that is no anchor, changes nothing; a run too long for a page file stays, with a note. A run that
+// was committed makes the mode positive.
 void CommitPendingRun(bool ResetSelection);
 // The entry-building half of a commit: appends the run, which is not empty, to PageText.
 void AddTextRun(bool ResetSelection);
 
-// Paints the cursor mark in a palette colour; kWhite takes it away.
-void DrawCursorMark(std::int16_t colour, bool typing);
+// Where the run being typed ends, on its baseline, points; false if none is open.
+bool PendingRunEnd(Point& end);
+
+// Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself is
+// no longer on the page. Only in its own anchor mode and while nothing is being typed.
+bool GiveBackRun(std::string_view line);
+// Whether the open run is as it was given back.
+bool RunIsAsGivenBack();
+// Empties the run without a commit.
+void DropRun();
 
 }  // namespace kelvane

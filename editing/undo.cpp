@@ -1,90 +1,87 @@
 #include "editing/undo.h"
 
-#include <deque>
-#include <utility>
+#include <string_view>
 
-#include "document/page.h"
-#include "document/paper.h"
+#include "document/lines.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
+#include "editing/edit.h"
 #include "editing/keyboard.h"
-#include "typography/renderer.h"
 
 namespace kelvane {
 
 namespace {
 
-constexpr std::size_t kMostSteps = 200;
-constexpr std::size_t kMostBytes = 64U << 20;
-
-// The page and the cursor on the far side of an edit.
-struct Step {
-  std::string label;
-  std::string text;
-  std::string drawings;
-  std::int16_t drawingCount = 0;
-  float x = 0;
-  float y = 0;
-};
-std::deque<Step> UndoSteps;
-std::deque<Step> RedoSteps;
-
-Step CurrentState(const std::string& label) {
-  return {label, PageText, DrawingList, DrawingCount, CursorX, CursorY};
-}
-
-std::size_t BytesOf(const std::deque<Step>& steps) {
-  std::size_t bytes = 0;
-  for (const Step& step : steps) bytes += step.text.size() + step.drawings.size();
-  return bytes;
-}
-
-void Move(std::deque<Step>& from, std::deque<Step>& to) {
-  // What is being typed or drawn is an edit as well; the place it was typed at stays taken.
-  const bool placed = CursorMode < 0;
+// Completes the open run and leaves its place taken. False if it stays open.
+bool CompleteRun() {
+  const std::int16_t mode = CursorMode;
   CommitPendingRun(false);
-  FinishDrawing();
-  if (placed && CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
-  if (from.empty()) return;
-  Step step = std::move(from.back());
-  from.pop_back();
-  to.push_back(CurrentState(step.label));
-  PageText = std::move(step.text);
-  DrawingList = std::move(step.drawings);
-  DrawingCount = step.drawingCount;
-  CursorX = step.x;
-  CursorY = step.y;
-  NotePageChange();
-  RedrawPage();
+  CursorMode = mode;
+  ShowCursor();
+  return PendingRun.empty();
+}
+
+// The line of a step that did nothing but add one.
+std::string_view AddedLine(const StepTaken& step) {
+  std::string_view lines = step.linesAfter;
+  if (!step.linesBefore.empty() || lines.empty()) return {};
+  const std::string_view line = TakeLine(lines);
+  return lines.empty() ? line : std::string_view{};
+}
+
+// Steps through the text take the cursor along while it stands where the person last chose to type.
+bool MovesCursor(const StepTaken& step) {
+  return step.linesBefore != step.linesAfter && step.place == PlaceChosen();
 }
 
 }  // namespace
 
 void ResetUndo() {
-  UndoSteps.clear();
-  RedoSteps.clear();
-}
-
-void BeginEdit(const std::string& label) {
-  UndoSteps.push_back(CurrentState(label));
-  RedoSteps.clear();
-  while (UndoSteps.size() > kMostSteps || (UndoSteps.size() > 1 && BytesOf(UndoSteps) > kMostBytes)) {
-    UndoSteps.pop_front();
-  }
+  ResetEdits();
 }
 
 std::string UndoLabel() {
-  return UndoSteps.empty() ? "" : UndoSteps.back().label;
+  if (RunIsOpen()) return "typing";
+  return PathIsOpen() ? "drawing" : StepBackLabel();
 }
+
 std::string RedoLabel() {
-  return RedoSteps.empty() ? "" : RedoSteps.back().label;
+  return StepForwardLabel();
 }
 
 void Undo() {
-  Move(UndoSteps, RedoSteps);
+  if (RunIsOpen() && RunIsAsGivenBack()) {
+    DropRun();  // Redo brings it back; what is undone is the edit before it
+  } else if (RunIsOpen()) {
+    if (CompleteRun()) StepBack();
+    return;
+  }
+  if (PathIsOpen()) {
+    if (FinishDrawing()) StepBack();
+    return;
+  }
+  const StepTaken step = StepBack();
+  if (!step.taken || !MovesCursor(step)) return;
+  if (step.label == "typing" && GiveBackRun(AddedLine(step))) return;
+  CursorX = step.cursorBefore.x;
+  CursorY = step.cursorBefore.y;
+  ShowCursor();
 }
+
 void Redo() {
-  Move(RedoSteps, UndoSteps);
+  if (RunIsOpen()) {
+    if (RunIsAsGivenBack()) {
+      DropRun();
+    } else {
+      CompleteRun();
+    }
+  }
+  FinishDrawing();
+  const StepTaken step = StepForward();
+  if (!step.taken || !MovesCursor(step)) return;
+  CursorX = step.cursorAfter.x;
+  CursorY = step.cursorAfter.y;
+  ShowCursor();
 }
 
 }  // namespace kelvane

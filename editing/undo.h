@@ -1,6 +1,6 @@
 #pragma once
 
-// Named edits of the current page and the way back.
+// The commands Undo and Redo.
 
 #include <string>
 
@@ -8,12 +8,12 @@ namespace kelvane {
 
 void ResetUndo();  // also whenever another page comes into memory
 
-// Call before the page changes; `label` is what the person would call it ("typing").
-void BeginEdit(const std::string& label);
-
-// Labels of the next step, empty if there is none.
+// What the commands would take back or do again, empty for nothing. What is being typed or drawn counts.
 std::string UndoLabel();
 std::string RedoLabel();
+
+// Undo takes back the run being typed or the path being drawn, or the last edit. A run that was typed at the
+// cursor point opens again for editing; unless it is changed, the next Undo drops it. The mode stays.
 void Undo();
 void Redo();
 

@@ -2,7 +2,7 @@
 
 #include "document/fields.h"
 #include "document/paper.h"
-#include "editing/cursor.h"
+#include "editing/modes.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"

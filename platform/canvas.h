@@ -1,22 +1,57 @@
 #pragma once
 
-// The drawing canvas: a surface with two layers and a logical coordinate system.
+// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen, with
+// two layers, a mouse pointer, the focus and events.
 //
-// The page layer is painted whole by a redraw. The overlay above it holds what comes and goes (cursor mark,
-// the run being typed); clearing it uncovers the page. Coordinates are logical (points of the paper once
-// SetCoordinates was called) and stay floats; pen widths and text sizes are logical pixels.
+// Coordinates are those of whoever draws (points of the paper) and stay floats; pen widths and text sizes are
+// logical pixels.
 
 #include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelvane {
 
 struct Point {
   float x = 0;
   float y = 0;
+  bool operator==(const Point&) const = default;
+};
+
+struct Box {
+  float left = 0;
+  float top = 0;
+  float right = 0;
+  float bottom = 0;
+};
+
+// Lines and cubic curves in one or more parts, each begun by MoveTo.
+struct Path {
+  enum class Step : std::uint8_t { Move, Line, Curve };
+  std::vector<Step> steps;
+  std::vector<Point> points;  // one for a move or a line; for a curve two control points and the end
+
+  void MoveTo(Point to) { Add(Step::Move, to); }
+  void LineTo(Point to) { Add(Step::Line, to); }
+  void CurveTo(Point control1, Point control2, Point to) {
+    points.push_back(control1);
+    points.push_back(control2);
+    Add(Step::Curve, to);
+  }
+  bool Empty() const { return steps.empty(); }
+  void Clear() {
+    steps.clear();
+    points.clear();
+  }
+
+ private:
+  void Add(Step step, Point to) {
+    steps.push_back(step);
+    points.push_back(to);
+  }
 };
 
 // Colour value 0x00BBGGRR.
@@ -65,16 +100,37 @@ inline constexpr int kKeyBackspace = 8;
 inline constexpr int kKeyCtrlEnter = 10;
 inline constexpr int kKeyEnter = 13;
 inline constexpr int kKeyEscape = 27;
-inline constexpr int kKeyCtrlBackspace = 127;
 inline constexpr int kKeyLeft = 256;
 inline constexpr int kKeyUp = 257;
 inline constexpr int kKeyRight = 258;
 inline constexpr int kKeyDown = 259;
+inline constexpr int kKeyHome = 260;
+inline constexpr int kKeyEnd = 261;
+inline constexpr int kKeyDelete = 262;
+inline constexpr int kKeyWordLeft = 263;
+inline constexpr int kKeyWordRight = 264;
+inline constexpr int kKeyWordBackspace = 265;
 
-class Canvas {
+class Painter {
  public:
-  virtual ~Canvas() = default;
+  virtual ~Painter() = default;
 
+  virtual void FillBox(const Box& box, ColourValue colour) = 0;
+  virtual void DrawLine(Point from, Point to, const Pen& pen) = 0;
+  virtual void StrokePath(const Path& path, const Pen& pen) = 0;
+  // Non-zero winding; each part is joined to its start.
+  virtual void FillPath(const Path& path, ColourValue colour) = 0;
+  // Characters of one face and size, each with its origin on the baseline. `em` is in pixels. `codes` and
+  // `origins` have the same length.
+  virtual void DrawText(const ScreenFace& face, float em, std::string_view codes,
+                        std::span<const Point> origins, ColourValue colour) = 0;
+};
+
+// A surface on the screen. The page layer holds the page; the overlay above it what comes and goes (cursor
+// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever asked
+// for it since.
+class Canvas : public Painter {
+ public:
   // Size in logical pixels; 0 while the window is not laid out.
   virtual int PixelWidth() const = 0;
   virtual int PixelHeight() const = 0;
@@ -82,21 +138,20 @@ class Canvas {
   // The logical rectangle that fills the canvas. Width and height are above 0.
   virtual void SetCoordinates(float left, float top, float width, float height) = 0;
 
+  // Device pixels per logical pixel.
+  virtual float PixelRatio() const = 0;
+
   // Drawing goes to this layer until the next call.
   virtual void SelectLayer(Layer layer) = 0;
   // Page: filled with the desk colour. Overlay: transparent.
   virtual void Clear() = 0;
 
-  virtual void FillBox(float left, float top, float right, float bottom, ColourValue colour) = 0;
-  virtual void DrawLine(Point from, Point to, const Pen& pen) = 0;
-  virtual void DrawPolyline(std::span<const Point> points, const Pen& pen) = 0;
-  // Non-zero winding; the last point is joined to the first.
-  virtual void FillPolygon(std::span<const Point> points, ColourValue colour) = 0;
-  virtual void DrawCircle(Point centre, float radius, const Pen& pen) = 0;
-  // Characters of one face and size, each with its origin on the baseline. `em` is in pixels. `codes` and
-  // `origins` have the same length.
-  virtual void DrawText(const ScreenFace& face, float em, std::string_view codes,
-                        std::span<const Point> origins, ColourValue colour) = 0;
+  // Has OnPaint called for a layer before the canvas is next shown: for the whole of it, or for an area in
+  // logical coordinates.
+  virtual void Invalidate(Layer layer) = 0;
+  virtual void Invalidate(Layer layer, const Box& area) = 0;
+  // Paints on the cleared and selected layer; what lies outside the area is not shown.
+  std::function<void(Layer, const Box& area)> OnPaint;
 
   // The mouse pointer: the system's arrow, or an icon file of the program folder whose hot spot is the
   // marked point. SetPointerIcon returns false and shows the arrow if the file cannot be loaded.

@@ -1,5 +1,6 @@
 #include "editing/cursor.h"
 
+#include "editing/keyboard.h"
 #include "tests/support/program_test.h"
 
 namespace kelvane {

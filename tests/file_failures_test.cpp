@@ -10,7 +10,7 @@
 
 #include "designer/character_files.h"
 #include "document/page.h"
-#include "editing/cursor.h"
+#include "editing/modes.h"
 #include "editing/keyboard.h"
 #include "platform/files.h"
 #include "platform/handlers.h"

@@ -20,7 +20,7 @@
 #include "output/plain_text.h"
 #include "output/postscript.h"
 #include "tests/support/program_test.h"
-#include "typography/glyph_procedures.h"
+#include "typography/glyph_shapes.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
@@ -248,14 +248,13 @@ class FormatsDocument : public ProgramTest {
 
   std::string ProcedurePieces(const std::string& content) {
     std::string result;
-    for (const GlyphPiece& piece : ExecuteGlyph(FirstLine(content))) {
-      if (piece.kind == GlyphPiece::Kind::Line)
-        result += "line from " + At(piece.points[0]) + " to " + At(piece.points[1]);
-      if (piece.kind == GlyphPiece::Kind::Curve)
-        result += "curve from " + At(piece.points.front()) + " to " + At(piece.points.back());
-      if (piece.kind == GlyphPiece::Kind::Circle)
-        result += "circle about " + At(piece.points[0]) + ", radius " + FormatSingle(piece.radius);
-      result += "\r\n";
+    const Path path = ExecuteGlyph(FirstLine(content)).path;
+    const Point* point = path.points.data();
+    for (const Path::Step step : path.steps) {
+      const Point from = point[-(step != Path::Step::Move)];
+      if (step == Path::Step::Line) result += "line from " + At(from) + " to " + At(*point) + "\r\n";
+      if (step == Path::Step::Curve) result += "curve from " + At(from) + " to " + At(point[2]) + "\r\n";
+      point += step == Path::Step::Curve ? 3 : 1;
     }
     return result;
   }

@@ -4,8 +4,9 @@
 
 #include "tests/support/program_files.h"
 #include "tests/support/program_test.h"
-#include "typography/glyph_procedures.h"
+#include "typography/glyph_shapes.h"
 #include "typography/metrics.h"
+#include "typography/run_painter.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
 
@@ -39,7 +40,8 @@ class GlyphsTest : public ProgramTest {
   // What a run of size 10 at (100, 200) draws.
   std::string Paint(const std::string& run, std::int16_t font = 0, float extra = 0) {
     canvas->ForgetDrawn();
-    const RunPen end = PaintRun(extra, run, font, 10, {100, 200}, 0, false);
+    const View view = CurrentView();
+    const RunPen end = RunPainter(*canvas, view).Paint({run, font, 10, {100, 200}, 0, extra});
     endX = end.x;
     endY = end.y;
     return canvas->Drawn(Layer::Page);
@@ -49,20 +51,30 @@ class GlyphsTest : public ProgramTest {
   float endY = 0;
 };
 
-// The pieces of a procedure are kept from one drawing to the next, and made anew when it changes.
+// The shape of a procedure is kept from one drawing to the next, and made anew when it changes. Its line is
+// as wide as gives it the ink of the area.
 TEST_F(GlyphsTest, LinesGoFromPointToPoint) {
-  EXPECT_EQ(DrawProcedure("0 0 moveto 50 0 rlineto 0 50 rlineto -50 0 rlineto fill"),
-            "line 100 200 110 200 #000000 w 1\n"
-            "line 110 200 110 190 #000000 w 1\n"
-            "line 110 190 100 190 #000000 w 1\n");
+  EXPECT_EQ(DrawProcedure("0 0 moveto 50 0 rlineto 0 2 rlineto -50 0 rlineto fill"),
+            "stroke M 100 200 L 110 200 L 110 199.6 L 100 199.6 #000000 w 0.39\n");
   EXPECT_EQ(DrawProcedure("10 -5 moveto 5 5 rlineto 40 0 moveto 0 10 rlineto st"),
-            "line 102 201 103 200 #000000 w 1\n"
-            "line 108 200 108 198 #000000 w 1\n");
-  EXPECT_EQ(DrawProcedure("10 20 moveto 25 ci"), "circle 102 196 5 #000000 w 1\n");
+            "stroke M 102 201 L 103 200 M 108 200 L 108 198 #000000 w 0.2\n");
+  EXPECT_EQ(DrawProcedure("10 20 moveto 25 ci").substr(0, 41), "stroke M 107 196 C 107 193.24 104.76 191 ");
+  PrintView = true;
+  EXPECT_EQ(DrawProcedure("0 0 moveto 50 0 rlineto 0 2 rlineto fill"),
+            "fill M 100 200 L 110 200 L 110 199.6 #000000\n");
+  EXPECT_EQ(DrawProcedure("0 0 moveto 50 0 rlineto st"), "stroke M 100 200 L 110 200 #000000 w 0.2\n");
+}
+
+TEST_F(GlyphsTest, LinesOfGlyphsAreNeitherLostNorBlurred) {
+  Define('A', "0 0 moveto 50 0 rlineto 0 50 rlineto fill");
+  EXPECT_TRUE(Draw('A').ends_with(" w 2\n"));
+  SCALE = 0.1F;
+  Define('A', "0 0 moveto 50 0 rlineto 0 0.01 rlineto fill");
+  EXPECT_TRUE(Draw('A').ends_with(" w 0.2\n"));
 }
 
 TEST_F(GlyphsTest, AProcedureStopsAtItsFirstFault) {
-  const std::string line = "line 100 200 101 200 #000000 w 1\n";
+  const std::string line = "stroke M 100 200 L 101 200 #000000 w 0.2\n";
   const std::string start = "0 0 moveto 5 0 rlineto ";
   const std::string eighteen = "1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 ";
   for (const std::string& procedure :
@@ -108,7 +120,7 @@ TEST_F(GlyphsTest, CharactersOfOneFaceGoTogether) {
 // Framed characters stand in their cells.
 TEST_F(GlyphsTest, FrameShowsTheCell) {
   TypefaceTable[12].Widths['A'] = 0.5F;
-  EXPECT_EQ(Draw('A', 12, true), "polyline 100 202 105 202 105 192 100 192 100 202 #000000 w 1\n");
+  EXPECT_EQ(Draw('A', 12, true), "stroke M 100 202 L 105 202 L 105 192 L 100 192 L 100 202 #000000 w 1\n");
 }
 
 TEST_F(GlyphsTest, DrawRunLeavesTheTypefaceInForce) {

@@ -11,6 +11,7 @@
 #include "document/page.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "editing/notes.h"
 #include "macros/macros.h"
 #include "tests/support/editor_test.h"
 #include "typography/colours.h"
@@ -276,7 +277,7 @@ TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   EXPECT_EQ(Content("\\P\\Essay.001"), first);
   EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
   EXPECT_EQ(CursorMode, 0);
-  EXPECT_EQ(Form1Parts.pointer->Text(), "Saved: /P/Essay.001");
+  EXPECT_EQ(NoteLabel->Text(), "Saved: /P/Essay.001");
 
   window->PressShortcut("PgDown");
   EXPECT_EQ(PageBox->Text(), "2");
@@ -292,7 +293,7 @@ TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   const std::string job = Content("\\P\\Essay.PS");
   for (const char* text : {"(Two)", "(next)"}) EXPECT_NE(job.find(text), std::string::npos) << text;
   EXPECT_EQ(job.back(), 4);
-  EXPECT_EQ(Form1Parts.pointer->Text(), "Written: /P/Essay.PS");
+  EXPECT_EQ(NoteLabel->Text(), "Written: /P/Essay.PS");
 
   window->PressShortcut("Ctrl+Z");
   EXPECT_EQ(PageText, "");
@@ -368,9 +369,9 @@ TEST_F(MainWindowTest, TheMouseOnTheCanvas) {
   EXPECT_EQ(CursorMode, 2);
   canvas->Move(70, 70);
   EXPECT_NEAR(STARTX, startX + 10, 0.01);
-  EXPECT_EQ(Form1Parts.pointer->Text(), "70.0, 70.0 pt     on the grid 70, 69 pt");
+  EXPECT_EQ(NoteLabel->Text(), "70.0, 70.0 pt     on the grid 70, 69 pt");
   canvas->OnMouseLeave();
-  EXPECT_EQ(Form1Parts.pointer->Text(), "");
+  EXPECT_EQ(NoteLabel->Text(), "");
 
   WheelEvent wheel;
   wheel.steps = -1;

@@ -188,7 +188,7 @@ TEST_F(PaperTest, NewOffersToSaveAndForgetsThePaper) {
   EXPECT_TRUE(NewPaper());
   EXPECT_EQ(dialogs.asked, Strings{"Would you like to save the current paper. [Yes]"});
   EXPECT_EQ(File("\\P\\Essay.001"), kTwo + "10 20 m 1 lw 10 0 rl stroke\r\n");
-  EXPECT_TRUE(PageIsEmpty());
+  EXPECT_TRUE(ThePage.Empty());
   ExpectPage("", "", false);
   EXPECT_EQ(replaced, 1);
 

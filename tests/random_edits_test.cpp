@@ -114,7 +114,7 @@ class RandomEditsTest : public EditorTest {
     EXPECT_EQ(Text4->Text(), PendingRun);
     EXPECT_EQ(FontLabel->Text(), FontLabelText(CurrentFont, FontSize));
     EXPECT_EQ(CursorLabel->Text(), CursorLabelText());
-    EXPECT_EQ(PageChanged != 0, !PageIsEmpty());
+    EXPECT_EQ(PageChanged != 0, !ThePage.Empty());
     // What was painted on top since the last redraw is what a redraw paints.
     const std::string page = canvas->Drawn(Layer::Page);
     const std::string overlay = canvas->Drawn(Layer::Overlay);
@@ -147,7 +147,7 @@ TEST_F(RandomEditsTest, UndoAndRedoFollowTheModel) {
   EXPECT_GT(drawings, 10);
   CompleteEdits();
   while (!UndoLabel().empty()) Undo();
-  EXPECT_TRUE(PageIsEmpty());
+  EXPECT_TRUE(ThePage.Empty());
   while (!RedoLabel().empty()) Redo();
   EXPECT_TRUE(CurrentPage() == history.back());
 }

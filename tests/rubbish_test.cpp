@@ -19,6 +19,7 @@
 #include "platform/handlers.h"
 #include "tests/support/editor_test.h"
 #include "typography/metrics.h"
+#include "typography/run_painter.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
@@ -168,7 +169,9 @@ TEST_F(RubbishTest, GlyphsAndWidths) {
     for (int code = 1; code < 256; ++code) all += static_cast<char>(code);
     for (const std::int16_t font : {0, 12, 15}) {
       EXPECT_TRUE(std::isfinite(Advance('A', font, 12)));
-      PaintRun(0, all + RandomBytes(100), font, 12, {100, 100}, 0, true);
+      const std::string run = all + RandomBytes(100);
+      const View view = CurrentView();
+      RunPainter(*canvas, view).Paint({run, font, 12, {100, 100}, 0, 0, true});
     }
   }
   EXPECT_GT(understood, 20);

@@ -8,6 +8,7 @@
 #include "tests/support/program_test.h"
 #include "typography/glyphs.h"
 #include "typography/metrics.h"
+#include "typography/run_painter.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
 
@@ -28,8 +29,9 @@ class PositionCanvas : public RecordingCanvas {
                 ColourValue) override {
     for (const Point& at : origins) placed.push_back({FontOf(face), em / SCALE, at.x, at.y});
   }
-  void DrawLine(Point from, Point to, const Pen&) override {
-    placed.push_back({12, to.x - from.x, from.x, from.y});
+  void StrokePath(const Path& path, const Pen&) override {
+    const Point from = path.points[0];
+    placed.push_back({12, path.points[1].x - from.x, from.x, from.y});
   }
 
  private:
@@ -119,13 +121,13 @@ TEST_F(RunPositionsTest, AgreeWithThePlainAccount) {
     const auto font = static_cast<std::int16_t>(random() % 16);
     const auto size = static_cast<float>(4 + random() % 40);
     const float extra = i % 3 == 0 ? 2.5F : 0;
-    JustificationOn = extra != 0;
     SCALE = static_cast<float>(1 + i % 4);
     const Account wanted = Follow(run, font, size, 72, 300, extra);
     SCOPED_TRACE(::testing::PrintToString(run));
 
     positions.placed.clear();
-    const RunPen end = PaintRun(extra, run, font, size, {72, 300}, 0, false);
+    const View view = CurrentView();
+    const RunPen end = RunPainter(positions, view).Paint({run, font, size, {72, 300}, 0, extra});
     EXPECT_NEAR(end.x, wanted.x, kRounding);
     EXPECT_NEAR(end.y, wanted.y, kRounding);
     EXPECT_NEAR(MeasureRun(run, font, size), Follow(run, font, size, 0, 0, 0).x, kRounding);

@@ -54,7 +54,7 @@ TEST_F(SamplePapers, OpeningAndSavingChangesNothing) {
 TEST_F(SamplePapers, RunsLieOnThePaperAndLinesAreStretchedLittle) {
   for (const std::string& page : pages) {
     ReadPage(page);
-    EXPECT_FALSE(PageIsEmpty()) << page;
+    EXPECT_FALSE(ThePage.Empty()) << page;
     for (std::string_view rest = PageText; !rest.empty();) {
       const std::string line(TakeLine(rest));
       TextEntry entry;

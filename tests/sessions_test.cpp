@@ -14,6 +14,7 @@
 #include "document/page.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "editing/notes.h"
 #include "platform/handlers.h"
 #include "tests/support/editor_test.h"
 #include "typography/typefaces.h"
@@ -29,10 +30,20 @@ struct Line {
   Strings block;
 };
 
-const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},         {"Ctrl+Enter", kKeyCtrlEnter},
-                                                {"Backspace", kKeyBackspace}, {"Escape", kKeyEscape},
-                                                {"Left", kKeyLeft},           {"Up", kKeyUp},
-                                                {"Right", kKeyRight},         {"Down", kKeyDown}};
+const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},
+                                                {"Ctrl+Enter", kKeyCtrlEnter},
+                                                {"Backspace", kKeyBackspace},
+                                                {"Escape", kKeyEscape},
+                                                {"Left", kKeyLeft},
+                                                {"Up", kKeyUp},
+                                                {"Right", kKeyRight},
+                                                {"Down", kKeyDown},
+                                                {"Home", kKeyHome},
+                                                {"End", kKeyEnd},
+                                                {"Delete", kKeyDelete},
+                                                {"Ctrl+Left", kKeyWordLeft},
+                                                {"Ctrl+Right", kKeyWordRight},
+                                                {"Ctrl+Backspace", kKeyWordBackspace}};
 
 // A script's text as bytes, and bytes as a script shows them.
 std::string Bytes(const std::string& shown) {
@@ -85,8 +96,8 @@ class Session : public EditorTest {
       } else {
         ExpectNoMessage();
         dialogs.asked.clear();
-        clearsBefore[0] = canvas->Clears(Layer::Page);
-        clearsBefore[1] = canvas->Clears(Layer::Overlay);
+        clearsBefore[0] = canvas->Paints(Layer::Page);
+        clearsBefore[1] = canvas->Paints(Layer::Overlay);
         RunHandler([&] { Do(word); });
       }
     }
@@ -297,8 +308,8 @@ class Session : public EditorTest {
   }
 
   std::string Paints() {
-    const int page = canvas->Clears(Layer::Page) - clearsBefore[0];
-    const int overlay = canvas->Clears(Layer::Overlay) - clearsBefore[1];
+    const int page = canvas->Paints(Layer::Page) - clearsBefore[0];
+    const int overlay = canvas->Paints(Layer::Overlay) - clearsBefore[1];
     return "page " + std::to_string(page) + " overlay " + std::to_string(overlay);
   }
 
@@ -347,7 +358,7 @@ class Session : public EditorTest {
     if (subject == "box") return Shown(Text4->Text());
     if (subject == "label") return FontLabel->Text();
     if (subject == "status") return CursorLabel->Text();
-    if (subject == "note") return Form1Parts.pointer->Text();
+    if (subject == "note") return NoteLabel->Text();
     if (subject == "title") return window->title;
     if (subject == "focus") return FocusedName();
     if (subject == "in") return Shown(Box(Word()).text);

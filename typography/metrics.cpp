@@ -1,5 +1,6 @@
 #include "typography/metrics.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -96,7 +97,11 @@ void LoadWidthTables() {
   }
 }
 
-float MeasureRun(std::string_view text, std::int16_t font, float size) {
+namespace {
+
+// Calls `passed` with the pen behind each character and code of a run that begins at 0.
+template <typename Passed>
+RunPen Walk(std::string_view text, std::int16_t font, float size, Passed passed) {
   RunPen pen;
   pen.font = IsTypeface(font) ? font : std::int16_t{0};
   pen.size = size;
@@ -107,8 +112,30 @@ float MeasureRun(std::string_view text, std::int16_t font, float size) {
     } else {
       pen.x += Advance(code, pen.font, pen.size);
     }
+    passed(pen);
   }
-  return pen.x;
+  return pen;
+}
+
+}  // namespace
+
+float MeasureRun(std::string_view text, std::int16_t font, float size) {
+  return FollowRun(text, font, size).x;
+}
+
+RunPen FollowRun(std::string_view text, std::int16_t font, float size) {
+  return Walk(text, font, size, [](const RunPen&) {});
+}
+
+RunReach ReachOfRun(std::string_view text, std::int16_t font, float size) {
+  RunReach reach;
+  reach.width = Walk(text, font, size, [&reach](const RunPen& pen) {
+                  reach.box.left = std::min(reach.box.left, pen.x);
+                  reach.box.right = std::max(reach.box.right, pen.x);
+                  reach.box.top = std::min(reach.box.top, pen.y);
+                  reach.box.bottom = std::max(reach.box.bottom, pen.y);
+                }).x;
+  return reach;
 }
 
 float JustificationAmount(float x) {

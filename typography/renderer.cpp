@@ -2,19 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
+#include <limits>
 
-#include "document/fields.h"
-#include "document/lines.h"
-#include "document/numbers.h"
 #include "typography/colours.h"
-#include "typography/glyphs.h"
+#include "typography/curves.h"
 #include "typography/metrics.h"
-#include "typography/view.h"
+#include "typography/run_painter.h"
 
 namespace kelvane {
-
-std::function<void()> PaintOverlay;
 
 namespace {
 
@@ -22,17 +17,16 @@ namespace {
 // writing without boxing the page in.
 constexpr int kFirstHorizontalChoice = 2;
 constexpr int kFirstVerticalChoice = 3;
+// Grid lines closer than this, in pixels, are mixed with white, so that text stays legible among them.
+constexpr float kCalmGridPixels = 8;
 constexpr std::size_t kMostFillPoints = 1000;
 
-void SetTransform() {
-  const float width = static_cast<float>(Picture1->PixelWidth()) / SCALE;
-  const float height = static_cast<float>(Picture1->PixelHeight()) / SCALE;
-  VisibleLeft = STARTX - 0.5F * width;
-  VisibleTop = STARTY - 0.5F * height;
-  VisibleRight = VisibleLeft + width;
-  VisibleBottom = VisibleTop + height;
-  Picture1->SetCoordinates(VisibleLeft, VisibleTop, width, height);
-}
+// What a line of its own reaches beyond its points: round ends, and a pixel of it at least.
+constexpr float kLeastReach = 2;  // points
+// How far a character's ink may lie from its origin, in ems.
+constexpr float kGlyphReach = 2;
+// How far scripts within scripts can move from the run's baseline, in ems: a geometric series of 0.36.
+constexpr float kScriptReach = 1.8F;
 
 // Calls draw with each multiple of `spacing` from 0 to `end` that lies within the visible stretch. The index
 // is a whole number, so that the lines do not drift.
@@ -44,112 +38,192 @@ void ForGrid(int spacing, float end, float visibleFrom, float visibleTo, Draw dr
   for (double i = first; i <= last; ++i) draw(static_cast<float>(i * spacing));
 }
 
-void PaintGrid() {
-  if (SCALE < 1) return;
-  const Pen pen{PaletteColour(kCyan), 1, true};
+ColourValue MixedWithWhite(ColourValue colour, float part) {
+  ColourValue mixed = 0;
+  for (int shift = 0; shift < 24; shift += 8) {
+    const auto component = static_cast<float>(colour >> shift & 0xFF);
+    mixed |= static_cast<ColourValue>(std::lround(255 - (255 - component) * part)) << shift;
+  }
+  return mixed;
+}
+
+Pen GridPen(int spacing, float scale) {
+  const float part = std::min(static_cast<float>(spacing) * scale / kCalmGridPixels, 1.0F);
+  return {MixedWithWhite(PaletteColour(kCyan), part), 1, true};
+}
+
+void PaintGrid(Painter& painter, const View& view) {
+  if (!view.grid || view.scale < 1) return;
   if (GridStepV >= kFirstHorizontalChoice) {
-    ForGrid(2 * GridStepV, PaperHeight, VisibleTop, VisibleBottom, [&](float y) {
-      Picture1->DrawLine({0, y}, {PaperWidth, y}, pen);
-    });
+    const Pen pen = GridPen(2 * GridStepV, view.scale);
+    ForGrid(2 * GridStepV, PaperHeight, view.area.top, view.area.bottom,
+            [&](float y) { painter.DrawLine({0, y}, {PaperWidth, y}, pen); });
   }
   if (GridStepH >= kFirstVerticalChoice) {
-    ForGrid(2 * GridStepH, PaperWidth, VisibleLeft, VisibleRight, [&](float x) {
-      Picture1->DrawLine({x, 0}, {x, PaperHeight}, pen);
-    });
+    const Pen pen = GridPen(2 * GridStepH, view.scale);
+    ForGrid(2 * GridStepH, PaperWidth, view.area.left, view.area.right,
+            [&](float x) { painter.DrawLine({x, 0}, {x, PaperHeight}, pen); });
   }
 }
 
-void PaintGuides() {
+void PaintGuides(Painter& painter, const View& view) {
+  if (view.printed) return;
   const Pen pen{PaletteColour(kBlue), 1, true};
   for (const float x : GuideX) {
     if (x == 0) break;
-    Picture1->DrawLine({x, 0}, {x, PaperHeight}, pen);
+    painter.DrawLine({x, 0}, {x, PaperHeight}, pen);
   }
   for (const float y : GuideY) {
     if (y == 0) break;
-    Picture1->DrawLine({0, y}, {PaperWidth, y}, pen);
+    painter.DrawLine({0, y}, {PaperWidth, y}, pen);
   }
 }
 
-std::vector<float> RecordNumbers(std::string_view record) {
-  std::vector<float> numbers;
-  for (const std::string_view token : SplitFields(record, " ")) numbers.push_back(ReadSingle(token));
-  return numbers;
-}
-
-void StrokeDrawing(const std::vector<float>& n, const LineStyle& style, float penWidth) {
-  Point current{n[0], n[1]};
-  for (std::size_t i = 2; i + 4 < n.size(); i += 4) {
-    DrawCurve(current.x, current.y, n[i], n[i + 1], n[i + 2], n[i + 3], penWidth, style.colour, 1);
-    current = {n[i + 2], n[i + 3]};
-  }
-}
-
-// The path as points, a straight segment as its end alone. Empty when it would pass kMostFillPoints.
-std::vector<Point> FlattenDrawing(const std::vector<float>& n) {
-  std::vector<Point> points{{n[0], n[1]}};
-  for (std::size_t i = 2; i + 4 < n.size(); i += 4) {
-    const Point start = points.back();
-    const Point control{n[i], n[i + 1]};
-    const Point end{n[i + 2], n[i + 3]};
-    if (control.x == (start.x + end.x) * 0.5F && control.y == (start.y + end.y) * 0.5F) {
-      points.push_back(end);
+Path PathOf(const Drawing& drawing) {
+  Path path;
+  path.MoveTo(drawing.points[0]);
+  for (std::size_t i = 0; i + 2 < drawing.points.size(); i += 2) {
+    const Point start = drawing.points[i];
+    const Point control = drawing.points[i + 1];
+    const Point end = drawing.points[i + 2];
+    if (IsStraight(start, control, end)) {
+      path.LineTo(end);
     } else {
-      const CurvePoints curve = FlattenCurve(start, control, end);
-      points.insert(points.end(), curve.begin() + 1, curve.end());
+      AddCurve(path, start, control, end);
     }
-    if (points.size() > kMostFillPoints) return {};
   }
-  return points;
+  return path;
 }
 
-void PaintDrawing(std::string_view record) {
-  const std::vector<float> n = RecordNumbers(record);
-  if (n.size() < 7) return;
-  const LineStyle style = DecodeLineStyle(n.back());
-  const bool closed = n[0] == n[n.size() - 3] && n[1] == n[n.size() - 2];
-  const std::vector<Point> area = closed ? FlattenDrawing(n) : std::vector<Point>{};
-  if (!area.empty()) {
-    Picture1->FillPolygon(area, PaletteColour(style.colour));
+// A path of very many points is no area that somebody drew; it is shown by its outline, so that the person
+// can see and mend it. A curve counts as the ends of its sixteen pieces.
+bool CanBeFilled(const Path& path) {
+  std::size_t points = 0;
+  for (const Path::Step step : path.steps)
+    points += step == Path::Step::Curve ? kCurvePoints - 1 : std::size_t{1};
+  return points <= kMostFillPoints;
+}
+
+void PaintDrawing(Painter& painter, const View& view, const Drawing& drawing) {
+  if (!drawing.closed) {
+    StrokeDrawing(painter, view, drawing);
     return;
   }
-  // An area of too many points is shown by its outline, so that the person can see and mend it.
-  const float pixels = std::floor(style.width * SCALE);
-  StrokeDrawing(n, style, closed || !(pixels > 1) ? 1 : pixels);
+  const Path path = PathOf(drawing);
+  const ColourValue colour = PaletteColour(drawing.style.colour);
+  CanBeFilled(path) ? painter.FillPath(path, colour) : painter.StrokePath(path, {colour, 1});
 }
 
-void PaintDrawings() {
-  for (std::string_view rest = DrawingList; !rest.empty();) PaintDrawing(TakeLine(rest));
+// Where a run begins, and how its blanks are stretched.
+struct PlacedRun {
+  Point origin;
+  float extraSpace = 0;
+};
+
+PlacedRun PlaceRun(const TextEntry& entry, float width) {
+  return {AlignAtAnchor({entry.x, entry.y}, entry.anchor, width, entry.size),
+          entry.justified ? JustificationSpace(entry.text, entry.amount, width) : 0};
 }
 
-bool NeedsWidth(const TextEntry& entry) {
-  return entry.justified || entry.anchor > 3;
+PlacedRun PlaceRun(const TextEntry& entry) {
+  const bool needsWidth = entry.justified || entry.anchor > 3;
+  return PlaceRun(entry, needsWidth ? MeasureRun(entry.text, entry.font, entry.size) : 0);
+}
+
+// Whether a run may leave ink at the height of an area: what can be told without measuring it. An anchor moves
+// the baseline by less than an em.
+bool Reaches(const TextEntry& entry, const Box& area) {
+  const float reach = (kGlyphReach + kScriptReach + 1) * std::abs(entry.size);
+  return !(entry.y + reach < area.top || entry.y - reach > area.bottom);
+}
+
+bool Meet(const Box& a, const Box& b) {
+  // Written so that a box with a value that is no number meets everything.
+  return !(a.right < b.left || b.right < a.left || a.bottom < b.top || b.bottom < a.top);
+}
+
+}  // namespace
+
+void PaintPage(Painter& painter, const View& view, const PageItems& items, const Box& area) {
+  painter.FillBox({0, 0, PaperWidth, PaperHeight}, PaletteColour(kWhite));
+  PaintGrid(painter, view);
+  PaintGuides(painter, view);
+  for (const DrawingItem& item : items.Drawings()) {
+    if (item.draws && Meet(BoundsOf(item.drawing), area)) PaintDrawing(painter, view, item.drawing);
+  }
+  RunPainter runs(painter, view);
+  for (const TextItem& item : items.Texts()) {
+    if (!item.draws || !Reaches(item.entry, area)) continue;
+    const TextEntry& entry = item.entry;
+    const PlacedRun placed = PlaceRun(entry);
+    runs.Paint({entry.text, entry.font, entry.size, placed.origin, kBlack, placed.extraSpace});
+  }
+}
+
+void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing) {
+  const float pixels = std::floor(drawing.style.width * view.scale);
+  painter.StrokePath(PathOf(drawing), {PaletteColour(drawing.style.colour), pixels > 1 ? pixels : 1});
+}
+
+Box BoundsOf(const TextEntry& entry) {
+  const RunReach run = ReachOfRun(entry.text, entry.font, entry.size);
+  const PlacedRun placed = PlaceRun(entry, run.width);
+  const auto blanks = static_cast<float>(std::count(entry.text.begin(), entry.text.end(), ' '));
+  const float stretch = placed.extraSpace * blanks;
+  const float reach = kGlyphReach * std::abs(entry.size);
+  const auto [x, y] = placed.origin;
+  return {x + run.box.left + std::min(stretch, 0.0F) - reach, y + run.box.top - reach,
+          x + run.box.right + std::max(stretch, 0.0F) + reach, y + run.box.bottom + reach};
+}
+
+Box BoundsOf(const Drawing& drawing) {
+  Box box{drawing.points[0].x, drawing.points[0].y, drawing.points[0].x, drawing.points[0].y};
+  for (const Point& point : drawing.points) {
+    box.left = std::min(box.left, point.x);
+    box.right = std::max(box.right, point.x);
+    box.top = std::min(box.top, point.y);
+    box.bottom = std::max(box.bottom, point.y);
+  }
+  // Control points lie outside of what is drawn, never the other way round.
+  const float reach = kLeastReach + std::abs(drawing.style.width);
+  return {box.left - reach, box.top - reach, box.right + reach, box.bottom + reach};
+}
+
+namespace {
+
+// The canvas shows what the view tells from here on.
+View TakeView() {
+  const View view = CurrentView();
+  VisibleLeft = view.area.left;
+  VisibleTop = view.area.top;
+  VisibleRight = view.area.right;
+  VisibleBottom = view.area.bottom;
+  // Not the difference of its edges, which far from the paper may be none.
+  Picture1->SetCoordinates(VisibleLeft, VisibleTop, static_cast<float>(Picture1->PixelWidth()) / SCALE,
+                           static_cast<float>(Picture1->PixelHeight()) / SCALE);
+  return view;
 }
 
 }  // namespace
 
 void RedrawPage() {
   if (!CanvasIsLaidOut()) return;
+  const View view = TakeView();
   Picture1->SelectLayer(Layer::Page);
-  SetTransform();
   Picture1->Clear();
-  Picture1->FillBox(0, 0, PaperWidth, PaperHeight, PaletteColour(kWhite));
-  PaintGrid();
-  PaintGuides();
-  PaintDrawings();
-  for (std::string_view rest = PageText; !rest.empty();) PaintTextLine(TakeLine(rest));
-  if (PaintOverlay) PaintOverlay();
+  PaintPage(*Picture1, view, ItemsOfPage(), view.area);
+  Picture1->Invalidate(Layer::Overlay);
 }
 
-void PaintTextLine(std::string_view line) {
-  TextEntry entry;
-  if (!ParseTextEntry(line, entry)) return;
-  const float width = NeedsWidth(entry) ? MeasureRun(entry.text, entry.font, entry.size) : 0;
-  const float extra = entry.justified ? JustificationSpace(entry.text, entry.amount, width) : 0;
-  const Point at = AlignAtAnchor({entry.x, entry.y}, entry.anchor, width, entry.size);
-  JustificationOn = entry.justified;
-  PaintRun(extra, entry.text, entry.font, entry.size, at, kBlack, false);
-  JustificationOn = false;
+void ShowPage() {
+  if (!CanvasIsLaidOut()) return;
+  TakeView();
+  Picture1->Invalidate(Layer::Page);
+  Picture1->Invalidate(Layer::Overlay);
+}
+
+void ShowPage(const Box& area) {
+  if (CanvasIsLaidOut()) Picture1->Invalidate(Layer::Page, area);
 }
 
 Point AlignAtAnchor(Point at, int anchor, float width, float size) {
@@ -167,12 +241,6 @@ Point AlignAtAnchor(Point at, int anchor, float width, float size) {
 float JustificationSpace(std::string_view text, float amount, float width) {
   const auto blanks = std::count(text.begin(), text.end(), ' ');
   return blanks == 0 ? 0 : (amount - width) / static_cast<float>(blanks);
-}
-
-LineStyle DecodeLineStyle(float value) {
-  const double colour = std::floor(value * 0.1);
-  if (!(std::abs(colour) < 32767)) return {kBlack, 0};
-  return {static_cast<std::int16_t>(colour), static_cast<float>(value - 10 * colour)};
 }
 
 }  // namespace kelvane

@@ -1,23 +1,31 @@
 #pragma once
 
-// The page renderer: paints the whole page from its text. It changes nothing of the page.
+// The page renderer: paints the page from its items, on whatever painter it is given.
 
-#include <functional>
 #include <string_view>
 
-#include "document/page.h"
+#include "document/page_items.h"
 #include "platform/canvas.h"
+#include "typography/view.h"
 
 namespace kelvane {
 
-// Filled at start-up: what is painted above the page (cursor mark, run being typed).
-extern std::function<void()> PaintOverlay;
+// Paints paper, grid, guides, drawings and runs. Items that lie outside `area` (points) are left out.
+void PaintPage(Painter& painter, const View& view, const PageItems& items, const Box& area);
 
-// Repaints page and overlay. A canvas of no size is left alone.
+// A line of a drawing, or of the path being drawn, in the colour and width that a record's style tells.
+void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing);
+
+// The rectangle that surely holds all ink of an item, points.
+Box BoundsOf(const TextEntry& entry);
+Box BoundsOf(const Drawing& drawing);
+
+// Paints the page on the canvas at once; the overlay follows when the canvas is shown. A canvas of no size is
+// left alone.
 void RedrawPage();
-
-// Paints one text line of the page on top of what is there, as a redraw would paint it last.
-void PaintTextLine(std::string_view line);
+// The same before the canvas is next shown: all of the page, or an area of it in points.
+void ShowPage();
+void ShowPage(const Box& area);
 
 // The origin of a run of `width` points and size `size` whose `anchor` lies on `at`; y is the baseline. An
 // anchor outside 1 to 9 leaves the point.
@@ -25,12 +33,5 @@ Point AlignAtAnchor(Point at, int anchor, float width, float size);
 
 // The extra width of each blank that stretches a run of `width` points to `amount`; 0 without blanks.
 float JustificationSpace(std::string_view text, float amount, float width);
-
-// Colour number and width in points of the last value of a drawing record.
-struct LineStyle {
-  std::int16_t colour;
-  float width;
-};
-LineStyle DecodeLineStyle(float value);
 
 }  // namespace kelvane

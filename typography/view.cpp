@@ -14,10 +14,33 @@ std::int16_t GridStepH = kDefaultGridStepH;
 std::int16_t GridStepV = kDefaultGridStepV;
 float GuideX[kGuides];
 float GuideY[kGuides];
+bool ShowGrid = true;
+bool PrintView = false;
+Canvas* Picture1 = nullptr;
 float VisibleLeft;
 float VisibleTop;
 float VisibleRight;
 float VisibleBottom;
+
+bool CanvasIsLaidOut() {
+  return Picture1 && Picture1->PixelWidth() > 0 && Picture1->PixelHeight() > 0;
+}
+
+View CurrentView() {
+  View view;
+  view.scale = SCALE;
+  view.grid = ShowGrid && !PrintView;
+  view.printed = PrintView;
+  if (!CanvasIsLaidOut()) return view;
+  view.ratio = Picture1->PixelRatio();
+  const float width = static_cast<float>(Picture1->PixelWidth()) / SCALE;
+  const float height = static_cast<float>(Picture1->PixelHeight()) / SCALE;
+  view.area.left = STARTX - 0.5F * width;
+  view.area.top = STARTY - 0.5F * height;
+  view.area.right = view.area.left + width;
+  view.area.bottom = view.area.top + height;
+  return view;
+}
 
 void ResetView() {
   PaperWidth = kDefaultPaperWidth;
@@ -29,6 +52,8 @@ void ResetView() {
   GridStepV = kDefaultGridStepV;
   std::fill(std::begin(GuideX), std::end(GuideX), 0.0F);
   std::fill(std::begin(GuideY), std::end(GuideY), 0.0F);
+  ShowGrid = true;
+  PrintView = false;
   VisibleLeft = VisibleTop = VisibleRight = VisibleBottom = 0;
 }
 

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "platform/canvas.h"
+
 namespace kelvane {
 
 // Start values.
@@ -31,7 +33,26 @@ inline constexpr int kGuides = 16;
 extern float GuideX[kGuides];  // a zero ends the list
 extern float GuideY[kGuides];
 
-// The rectangle of the page that the canvas shows, in points; valid after a redraw.
+extern bool ShowGrid;   // the grid lines; on at every start
+extern bool PrintView;  // glyphs filled, no grid, guides and marks: the page as print shows it
+
+// The page canvas of the main window.
+extern Canvas* Picture1;
+// Whether there is a page canvas and it has a size.
+bool CanvasIsLaidOut();
+
+// What a painting needs to know of where it goes.
+struct View {
+  Box area;         // the part of the page that is shown, points
+  float scale = 1;  // logical pixels per point
+  float ratio = 1;  // device pixels per logical pixel
+  bool grid = false;
+  bool printed = false;  // as print shows it: glyphs filled, nothing but the page
+};
+// That of the page canvas as STARTX, STARTY and SCALE have it now; an empty area while it is not laid out.
+View CurrentView();
+
+// The area of the last redraw, points.
 extern float VisibleLeft;
 extern float VisibleTop;
 extern float VisibleRight;

@@ -24,7 +24,7 @@ float CanvasHeight() {
 }
 
 void ShowView() {
-  RedrawPage();
+  ShowPage();
   if (ViewMoved) ViewMoved();
 }
 

@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/handlers.h"
 #include "platform/qt/qt_pointers.h"
@@ -29,6 +30,10 @@ MouseButton ToButton(Qt::MouseButton button) {
 
 bool IsOurButton(Qt::MouseButton button) {
   return button == Qt::LeftButton || button == Qt::MiddleButton || button == Qt::RightButton;
+}
+
+std::size_t Index(Layer layer) {
+  return layer == Layer::Page ? 0 : 1;
 }
 
 Qt::MouseButton HeldButton(Qt::MouseButtons buttons) {
@@ -74,6 +79,16 @@ void QtCanvas::SetCoordinates(float left, float top, float width, float height) 
   height_ = height;
 }
 
+float QtCanvas::PixelRatio() const {
+  return static_cast<float>(ratio_);
+}
+
+QTransform QtCanvas::ToDevice() const {
+  const double scaleX = width() * ratio_ / width_;
+  const double scaleY = height() * ratio_ / height_;
+  return QTransform(scaleX, 0, 0, scaleY, -left_ * scaleX, -top_ * scaleY);
+}
+
 QPointF QtCanvas::ToDevice(Point point) const {
   return {(point.x - left_) / width_ * width() * ratio_, (point.y - top_) / height_ * height() * ratio_};
 }
@@ -97,9 +112,42 @@ void QtCanvas::Clear() {
   Drawn();
 }
 
-void QtCanvas::FillBox(float left, float top, float right, float bottom, ColourValue colour) {
+void QtCanvas::Invalidate(Layer layer) {
+  invalid_[Index(layer)] = QRect(QPoint(0, 0), page_.Size());
+  Drawn();
+}
+
+void QtCanvas::Invalidate(Layer layer, const Box& area) {
+  const QRectF device(ToDevice(Point{area.left, area.top}), ToDevice(Point{area.right, area.bottom}));
+  const QRectF whole(QPointF(0, 0), page_.Size());
+  if (!std::isfinite(device.width()) || !std::isfinite(device.height())) {
+    Invalidate(layer);
+    return;
+  }
+  invalid_[Index(layer)] |= (device & whole).toAlignedRect();
+  Drawn();
+}
+
+void QtCanvas::PaintInvalid() {
+  for (const Layer layer : {Layer::Page, Layer::Overlay}) {
+    const QRect rect = std::exchange(invalid_[Index(layer)], QRect());
+    if (rect.isEmpty() || !OnPaint) continue;
+    SelectLayer(layer);
+    layer_->SetClip(rect);
+    layer_->Clear(DeskColour());
+    const QRectF area = ToDevice().inverted().mapRect(QRectF(rect));
+    RunHandler([&] {
+      OnPaint(layer, {static_cast<float>(area.left()), static_cast<float>(area.top()),
+                      static_cast<float>(area.right()), static_cast<float>(area.bottom())});
+    });
+    layer_->SetClip(QRect());
+  }
+  SelectLayer(Layer::Page);
+}
+
+void QtCanvas::FillBox(const Box& box, ColourValue colour) {
   const QColor fill(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
-  layer_->FillBox(QRectF(ToDevice(Point{left, top}), ToDevice(Point{right, bottom})), fill);
+  layer_->FillBox(QRectF(ToDevice(Point{box.left, box.top}), ToDevice(Point{box.right, box.bottom})), fill);
   Drawn();
 }
 
@@ -108,18 +156,13 @@ void QtCanvas::DrawLine(Point from, Point to, const Pen& pen) {
   Drawn();
 }
 
-void QtCanvas::DrawPolyline(std::span<const Point> points, const Pen& pen) {
-  layer_->DrawPolyline(ToDevice(points), pen.colour, pen.width * ratio_);
+void QtCanvas::StrokePath(const Path& path, const Pen& pen) {
+  layer_->StrokePath(path, ToDevice(), pen.colour, pen.width * ratio_);
   Drawn();
 }
 
-void QtCanvas::FillPolygon(std::span<const Point> points, ColourValue colour) {
-  layer_->FillPolygon(ToDevice(points), colour);
-  Drawn();
-}
-
-void QtCanvas::DrawCircle(Point centre, float radius, const Pen& pen) {
-  layer_->DrawCircle(ToDevice(centre), radius / width_ * width() * ratio_, pen.colour, pen.width * ratio_);
+void QtCanvas::FillPath(const Path& path, ColourValue colour) {
+  layer_->FillPath(path, ToDevice(), colour);
   Drawn();
 }
 
@@ -150,6 +193,7 @@ void QtCanvas::Drawn() {
 }
 
 void QtCanvas::ShowDrawn() {
+  PaintInvalid();
   showPending_ = false;
   const QRect dirty = page_.TakeDirty() | overlay_.TakeDirty();
   if (dirty.isEmpty()) return;
@@ -175,6 +219,7 @@ void QtCanvas::paintEvent(QPaintEvent* event) {
     QMetaObject::invokeMethod(
         this, [this] { RunHandler(OnLost); }, Qt::QueuedConnection);
   }
+  PaintInvalid();
   const QImage& page = page_.Image();
   const QImage& overlay = overlay_.Image();
   QPainter painter(this);
@@ -215,22 +260,28 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
       SendKey(control ? kKeyCtrlEnter : kKeyEnter);
       return;
     case Qt::Key_Backspace:
-      SendKey(control ? kKeyCtrlBackspace : kKeyBackspace);
+      SendKey(control ? kKeyWordBackspace : kKeyBackspace);
       return;
     case Qt::Key_Escape:
       SendKey(kKeyEscape);
       return;
     case Qt::Key_Delete:
-      event->ignore();
+      SendKey(kKeyDelete);
+      return;
+    case Qt::Key_Home:
+      SendKey(kKeyHome);
+      return;
+    case Qt::Key_End:
+      SendKey(kKeyEnd);
       return;
     case Qt::Key_Left:
-      SendKey(kKeyLeft);
+      SendKey(control ? kKeyWordLeft : kKeyLeft);
       return;
     case Qt::Key_Up:
       SendKey(kKeyUp);
       return;
     case Qt::Key_Right:
-      SendKey(kKeyRight);
+      SendKey(control ? kKeyWordRight : kKeyRight);
       return;
     case Qt::Key_Down:
       SendKey(kKeyDown);

@@ -18,13 +18,15 @@ class QtCanvas final : public QWidget, public Canvas {
   int PixelWidth() const override;
   int PixelHeight() const override;
   void SetCoordinates(float left, float top, float width, float height) override;
+  float PixelRatio() const override;
   void SelectLayer(Layer layer) override;
   void Clear() override;
-  void FillBox(float left, float top, float right, float bottom, ColourValue colour) override;
+  void Invalidate(Layer layer) override;
+  void Invalidate(Layer layer, const Box& area) override;
+  void FillBox(const Box& box, ColourValue colour) override;
   void DrawLine(Point from, Point to, const Pen& pen) override;
-  void DrawPolyline(std::span<const Point> points, const Pen& pen) override;
-  void FillPolygon(std::span<const Point> points, ColourValue colour) override;
-  void DrawCircle(Point centre, float radius, const Pen& pen) override;
+  void StrokePath(const Path& path, const Pen& pen) override;
+  void FillPath(const Path& path, ColourValue colour) override;
   void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
                 ColourValue colour) override;
   void SetPointerArrow() override;
@@ -53,18 +55,23 @@ class QtCanvas final : public QWidget, public Canvas {
   QColor DeskColour() const;
   void ResizeLayers();
   QPointF ToDevice(Point point) const;
+  QTransform ToDevice() const;
   std::span<const QPointF> ToDevice(std::span<const Point> points);
   MouseEvent ToMouseEvent(QPointF position, Qt::MouseButton button) const;
   void SendKey(int code);
   // Has what was drawn shown at the next pass of the event loop.
   void Drawn();
   void ShowDrawn();
+  // Has the owner paint what was asked for.
+  void PaintInvalid();
 
   QtLayer page_{true};
   QtLayer overlay_{false};
   QtLayer* layer_ = &page_;
   double ratio_ = 1;  // device pixels per logical pixel
   bool showPending_ = false;
+  // The part of each layer, in device pixels, that is to be painted before it is shown.
+  QRect invalid_[2];
 
   // The logical rectangle of SetCoordinates.
   double left_ = 0;

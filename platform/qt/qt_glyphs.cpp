@@ -56,13 +56,13 @@ const GlyphImage& GlyphImages::At(QtFace& face, unsigned char code, int stepX, i
   return glyph;
 }
 
-void BlendGlyph(QImage& target, int x, int y, const GlyphImage& glyph, QRgb colour) {
+void BlendGlyph(QImage& target, const QRect& clip, int x, int y, const GlyphImage& glyph, QRgb colour) {
   const int left = x + glyph.left;
   const int top = y + glyph.top;
-  const int firstColumn = std::max(-left, 0);
-  const int lastColumn = std::min(glyph.width, target.width() - left);
-  const int firstRow = std::max(-top, 0);
-  const int lastRow = std::min(glyph.height, target.height() - top);
+  const int firstColumn = std::max(clip.left() - left, 0);
+  const int lastColumn = std::min(glyph.width, clip.right() + 1 - left);
+  const int firstRow = std::max(clip.top() - top, 0);
+  const int lastRow = std::min(glyph.height, clip.bottom() + 1 - top);
   if (firstColumn >= lastColumn || firstRow >= lastRow) return;
   auto* const bits = reinterpret_cast<QRgb*>(target.bits());
   const qsizetype stride = target.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));

@@ -42,7 +42,7 @@ class GlyphImages {
 };
 
 // Blends a glyph's image into a 32-bit image, RGB32 or premultiplied; (x, y) is the pixel of its origin.
-// Parts outside the target are left out.
-void BlendGlyph(QImage& target, int x, int y, const GlyphImage& glyph, QRgb colour);
+// Parts outside the clip, which lies within the target, are left out.
+void BlendGlyph(QImage& target, const QRect& clip, int x, int y, const GlyphImage& glyph, QRgb colour);
 
 }  // namespace kelvane

@@ -15,8 +15,8 @@ namespace {
 constexpr double kLargestImageEm = 128;
 // How far ink may lie from a character's origin, in ems.
 constexpr double kGlyphReach = 1.5;
-// Joining a path costs more than linearly, so what is held back stays short.
-constexpr qsizetype kMostHeldPoints = 256;
+// Joining a stroke of wide lines that cross costs more than linearly, so long paths go to the painter in parts.
+constexpr int kMostStrokedSteps = 16;
 
 QColor ToQColor(ColourValue colour) {
   return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
@@ -30,7 +30,7 @@ QtLayer::~QtLayer() {
 
 void QtLayer::Resize(QSize size, const QColor& background) {
   if (painter_.isActive()) painter_.end();
-  held_.clear();
+  clip_ = QRect(QPoint(0, 0), size);
   image_ = QImage(size, opaque_ ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
   if (!image_.isNull()) image_.fill(opaque_ ? background : QColor(Qt::transparent));
   inked_ = QRect();
@@ -38,13 +38,11 @@ void QtLayer::Resize(QSize size, const QColor& background) {
 }
 
 const QImage& QtLayer::Image() {
-  DrawHeldLine();
   if (painter_.isActive()) painter_.end();
   return image_;
 }
 
 QRect QtLayer::TakeDirty() {
-  DrawHeldLine();
   return std::exchange(dirty_, QRect());
 }
 
@@ -52,26 +50,30 @@ QPainter& QtLayer::Painter() {
   if (!painter_.isActive()) {
     painter_.begin(&image_);
     painter_.setRenderHint(QPainter::Antialiasing);
+    if (clip_ != image_.rect()) painter_.setClipRect(clip_);
     penWidth_ = -1;
   }
   return painter_;
 }
 
+void QtLayer::SetClip(const QRect& clip) {
+  const QRect next = clip.isNull() ? image_.rect() : clip & image_.rect();
+  if (next == clip_) return;
+  clip_ = next;
+  if (painter_.isActive()) painter_.end();
+}
+
 void QtLayer::Clear(const QColor& background) {
-  held_.clear();
   if (image_.isNull()) return;
-  if (opaque_) {
-    if (painter_.isActive()) painter_.end();
-    image_.fill(background);
-    dirty_ = image_.rect();
-  } else if (!inked_.isEmpty()) {
+  const QRect cleared = opaque_ ? clip_ : clip_ & inked_;
+  if (!cleared.isEmpty()) {
     QPainter& painter = Painter();
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.fillRect(inked_, Qt::transparent);
+    painter.fillRect(cleared, opaque_ ? background : QColor(Qt::transparent));
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    dirty_ |= inked_;
+    dirty_ |= cleared;
   }
-  inked_ = QRect();
+  if (clip_ == image_.rect()) inked_ = QRect();
 }
 
 bool QtLayer::Touch(double left, double top, double right, double bottom) {
@@ -81,7 +83,8 @@ bool QtLayer::Touch(double left, double top, double right, double bottom) {
   const int y0 = static_cast<int>(std::floor(std::max(top, 0.0)));
   const int x1 = static_cast<int>(std::ceil(std::min<double>(right, image_.width())));
   const int y1 = static_cast<int>(std::ceil(std::min<double>(bottom, image_.height())));
-  const QRect touched(x0, y0, x1 - x0, y1 - y0);
+  const QRect touched = QRect(x0, y0, x1 - x0, y1 - y0) & clip_;
+  if (touched.isEmpty()) return false;
   inked_ |= touched;
   dirty_ |= touched;
   return true;
@@ -109,7 +112,6 @@ void QtLayer::UsePen(ColourValue colour, double width) {
 }
 
 void QtLayer::FillBox(QRectF box, const QColor& colour) {
-  DrawHeldLine();
   box = box.normalized();
   const double left = std::round(box.left());
   const double top = std::round(box.top());
@@ -124,7 +126,9 @@ void QtLayer::DrawLine(QPointF from, QPointF to, ColourValue colour, double widt
   const bool upright = from.x() == to.x();
   if (!crisp || upright == (from.y() == to.y())) {
     const QPointF points[] = {from, to};
-    DrawPolyline(points, colour, width);
+    if (!Touch(points, width / 2 + 1)) return;
+    UsePen(colour, width);
+    painter_.drawLine(from, to);
     return;
   }
   const double thick = std::max(std::round(width), 1.0);
@@ -137,60 +141,66 @@ void QtLayer::DrawLine(QPointF from, QPointF to, ColourValue colour, double widt
   FillBox(box, ToQColor(colour));
 }
 
-void QtLayer::DrawPolyline(std::span<const QPointF> points, ColourValue colour, double width) {
+std::span<const QPointF> QtLayer::Map(const Path& path, const QTransform& toDevice, double margin) {
+  mapped_.clear();
+  for (const Point& point : path.points) mapped_.push_back(toDevice.map(QPointF(point.x, point.y)));
+  if (!Touch(mapped_, margin)) return {};
+  return mapped_;
+}
+
+namespace {
+
+// Adds a step to a painter's path and moves on to the next one's points.
+void AddStep(QPainterPath& path, Path::Step step, const QPointF*& point) {
+  switch (step) {
+    case Path::Step::Move:
+      path.moveTo(*point++);
+      break;
+    case Path::Step::Line:
+      path.lineTo(*point++);
+      break;
+    case Path::Step::Curve:
+      path.cubicTo(point[0], point[1], point[2]);
+      point += 3;
+      break;
+  }
+}
+
+}  // namespace
+
+void QtLayer::StrokePath(const Path& path, const QTransform& toDevice, ColourValue colour, double width) {
+  const std::span<const QPointF> points = Map(path, toDevice, width / 2 + 1);
   if (points.empty()) return;
-  const bool continues =
-      !held_.isEmpty() && colour == heldColour_ && width == heldWidth_ && held_.last() == points[0];
-  if (!continues) DrawHeldLine();
-  if (!Touch(points, width / 2 + 1)) return;
-  heldColour_ = colour;
-  heldWidth_ = width;
-  for (const QPointF& point : points) {
-    // A point on top of the last one would leave the stroke without a direction.
-    if (!held_.isEmpty() && held_.last() == point) continue;
-    if (held_.size() == kMostHeldPoints) {
-      const QPointF end = held_.last();
-      DrawHeldLine();
-      held_.append(end);
-    }
-    held_.append(point);
-  }
-}
-
-void QtLayer::DrawHeldLine() {
-  if (held_.isEmpty()) return;
-  UsePen(heldColour_, heldWidth_);
-  if (held_.size() == 1) {
-    painter_.drawPoint(held_[0]);
-  } else {
-    painter_.drawPolyline(held_.constData(), static_cast<int>(held_.size()));
-  }
-  held_.clear();
-}
-
-void QtLayer::FillPolygon(std::span<const QPointF> points, ColourValue colour) {
-  DrawHeldLine();
-  if (points.size() < 3 || !Touch(points, 1)) return;
-  QPainter& painter = Painter();
-  painter.setPen(Qt::NoPen);
-  penWidth_ = -1;
-  painter.setBrush(ToQColor(colour));
-  painter.drawPolygon(points.data(), static_cast<int>(points.size()), Qt::WindingFill);
-  painter.setBrush(Qt::NoBrush);
-}
-
-void QtLayer::DrawCircle(QPointF centre, double radius, ColourValue colour, double width) {
-  DrawHeldLine();
-  const QPointF points[] = {centre};
-  radius = std::abs(radius);
-  if (!std::isfinite(radius) || !Touch(points, radius + width / 2 + 1)) return;
   UsePen(colour, width);
-  painter_.drawEllipse(centre, radius, radius);
+  const QPointF* point = points.data();
+  QPainterPath part;
+  int steps = 0;
+  for (const Path::Step step : path.steps) {
+    if (steps == kMostStrokedSteps) {
+      const QPointF end = part.currentPosition();
+      painter_.drawPath(part);
+      part.clear();
+      part.moveTo(end);
+      steps = 0;
+    }
+    AddStep(part, step, point);
+    ++steps;
+  }
+  painter_.drawPath(part);
+}
+
+void QtLayer::FillPath(const Path& path, const QTransform& toDevice, ColourValue colour) {
+  const std::span<const QPointF> points = Map(path, toDevice, 1);
+  if (points.empty()) return;
+  const QPointF* point = points.data();
+  QPainterPath area;
+  area.setFillRule(Qt::WindingFill);
+  for (const Path::Step step : path.steps) AddStep(area, step, point);
+  Painter().fillPath(area, ToQColor(colour));
 }
 
 void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes,
                        std::span<const QPointF> origins, ColourValue colour) {
-  DrawHeldLine();
   if (!(em > 0) || !std::isfinite(em) || !Touch(origins, em * kGlyphReach)) return;
   QtFace& font = FaceFor(face);
   if (em > kLargestImageEm) {
@@ -216,13 +226,13 @@ void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::s
     const int pixelY = static_cast<int>(std::floor(y));
     const GlyphImage& glyph = images.At(face, code, static_cast<int>((x - pixelX) * kSteps),
                                         static_cast<int>((y - pixelY) * kSteps));
-    BlendGlyph(image_, pixelX, pixelY, glyph, rgb);
+    BlendGlyph(image_, clip_, pixelX, pixelY, glyph, rgb);
   }
 }
 
 QRectF QtLayer::Reached(double em) const {
   const double reach = em * kGlyphReach;
-  return QRectF(image_.rect()).adjusted(-reach, -reach, reach, reach);
+  return QRectF(clip_).adjusted(-reach, -reach, reach, reach);
 }
 
 void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,

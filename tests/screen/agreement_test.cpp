@@ -88,7 +88,6 @@ class AgreementTest : public ::testing::Test {
     STARTY = PaperHeight / 2;
     canvas_.SetPlace({0, 0, kPaperWidth * kScale, kPaperHeight * kScale});
     Picture1 = &canvas_;
-    PaintOverlay = nullptr;
   }
 
   ~AgreementTest() override {

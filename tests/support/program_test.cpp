@@ -6,7 +6,10 @@
 #include "app/startup.h"
 #include "document/paper.h"
 #include "editing/cursor.h"
+#include "editing/edit.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
+#include "editing/notes.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "platform/files.h"
@@ -28,11 +31,11 @@ void Empty(Handles&... handles) {
 void EmptyHandlesAndHooks() {
   Form1 = Form7 = nullptr;
   Picture1 = DesignerCanvas = nullptr;
-  FontLabel = CursorLabel = nullptr;
+  FontLabel = CursorLabel = NoteLabel = nullptr;
   PageBox = Text1 = Text4 = Form7_Text1 = Form7_Text2 = nullptr;
   Command6 = nullptr;
   Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons);
-  FinishTyping = PageReplaced = PaintOverlay = ViewMoved = nullptr;
+  FinishTyping = PageReplaced = PageEdited = ViewMoved = nullptr;
   FocusedControl = nullptr;
 }
 
@@ -46,6 +49,7 @@ void FillMenu(Window& window, const char* caption, Handles& handles) {
 void FillHandles(FakeWindow& window) {
   Form1 = &window;
   Picture1 = window.AddCanvas();
+  Picture1->OnPaint = PaintLayer;
   PageBox = window.AddTextBox("Page Number", false);
   Text1 = window.AddTextBox("Font Size", false);
   Text4 = window.AddTextBox("Control Codes", true);

@@ -26,6 +26,17 @@ std::string Numbers(std::initializer_list<float> values) {
   return text;
 }
 
+std::string Steps(const Path& path) {
+  std::string text;
+  const Point* point = path.points.data();
+  for (const Path::Step step : path.steps) {
+    text += step == Path::Step::Move ? " M" : step == Path::Step::Line ? " L" : " C";
+    for (int left = step == Path::Step::Curve ? 3 : 1; left > 0; --left, ++point)
+      text += Numbers({point->x, point->y});
+  }
+  return text;
+}
+
 std::string Points(std::span<const Point> points) {
   std::string text;
   for (const Point& point : points) text += Numbers({point.x, point.y});
@@ -57,7 +68,41 @@ std::string Codes(std::string_view codes) {
 
 void RecordingCanvas::ForgetDrawn() {
   for (std::string& layer : drawn) layer.clear();
-  for (int& count : clears) count = 0;
+  for (int& count : paints) count = 0;
+  areas.clear();
+}
+
+void RecordingCanvas::ShowNow() {
+  for (const Layer layer : {Layer::Page, Layer::Overlay}) {
+    if (!invalid[Index(layer)]) continue;
+    invalid[Index(layer)] = false;
+    if (!OnPaint) continue;
+    SelectLayer(layer);
+    Clear();
+    OnPaint(layer, {viewLeft, viewTop, viewLeft + viewWidth, viewTop + viewHeight});
+  }
+  SelectLayer(Layer::Page);
+}
+
+const std::string& RecordingCanvas::Drawn(Layer layer) {
+  ShowNow();
+  return drawn[Index(layer)];
+}
+
+int RecordingCanvas::Paints(Layer layer) {
+  ShowNow();
+  return paints[Index(layer)];
+}
+
+void RecordingCanvas::Invalidate(Layer layer) {
+  invalid[Index(layer)] = true;
+  if (layer == Layer::Page) areas += "all\n";
+}
+
+void RecordingCanvas::Invalidate(Layer layer, const Box& area) {
+  invalid[Index(layer)] = true;
+  if (layer == Layer::Page)
+    areas += Numbers({area.left, area.top, area.right, area.bottom}).substr(1) + "\n";
 }
 
 void RecordingCanvas::Press(int code) {
@@ -107,27 +152,23 @@ void RecordingCanvas::SetCoordinates(float left, float top, float width, float h
 
 void RecordingCanvas::Clear() {
   drawn[selected].clear();
-  ++clears[selected];
+  ++paints[selected];
 }
 
-void RecordingCanvas::FillBox(float left, float top, float right, float bottom, ColourValue colour) {
-  Record("box" + Numbers({left, top, right, bottom}) + Colour(colour));
+void RecordingCanvas::FillBox(const Box& box, ColourValue colour) {
+  Record("box" + Numbers({box.left, box.top, box.right, box.bottom}) + Colour(colour));
 }
 
 void RecordingCanvas::DrawLine(Point from, Point to, const Pen& pen) {
   Record("line" + Numbers({from.x, from.y, to.x, to.y}) + Style(pen));
 }
 
-void RecordingCanvas::DrawPolyline(std::span<const Point> points, const Pen& pen) {
-  Record("polyline" + Points(points) + Style(pen));
+void RecordingCanvas::StrokePath(const Path& path, const Pen& pen) {
+  Record("stroke" + Steps(path) + Style(pen));
 }
 
-void RecordingCanvas::FillPolygon(std::span<const Point> points, ColourValue colour) {
-  Record("fill" + Points(points) + Colour(colour));
-}
-
-void RecordingCanvas::DrawCircle(Point centre, float radius, const Pen& pen) {
-  Record("circle" + Numbers({centre.x, centre.y, radius}) + Style(pen));
+void RecordingCanvas::FillPath(const Path& path, ColourValue colour) {
+  Record("fill" + Steps(path) + Colour(colour));
 }
 
 void RecordingCanvas::DrawText(const ScreenFace& face, float em, std::string_view codes,

@@ -21,18 +21,23 @@ class RecordingCanvas : public Canvas {
   std::string pointer;
   // Icon files that load; any other is missing.
   std::vector<std::string> icons;
+  // "left top right bottom" of the page areas asked for since the page was last painted, one a line; "all\n"
+  // for the whole of it.
+  std::string areas;
 
   // Lines drawn on a layer since it was last cleared, each ended by "\n":
   //   box L T R B #BBGGRR
   //   line X Y X Y #BBGGRR w W
-  //   polyline X Y X Y ... #BBGGRR w W
-  //   fill X Y X Y ... #BBGGRR
-  //   circle X Y R #BBGGRR w W
+  //   stroke M X Y L X Y C X Y X Y X Y ... #BBGGRR w W
+  //   fill M X Y L X Y C X Y X Y X Y ... #BBGGRR
   //   text FAMILY[ bold][ italic] EM (CODES) X Y X Y ... #BBGGRR
   // Codes outside ASCII and backslashes are written \xHH.
-  const std::string& Drawn(Layer layer) const { return drawn[Index(layer)]; }
-  // How often a layer was cleared.
-  int Clears(Layer layer) const { return clears[Index(layer)]; }
+  // What was asked for is painted first, all of the layer.
+  const std::string& Drawn(Layer layer);
+  // How often a layer was painted.
+  int Paints(Layer layer);
+  // Shows the canvas as the end of an act does: each layer that was asked for is painted once.
+  void ShowNow();
   void ForgetDrawn();
 
   // What a person does. Positions are logical; those in pixels follow from the coordinates in force.
@@ -48,12 +53,15 @@ class RecordingCanvas : public Canvas {
   int PixelHeight() const override { return pixelHeight; }
   void SetCoordinates(float left, float top, float width, float height) override;
   void SelectLayer(Layer layer) override { selected = Index(layer); }
+  float PixelRatio() const override { return 1; }
   void Clear() override;
-  void FillBox(float left, float top, float right, float bottom, ColourValue colour) override;
+  void Invalidate(Layer layer) override;
+  // Noted as the last area; painted as if it were all of the layer.
+  void Invalidate(Layer layer, const Box& area) override;
+  void FillBox(const Box& box, ColourValue colour) override;
   void DrawLine(Point from, Point to, const Pen& pen) override;
-  void DrawPolyline(std::span<const Point> points, const Pen& pen) override;
-  void FillPolygon(std::span<const Point> points, ColourValue colour) override;
-  void DrawCircle(Point centre, float radius, const Pen& pen) override;
+  void StrokePath(const Path& path, const Pen& pen) override;
+  void FillPath(const Path& path, ColourValue colour) override;
   void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
                 ColourValue colour) override;
   void SetPointerArrow() override { pointer.clear(); }
@@ -66,7 +74,8 @@ class RecordingCanvas : public Canvas {
   void Record(const std::string& line) { drawn[selected] += line + "\n"; }
 
   std::string drawn[2];
-  int clears[2] = {0, 0};
+  int paints[2] = {0, 0};
+  bool invalid[2] = {false, false};
   std::size_t selected = 0;
   float viewLeft = 0;
   float viewTop = 0;

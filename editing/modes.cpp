@@ -1,0 +1,72 @@
+#include "editing/modes.h"
+
+#include <algorithm>
+
+#include "document/page_items.h"
+#include "editing/bezier.h"
+#include "editing/keyboard.h"
+#include "typography/renderer.h"
+
+namespace kelvane {
+
+namespace {
+
+class Selecting : public Tool {
+ public:
+  std::string Hint() const override { return "Choose an anchor at the left to type"; }
+};
+
+void Change(std::int16_t mode) {
+  if (RunIsOpen()) CommitPendingRun(true);
+  FinishDrawing();
+  TakeMode(mode);
+}
+
+}  // namespace
+
+void ResetModes() {
+  static Selecting selecting;
+  std::fill(std::begin(Tools), std::end(Tools), &TypingTool());
+  Tools[0] = &selecting;
+  Tools[kBezierMode] = &DrawingTool();
+  Tools[kLastMode] = nullptr;
+}
+
+void ChooseAnchor(std::int16_t mode) {
+  Change(mode);
+}
+
+void ChooseBezier() {
+  Change(kBezierMode);
+}
+
+void FinishEditing() {
+  if (RunIsOpen()) CommitPendingRun(false);
+  FinishDrawing();
+}
+
+void LeaveEditing() {
+  FinishEditing();
+  TakeMode(0);
+}
+
+void TakeMode(std::int16_t mode) {
+  CursorMode = mode;
+  SetCanvasPointer(CursorMode);
+  ShowCursor();
+}
+
+void PaintOverlay(Painter& painter, const View& view) {
+  ToolInForce().Paint(painter, view);
+}
+
+void PaintLayer(Layer layer, const Box& area) {
+  const View view = CurrentView();
+  if (layer == Layer::Page) {
+    PaintPage(*Picture1, view, ItemsOfPage(), area);
+  } else {
+    PaintOverlay(*Picture1, view);
+  }
+}
+
+}  // namespace kelvane

@@ -1,0 +1,32 @@
+#pragma once
+
+// Choosing what the mouse and the keys do: the anchor buttons, "Draw Bezier", and leaving both.
+
+#include <cstdint>
+
+#include "editing/tool.h"
+
+namespace kelvane {
+
+// Fills the table of tools.
+void ResetModes();
+
+// Anchor button 0 to 9: completes the run being typed and the path being drawn, then takes the mode, not
+// placed. Text that waits in the control-code box for a place goes on waiting.
+void ChooseAnchor(std::int16_t mode);
+// Button "Draw Bezier": the same for mode 10.
+void ChooseBezier();
+
+// Completes what is half done: an open run with its own anchor, a path being drawn.
+void FinishEditing();
+// What every command of the File and Edit menus does first: that, then Select.
+void LeaveEditing();
+// Takes a mode as it was found, its sign included, with its pointer.
+void TakeMode(std::int16_t mode);
+
+// What the canvas shows above the page.
+void PaintOverlay(Painter& painter, const View& view);
+// Paints a layer of the page canvas; its OnPaint.
+void PaintLayer(Layer layer, const Box& area);
+
+}  // namespace kelvane

@@ -1,0 +1,37 @@
+#pragma once
+
+// The shapes of the program's own font: its glyph procedures, a reduced PostScript, executed into paths.
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "platform/canvas.h"
+
+namespace kelvane {
+
+inline constexpr int kFirstGlyph = 32;
+inline constexpr int kGlyphs = 96;  // codes 32 to 127
+inline constexpr float kGlyphUnit = 0.02F;  // ems
+
+// Glyph procedures by code - 32 and column; empty means no glyph. Filled from MATH0.PSF and by saving a
+// glyph.
+extern std::string CharacterDefs[kGlyphs][4];
+
+// Glyph units, y upwards, origin on the baseline.
+struct GlyphShape {
+  Path path;
+  bool filled = false;  // printed as an area, otherwise as a line
+  // The width of the path's line with which a glyph drawn by it has as much ink as the printed one.
+  float lineWidth = 0;
+};
+
+// Executes a procedure. It stops at a 21st operand or at an operator that finds too few; what was drawn before
+// that stands.
+GlyphShape ExecuteGlyph(const std::string& procedure);
+
+// The shape of a character of the glyph fonts 12 to 15, executed once; null for a code that has none. Math3
+// shows the glyphs of Math0: pages of old papers use it as a second name for them.
+const GlyphShape* ShapeOfGlyph(int code, std::int16_t font);
+
+}  // namespace kelvane
