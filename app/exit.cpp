@@ -1,8 +1,8 @@
 #include "app/exit.h"
 
+#include "app/after_editing.h"
 #include "app/settings.h"
 #include "document/paper.h"
-#include "editing/modes.h"
 #include "editing/keyboard.h"
 #include "macros/macros.h"
 #include "platform/controls.h"
@@ -30,10 +30,7 @@ bool MayDropLooseText() {
              false);
 }
 
-}  // namespace
-
-bool ExitSequence() {
-  LeaveEditing();
+bool SaveAndWriteSettings() {
   if (!MayDropLooseText() || !OfferToSave()) return false;
   if (Form1) FormPlace = Form1->GetWindowPlace();
   WriteOrReport([] { WriteSettings(ProgramFolder + "QRX.DAT"); }, "The settings");
@@ -41,6 +38,12 @@ bool ExitSequence() {
   RefreshMacros();
   WriteOrReport(WriteMacros, "The macros");
   return true;
+}
+
+}  // namespace
+
+bool ExitSequence() {
+  return AfterEditing(SaveAndWriteSettings);
 }
 
 void LeaveProgram() {

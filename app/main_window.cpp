@@ -4,15 +4,17 @@
 #include <cmath>
 #include <string>
 
+#include "app/commands.h"
 #include "app/exit.h"
+#include "app/foot.h"
 #include "app/icons.h"
 #include "app/menus.h"
+#include "app/typing_view.h"
 #include "document/numbers.h"
 #include "document/paper.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
-#include "editing/notes.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
 #include "typography/renderer.h"
@@ -43,13 +45,6 @@ constexpr float kScrollPixels = 48;  // a notch of the wheel
 constexpr float kArrowPixels = 24;   // an arrow key in Select
 constexpr float kWheelZoom = 1.15F;  // a notch of the wheel with Ctrl
 
-const char* const kScriptCaptions[12] = {
-    "Superscript",        "Back from Superscript",        "Forward from Superscript",
-    "Subscript",          "Back from Subscript",          "Forward from Subscript",
-    "Italic Superscript", "Back from Italic Superscript", "Forward from Italic Superscript",
-    "Italic Subscript",   "Back from Italic Subscript",   "Forward from Italic Subscript",
-};
-
 int Pixels(float twips) {
   return static_cast<int>(std::lround(twips / kTwipsPerPixel));
 }
@@ -66,51 +61,50 @@ void FocusCanvas() {
   Picture1->Focus();
 }
 
-void AddColumn(Window& window) {
-  for (std::int16_t mode = 0; mode < 10; ++mode) {
-    AnchorButtons[mode] = window.AddButton(kAnchorNames[mode], AnchorIcon(mode), kAnchorNames[mode]);
-    AnchorButtons[mode]->SetPlace({0, Pixels(kStrip) + mode * kButton, kButton, kButton});
-    AnchorButtons[mode]->OnClick = [mode] {
-      ChooseAnchor(mode);
-      FocusCanvas();
-    };
-  }
-  Command6 = window.AddButton("Draw Bezier", BezierIcon(), "Draw Bezier");
-  Command6->SetPlace({0, Pixels(kStrip) + 10 * kButton + kButton / 4, kButton, kButton});
-  Command6->OnClick = [] {
-    ChooseBezier();
+// The button of a command, and the key that does the same.
+Button* AddCommandButton(Window& window, const std::string& id, const IconDrawing& icon, const Place& place) {
+  const Command& command = CommandOf(id);
+  Button* button = window.AddButton(command.caption, icon, command.toolTip);
+  button->SetPlace(place);
+  button->OnClick = [&command] {
+    RunCommand(command);
     FocusCanvas();
   };
+  if (!command.key.empty()) window.AddShortcut(command.key, button->OnClick);
+  return button;
+}
+
+void AddColumn(Window& window) {
+  constexpr int kTop = static_cast<int>(kStrip / kTwipsPerPixel);
+  for (std::int16_t mode = 0; mode < 10; ++mode) {
+    AnchorButtons[mode] = AddCommandButton(window, "Cur" + std::to_string(mode), AnchorIcon(mode),
+                                           {0, kTop + mode * kButton, kButton, kButton});
+  }
+  Command6 = AddCommandButton(window, "Command6", BezierIcon(),
+                              {0, kTop + 10 * kButton + kButton / 4, kButton, kButton});
 }
 
 void AddScriptButtons(Window& window) {
   constexpr int kWidth = 20;
   constexpr int kGap = 4;  // between the four scripts
   for (int i = 0; i < 12; ++i) {
-    Button* button = window.AddButton(kScriptCaptions[i], ScriptIcon(i), kScriptCaptions[i]);
-    button->SetPlace({kButton + i * kWidth + i / 3 * kGap, 0, kWidth, kRow});
-    button->OnClick = [i] { InsertScript(i); };
-    Form1Parts.scripts[i] = button;
+    Form1Parts.scripts[i] = AddCommandButton(window, "Script" + std::to_string(i), ScriptIcon(i),
+                                             {kButton + i * kWidth + i / 3 * kGap, 0, kWidth, kRow});
   }
 }
 
-Button* AddPageButton(Window& window, const char* caption, const char* toolTip, int left, bool (*command)()) {
-  Button* button = window.AddButton(caption, {}, toolTip);
-  button->SetPlace({left, 0, 40, kRow});
-  button->OnClick = [command] {
-    command();
-    FocusCanvas();
-  };
-  return button;
-}
-
 void PageBox_Enter() {
-  GoToPage(RoundToInt16(ReadSingle(PageBox->Text())));
+  const std::string text = PageBox->Text();
+  const std::int16_t number = RoundToInt16(ReadSingle(text));
+  GoToPage(number);
+  if (!text.empty() && (number < 1 || number > kLastPage))
+    ShowNote("There is no page " + text + ": pages count from 1 to " + std::to_string(kLastPage));
+  RefreshMenus();
   FocusCanvas();
 }
 
 void AddPageRow(Window& window) {
-  Form1Parts.pageUp = AddPageButton(window, "Pg Up", "Previous Page", 280, PageUp);
+  Form1Parts.pageUp = AddCommandButton(window, "PageUp", {}, {280, 0, 40, kRow});
   PageBox = window.AddTextBox("Page Number", false);
   PageBox->SetPlace({322, 1, 32, kRow - 2});
   PageBox->OnEnter = PageBox_Enter;
@@ -118,9 +112,7 @@ void AddPageRow(Window& window) {
     ShowPageNumber();
     FocusCanvas();
   };
-  Form1Parts.pageDown = AddPageButton(window, "Pg Dn", "Next Page", 356, PageDown);
-  window.AddShortcut("PgUp", Form1Parts.pageUp->OnClick);
-  window.AddShortcut("PgDown", Form1Parts.pageDown->OnClick);
+  Form1Parts.pageDown = AddCommandButton(window, "PageDown", {}, {356, 0, 40, kRow});
 }
 
 void AddSizeRow(Window& window) {
@@ -132,18 +124,28 @@ void AddSizeRow(Window& window) {
   Text1->OnChange = [] {
     SizeBoxChanged(Text1->Text());
     ShowCursor();
+    WarnOfTyping();
   };
   Text1->OnEnter = Text1->OnEscape = FocusCanvas;
   FontLabel = window.AddLabel("");
 }
 
+void ApplyRun() {
+  ApplyControlCodeBox();
+  RefreshMenus();
+}
+
 void AddRunRow(Window& window) {
   Text4 = window.AddTextBox("Control Codes", true);
-  Text4->OnChange = ControlCodeBoxChanged;
-  Text4->OnEnter = ApplyControlCodeBox;
+  Text4->OnChange = [] {
+    ControlCodeBoxChanged();
+    FollowTyping();
+    RefreshMenus();
+  };
+  Text4->OnEnter = ApplyRun;
   Text4->OnEscape = FocusCanvas;
   Form1Parts.apply = window.AddButton("OK", {}, "Apply Changes of Control Codes");
-  Form1Parts.apply->OnClick = ApplyControlCodeBox;
+  Form1Parts.apply->OnClick = ApplyRun;
 }
 
 void AddCanvasAndBars(Window& window) {
@@ -168,6 +170,17 @@ void ShowScrollPosition() {
   const ScrollRange down = VerticalRange();
   Form1Parts.horizontal->SetRange(across.least, across.most, VisibleRight - VisibleLeft, VisibleLeft);
   Form1Parts.vertical->SetRange(down.least, down.most, VisibleBottom - VisibleTop, VisibleTop);
+}
+
+void FollowView() {
+  ShowScrollPosition();
+  ShowPointerPlace();
+}
+
+bool CloseRequest() {
+  const bool leave = ExitSequence();
+  RefreshMenus();
+  return leave;
 }
 
 // Layout of what follows the window's inner size W and H.
@@ -199,10 +212,10 @@ void BuildForm1() {
   AddPageRow(*Form1);
   AddSizeRow(*Form1);
   AddColumn(*Form1);
-  ViewMoved = ShowScrollPosition;
+  ViewMoved = FollowView;
   Form1->OnResize = Form1_Resize;
   Form1->OnEscape = FocusCanvas;
-  Form1->OnCloseRequest = ExitSequence;
+  Form1->OnCloseRequest = CloseRequest;
 }
 
 void Form1_Resize() {
@@ -218,7 +231,7 @@ void Form1_Resize() {
   if (CursorMode > 0 && AnchorOfMode(CursorMode) != 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
   ShowPage();
   ShowCursor();
-  ShowScrollPosition();
+  FollowView();
 }
 
 namespace {
@@ -234,8 +247,8 @@ void ArrowKey(int code) {
 
 void Form1_Picture1_KeyPress(int code) {
   if (!ToolInForce().Key(code)) ArrowKey(code);
-  // Nobody should have to type where it cannot be seen.
-  if (CursorMode < 0) BringIntoView(CursorX, CursorY);
+  FollowTyping();
+  RefreshMenus();
 }
 
 void Form1_Picture1_MouseDown(const MouseEvent& event) {
@@ -253,9 +266,7 @@ void Form1_Picture1_MouseMove(const MouseEvent& event) {
     DragY = event.pixelY;
   }
   ToolInForce().Move({event.x, event.y});
-  ShowNote(FormatFixed(event.x, 1, true) + ", " + FormatFixed(event.y, 1, true) +
-                              " pt     on the grid " + FormatSingle(SnapToGrid(event.x, GridStepH)) + ", " +
-                              FormatSingle(SnapToGrid(event.y, GridStepV)) + " pt");
+  PointerMoved(event.pixelX, event.pixelY);
 }
 
 void Form1_Picture1_MouseUp(const MouseEvent& event) {
@@ -265,15 +276,17 @@ void Form1_Picture1_MouseUp(const MouseEvent& event) {
       break;
     case MouseButton::Left:
       ToolInForce().Release({event.x, event.y});
+      WarnOfTyping();
       break;
     case MouseButton::Right:
       ToolInForce().RightClick();
       break;
   }
+  RefreshMenus();
 }
 
 void Form1_Picture1_MouseLeave() {
-  ShowNote("");
+  PointerLeft();
 }
 
 void Form1_Picture1_Wheel(const WheelEvent& event) {

@@ -2,8 +2,6 @@
 
 // The main window Form1: its controls, their layout, and what its events do.
 
-#include <string>
-
 #include "platform/controls.h"
 
 namespace kelvane {

@@ -1,30 +1,21 @@
 #pragma once
 
-// The menus of the main window: one table, entry name, caption, key and what the entry does.
+// The menus of the main window, as the table of commands has them, and the running of commands.
 
-#include <string>
-#include <vector>
-
+#include "app/commands.h"
 #include "platform/controls.h"
 
 namespace kelvane {
 
-struct BuiltEntry {
-  std::string menu;  // path of captions, e.g. "&View/&Horizontal Grid Lines"
-  std::string name;  // e.g. "mFileSave"
-  std::string caption;
-  std::string key;
-  MenuEntry* entry;
-  bool available;  // false while the window it opens is not built
-};
-
-// Builds all menus into the window, fills the menu handles of the subjects and sets no check marks.
+// Builds all menus into the window, fills the menu handles of the subjects and shows check marks and what
+// can be chosen.
 void BuildMenus(Window& window);
 
-// What BuildMenus made, in order.
-const std::vector<BuiltEntry>& BuiltMenus();
+// Captions, check marks and what can be chosen, as the rows' functions say. Needed after whatever may change
+// one of them outside of a command: an entry that cannot be chosen does not hear its key either.
+void RefreshMenus();
 
-// Check marks of the two grid menus.
-void CheckGridMenus();
+// What menu entries, buttons and keys do. Nothing while the command is not available.
+void RunCommand(const Command& command);
 
 }  // namespace kelvane

@@ -1,5 +1,6 @@
 #include "app/startup.h"
 
+#include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
 #include "app/settings.h"
@@ -48,17 +49,12 @@ void ConnectSubjects() {
   PageEdited = NotePageChange;
   PageReplaced = [] {
     ResetUndo();
-    ShowPage();
-    if (ViewMoved) ViewMoved();
+    ShowTopOfPage();
   };
 }
 
 void ShowChoices() {
   SetCanvasPointer(CursorMode);
-  CheckFontMenu(BaseFont);
-  CheckColourMenu(LineColour);
-  CheckThicknessMenu(LineWidth);
-  CheckGridMenus();
   ShowFontLabel(CurrentFont, FontSize);
 }
 
@@ -94,6 +90,7 @@ void ResetProgram() {
   ResetUndo();
   ResetMacros();
   ResetPlainText();
+  ResetFoot();
   ResizeGuard = true;
   ConnectSubjects();
 }
@@ -128,6 +125,7 @@ void ShowEditor(const std::string& pageFile) {
   Form1_Resize();
   Picture1->Focus();
   if (!pageFile.empty()) RunHandler([&] { OpenPaperFile(pageFile); });
+  RefreshMenus();
 }
 
 }  // namespace kelvane

@@ -26,8 +26,6 @@ std::function<void()> PageReplaced;
 
 namespace {
 
-constexpr int kLastPage = 999;  // what three digits of the extension can name
-
 // The order of the text lines in a written page. Leaving a page and Save As keep the order of typing, the
 // other commands sort by position; papers on disk are told apart by it, so both stay.
 enum class Order { AsTyped, ByPosition };

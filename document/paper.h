@@ -19,6 +19,8 @@ extern std::int16_t PageChanged;
 // Where Open starts: the folder of the last paper opened; settings key PDIR.
 extern std::string PaperFolder;
 
+inline constexpr int kLastPage = 999;  // what three digits of the extension can name
+
 // The window whose title names the paper, and the box that shows the page number.
 extern Window* Form1;
 extern TextBox* PageBox;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 #include "document/numbers.h"
 #include "document/page.h"
@@ -173,7 +174,8 @@ bool ArrowKey(int code) {
 
 void NewLine() {
   const double lines = std::floor((static_cast<double>(FontSize) + CursorY + GridStepV) / GridStepV);
-  CursorY = static_cast<float>(lines * GridStepV);
+  constexpr double kMost = std::numeric_limits<float>::max();
+  CursorY = static_cast<float>(std::min(lines * GridStepV, kMost));
 }
 
 void StayPlaced() {
@@ -384,11 +386,12 @@ void AddTextRun(bool ResetSelection) {
   PageText += EntryForRun() + "\r\n";
 }
 
-bool PendingRunEnd(Point& end) {
-  if (!RunIsOpen()) return false;
-  const RunPen pen = PenBehind(PendingRun.size());
-  end = {pen.x, pen.y};
-  return true;
+RunEnds EndsOfRun() {
+  const Point cursor{CursorX, CursorY};
+  if (!RunIsOpen()) return {cursor, cursor, cursor};
+  const RunPen end = PenBehind(PendingRun.size());
+  const RunPen caret = PenBehind(Caret());
+  return {RunOrigin(), {end.x, end.y}, {caret.x, caret.y}};
 }
 
 bool GiveBackRun(std::string_view line) {

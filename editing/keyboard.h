@@ -54,8 +54,14 @@ void CommitPendingRun(bool ResetSelection);
 // The entry-building half of a commit: appends the run, which is not empty, to PageText.
 void AddTextRun(bool ResetSelection);
 
-// Where the run being typed ends, on its baseline, points; false if none is open.
-bool PendingRunEnd(Point& end);
+// Where the run being typed begins and ends and where its caret is, on its baseline, points; all the cursor
+// point while none is open.
+struct RunEnds {
+  Point start;
+  Point end;
+  Point caret;
+};
+RunEnds EndsOfRun();
 
 // Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself is
 // no longer on the page. Only in its own anchor mode and while nothing is being typed.

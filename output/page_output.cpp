@@ -23,9 +23,12 @@ bool ChoosePageOutput(const char* extension, PageOutput& choice) {
   return true;
 }
 
+bool MayReplace(const std::string& path, bool ours) {
+  return ours || !TheFiles->Exists(path) || TheDialogs->Ask("Replace " + MachinePath(path) + "?", false);
+}
+
 bool WriteOutput(const std::string& path, const std::string& content, bool ours) {
-  if (!ours && TheFiles->Exists(path) && !TheDialogs->Ask("Replace " + MachinePath(path) + "?", false))
-    return false;
+  if (!MayReplace(path, ours)) return false;
   WriteFileSafely(path, content);
   return true;
 }

@@ -15,8 +15,12 @@ struct PageOutput {
 // Failure if the output would replace the page file itself.
 bool ChoosePageOutput(const char* extension, PageOutput& choice);
 
-// Writes an output file. A file of that name which is not `ours` is replaced only if the person says so.
-// False if the person kept it. Throws Failure, and the old file is whole.
+// Whether an output file may be written. A file of that name which is not `ours` is replaced only if the
+// person says so.
+bool MayReplace(const std::string& path, bool ours);
+
+// Writes an output file where it may. False if the person kept the old one. Throws Failure, and the old file
+// is whole.
 bool WriteOutput(const std::string& path, const std::string& content, bool ours);
 
 }  // namespace kelvane

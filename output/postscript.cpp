@@ -1,11 +1,15 @@
 #include "output/postscript.h"
 
 // A job is the prolog, then for each page its lines with the runs made into PostScript strings and a trailer
-// that shows the page, then the byte that ends a job. It is made in memory and written in one step, so that
-// an output file is never a part of a job.
+// that shows the page, then the byte that ends a job. It is made page by page; the file it goes to takes its
+// place when it is complete, so that an output file is never a part of a job.
 
+#include <array>
 #include <cstddef>
+#include <functional>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "document/fields.h"
 #include "document/lines.h"
@@ -13,6 +17,7 @@
 #include "document/page.h"
 #include "document/paper.h"
 #include "output/page_output.h"
+#include "platform/failure.h"
 #include "platform/files.h"
 #include "typography/view.h"
 
@@ -20,12 +25,9 @@ namespace kelvane {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::string_view kPageTrailer =
-    "%-------\r\n"
-    "\tgsave showpage grestore /FN -1 def\r\n"
-    "%-------\r\n";
+constexpr std::array<std::string_view, 3> kPageTrailer = {"%-------", "\tgsave showpage grestore /FN -1 def",
+                                                          "%-------"};
 constexpr char kEndOfJob = 4;
-constexpr int kLastPage = 999;
 
 // The value of a placeholder; empty for a name that is none. The prolog turns the sheet over, y downwards
 // from the top, which is why its offset in y is the height of the paper.
@@ -55,48 +57,109 @@ std::string ExpandPlaceholders(std::string_view line) {
   }
 }
 
-void AppendPageLine(std::string& job, std::string_view line) {
+// The job as it is being made: takes its parts in order.
+using Job = std::function<void(std::string_view)>;
+
+bool NeedsEscapes(std::string_view run) {
+  for (const char special : {'\\', '(', ')'}) {
+    if (run.find(special) != std::string_view::npos) return true;
+  }
+  return false;
+}
+
+void AppendPageLine(std::string& part, std::string_view line) {
   std::size_t begin = 0;
   std::size_t end = 0;
-  if (FindRun(line, begin, end)) {
-    job += line.substr(0, begin);
-    job += EscapePostScriptString(line.substr(begin, end - begin));
-    job += line.substr(end);
+  if (FindRun(line, begin, end) && NeedsEscapes(line.substr(begin, end - begin))) {
+    part += line.substr(0, begin);
+    part += EscapePostScriptString(line.substr(begin, end - begin));
+    part += line.substr(end);
   } else {
-    job += line;
+    part += line;
   }
-  job += kLineEnd;
+  part += kLineEnd;
 }
 
-void AppendPage(std::string& job, const std::string& pageFile) {
+// Finds the end of a page in the lines of a job, as the prolog does: the three lines of a trailer, one behind
+// the other. On a page they would part it, and print sheets that no page asks for.
+class PageEnd {
+ public:
+  // True if this line completes a trailer.
+  bool Passes(std::string_view line) {
+    if (line != kPageTrailer[matched]) matched = 0;
+    if (line == kPageTrailer[matched]) ++matched;
+    if (matched < kPageTrailer.size()) return false;
+    matched = 0;
+    return true;
+  }
+
+ private:
+  std::size_t matched = 0;
+};
+
+void AddPage(const Job& job, const std::string& pageFile, PageEnd& pageEnd) {
   const std::string content = TheFiles->ReadWhole(pageFile);
-  std::string_view rest = content;
-  while (!rest.empty()) {
+  std::string part;
+  part.reserve(content.size() + content.size() / 8);
+  for (std::string_view rest = content; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
-    if (!line.empty()) AppendPageLine(job, line);
+    if (line.empty()) continue;
+    if (pageEnd.Passes(line)) {
+      throw Failure("Cannot print the page file " + MachinePath(pageFile) +
+                    ": it holds the three lines that end a page in print.");
+    }
+    AppendPageLine(part, line);
   }
-  job += kPageTrailer;
+  for (const std::string_view line : kPageTrailer) {
+    pageEnd.Passes(line);
+    part.append(line).append(kLineEnd);
+  }
+  job(part);
 }
 
-// What marks a file as our own output: its first two lines. The first alone begins the output of many
-// programs.
-std::string_view Heading(std::string_view job) {
-  std::string_view rest = job;
-  for (int line = 0; line < 2 && !rest.empty(); ++line) TakeLine(rest);
-  return job.substr(0, job.size() - rest.size());
+void MakeJob(const Job& job, const std::vector<std::string>& pageFiles) {
+  PageEnd pageEnd;
+  job(Prologue());
+  for (const std::string& pageFile : pageFiles) AddPage(job, pageFile, pageEnd);
+  job({&kEndOfJob, 1});
 }
 
-bool IsOwnOutput(const std::string& path, std::string_view job) {
-  const std::string_view heading = Heading(job);
-  return !heading.empty() && TheFiles->Exists(path) && TheFiles->ReadWhole(path).starts_with(heading);
+std::string JobOf(const std::vector<std::string>& pageFiles) {
+  std::string whole;
+  MakeJob([&](std::string_view part) { whole += part; }, pageFiles);
+  return whole;
 }
 
-std::string Print(std::string (*makeJob)(const std::string&)) {
+std::vector<std::string> PagesOfPaper(const std::string& pageFile) {
+  std::vector<std::string> pages;
+  for (int number = 1; number <= kLastPage; ++number) {
+    std::string page = PageFileName(pageFile, number);
+    if (TheFiles->Exists(page)) pages.push_back(std::move(page));
+  }
+  return pages;
+}
+
+// What marks a file as our own output: a PostScript header, which has changed, and the line behind it. The
+// header alone begins the output of many programs.
+bool IsOwnOutput(const std::string& path) {
+  if (!TheFiles->Exists(path)) return false;
+  const auto secondLine = [](std::string_view text) {
+    const std::string_view header = text.empty() ? text : TakeLine(text);
+    return header.starts_with("%!PS") && !text.empty() ? TakeLine(text) : std::string_view();
+  };
+  const std::string prologue = Prologue();
+  const std::string output = TheFiles->ReadWhole(path);
+  return !secondLine(prologue).empty() && secondLine(output) == secondLine(prologue);
+}
+
+std::string Print(std::vector<std::string> (*pagesFor)(const std::string&)) {
   PageOutput choice;
   if (!ChoosePageOutput("PS", choice)) return {};
-  const std::string job = makeJob(choice.pageFile);
-  const bool written = WriteOutput(choice.outputPath, job, IsOwnOutput(choice.outputPath, job));
-  return written ? choice.outputPath : std::string();
+  if (!MayReplace(choice.outputPath, IsOwnOutput(choice.outputPath))) return {};
+  SafeFile output(choice.outputPath);
+  MakeJob([&](std::string_view part) { output.Append(part); }, pagesFor(choice.pageFile));
+  output.PutInPlace();
+  return choice.outputPath;
 }
 
 }  // namespace
@@ -114,26 +177,19 @@ void WritePrologue(const std::string& outputPath) {
 }
 
 std::string OnePageJob(const std::string& pageFile) {
-  std::string job = Prologue();
-  AppendPage(job, pageFile);
-  return job + kEndOfJob;
+  return JobOf({pageFile});
 }
 
 std::string WholePaperJob(const std::string& pageFile) {
-  std::string job = Prologue();
-  for (int number = 1; number <= kLastPage; ++number) {
-    const std::string page = PageFileName(pageFile, number);
-    if (TheFiles->Exists(page)) AppendPage(job, page);
-  }
-  return job + kEndOfJob;
+  return JobOf(PagesOfPaper(pageFile));
 }
 
 std::string PrintOnePage() {
-  return Print(OnePageJob);
+  return Print([](const std::string& pageFile) { return std::vector<std::string>{pageFile}; });
 }
 
 std::string PrintPaper() {
-  return Print(WholePaperJob);
+  return Print(PagesOfPaper);
 }
 
 }  // namespace kelvane

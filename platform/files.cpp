@@ -67,24 +67,34 @@ bool SameFile(const std::string& path, const std::string& other) {
   return path == other || TheFiles->Resolve(path) == TheFiles->Resolve(other);
 }
 
+SafeFile::SafeFile(const std::string& name)
+    : path(name), target(TheFiles->Resolve(path)), temporary(TemporaryName(target)) {
+  handle = OnBehalfOf(path, temporary, [&] { return TheFiles->Create(temporary); });
+}
+
+SafeFile::~SafeFile() {
+  if (open) IfPossible([&] { TheFiles->Close(handle); });
+  if (!inPlace) IfPossible([&] { TheFiles->Remove(temporary); });
+}
+
+void SafeFile::Append(std::string_view bytes) {
+  OnBehalfOf(path, temporary, [&] { TheFiles->Write(handle, bytes); });
+}
+
+void SafeFile::PutInPlace() {
+  OnBehalfOf(path, temporary, [&] {
+    TheFiles->Sync(handle);
+    open = false;
+    TheFiles->Close(handle);
+  });
+  TheFiles->Rename(temporary, target);
+  inPlace = true;
+}
+
 void WriteFileSafely(const std::string& path, std::string_view content) {
-  const std::string target = TheFiles->Resolve(path);
-  const std::string temporary = TemporaryName(target);
-  const Files::Handle handle = OnBehalfOf(path, temporary, [&] { return TheFiles->Create(temporary); });
-  bool open = true;
-  try {
-    OnBehalfOf(path, temporary, [&] {
-      TheFiles->Write(handle, content);
-      TheFiles->Sync(handle);
-      open = false;
-      TheFiles->Close(handle);
-    });
-    TheFiles->Rename(temporary, target);
-  } catch (const Failure&) {
-    if (open) IfPossible([&] { TheFiles->Close(handle); });
-    IfPossible([&] { TheFiles->Remove(temporary); });
-    throw;
-  }
+  SafeFile file(path);
+  file.Append(content);
+  file.PutInPlace();
 }
 
 std::string MachinePath(const std::string& path) {

@@ -45,11 +45,34 @@ Files& DiskFiles();
 // True if the two paths lead to one file, links followed, or are equal.
 bool SameFile(const std::string& path, const std::string& other);
 
-// Replaces the content of `path`, or makes the file: writes a temporary file beside it, syncs and closes it,
-// and renames it over the old one. A link stays; what it points to is replaced. The temporary name has "~"
-// behind the dot of the extension (`QRX.DAT` by way of `QRX.~DAT`), with a number behind it where that name
-// is taken, since what somebody left there may be all that is left of a page. On any failure the old file is
-// whole, the temporary file is gone where it can be removed, and Failure is thrown.
+// New content of `path`, in pieces: written to a temporary file beside it, which is synced, closed and
+// renamed over the old one when it is complete. A link stays; what it points to is replaced. The temporary
+// name has
+// "~" behind the dot of the extension (`QRX.DAT` by way of `QRX.~DAT`), with a number behind it where that
+// name is taken, since what somebody left there may be all that is left of a page. On any failure, and
+// without PutInPlace, the old file is whole and the temporary file is gone where it can be removed. Every
+// step throws Failure.
+class SafeFile {
+ public:
+  explicit SafeFile(const std::string& path);
+  ~SafeFile();
+  SafeFile(const SafeFile&) = delete;
+  SafeFile& operator=(const SafeFile&) = delete;
+
+  void Append(std::string_view bytes);
+  // The last step: nothing may be appended behind it.
+  void PutInPlace();
+
+ private:
+  const std::string path;
+  const std::string target;
+  const std::string temporary;
+  Files::Handle handle;
+  bool open = true;
+  bool inPlace = false;
+};
+
+// Replaces the content of `path`, or makes the file, by a SafeFile.
 void WriteFileSafely(const std::string& path, std::string_view content);
 
 // Backslash form to the machine's form and back. The only place that knows the difference.

@@ -286,7 +286,7 @@ class FormatsDocument : public ProgramTest {
       {"page-refused", [this](Text content) { return PageRefused(content); }},
       {"page-job",
        [this](Text content) {
-         File("QRX.PRO") = "%!PS-Adobe-3.0\r\n";
+         File("QRX.PRO") = "%!PS\r\n";
          files.contents[kPageFile] = content;
          return OnePageJob(kPageFile);
        }},

@@ -5,8 +5,8 @@
 #include <set>
 #include <span>
 
+#include "app/commands.h"
 #include "app/main_window.h"
-#include "app/menus.h"
 #include "app/settings.h"
 #include "document/fields.h"
 #include "document/lines.h"
@@ -161,9 +161,9 @@ TEST_F(HelpText, KeysAreThoseOfTheMenus) {
   EXPECT_EQ(shown.erase("Alt+0 ... 9"), 1U);
   EXPECT_EQ(shown.erase("PgUp, PgDown"), 1U);
   std::map<std::string, std::string> built;
-  for (const BuiltEntry& entry : BuiltMenus()) {
-    if (entry.key.empty() || !entry.available || entry.name.starts_with("mMacro")) continue;
-    built[entry.key] = ReplaceAll(entry.caption, "&", "");
+  for (const Command& command : Commands()) {
+    if (command.key.empty() || !command.run || command.literal || command.menu.empty()) continue;
+    built[command.key] = ReplaceAll(command.caption, "&", "");
   }
   EXPECT_EQ(shown, built);
 }

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <map>
 #include <set>
 #include <tuple>
 
-#include "app/menus.h"
+#include "app/commands.h"
+#include "app/foot.h"
 #include "app/settings.h"
 #include "document/page.h"
 #include "editing/cursor.h"
@@ -36,14 +38,36 @@ class MainWindowTest : public EditorTest {
     canvas->Type("x");
   }
 
-  // Names of the entries that are checked, of those whose name begins so.
-  static std::string Checked(const std::string& prefix) {
-    std::string names;
-    for (const BuiltEntry& built : BuiltMenus()) {
-      if (built.name.starts_with(prefix) && built.entry->Checked()) names += built.name + " ";
+  static FakeMenu* MenuOf(const std::vector<std::unique_ptr<FakeMenu>>& menus, const std::string& path) {
+    const std::size_t slash = path.find('/');
+    for (const auto& menu : menus) {
+      if (menu->caption != path.substr(0, slash)) continue;
+      return slash == std::string::npos ? menu.get() : MenuOf(menu->menus, path.substr(slash + 1));
     }
-    return names;
+    ADD_FAILURE() << "No menu " << path;
+    return nullptr;
   }
+
+  // The rows of the table with their entries, which stand in each menu in the table's order.
+  std::map<std::string, FakeMenuEntry*> Rows() const {
+    std::map<std::string, FakeMenuEntry*> rows;
+    std::map<std::string, std::size_t> taken;
+    for (const Command& command : Commands()) {
+      if (command.menu.empty() || command.id.empty()) continue;
+      rows[command.id] = MenuOf(window->menus, command.menu)->entries.at(taken[command.menu]++).get();
+    }
+    return rows;
+  }
+
+  // Ids of the entries that are checked, of those whose id begins so.
+  std::string Checked(const std::string& prefix) const {
+    std::string ids;
+    for (const auto& [id, entry] : Rows())
+      if (id.starts_with(prefix) && entry->checked) ids += id + " ";
+    return ids;
+  }
+
+  static std::string Note() { return NoteLabel->Text(); }
 };
 
 TEST_F(MainWindowTest, StartsWithTheSettings) {
@@ -59,7 +83,7 @@ TEST_F(MainWindowTest, StartsWithTheSettings) {
             std::tuple(150, 12000, 7200));
   EXPECT_EQ(FontLabel->Text(), "Helvetica 9.00pts");
   EXPECT_EQ(std::tuple(CurrentFont, Text1->Text(), PageBox->Text()), std::tuple(4, "9", "1"));
-  EXPECT_EQ(Checked("m"), "mGridV1 mGridH5 mFont4 mColour0 mThickness025 ");
+  EXPECT_EQ(Checked("m"), "mColour0 mFont4 mGridH5 mGridV1 mThickness025 mViewGrid ");
   EXPECT_EQ(MacroMenu[0]->Caption(), "alpha");
   EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
   ASSERT_EQ(toolkit.timers.size(), 1u);
@@ -97,77 +121,43 @@ TEST_F(MainWindowTest, UnreadableSettingsMacrosAndPagesAreReported) {
   EXPECT_EQ(window->title, "Kelvane ver 1.7");
 }
 
-TEST_F(MainWindowTest, ThePageFileOfTheCommandLineIsOpened) {
-  files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (hello) 1 s\r\n";
-  Start("\\P\\Essay.001");
-  EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
-  EXPECT_TRUE(Shows("(hello)"));
-  EXPECT_EQ(PageChanged, 0);
-}
-
-TEST_F(MainWindowTest, TheProgramFolderEndsInABackslash) {
-  EXPECT_EQ(ResolveProgramFolder("\\opt\\kelvane"), "\\opt\\kelvane\\");
-  EXPECT_EQ(ResolveProgramFolder("\\"), "\\");
-  EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\VB98"), "C:\\Orrimond\\Kelvane\\");
-  EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\VB98\\"), "C:\\Orrimond\\Kelvane\\");
-  EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\XVB98"), "C:\\Tools\\XVB98\\");
-}
-
-TEST_F(MainWindowTest, EntriesAndButtonsDoSomethingOrAreDisabled) {
+TEST_F(MainWindowTest, RowsAndButtonsDoSomethingOrAreDisabled) {
   Start();
-  std::set<std::string> names;
-  EXPECT_EQ(BuiltMenus().size(), window->AllEntries().size());
-  for (const BuiltEntry& built : BuiltMenus()) {
-    SCOPED_TRACE(built.name);
-    EXPECT_TRUE(names.insert(built.name).second);
-    const auto* entry = static_cast<FakeMenuEntry*>(built.entry);
-    EXPECT_EQ(std::tuple(static_cast<bool>(entry->OnChosen), built.available),
-              std::tuple(entry->enabled, entry->enabled));
-    EXPECT_FALSE(entry->caption.empty());
-  }
+  const auto rows = Rows();
+  EXPECT_EQ(rows.size(), window->AllEntries().size()) << "an id stands twice";
+  for (const auto& [id, entry] : rows) EXPECT_TRUE(entry->OnChosen || !entry->enabled) << id;
   for (const auto& button : window->buttons) {
     SCOPED_TRACE(button->caption);
     EXPECT_EQ(static_cast<bool>(button->OnClick), button->enabled);
     EXPECT_FALSE(button->toolTip.empty());
     EXPECT_GT(button->place.width, 0);
   }
-}
-
-void ExpectUniqueMnemonics(const std::vector<std::string>& captions) {
-  std::map<char, std::string> taken;
-  for (const std::string& caption : captions) {
-    const std::size_t sign = caption.find('&');
-    // That caption is fixed and shares its letter with another.
-    if (sign == std::string::npos || caption == "&Output As ASCII") continue;
-    const auto letter = static_cast<char>(std::tolower(static_cast<unsigned char>(caption.at(sign + 1))));
-    EXPECT_TRUE(taken.emplace(letter, caption).second) << caption << " and " << taken[letter];
-  }
-}
-
-void ExpectUniqueMnemonics(const FakeMenu& menu) {
-  std::vector<std::string> captions;
-  for (const auto& entry : menu.entries)
-    if (!entry->literal) captions.push_back(entry->caption);
-  for (const auto& below : menu.menus) {
-    captions.push_back(below->caption);
-    ExpectUniqueMnemonics(*below);
-  }
-  ExpectUniqueMnemonics(captions);
+  // The dot of an anchor's icon lies where the anchor is.
+  const IconShape left = window->ButtonOf("Top Left")->icon.back();
+  const IconShape right = window->ButtonOf("Bottom Right")->icon.back();
+  EXPECT_TRUE(left.x0 < right.x0 && left.y0 < right.y0);
 }
 
 TEST_F(MainWindowTest, KeysAreUniqueAndMnemonicsInTheirMenu) {
-  Start();
   std::set<std::string> keys;
-  for (const auto& shortcut : window->shortcuts) EXPECT_TRUE(keys.insert(shortcut.first).second);
-  for (const FakeMenuEntry* entry : window->AllEntries())
-    EXPECT_TRUE(entry->key.empty() || keys.insert(entry->key).second) << entry->key;
-
-  std::vector<std::string> captions;
-  for (const auto& menu : window->menus) {
-    captions.push_back(menu->caption);
-    ExpectUniqueMnemonics(*menu);
+  std::set<std::string> menus;
+  std::set<std::string> mnemonics;
+  const auto note = [&](const std::string& menu, const std::string& caption) {
+    const std::size_t sign = caption.find('&');
+    // That caption is fixed and shares its letter with another.
+    if (sign == std::string::npos || caption == "&Output As ASCII") return;
+    const auto letter = static_cast<char>(std::tolower(static_cast<unsigned char>(caption.at(sign + 1))));
+    EXPECT_TRUE(mnemonics.insert(menu + ':' + letter).second) << menu << ' ' << caption;
+  };
+  for (const Command& command : Commands()) {
+    EXPECT_TRUE(command.key.empty() || keys.insert(command.key).second) << command.key;
+    if (command.menu.empty()) continue;
+    const std::size_t slash = command.menu.find('/');
+    const std::string top = command.menu.substr(0, slash);
+    if (menus.insert(top).second) note("", top);
+    if (top != command.menu && menus.insert(command.menu).second) note(top, command.menu.substr(slash + 1));
+    if (!command.literal) note(command.menu, command.caption);
   }
-  ExpectUniqueMnemonics(captions);
 }
 
 TEST_F(MainWindowTest, BoxAndCanvasFollowTheWindow) {
@@ -238,20 +228,24 @@ TEST_F(MainWindowTest, AResizePlacesAChosenAnchor) {
   EXPECT_NE(canvas->Drawn(Layer::Overlay), "");
 }
 
-TEST_F(MainWindowTest, GridMenusAreCrossed) {
+TEST_F(MainWindowTest, GridMenusAreCrossedAndViewsAreSwitches) {
   Start();
   EXPECT_FALSE(Shows("line 0 100 594 100"));
-  const std::map<std::string, std::string> menus = {{"mGridV5", "&View/&Horizontal Grid Lines"},
-                                                    {"mGridH6", "&View/&Vertical Grid Lines"}};
-  for (const BuiltEntry& built : BuiltMenus()) {
-    if (!menus.contains(built.name)) continue;
-    EXPECT_EQ(built.menu, menus.at(built.name));
-    built.entry->OnChosen();
-  }
+  MenuOf(window->menus, "&View/&Horizontal Grid Lines")->Find("Step &5 pt, lines every 10 pt")->Choose();
+  MenuOf(window->menus, "&View/&Vertical Grid Lines")->Find("Step &6 pt, lines every 12 pt")->Choose();
   EXPECT_EQ(std::tie(GridStepV, GridStepH), std::tuple(5, 6));
   EXPECT_TRUE(Shows("line 0 100 594 100"));
   EXPECT_TRUE(Shows("line 156 0 156 840"));
-  EXPECT_EQ(Checked("mGrid"), "mGridV5 mGridH6 ");
+  EXPECT_EQ(Checked("mGrid"), "mGridH6 mGridV5 ");
+  EXPECT_EQ(Rows().at("mGridV2")->caption, "Step &2 pt, lines every 4 pt");
+  EXPECT_EQ(Rows().at("mGridH2")->caption, "Step &2 pt, no lines");
+  for (const bool on : {true, false}) {
+    canvas->ForgetDrawn();
+    window->ChooseEntry("Show &Grid");
+    window->ChooseEntry("Prin&t View");
+    EXPECT_EQ(std::tuple(ShowGrid, PrintView, Checked("mView"), canvas->Paints(Layer::Page)),
+              std::tuple(!on, on, on ? "mViewPrint " : "mViewGrid ", 1));
+  }
 }
 
 TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
@@ -277,7 +271,7 @@ TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   EXPECT_EQ(Content("\\P\\Essay.001"), first);
   EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
   EXPECT_EQ(CursorMode, 0);
-  EXPECT_EQ(NoteLabel->Text(), "Saved: /P/Essay.001");
+  EXPECT_EQ(Note(), "Saved: /P/Essay.001");
 
   window->PressShortcut("PgDown");
   EXPECT_EQ(PageBox->Text(), "2");
@@ -293,7 +287,7 @@ TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   const std::string job = Content("\\P\\Essay.PS");
   for (const char* text : {"(Two)", "(next)"}) EXPECT_NE(job.find(text), std::string::npos) << text;
   EXPECT_EQ(job.back(), 4);
-  EXPECT_EQ(NoteLabel->Text(), "Written: /P/Essay.PS");
+  EXPECT_EQ(Note(), "Written: /P/Essay.PS");
 
   window->PressShortcut("Ctrl+Z");
   EXPECT_EQ(PageText, "");
@@ -302,34 +296,127 @@ TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
   window->ClickButton("Pg Up");
   EXPECT_EQ(PageText, first);
   EXPECT_EQ(PageBox->Text(), "1");
-  window->ChooseEntry("&Undo");  // another page has no edits to take back
-  EXPECT_EQ(PageText, first);
+  EXPECT_FALSE(window->Entry("&Undo")->enabled) << "another page has no edits to take back";
 }
 
-TEST_F(MainWindowTest, FileCommandsEndEditing) {
+TEST_F(MainWindowTest, FileCommandsEndEditingUnlessTheyAreGivenUp) {
   Start();
-  const auto edit = [&](const std::string& text) {
-    PlaceAt("Top Right", 50, 60);
-    canvas->Type(text);
-  };
-  edit("a");
+  PlaceAt("Top Right", 50, 60);
+  canvas->Type("a");
   dialogs.AnswerNo();
   window->ChooseEntry("&New");
   EXPECT_EQ(std::tuple(CursorMode, PageText), std::tuple(0, ""));
+  PlaceAt("Top Right", 50, 60);
+  const std::string pointer = canvas->pointer;
   for (const char* entry : {"&Save", "Save &As", "Print &One Page", "&Print", "&Output As ASCII"}) {
-    edit("b");
+    canvas->Type("b");
     const bool saves = std::string_view(entry).find("Save") != std::string_view::npos;
     saves ? dialogs.AnswerSave("") : dialogs.AnswerOpen("");
     window->ChooseEntry(entry);
-    EXPECT_EQ(std::tie(CursorMode, PendingRun), std::tuple(0, "")) << entry;
+    EXPECT_EQ(std::tie(CursorMode, PendingRun), std::tuple(-7, "")) << entry;
   }
+  EXPECT_EQ(canvas->pointer, pointer);
+  EXPECT_TRUE(static_cast<FakeButton*>(AnchorButtons[7])->down);
   EXPECT_EQ(std::count(PageText.begin(), PageText.end(), '\n'), 5);
-  edit("d");
   dialogs.AnswerYes();
   dialogs.AnswerSave("");  // cancelled: nothing is opened
   window->ChooseEntry("Op&en");
   EXPECT_EQ(dialogs.messages.back(), "You are about to lose your paper.\r\nSave the current paper.");
-  EXPECT_EQ(std::count(PageText.begin(), PageText.end(), '\n'), 6);
+  dialogs.AnswerNeither();
+  window->ClickFrameClose();
+  dialogs.AnswerSave("\\P\\Essay");
+  files.FailStep(FileStep::Create);
+  EXPECT_NE(FailureOf([&] { window->ChooseEntry("&Save"); }), "");
+  EXPECT_EQ(CursorMode, -7);
+
+  window->ClickButton("Draw Bezier");
+  canvas->Click(10, 12);
+  canvas->Click(40, 12);
+  dialogs.AnswerNeither();
+  window->ClickFrameClose();
+  EXPECT_TRUE(window->visible);
+  EXPECT_EQ(std::tuple(CursorMode, DrawingCount, CurrentDrawing), std::tuple(10, 1, ""));
+}
+
+TEST_F(MainWindowTest, UndoAndRedoAreGreyWhenThereIsNothing) {
+  Start();
+  const auto rows = Rows();
+  const auto available = [&] {
+    return std::tuple(rows.at("mEditUndo")->enabled, rows.at("mEditRedo")->enabled);
+  };
+  EXPECT_EQ(available(), std::tuple(false, false));
+  TypeOnThePage();
+  EXPECT_EQ(available(), std::tuple(true, false));
+  EXPECT_EQ(rows.at("mEditUndo")->caption, "&Undo typing");
+  window->PressShortcut("Ctrl+Z");
+  EXPECT_EQ(available(), std::tuple(false, true));
+  window->PressShortcut("Ctrl+Shift+Z");
+  EXPECT_EQ(available(), std::tuple(true, false));
+  EXPECT_EQ(CursorMode, -1);
+}
+
+TEST_F(MainWindowTest, KeysWhileDrawing) {
+  files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (one) 1 s\r\n";
+  Start("\\P\\Essay.001");
+  window->ClickButton("Draw Bezier");
+  EXPECT_TRUE(static_cast<FakeButton*>(Command6)->down);
+  const auto line = [&](float y) {
+    for (const float x : {12.0F, 40.0F}) canvas->Click(x, y);
+  };
+  line(12);
+  canvas->Click(60, 30);
+  window->ChooseEntry("Red");
+  EXPECT_TRUE(Shows("#0000FF", Layer::Overlay));
+  canvas->Press(kKeyBackspace);
+  canvas->Press(kKeyEnter);
+  EXPECT_EQ(DrawingList, "12 12 26 12 40 12 120.25\r\n");
+  line(24);
+  canvas->Press(kKeyEscape);
+  EXPECT_EQ(CurrentDrawing, "");
+  line(36);
+  canvas->Click(40, 60, MouseButton::Right);
+  EXPECT_EQ(DrawingCount, 2);
+  line(48);
+  window->ClickButton("Pg Dn");
+  EXPECT_EQ(std::tuple(CurrentDrawing, DrawingCount), std::tuple("", 0));
+  window->ClickButton("Pg Up");
+  EXPECT_EQ(DrawingCount, 3);
+}
+
+TEST_F(MainWindowTest, TheViewFollowsTypingAndTheFootWarns) {
+  files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (one) 1 s\r\n";
+  Start("\\P\\Essay.001");
+  EXPECT_EQ(std::tuple(window->title, PageChanged), std::tuple(" Essay - Kelvane ver 1.7", 0));
+  EXPECT_TRUE(Shows("(one)"));
+  EXPECT_TRUE(VisibleTop < 0 && VisibleTop > -20) << "a page is shown from its top";
+  EXPECT_FLOAT_EQ(STARTX, kDefaultStartX);
+  canvas->Move(300, 300);
+  window->ChooseEntry("Zoom &In");
+  EXPECT_FALSE(Note().starts_with("300.0, 300.0")) << "the page moved below the pointer";
+
+  PlaceAt("Top Left", 300, 300);
+  const float before = VisibleLeft;
+  canvas->Type(std::string(30, 'm'));
+  EXPECT_GT(VisibleLeft, before);
+  EXPECT_EQ(Note().find("passes"), std::string::npos);
+  canvas->Type(std::string(30, 'm'));
+  EXPECT_EQ(Note(), "The run passes the paper's edge");
+  for (int i = 0; i < 40; ++i) canvas->Press(kKeyBackspace);
+  EXPECT_NE(Note().find("on the grid"), std::string::npos);
+  canvas->Press(kKeyEnter);
+  EXPECT_LT(VisibleLeft, 300) << "the next line begins in view";
+  canvas->Click(-9, 30);
+  EXPECT_EQ(Note(), "The cursor point is outside the paper");
+  PlaceAt("Top Right", 9, 30);
+  canvas->Type("mm");
+  EXPECT_EQ(Note(), "The run passes the paper's edge");
+
+  FakeTextBox* size = window->BoxOf("Font Size");
+  size->Type("abc");
+  EXPECT_EQ(Note(), "Size 0: what is typed will not be seen");
+  size->Type("3e38");
+  for (int i = 0; i < 3; ++i) canvas->Press(kKeyEnter);
+  EXPECT_TRUE(std::isfinite(CursorY) && std::isfinite(STARTY));
 }
 
 TEST_F(MainWindowTest, BoxesAnswerEnterAndEscape) {
@@ -341,10 +428,14 @@ TEST_F(MainWindowTest, BoxesAnswerEnterAndEscape) {
   pages->PressEnter();
   EXPECT_NE(PageText.find("seven"), std::string::npos);
   for (const bool enter : {true, false}) {
-    pages->Type(enter ? "12345" : "1");
+    pages->Type(enter ? "1000" : "1");
     enter ? pages->PressEnter() : pages->PressEscape();
     EXPECT_EQ(pages->text, "7");
   }
+  EXPECT_EQ(Note(), "There is no page 1000: pages count from 1 to 999");
+  pages->Type("1");
+  pages->PressEnter();
+  EXPECT_NE(PageText.find("one"), std::string::npos);
   EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
 
   PlaceAt("Top Left", 10, 21);
@@ -369,9 +460,9 @@ TEST_F(MainWindowTest, TheMouseOnTheCanvas) {
   EXPECT_EQ(CursorMode, 2);
   canvas->Move(70, 70);
   EXPECT_NEAR(STARTX, startX + 10, 0.01);
-  EXPECT_EQ(NoteLabel->Text(), "70.0, 70.0 pt     on the grid 70, 69 pt");
+  EXPECT_EQ(Note(), "70.0, 70.0 pt     on the grid 70, 69 pt");
   canvas->OnMouseLeave();
-  EXPECT_EQ(NoteLabel->Text(), "");
+  EXPECT_EQ(Note(), "");
 
   WheelEvent wheel;
   wheel.steps = -1;
@@ -382,6 +473,10 @@ TEST_F(MainWindowTest, TheMouseOnTheCanvas) {
   const float beforeX = STARTX;
   canvas->Wheel(wheel);
   EXPECT_GT(STARTX, beforeX);
+  WheelEvent sideways;
+  sideways.sideSteps = 1;
+  canvas->Wheel(sideways);
+  EXPECT_FLOAT_EQ(STARTX, beforeX);
   wheel.control = true;
   canvas->Wheel(wheel);
   EXPECT_LT(SCALE, kDefaultScale);
@@ -401,14 +496,17 @@ TEST_F(MainWindowTest, ScrollBarsShowTheView) {
   bar->Scroll(200);
   EXPECT_FLOAT_EQ(VisibleTop, 200);
   EXPECT_FLOAT_EQ(bar->value, 200);
+  static_cast<FakeScrollBar*>(Form1Parts.horizontal)->Scroll(100);
+  EXPECT_FLOAT_EQ(VisibleLeft, 100);
   window->ChooseEntry("Fit &Page");
   EXPECT_FLOAT_EQ(bar->value, VisibleTop);
   EXPECT_FLOAT_EQ(bar->page, VisibleBottom - VisibleTop);
 }
 
 TEST_F(MainWindowTest, MacrosGoIntoTheRun) {
-  files.contents["\\Kelvane\\QRX.MCR"] = "\xF0(2)\xF2\r\n";
+  files.contents["\\Kelvane\\QRX.MCR"] = "\xF0(2)\xF2\r\na & b\r\n";
   Start();
+  EXPECT_TRUE(Rows().at("mMacro1")->literal);
   MacroMenu[0]->OnChosen();
   EXPECT_EQ(PendingRun, "");
   TypeOnThePage();
@@ -430,60 +528,17 @@ TEST_F(MainWindowTest, ExitWritesSettingsAndMacros) {
   EXPECT_TRUE(Content("\\Kelvane\\QRX.MCR").starts_with("m0\r\nm1\r\ntwo\r\n"));
 }
 
-TEST_F(MainWindowTest, ExitOffersToSave) {
-  Start();
-  TypeOnThePage();
-  dialogs.AnswerYes();
-  dialogs.AnswerSave("");
-  window->ClickFrameClose();
-  EXPECT_TRUE(window->visible);
-  EXPECT_EQ(dialogs.asked, (std::vector<std::string>{"Would you like to save the current paper. [Yes]",
-                                                     "Save: Save As, *.001|*.001, "}));
-  EXPECT_FALSE(files.contents.contains("\\Kelvane\\QRX.MCR"));
-
-  dialogs.AnswerYes();
-  dialogs.AnswerSave("\\P\\Essay");
-  window->ClickFrameClose();
-  EXPECT_FALSE(window->visible);
-  EXPECT_EQ(Content("\\P\\Essay.001"), "10 21 m 11 F0 (x) 1 s\r\n");
-}
-
 TEST_F(MainWindowTest, ExitDropsNoTextOfTheBoxUnasked) {
   Start();
   window->BoxOf("Control Codes")->Type("loose");
   dialogs.AnswerNo();
   window->ClickFrameClose();
   EXPECT_TRUE(window->visible);
+  EXPECT_TRUE(dialogs.asked.back().ends_with("[No]"));
   EXPECT_EQ(Text4->Text(), "loose");
   dialogs.AnswerYes();
   window->ClickFrameClose();
   EXPECT_FALSE(window->visible);
-}
-
-TEST_F(MainWindowTest, ExitTakesNoForAnAnswerAndAsksNothingOfAnEmptyPage) {
-  for (const bool emptied : {false, true}) {
-    toolkit.quit = false;
-    Start();
-    TypeOnThePage();
-    emptied ? window->PressShortcut("Ctrl+Z") : dialogs.AnswerNo();
-    window->ChooseEntry("Exit");
-    EXPECT_TRUE(toolkit.quit);
-    EXPECT_TRUE(files.contents.contains("\\Kelvane\\QRX.MCR"));
-  }
-}
-
-// Somebody who may not write the program folder can work and leave, and is told.
-TEST_F(MainWindowTest, AProgramFolderThatCannotBeWritten) {
-  files.FailStep(FileStep::Create);
-  Start();
-  EXPECT_EQ(dialogs.messages.size(), 1u);
-  dialogs.messages.clear();
-  const auto before = files.contents;
-  files.FailAnyStep(1, true);
-  window->ChooseEntry("Exit");
-  EXPECT_TRUE(toolkit.quit);
-  EXPECT_EQ(dialogs.messages.size(), 2u);
-  EXPECT_EQ(files.contents, before);
 }
 
 }  // namespace

@@ -13,10 +13,8 @@
 namespace kelvane {
 namespace {
 
-constexpr char kProlog[] =
-    "%!PS-Adobe-3.0\r\n%%Creator: Kelvane\r\n<pw> <ph> <tx> <ty>\r\n\r\n<< /A <tx> >>\r\n";
-const std::string kExpandedProlog =
-    "%!PS-Adobe-3.0\r\n%%Creator: Kelvane\r\n595.5 840 0 840\r\n\r\n<< /A <tx> >>\r\n";
+constexpr char kProlog[] = "%!PS\r\n%%Creator: Kelvane\r\n<pw> <ph> <tx> <ty>\r\n\r\n<< /A <tx> >>\r\n";
+const std::string kExpandedProlog = "%!PS\r\n%%Creator: Kelvane\r\n595.5 840 0 840\r\n\r\n<< /A <tx> >>\r\n";
 const std::string kTrailer = "%-------\r\n\tgsave showpage grestore /FN -1 def\r\n%-------\r\n";
 constexpr char kEnd[] = "\x04";
 
@@ -34,47 +32,26 @@ class PostScriptTest : public ProgramTest {
   }
 };
 
-TEST_F(PostScriptTest, ExpandsThePlaceholdersOfTheProlog) {
-  const std::pair<const char*, const char*> lines[] = {
-      {"<tx> <ty> translate", "0 840 translate"},
-      {"<ph><pw>", "840595.5"},
-      {"<< <pw> >>", "<< <pw> >>"},
-      {"[<pw> <ph>] <<", "[<pw> <ph>] <<"},
-      {"<48656C> <TX> <> <pw>", "<48656C> <TX> <> 595.5"},
-      {"x 3 > <tx", "x 3 > <tx"},
-      {"> <ty> <", "> 840 <"},
-      {"", ""},
-  };
-  for (const auto& [line, expanded] : lines) {
-    files.contents[ProgramFolder + "QRX.PRO"] = line + std::string("\r\nend");
-    EXPECT_EQ(Prologue(), expanded + std::string("\r\nend\r\n"));
-  }
+TEST_F(PostScriptTest, EscapesRunsLongerThanFieldsReach) {
+  std::string escaped;
+  for (int i = 0; i < 40000; ++i) escaped += "\\(";
+  EXPECT_EQ(JobOf("1 1 m 9 F0 (" + std::string(40000, '(') + ") 1 s\r\n"),
+            kExpandedProlog + "1 1 m 9 F0 (" + escaped + ") 1 s\r\n" + kTrailer + kEnd);
 }
 
-TEST_F(PostScriptTest, CopiesThePageLineByLine) {
-  // Longer than positions of fields reach.
-  const std::string run(40000, '(');
-  std::string escaped;
-  for (std::size_t i = 0; i < run.size(); ++i) escaped += "\\(";
-  const std::pair<std::string, std::string> pages[] = {
-      {"", ""},
-      {"10 20 m 11 F0 (a(b)c\\d\xF0) 1 s\r\n"
-       "\r\n"
-       "1 2 m )no run( 1 s\n"
-       "\"(quoted) first\r\n"
-       "0 0 m 10 lw 5 5 rl stroke\r"
-       "( open\r\n"
-       "() 5 s",
-       "10 20 m 11 F0 (a\\(b\\)c\\\\d\xF0) 1 s\r\n"
-       "1 2 m )no run( 1 s\r\n"
-       "\"(quoted) first\r\n"
-       "0 0 m 10 lw 5 5 rl stroke\r\n"
-       "( open\r\n"
-       "() 5 s\r\n"},
-      {"1 1 m 9 F0 (" + run + ") 1 s\r\n", "1 1 m 9 F0 (" + escaped + ") 1 s\r\n"},
-  };
-  for (const auto& [page, printed] : pages)
-    EXPECT_EQ(JobOf(page), kExpandedProlog + printed + kTrailer + kEnd);
+// Such a page would print as several sheets. The lines may stand on it alone, or where they end it anyway.
+TEST_F(PostScriptTest, RefusesAPageThatHoldsTheEndOfAPage) {
+  const std::string rule = "%-------\n";
+  const std::string show = "\tgsave showpage grestore /FN -1 def\n";
+  for (const std::string& page : {rule + show + rule, rule + rule + show + "\n" + rule + "1 2\n"}) {
+    const std::string message = FailureOf([&] { JobOf(page); });
+    EXPECT_NE(message.find("/P/A.001"), std::string::npos) << message;
+  }
+  for (const std::string& page : {rule + show, rule + rule + rule, show + rule, rule + " \n" + show + rule})
+    EXPECT_TRUE(JobOf(page).ends_with(kTrailer + kEnd));
+  files.contents["\\P\\A.001"] = rule + show;
+  files.contents["\\P\\A.002"] = show + rule;
+  EXPECT_NE(FailureOf([] { WholePaperJob("\\P\\A.001"); }).find("/P/A.002"), std::string::npos);
 }
 
 TEST_F(PostScriptTest, PrintsThePagesOfAPaperWithGaps) {
@@ -145,7 +122,8 @@ TEST_F(PostScriptTest, AsksBeforeItReplacesAFileOfAnotherProgram) {
   PrintOnePage();
   EXPECT_EQ(files.contents.at("\\P\\A.PS"), job);
 
-  // A job of the program's own, of whatever page, goes without a question.
+  // A job of the program's own, of whatever page, goes without a question, one with an older header too.
+  files.contents["\\P\\A.PS"].replace(0, 4, "%!PS-Adobe-3.0");
   files.contents["\\P\\A.001"] = "changed\r\n";
   dialogs.AnswerOpen("\\P\\A.001");
   PrintPaper();

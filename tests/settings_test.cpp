@@ -38,6 +38,12 @@ class SettingsTest : public ProgramTest {
       "FormLeft = 30\r\nFormTop = 45.5\r\nFormWidth = 9600\r\nFormHeight = 7200\r\n";
 };
 
+TEST_F(SettingsTest, TheProgramFolder) {
+  EXPECT_EQ(ResolveProgramFolder("\\opt\\kelvane"), "\\opt\\kelvane\\");
+  EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\VB98"), "C:\\Orrimond\\Kelvane\\");
+  EXPECT_EQ(ResolveProgramFolder("C:\\Tools\\XVB98\\"), "C:\\Tools\\XVB98\\");
+}
+
 TEST_F(SettingsTest, EveryKeyHasItsPlaceAndIsReset) {
   const auto atStart = All();
   ReadSettings(kPath);

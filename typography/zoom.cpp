@@ -68,6 +68,10 @@ void ScrollToTop(float top) {
   ShowView();
 }
 
+void ShowTopOfPage() {
+  ScrollToTop(-kMarginPixels / SCALE);
+}
+
 void ScrollBy(float pixelsX, float pixelsY) {
   STARTX = std::clamp(STARTX + pixelsX / SCALE, 0.0F, PaperWidth);
   STARTY = std::clamp(STARTY + pixelsY / SCALE, 0.0F, PaperHeight);

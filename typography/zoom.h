@@ -25,6 +25,8 @@ ScrollRange VerticalRange();
 // Puts the page point at the left or top of the canvas.
 void ScrollToLeft(float left);
 void ScrollToTop(float top);
+// Puts the paper's upper edge, with a margin above it, at the top of the canvas.
+void ShowTopOfPage();
 // Moves the view by canvas pixels; to the right and down is positive. Stops where the paper's edge reaches
 // the middle of the canvas.
 void ScrollBy(float pixelsX, float pixelsY);

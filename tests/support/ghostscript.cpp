@@ -9,10 +9,11 @@
 
 namespace kelvane {
 
-std::string Ghostscript(const std::string& job, const std::string& arguments) {
+std::string Ghostscript(const std::string& job, const std::string& arguments, const std::string& after) {
   const std::string path = ::testing::TempDir() + "kelvane-job-" + std::to_string(getpid()) + ".ps";
   std::ofstream(path, std::ios::binary) << job;
-  const std::string command = "gs -q -dSAFER -dBATCH -dNOPAUSE " + arguments + " '" + path + "' 2>&1";
+  const std::string command = "timeout 120 gs -q -dSAFER -dBATCH -dNOPAUSE " + arguments + " '" + path +
+                              "' " + after + " 2>&1 < /dev/null";
   std::string output;
   FILE* pipe = popen(command.c_str(), "r");
   if (!pipe) {

@@ -1,0 +1,23 @@
+#pragma once
+
+// The second text at the foot of the main window: where the pointer is on the page, and notes in its place
+// until the pointer moves.
+
+#include <string>
+
+#include "editing/notes.h"
+
+namespace kelvane {
+
+void ResetFoot();
+
+// The pointer is over this canvas pixel.
+void PointerMoved(float pixelX, float pixelY);
+void PointerLeft();
+// The place of the resting pointer, which changes when the page moves below it.
+void ShowPointerPlace();
+
+// A note that holds as long as something is amiss: an empty one takes away what the last one said.
+void ShowWarning(const std::string& text);
+
+}  // namespace kelvane
