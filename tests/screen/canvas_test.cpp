@@ -21,6 +21,13 @@ constexpr ScreenFace kSerif = {"Times New Roman", false, false};
 constexpr ScreenFace kSlanted = {"Times New Roman", false, true};
 constexpr ScreenFace kSymbol = {"Symbol", false, true};
 
+Path PathOf(std::span<const Point> points) {
+  Path path;
+  path.MoveTo(points[0]);
+  for (const Point& point : points.subspan(1)) path.LineTo(point);
+  return path;
+}
+
 // Keeps what was repainted.
 class PaintWatcher : public QObject {
  public:
@@ -49,7 +56,7 @@ class CanvasTest : public ScreenTest {
   void StartPage() {
     canvas->SelectLayer(Layer::Page);
     canvas->Clear();
-    canvas->FillBox(0, 0, kSide, kSide, kWhite);
+    canvas->FillBox({0, 0, kSide, kSide}, kWhite);
   }
   void StartOverlay() {
     canvas->SelectLayer(Layer::Overlay);
@@ -126,7 +133,7 @@ TEST_F(CanvasTest, BaselineAndEmAreExact) {
 TEST_F(CanvasTest, LinesAndBoxesAreCrisp) {
   for (const float at : {50.0F, 60.3F, 70.5F, 80.9F}) {
     canvas->DrawLine({at, 10}, {at, 290}, {kBlack, 1, true});
-    canvas->FillBox(at + 100, 10, at + 103, 290, kBlack);
+    canvas->FillBox({at + 100, 10, at + 103, 290}, kBlack);
   }
   const QImage image = Shown();
   const int row = image.height() / 2;
@@ -140,21 +147,21 @@ TEST_F(CanvasTest, LongAndContinuedLinesHaveNoGaps) {
     const float x = 10 + static_cast<float>(i) * 0.28F;
     points.push_back({x, 150 + 20 * std::sin(x / 10)});
   }
-  canvas->DrawPolyline(points, {kBlack, 3});
+  canvas->StrokePath(PathOf(points), {kBlack, 3});
   const QImage whole = Shown();
   for (const Point& point : points) ASSERT_GT(InkAt(whole, point), 0.9) << point.x;
   StartPage();
   for (std::size_t i = 0; i + 1 < points.size(); i += 20)
-    canvas->DrawPolyline(std::span(points).subspan(i, 21), {kBlack, 3});
+    canvas->StrokePath(PathOf(std::span(points).subspan(i, 21)), {kBlack, 3});
   const QImage pieces = Shown();
   for (int y = 0; y < whole.height(); ++y) EXPECT_NEAR(InkOfRow(pieces, y), InkOfRow(whole, y), 1.5) << y;
 }
 
 TEST_F(CanvasTest, LinesKeepTheirColourAndOrder) {
   const Point points[] = {{20, 20}, {100, 100}, {180, 20}};
-  canvas->DrawPolyline(std::span(points).first(2), {kRed, 6});
-  canvas->DrawPolyline(std::span(points).last(2), {kBlack, 6});
-  canvas->FillBox(50, 50, 70, 70, kWhite);
+  canvas->StrokePath(PathOf(std::span(points).first(2)), {kRed, 6});
+  canvas->StrokePath(PathOf(std::span(points).last(2)), {kBlack, 6});
+  canvas->FillBox({50, 50, 70, 70}, kWhite);
   const QImage image = Shown();
   EXPECT_EQ(PixelAt(image, {30, 30}), 0xFFFF0000U);
   EXPECT_EQ(PixelAt(image, {60, 60}), 0xFFFFFFFFU);
@@ -166,11 +173,10 @@ TEST_F(CanvasTest, EdgesAndNonsenseDoNoHarm) {
   const float infinite = std::numeric_limits<float>::infinity();
   for (const float bad : {infinite, -infinite, std::numeric_limits<float>::quiet_NaN(), 1e30F, -3e38F}) {
     const Point points[] = {{bad, 10}, {bad, 50}, {bad, bad}};
-    canvas->DrawPolyline(points, {kBlack, 2});
-    canvas->FillPolygon(points, kBlack);
+    canvas->StrokePath(PathOf(points), {kBlack, 2});
+    canvas->FillPath(PathOf(points), kBlack);
     canvas->DrawText(kSymbol, 20, "abc", points, kBlack);
-    canvas->DrawCircle({bad, 10}, 5, {kBlack, 1});
-    canvas->FillBox(bad, bad, bad, bad, kBlack);
+    canvas->FillBox({bad, bad, bad, bad}, kBlack);
     canvas->DrawText(kSans, bad, "a", std::span(points).first(1), kBlack);
   }
   EXPECT_EQ(Shown(), before);
@@ -201,8 +207,10 @@ TEST_F(CanvasTest, OverlayComesAndGoesWithoutScars) {
   drawPage();
   Show();
   const QImage clean = OnScreen();
-  const Point curve[] = {{80, 90}, {100, 105}, {120, 90}};
-  const Pen thin = {kRed, 1}, middling = {kRed, 5}, thick = {kRed, 9};
+  Path curve;
+  curve.MoveTo({80, 90});
+  curve.CurveTo({90, 105}, {110, 105}, {120, 90});
+  const Pen thin = {kRed, 1}, thick = {kRed, 9};
   const std::function<void()> drawings[] = {
       [&] { Text(kSymbol, 33, "f", 60, 70); },
       [&] {
@@ -211,12 +219,9 @@ TEST_F(CanvasTest, OverlayComesAndGoesWithoutScars) {
       [&] {
         canvas->DrawLine(Point{50, 50}, Point{50, 90}, thin);
       },
-      [&] { canvas->DrawPolyline(curve, thick); },
-      [&] { canvas->FillPolygon(curve, kRed); },
-      [&] {
-        canvas->DrawCircle(Point{75, 75}, 40.5F, middling);
-      },
-      [&] { canvas->FillBox(10.4F, 10.6F, 20.5F, 30.1F, kRed); },
+      [&] { canvas->StrokePath(curve, thick); },
+      [&] { canvas->FillPath(curve, kRed); },
+      [&] { canvas->FillBox({10.4F, 10.6F, 20.5F, 30.1F}, kRed); },
   };
   for (std::size_t i = 0; i < std::size(drawings); ++i) {
     SCOPED_TRACE("drawing " + std::to_string(i));
@@ -263,14 +268,15 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Backspace, Qt::Key_Escape}) QTest::keyClick(canvas, key);
   for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down})
     QTest::keyClick(canvas, key);
-  for (const Qt::Key key : {Qt::Key_Enter, Qt::Key_Backspace, Qt::Key_B})
+  for (const Qt::Key key : {Qt::Key_Enter, Qt::Key_Backspace, Qt::Key_B, Qt::Key_Left})
     QTest::keyClick(canvas, key, Qt::ControlModifier);
-  // These have no codes.
-  for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_F9}) QTest::keyClick(canvas, key);
+  for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_Home, Qt::Key_F9}) QTest::keyClick(canvas, key);
+  // Letters with Alt and signs that no face has come as no codes, as F9 does.
   QTest::keyClick(canvas, 'b', Qt::AltModifier);
   type(QStringLiteral("\u03B1"));
   EXPECT_EQ(keys, (std::vector<int>{'a', '(', '\\', '~', ' ', 233, 13, 8, kKeyEscape, kKeyLeft, kKeyUp,
-                                    kKeyRight, kKeyDown, 10, 127}));
+                                    kKeyRight, kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete,
+                                    kKeyHome}));
 }
 
 TEST_F(CanvasTest, MouseReportsLogicalPositions) {
