@@ -123,11 +123,6 @@ TEST_F(FilesOnDisk, AReplacedFileKeepsItsAccessRights) {
   EXPECT_EQ(status.st_mode & 0777U, 0640U);
 }
 
-TEST_F(FilesOnDisk, CreateNeverTruncates) {
-  EXPECT_THROW(DiskFiles().Create(Path("a.001")), Failure);
-  ExpectOldFileAlone();
-}
-
 TEST_F(FilesOnDisk, AWriteProtectedFileIsNotReplaced) {
   if (geteuid() == 0) GTEST_SKIP() << "nothing is write-protected for the administrator";
   ASSERT_EQ(chmod((folder / "a.001").c_str(), 0444), 0);

@@ -1,7 +1,5 @@
 #include "document/paper.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 #include <vector>

@@ -16,7 +16,10 @@ constexpr double kLargestImageEm = 128;
 // How far ink may lie from a character's origin, in ems.
 constexpr double kGlyphReach = 1.5;
 // Joining a stroke of wide lines that cross costs more than linearly, so long paths go to the painter in parts.
-constexpr int kMostStrokedSteps = 16;
+// Thin lines can go together, which keeps the ink of glyphs from being laid twice where lines meet.
+constexpr double kThinLine = 2;  // device pixels
+constexpr int kMostWideSteps = 16;
+constexpr int kMostThinSteps = 512;
 
 QColor ToQColor(ColourValue colour) {
   return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
@@ -174,9 +177,10 @@ void QtLayer::StrokePath(const Path& path, const QTransform& toDevice, ColourVal
   UsePen(colour, width);
   const QPointF* point = points.data();
   QPainterPath part;
+  const int most = width <= kThinLine ? kMostThinSteps : kMostWideSteps;
   int steps = 0;
   for (const Path::Step step : path.steps) {
-    if (steps == kMostStrokedSteps) {
+    if (steps == most) {
       const QPointF end = part.currentPosition();
       painter_.drawPath(part);
       part.clear();
