@@ -5,6 +5,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -57,6 +58,18 @@ void StartAt(QFileDialog& dialog, const std::string& start) {
   if (!place.isFile()) return;
   dialog.selectFile(place.fileName());
   for (QLineEdit* name : dialog.findChildren<QLineEdit*>()) name->selectAll();
+}
+
+// While a path is typed, the dialog's completion selects the folders of its beginnings in the list and takes
+// the last one back; of a folder with a name of one letter the selection stays (Qt 6.4), unseen, and Enter
+// would go to that folder instead of taking the path.
+void LetTypedPathsCount(QFileDialog& dialog) {
+  auto* list = dialog.findChild<QListView*>(QStringLiteral("listView"));
+  for (QLineEdit* name : dialog.findChildren<QLineEdit*>()) {
+    QObject::connect(name, &QLineEdit::textChanged, list, [list](const QString& text) {
+      if (text.contains(u'/')) list->clearSelection();
+    });
+  }
 }
 
 }  // namespace
@@ -115,6 +128,7 @@ std::string QtDialogs::Choose(bool save, const std::string& title, const std::st
     dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setNameFilters(NameFilters(filter));
     StartAt(dialog, start);
+    LetTypedPathsCount(dialog);
     if (dialog.exec() != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
     const std::string name = QFile::encodeName(chosen).toStdString();

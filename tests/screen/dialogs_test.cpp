@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -116,6 +117,31 @@ TEST_F(FileDialogsTest, AsksBeforeAFileIsReplacedAndRefusesABackslash) {
   EXPECT_EQ(Save(), path + "\\New.001");
   EnterTwice("a\\b.001", QStringLiteral("a\\b.001"), nullptr);
   EXPECT_EQ(Save(), "");
+}
+
+// Typed key by key, while the list fills: Qt's completion selects folders of one letter unseen.
+TEST_F(FileDialogsTest, TakesATypedPathThroughFoldersOfOneLetter) {
+  const QDir top(folder.path());
+  const QString file = top.filePath(QStringLiteral("w/k/a/Essay.001"));
+  ASSERT_TRUE(top.mkpath(QStringLiteral("w/k/a/b")));
+  ASSERT_TRUE(top.mkpath(QStringLiteral("w/b/c")));
+  ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly));
+  const QString before = QDir::currentPath();
+  for (const char* current : {"", "w", "w/k"}) {
+    ASSERT_TRUE(QDir::setCurrent(top.filePath(current)));
+    for (const char* start : {"", "w/k/a", "w/b"}) {
+      Next<QFileDialog>([&](QFileDialog& dialog) {
+        auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        QTest::keyClicks(name, file, Qt::NoModifier, 2);
+        QTest::keyClick(name, Qt::Key_Return);
+        if (dialog.isVisible()) dialog.reject();
+      });
+      const std::string at = BackslashPath(top.filePath(start).toStdString());
+      EXPECT_EQ(dialogs.ChooseToOpen("Open", "*.001|*.001", at), BackslashPath(file.toStdString()))
+          << '"' << current << "\" \"" << start << '"';
+    }
+  }
+  QDir::setCurrent(before);
 }
 
 }  // namespace
