@@ -11,18 +11,33 @@ namespace kelvane {
 namespace {
 
 constexpr int kTemporaryNames = 100;
+constexpr std::size_t kLongestName = 255;  // bytes, of a file in its folder
 
 bool HasDrive(const std::string& path) {
   return path.size() >= 2 && path[1] == ':' &&
          std::string_view("/\\").find(path[0]) == std::string_view::npos;
 }
 
+// `name` cut to a number of bytes, between two characters if it is UTF-8.
+std::string_view Beginning(std::string_view name, std::size_t bytes) {
+  while (bytes > 0 && (static_cast<unsigned char>(name[bytes]) & 0xC0U) == 0x80U) --bytes;
+  return name.substr(0, bytes);
+}
+
 // A free name in the folder of `path`.
 std::string TemporaryName(const std::string& path) {
+  constexpr std::size_t kMark = 2;                     // ".~"
+  constexpr std::size_t kNumber = 2;                   // digits that tell temporary files apart
   const std::size_t nameStart = path.rfind('\\') + 1;  // 0 without a backslash
   const std::size_t dot = path.rfind('.');
   const bool hasExtension = dot != std::string::npos && dot >= nameStart;
   std::string name = hasExtension ? path.substr(0, dot) + ".~" + path.substr(dot + 1) : path + ".~";
+  if (name.size() - nameStart + kNumber > kLongestName) {
+    const std::string_view whole = std::string_view(path).substr(nameStart);
+    name = path.substr(0, nameStart);
+    name += Beginning(whole, kLongestName - kMark - kNumber);
+    name += ".~";
+  }
   if (!TheFiles->Exists(name)) return name;
   for (int i = 1; i < kTemporaryNames; ++i) {
     std::string numbered = name + std::to_string(i);
@@ -58,9 +73,49 @@ auto OnBehalfOf(const std::string& path, const std::string& temporary, Step step
   }
 }
 
+// Writes all of an opened file and closes it, whatever comes.
+void WriteAndClose(Files::Handle handle, std::string_view content) {
+  try {
+    TheFiles->Write(handle, content);
+    TheFiles->Sync(handle);
+  } catch (const Failure&) {
+    IfPossible([&] { TheFiles->Close(handle); });
+    throw;
+  }
+  TheFiles->Close(handle);
+}
+
+// Writes a new file beside others, with the rights of `model`. Nothing is left of it if that fails.
+void WriteNew(const std::string& path, const std::string& model, std::string_view content) {
+  const Files::Handle handle = TheFiles->Create(path, model);
+  try {
+    WriteAndClose(handle, content);
+  } catch (const Failure&) {
+    IfPossible([&] { TheFiles->Remove(path); });
+    throw;
+  }
+}
+
+void WriteInPlace(const std::string& path, const std::string& target, std::string_view content) {
+  const std::string name = target.substr(target.rfind('\\') + 1);
+  if (StateFolder.empty())
+    throw Failure("Cannot write the file " + MachinePath(path) + ": there is no folder for a safety copy.");
+  TheFiles->MakeFolder(StateFolder);
+  const std::string safety = TemporaryName(StateFolder + name);
+  OnBehalfOf(path, safety, [&] { WriteNew(safety, target, content); });
+  try {
+    WriteAndClose(TheFiles->Overwrite(target), content);
+  } catch (const Failure& failure) {
+    throw Failure(std::string(failure.what()) + "\nWhat was to be written is in " + MachinePath(safety) +
+                  ".");
+  }
+  IfPossible([&] { TheFiles->Remove(safety); });
+}
+
 }  // namespace
 
 std::string ProgramFolder;
+std::string StateFolder;
 Files* TheFiles = &DiskFiles();
 
 bool SameFile(const std::string& path, const std::string& other) {
@@ -69,19 +124,12 @@ bool SameFile(const std::string& path, const std::string& other) {
 
 void WriteFileSafely(const std::string& path, std::string_view content) {
   const std::string target = TheFiles->Resolve(path);
+  if (TheFiles->MustStay(target)) return WriteInPlace(path, target, content);
   const std::string temporary = TemporaryName(target);
-  const Files::Handle handle = OnBehalfOf(path, temporary, [&] { return TheFiles->Create(temporary); });
-  bool open = true;
+  OnBehalfOf(path, temporary, [&] { WriteNew(temporary, target, content); });
   try {
-    OnBehalfOf(path, temporary, [&] {
-      TheFiles->Write(handle, content);
-      TheFiles->Sync(handle);
-      open = false;
-      TheFiles->Close(handle);
-    });
     TheFiles->Rename(temporary, target);
   } catch (const Failure&) {
-    if (open) IfPossible([&] { TheFiles->Close(handle); });
     IfPossible([&] { TheFiles->Remove(temporary); });
     throw;
   }
