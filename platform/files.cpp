@@ -143,6 +143,8 @@ std::string MachinePath(const std::string& path) {
 }
 
 std::string BackslashPath(const std::string& machinePath) {
+  if (machinePath.find('\\') != std::string::npos)
+    throw Failure("The name of a paper and of its folders cannot contain a backslash: " + machinePath);
   std::string path = machinePath;
   std::replace(path.begin(), path.end(), '/', '\\');
   return path;

@@ -70,7 +70,8 @@ bool SameFile(const std::string& path, const std::string& other);
 // fails half-way, that copy is kept and named in the message.
 void WriteFileSafely(const std::string& path, std::string_view content);
 
-// Backslash form to the machine's form and back. The only place that knows the difference.
+// Backslash form to the machine's form and back. The only place that knows the difference. A path with a
+// backslash in a name has no backslash form: BackslashPath throws Failure.
 std::string MachinePath(const std::string& path);
 std::string BackslashPath(const std::string& machinePath);
 

@@ -27,6 +27,7 @@ TEST(Paths, TurnIntoTheMachinesFormAndBack) {
                                   {"\\a:b", "/a:b"}};
   for (const auto& [path, machine] : cases) EXPECT_EQ(MachinePath(path), machine);
   EXPECT_EQ(BackslashPath("/home/u/Essay.001"), "\\home\\u\\Essay.001");
+  EXPECT_THROW(BackslashPath("/home/u/a\\b.001"), Failure) << "there may be another file a/b.001";
 }
 
 using Contents = std::map<std::string, std::string>;

@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/qt/qt_text.h"
 
@@ -132,11 +133,11 @@ std::string QtDialogs::Choose(bool save, const std::string& title, const std::st
     if (dialog.exec() != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
     const std::string name = QFile::encodeName(chosen).toStdString();
-    if (chosen.contains(u'\\')) {
-      // A backslash separates folders wherever the program keeps a path.
-      Message("The name of a paper and of its folders cannot contain a backslash: " + name);
-    } else if (!save || !QFile::exists(chosen) || Ask("Replace the file " + name + "?", false)) {
-      return BackslashPath(name);
+    try {
+      const std::string path = BackslashPath(name);
+      if (!save || !QFile::exists(chosen) || Ask("Replace the file " + name + "?", false)) return path;
+    } catch (const Failure& failure) {
+      Message(failure.what());
     }
   }
 }
