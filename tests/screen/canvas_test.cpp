@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/qt/qt_fonts.h"
 #include "tests/screen/screen_test.h"
 
 namespace kelvane {
@@ -288,6 +289,31 @@ TEST_F(CanvasTest, MouseReportsLogicalPositions) {
   EXPECT_EQ(events[1].button, MouseButton::Left);
   EXPECT_EQ(events[2].button, MouseButton::Middle);
   EXPECT_FLOAT_EQ(events[2].y, 400);
+}
+
+TEST_F(CanvasTest, LettersBeyondAnySizeLeaveNoInk) {
+  const auto ink = [this] {
+    const QImage image = canvas->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    int dark = 0;
+    for (int y = 0; y < image.height(); y += 3)
+      for (int x = 0; x < image.width(); x += 3) dark += qGray(image.pixel(x, y)) < 128 ? 1 : 0;
+    return dark;
+  };
+  for (const float em : {1e5F, 3e6F, 1e9F, 1e32F, -12.0F, 0.0F, std::nanf("")}) {
+    for (const float x : {-0.3F * em, 10.0F}) Text(kSerif, em, "gM", x, 0.3F * em);
+    EXPECT_EQ(ink(), 0) << em;
+  }
+  Text(kSerif, 4000, "I", -600, 2000);
+  EXPECT_GT(ink(), 0);
+}
+
+TEST_F(CanvasTest, ImagesOfLettersStayWithinTheirLimit) {
+  QtFace& face = FaceFor(kSerif);
+  for (double em = 60; em < 128; em += 0.5) {
+    for (unsigned char code = 'A'; code <= 'Z'; ++code)
+      for (int step = 0; step < GlyphImages::kSteps; ++step) face.At(em).At(face, code, step, 0);
+  }
+  EXPECT_LT(GlyphImages::Held(), QtFace::kMostImageBytes * 11 / 10);
 }
 
 }  // namespace
