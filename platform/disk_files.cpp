@@ -43,16 +43,16 @@ auto Uninterrupted(Call call) {
 // Closes on leaving; for descriptors whose closing cannot lose anything.
 class Descriptor {
  public:
-  explicit Descriptor(int number) : descriptor(number) {}
+  explicit Descriptor(int number) : descriptor_(number) {}
   ~Descriptor() {
-    if (descriptor >= 0) close(descriptor);
+    if (descriptor_ >= 0) close(descriptor_);
   }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
-  int Number() const { return descriptor; }
+  int Number() const { return descriptor_; }
 
  private:
-  int descriptor;
+  int descriptor_;
 };
 
 std::filesystem::path FolderOfMachinePath(const std::filesystem::path& path) {
@@ -179,17 +179,17 @@ class FilesOfTheDisk : public Files {
     if (lstat(name.c_str(), &status) == 0) Fail("write", name, std::generic_category().message(EEXIST));
     Handle handle = CreateNameless(name, mode);
     if (handle >= 0) {
-      files[handle] = {name, true, false};
+      files_[handle] = {name, true, false};
     } else {
       handle =
           Uninterrupted([&] { return open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); });
       if (handle < 0) FailBySystem("write", name);
-      files[handle] = {name, false, false};
+      files_[handle] = {name, false, false};
     }
     if (hasModel && !TakeOver(modelName, handle)) {
       const int reason = errno;
-      if (!files[handle].nameless) unlink(name.c_str());
-      files.erase(handle);
+      if (!files_[handle].nameless) unlink(name.c_str());
+      files_.erase(handle);
       close(handle);
       Fail("write", name, std::generic_category().message(reason));
     }
@@ -200,20 +200,20 @@ class FilesOfTheDisk : public Files {
     const std::string name = MachinePath(path);
     const Handle handle = Uninterrupted([&] { return open(name.c_str(), O_WRONLY | O_CLOEXEC); });
     if (handle < 0) FailBySystem("write", name);
-    files[handle] = {name, false, true};
+    files_[handle] = {name, false, true};
     return handle;
   }
 
   void Write(Handle handle, std::string_view bytes) override {
     while (!bytes.empty()) {
       const ssize_t written = Uninterrupted([&] { return write(handle, bytes.data(), bytes.size()); });
-      if (written < 0) FailBySystem("write", files[handle].name);
+      if (written < 0) FailBySystem("write", files_[handle].name);
       bytes.remove_prefix(static_cast<std::size_t>(written));
     }
   }
 
   void Sync(Handle handle) override {
-    Opened& file = files[handle];
+    Opened& file = files_[handle];
     if (file.overwritten && ftruncate(handle, lseek(handle, 0, SEEK_CUR)) != 0)
       FailBySystem("write", file.name);
     if (Uninterrupted([&] { return fsync(handle); }) != 0) FailBySystem("write", file.name);
@@ -224,8 +224,8 @@ class FilesOfTheDisk : public Files {
   }
 
   void Close(Handle handle) override {
-    const std::string name = files[handle].name;
-    files.erase(handle);
+    const std::string name = files_[handle].name;
+    files_.erase(handle);
     // An interrupted close has closed; trying again might close what somebody else has opened since.
     if (close(handle) != 0 && errno != EINTR) FailBySystem("write", name);
   }
@@ -284,7 +284,7 @@ class FilesOfTheDisk : public Files {
     }
   }
 
-  std::map<Handle, Opened> files;
+  std::map<Handle, Opened> files_;
 };
 
 }  // namespace

@@ -161,7 +161,7 @@ class FilesOnDisk : public ProgramTest {
     std::filesystem::remove_all(folder, ignored);
   }
 
-  std::string Path(const std::string& name) const { return BackslashPath((folder / name).string()); }
+  std::string Path(const std::string& name) const { return BackslashPath(folder.string()) + "\\" + name; }
   std::string Content(const std::string& name) const { return DiskFiles().ReadWhole(Path(name)); }
   void ExpectOldFileAlone() const {
     EXPECT_EQ(Content("a.001"), "old");
