@@ -103,6 +103,10 @@ Button* AddPageButton(Window& window, const char* caption, const char* toolTip, 
   return button;
 }
 
+void NoteUntypable(const std::string& characters) {
+  ShowNote("There is no code for " + characters);
+}
+
 void PageBox_Enter() {
   GoToPage(RoundToInt16(ReadSingle(PageBox->Text())));
   FocusCanvas();
@@ -141,6 +145,7 @@ void AddRunRow(Window& window) {
   Text4->OnChange = ControlCodeBoxChanged;
   Text4->OnEnter = ApplyControlCodeBox;
   Text4->OnEscape = FocusCanvas;
+  Text4->OnUntypable = NoteUntypable;
   Form1Parts.apply = window.AddButton("OK", {}, "Apply Changes of Control Codes");
   Form1Parts.apply->OnClick = ApplyControlCodeBox;
 }
@@ -148,6 +153,7 @@ void AddRunRow(Window& window) {
 void AddCanvasAndBars(Window& window) {
   Picture1 = window.AddCanvas();
   Picture1->OnKeyPress = Form1_Picture1_KeyPress;
+  Picture1->OnUntypable = NoteUntypable;
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;
   Picture1->OnMouseMove = Form1_Picture1_MouseMove;
   Picture1->OnMouseUp = Form1_Picture1_MouseUp;

@@ -7,8 +7,7 @@
 // 2. Polylines of one pen that continue each other are held back and drawn as one, so that a path of many
 //    curves is stroked once, with joins. Every other routine draws what is held back first.
 // 3. `Inked` covers everything drawn since the layer was cleared, `TakeDirty` everything that changed since
-// it
-//    was last asked.
+//    it was last asked.
 
 #include <QColor>
 #include <QImage>

@@ -253,7 +253,9 @@ TEST_F(CanvasTest, OverlayOfTheTypedRunRepaintsLittle) {
 
 TEST_F(CanvasTest, KeysBecomeCodes) {
   std::vector<int> keys;
+  std::string untypable;
   canvas->OnKeyPress = [&](int code) { keys.push_back(code); };
+  canvas->OnUntypable = [&](const std::string& characters) { untypable += characters + ";"; };
   Show();
   canvas->Focus();
   const auto type = [&](const QString& character) {
@@ -270,8 +272,12 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
   for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_F9}) QTest::keyClick(canvas, key);
   QTest::keyClick(canvas, 'b', Qt::AltModifier);
   type(QStringLiteral("\u03B1"));
-  EXPECT_EQ(keys, (std::vector<int>{'a', '(', '\\', '~', ' ', 233, 13, 8, kKeyEscape, kKeyLeft, kKeyUp,
-                                    kKeyRight, kKeyDown, 10, 127}));
+  QInputMethodEvent composed;
+  composed.setCommitString(QStringLiteral("xñ±"));
+  QCoreApplication::sendEvent(canvas, &composed);
+  EXPECT_EQ(keys, (std::vector<int>{'a', '(', '\\', '~', ' ', 13, 8, kKeyEscape, kKeyLeft, kKeyUp, kKeyRight,
+                                    kKeyDown, 10, 127, 'x'}));
+  EXPECT_EQ(untypable, "é;α;ñ ±;");
 }
 
 TEST_F(CanvasTest, MouseReportsLogicalPositions) {

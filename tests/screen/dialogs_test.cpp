@@ -61,13 +61,24 @@ TEST(DialogsTest, EscapeBeforeALossIsNoAnswer) {
   for (const auto& [key, answer] :
        {std::pair{Qt::Key_Escape, Answer::Neither}, {Qt::Key_Return, Answer::Yes}, {Qt::Key_N, Answer::No}}) {
     Next<QMessageBox>([key = key](QMessageBox& box) {
-      EXPECT_FALSE(box.button(QMessageBox::Cancel)->isVisible());
+      for (const QAbstractButton* button : box.buttons()) EXPECT_TRUE(button->isVisible());
+      EXPECT_EQ(box.buttons().size(), 3);
       Press(box, key);
     });
     EXPECT_EQ(dialogs.AskBeforeLosing("Save?"), answer);
   }
   Next<QMessageBox>([](QMessageBox& box) { box.close(); });
   EXPECT_EQ(dialogs.AskBeforeLosing("Save?"), Answer::Neither);
+}
+
+TEST(DialogsTest, AChoiceIsTheNumberOfItsButton) {
+  QtDialogs dialogs;
+  const std::vector<std::string> labels = {"&Replace", "&Save As", "&Cancel"};
+  for (const auto& [key, number] :
+       {std::pair{Qt::Key_Return, 1}, {Qt::Key_Escape, 2}, {Qt::Key_R, 0}, {Qt::Key_C, 2}}) {
+    Next<QMessageBox>([key = key](QMessageBox& box) { Press(box, key); });
+    EXPECT_EQ(dialogs.Choose("The file was changed.", labels, 1, 2), number);
+  }
 }
 
 class FileDialogsTest : public ::testing::Test {
@@ -93,7 +104,7 @@ class FileDialogsTest : public ::testing::Test {
     });
   }
   std::string Save() { return dialogs.ChooseToSave("Save As", "*.001|*.001", path); }
-  std::string Open() { return dialogs.ChooseToOpen("Open", "*.001|*.001", path); }
+  std::string Open() { return dialogs.ChooseToOpen("Open", "*.001|*.001", path, "Print"); }
 
   QtDialogs dialogs;
   QTemporaryDir folder;
@@ -104,6 +115,7 @@ class FileDialogsTest : public ::testing::Test {
 TEST_F(FileDialogsTest, OpensWithBackslashPathFromTheGivenFolder) {
   Next<QFileDialog>([this](QFileDialog& dialog) {
     EXPECT_EQ(dialog.directory().path(), folder.path());
+    EXPECT_EQ(dialog.labelText(QFileDialog::Accept), QStringLiteral("Print"));
     EXPECT_EQ(dialog.nameFilters(), QStringList(QStringLiteral("*.001")));
     Enter(dialog, "Essay.001");
   });

@@ -19,10 +19,7 @@ template <typename Base>
 class FakeControl : public Base {
  public:
   Place place;
-  bool enabled = true;
   void SetPlace(const Place& newPlace) override { place = newPlace; }
-  Place GetPlace() const override { return place; }
-  void SetEnabled(bool isEnabled) override { enabled = isEnabled; }
 };
 
 class FakeLabel : public FakeControl<Label> {
@@ -41,7 +38,6 @@ class FakeButton : public FakeControl<Button> {
   IconDrawing icon;
   bool down = false;
   void SetDown(bool isDown) override { down = isDown; }
-  // A click; a button that is not enabled does not hear it.
   void Click();
 };
 
@@ -110,6 +106,7 @@ class FakeWindow : public Window {
  public:
   bool main = false;
   std::string title;
+  bool changed = false;
   WindowPlace place{0, 0, 9600, 7200};
   bool visible = false;
   std::vector<std::unique_ptr<FakeMenu>> menus;
@@ -132,7 +129,7 @@ class FakeWindow : public Window {
   std::vector<FakeMenuEntry*> AllEntries();
 
   void SetTitle(const std::string& newTitle) override { title = newTitle; }
-  std::string Title() const override { return title; }
+  void SetChanged(bool isChanged) override { changed = isChanged; }
   void SetWindowPlace(const WindowPlace& newPlace) override;
   WindowPlace GetWindowPlace() const override { return place; }
   float InnerWidth() const override { return place.width; }
@@ -141,7 +138,6 @@ class FakeWindow : public Window {
   void Show() override;
   void Hide() override { visible = false; }
   bool Visible() const override { return visible; }
-  void Close() override { visible = false; }
   Menu* AddMenu(const std::string& caption) override;
   Canvas* AddCanvas() override;
   void SetCanvasPlace(Canvas* canvas, const Place& canvasPlace) override;
@@ -155,10 +151,9 @@ class FakeWindow : public Window {
 
 class FakeTimer : public Timer {
  public:
-  int interval = 0;  // milliseconds; 0 while stopped
+  int interval = 0;  // milliseconds; 0 until it is started
   void Start(int milliseconds) override { interval = milliseconds; }
-  void Stop() override { interval = 0; }
-  // Lets one interval pass; nothing happens while stopped.
+  // Lets one interval pass; nothing happens before it is started.
   void Tick();
 };
 
