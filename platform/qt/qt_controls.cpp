@@ -93,12 +93,12 @@ class BoxEdit final : public QLineEdit {
   }
 };
 
-// `font` smaller where the text needs it to fit into a place of so many pixels, but not so small that it
-// could not be read.
-QFont FittingFont(QFont font, const QString& text, int width, int height) {
-  constexpr int kSmallest = 9;
+constexpr int kSmallestFont = 9;  // pixels; can still be read
+
+// `font` smaller where the text needs it to fit into a place of so many pixels, but not below `smallest`.
+QFont FittingFont(QFont font, const QString& text, int width, int height, int smallest = kSmallestFont) {
   const int usual = QFontInfo(font).pixelSize();
-  for (int size = usual; size >= std::min(kSmallest, usual); --size) {
+  for (int size = usual; size >= std::min(smallest, usual); --size) {
     if (size != usual) font.setPixelSize(size);
     const QFontMetrics metrics(font);
     // Advances are rounded; words of the very width of their place would still be shortened.
@@ -145,7 +145,8 @@ QtLabel::QtLabel(QWidget* parent, const std::string& text) : QtControl(new QLabe
   SetText(text);
 }
 
-QtLabel::QtLabel(QStatusBar* bar, int width) : QtControl(new FootLabel(*this, bar, width)), placed_(true) {
+QtLabel::QtLabel(QStatusBar* bar, int width)
+    : QtControl(new FootLabel(*this, bar, width)), placed_(true), foot_(true) {
   widget_->setTextFormat(Qt::PlainText);
   bar->addWidget(widget_);
 }
@@ -166,8 +167,10 @@ void QtLabel::Fit() {
   const QString whole = PlainText(text_);
   QString shown = whole;
   if (placed_) {
-    const QFont font =
-        FittingFont(widget_->parentWidget()->font(), whole, widget_->width(), widget_->height());
+    const QFont usual = widget_->parentWidget()->font();
+    // What stands at the foot may be a long path, which is better shortened than hard to read.
+    const int smallest = foot_ ? QFontInfo(usual).pixelSize() * 3 / 4 : kSmallestFont;
+    const QFont font = FittingFont(usual, whole, widget_->width(), widget_->height(), smallest);
     widget_->setFont(font);
     shown = QFontMetrics(font).elidedText(whole, Qt::ElideMiddle, widget_->width());
     widget_->setToolTip(shown == whole ? QString() : whole.toHtmlEscaped());

@@ -52,6 +52,7 @@ class QtLabel final : public QtControl<Label, QLabel> {
 
   std::string text_;
   bool placed_ = false;
+  bool foot_ = false;
 };
 
 class QtButton final : public QtControl<Button, QPushButton> {
