@@ -35,7 +35,7 @@ bool IsTooSmall(std::string_view digits) {
     const auto read = std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
     // Beside such an exponent the place of the first digit, at most the length of a file, is nothing.
     constexpr long long kHuge = std::numeric_limits<long long>::max() / 2;
-    if (read.ec == std::errc::result_out_of_range || std::max(power, -power) > kHuge) return negative;
+    if (read.ec == std::errc::result_out_of_range || power > kHuge || power < -kHuge) return negative;
   }
   return power + static_cast<long long>(point) - static_cast<long long>(first) <= 0;
 }
