@@ -94,6 +94,10 @@ void AddScriptButtons(Window& window) {
   }
 }
 
+void NoteUntypable(const std::string& characters) {
+  ShowNote("There is no code for " + characters);
+}
+
 void PageBox_Enter() {
   const std::string text = PageBox->Text();
   const std::int16_t number = RoundToInt16(ReadSingle(text));
@@ -145,6 +149,7 @@ void AddRunRow(Window& window) {
   };
   Text4->OnEnter = ApplyRun;
   Text4->OnEscape = FocusCanvas;
+  Text4->OnUntypable = NoteUntypable;
   Form1Parts.apply = window.AddButton("OK", {}, "Apply Changes of Control Codes");
   Form1Parts.apply->OnClick = ApplyRun;
 }
@@ -153,6 +158,7 @@ void AddCanvasAndBars(Window& window) {
   Picture1 = window.AddCanvas();
   Picture1->OnPaint = PaintLayer;
   Picture1->OnKeyPress = Form1_Picture1_KeyPress;
+  Picture1->OnUntypable = NoteUntypable;
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;
   Picture1->OnMouseMove = Form1_Picture1_MouseMove;
   Picture1->OnMouseUp = Form1_Picture1_MouseUp;

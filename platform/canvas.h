@@ -94,8 +94,8 @@ struct WheelEvent {
   float pixelY = 0;
 };
 
-// Codes of the canvas's keys: characters of code page 1252, the control characters of some keys, and from
-// kKeyLeft on keys that are no characters.
+// Codes of the canvas's keys: ASCII characters, the control characters of some keys, and from kKeyLeft on
+// keys that are no characters.
 inline constexpr int kKeyBackspace = 8;
 inline constexpr int kKeyCtrlEnter = 10;
 inline constexpr int kKeyEnter = 13;
@@ -162,6 +162,8 @@ class Canvas : public Painter {
 
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;
+  // The person typed characters that are no keys of the canvas: readable, in UTF-8, blanks between them.
+  std::function<void(const std::string&)> OnUntypable;
   std::function<void(const MouseEvent&)> OnMouseDown;
   std::function<void(const MouseEvent&)> OnMouseMove;
   std::function<void(const MouseEvent&)> OnMouseUp;

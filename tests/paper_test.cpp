@@ -338,7 +338,7 @@ TEST_F(PaperTest, APageThatAnotherProgramChangedIsNotReplacedUnasked) {
     EXPECT_FALSE(command());
     EXPECT_EQ(dialogs.asked.back(),
               "/P/Essay.001 was changed by another program.\n"
-              "Replace it with the page as it is here? [Cancel]");
+              "Replace it with the page as it is here? [&Cancel]");
     ExpectPage("\\P\\Essay.001", kTyped, true);
 
     if (index < 3) dialogs.AnswerYes();

@@ -60,7 +60,10 @@ int QtCanvas::PixelHeight() const {
 }
 
 QColor QtCanvas::DeskColour() const {
-  return palette().color(QPalette::Dark);
+  // Text and marks lie beside the paper too, in black and blue, so a dark desktop must not make them vanish.
+  constexpr int kDarkest = 150;
+  const QColor desk = palette().color(QPalette::Dark);
+  return desk.lightness() >= kDarkest ? desk : QColor(kDarkest, kDarkest, kDarkest);
 }
 
 void QtCanvas::ResizeLayers() {
@@ -291,18 +294,28 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
   }
   const QString text = event->text();
   const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  const auto code = text.size() == 1 && !command ? CodeOfTyped(text[0].unicode()) : std::nullopt;
-  if (!code) {
+  if (text.isEmpty() || command || !IsReadable(text)) {
     QWidget::keyPressEvent(event);
     return;
   }
-  SendKey(*code);
+  SendText(text);
+}
+
+void QtCanvas::SendText(const QString& text) {
+  QString untypable;
+  for (const QChar character : text) {
+    if (character >= u' ' && character <= u'~') {
+      SendKey(character.unicode());
+    } else {
+      untypable += character;
+    }
+  }
+  const std::string list = ListOf(untypable);
+  if (OnUntypable && !list.empty()) RunHandler([&] { OnUntypable(list); });
 }
 
 void QtCanvas::inputMethodEvent(QInputMethodEvent* event) {
-  for (const QChar character : event->commitString()) {
-    if (const auto code = CodeOfTyped(character.unicode())) SendKey(*code);
-  }
+  SendText(event->commitString());
   event->accept();
 }
 

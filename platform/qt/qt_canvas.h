@@ -59,6 +59,8 @@ class QtCanvas final : public QWidget, public Canvas {
   std::span<const QPointF> ToDevice(std::span<const Point> points);
   MouseEvent ToMouseEvent(QPointF position, Qt::MouseButton button) const;
   void SendKey(int code);
+  // Text that the keyboard or an input method gave.
+  void SendText(const QString& text);
   // Has what was drawn shown at the next pass of the event loop.
   void Drawn();
   void ShowDrawn();

@@ -25,10 +25,7 @@ template <typename Base>
 class FakeControl : public Base {
  public:
   Place place;
-  bool enabled = true;
   void SetPlace(const Place& newPlace) override { place = newPlace; }
-  Place GetPlace() const override { return place; }
-  void SetEnabled(bool isEnabled) override { enabled = isEnabled; }
 };
 
 class FakeLabel : public FakeControl<Label> {
@@ -50,9 +47,8 @@ class FakeButton : public FakeControl<Button> {
   IconDrawing icon;
   bool down = false;
   void SetDown(bool isDown) override { down = isDown; }
-  // A click; a button that is not enabled does not hear it.
   void Click() {
-    if (enabled && OnClick) OnClick();
+    if (OnClick) OnClick();
   }
 };
 
@@ -156,7 +152,6 @@ class FakeWindow : public Window {
   std::vector<FakeMenuEntry*> AllEntries();
 
   void SetTitle(const std::string& newTitle) override { title = newTitle; }
-  std::string Title() const override { return title; }
   void SetChanged(bool isChanged) override { changed = isChanged; }
   void SetWindowPlace(const WindowPlace& newPlace) override;
   WindowPlace GetWindowPlace() const override { return place; }
@@ -166,7 +161,6 @@ class FakeWindow : public Window {
   void Show() override;
   void Hide() override { visible = false; }
   bool Visible() const override { return visible; }
-  void Close() override { visible = false; }
   Menu* AddMenu(const std::string& caption) override { return Add(menus, caption); }
   Canvas* AddCanvas() override { return Add(canvases); }
   void SetCanvasPlace(Canvas* canvas, const Place& canvasPlace) override;
@@ -186,10 +180,9 @@ class FakeWindow : public Window {
 
 class FakeTimer : public Timer {
  public:
-  int interval = 0;  // milliseconds; 0 while stopped
+  int interval = 0;  // milliseconds; 0 until it is started
   void Start(int milliseconds) override { interval = milliseconds; }
-  void Stop() override { interval = 0; }
-  // Lets one interval pass; nothing happens while stopped.
+  // Lets one interval pass; nothing happens before it is started.
   void Tick() {
     if (interval > 0 && OnTick) OnTick();
   }
