@@ -249,6 +249,10 @@ void ArrowKey(int code) {
   if (x != 0 || y != 0) ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
 }
 
+Pointer PointerOf(const MouseEvent& event) {
+  return {{event.x, event.y}, event.shift, event.control, event.alt, event.clicks};
+}
+
 }  // namespace
 
 void Form1_Picture1_KeyPress(int code) {
@@ -262,7 +266,7 @@ void Form1_Picture1_MouseDown(const MouseEvent& event) {
   Dragging = event.button == MouseButton::Middle;
   DragX = event.pixelX;
   DragY = event.pixelY;
-  if (event.button == MouseButton::Left) ToolInForce().Press({event.x, event.y});
+  if (event.button == MouseButton::Left) ToolInForce().Press(PointerOf(event));
 }
 
 void Form1_Picture1_MouseMove(const MouseEvent& event) {
@@ -271,7 +275,7 @@ void Form1_Picture1_MouseMove(const MouseEvent& event) {
     DragX = event.pixelX;
     DragY = event.pixelY;
   }
-  ToolInForce().Move({event.x, event.y});
+  ToolInForce().Move(PointerOf(event));
   PointerMoved(event.pixelX, event.pixelY);
 }
 
@@ -281,7 +285,7 @@ void Form1_Picture1_MouseUp(const MouseEvent& event) {
       Dragging = false;
       break;
     case MouseButton::Left:
-      ToolInForce().Release({event.x, event.y});
+      ToolInForce().Release(PointerOf(event));
       WarnOfTyping();
       break;
     case MouseButton::Right:

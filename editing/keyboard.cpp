@@ -234,8 +234,8 @@ void PaintMark(Painter& painter, const View& view) {
 
 class Typing : public Tool {
  public:
-  void Release(Point at) override {
-    PlaceCursor(at.x, at.y);
+  void Release(const Pointer& pointer) override {
+    PlaceCursor(pointer.at.x, pointer.at.y);
     NotePlaceChosen();
   }
   bool Key(int code) override {

@@ -1,7 +1,7 @@
 #pragma once
 
-// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen, with
-// two layers, a mouse pointer, the focus and events.
+// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen,
+// with two layers, a mouse pointer, the focus and events.
 //
 // Coordinates are those of whoever draws (points of the paper) and stay floats; pen widths and text sizes are
 // logical pixels.
@@ -83,6 +83,10 @@ struct MouseEvent {
   float y = 0;
   float pixelX = 0;  // position in pixels from the canvas's top-left corner
   float pixelY = 0;
+  bool shift = false;
+  bool control = false;
+  bool alt = false;
+  int clicks = 1;  // 2 from the second press of a double click on
 };
 
 struct WheelEvent {
@@ -127,8 +131,8 @@ class Painter {
 };
 
 // A surface on the screen. The page layer holds the page; the overlay above it what comes and goes (cursor
-// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever asked
-// for it since.
+// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever
+// asked for it since.
 class Canvas : public Painter {
  public:
   // Size in logical pixels; 0 while the window is not laid out.

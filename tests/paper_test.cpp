@@ -111,8 +111,8 @@ TEST_F(PaperTest, EveryCommandCompletesWhatIsTypedAndDrawn) {
       CursorMode = drawn ? kBezierMode : std::int16_t{-1};
       if (!drawn) InsertText("typed");
       for (const float x : {10.0F, 16.0F}) {
-        ToolInForce().Press({x, 21});
-        ToolInForce().Release({x, 21});
+        ToolInForce().Press({{x, 21}});
+        ToolInForce().Release({{x, 21}});
       }
       if (index < 3) dialogs.AnswerYes();
       if (index == 1) dialogs.AnswerOpen("");

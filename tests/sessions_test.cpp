@@ -182,8 +182,18 @@ class Session : public EditorTest {
       code != kCanvasKeys.end() ? canvas->Press(code->second) : Main().PressShortcut(key);
   }
 
-  // At one or, behind commas, several points.
+  // At one or, behind commas, several points; keys are held "with" it.
   void Mouse(void (RecordingCanvas::*event)(float, float, MouseButton)) {
+    if (const std::size_t with = rest.find(" with "); with != std::string::npos) {
+      const std::string keys = rest.substr(with);
+      rest.erase(with);
+      canvas->shift = keys.find("Shift") != std::string::npos;
+      canvas->control = keys.find("Ctrl") != std::string::npos;
+      canvas->alt = keys.find("Alt") != std::string::npos;
+      Mouse(event);
+      canvas->shift = canvas->control = canvas->alt = false;
+      return;
+    }
     const float x = Number();
     const std::string y = Word();
     (canvas->*event)(x, ReadSingle(y),
@@ -270,6 +280,7 @@ class Session : public EditorTest {
     FakeWindow& main = Main();
     // The page.
     if (word == "click") return Mouse(&RecordingCanvas::Click);
+    if (word == "double") return Mouse(&RecordingCanvas::DoubleClick);
     if (word == "hold") return Mouse(&RecordingCanvas::Down);
     if (word == "move") return Mouse(&RecordingCanvas::Move);
     if (word == "release") return Mouse(&RecordingCanvas::Up);

@@ -324,31 +324,38 @@ QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
   return QWidget::inputMethodQuery(query);
 }
 
-MouseEvent QtCanvas::ToMouseEvent(QPointF position, Qt::MouseButton button) const {
+MouseEvent QtCanvas::ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button) {
+  const QPointF position = event.position();
   MouseEvent mouse;
   mouse.button = ToButton(button);
   mouse.x = static_cast<float>(left_ + position.x() / std::max(width(), 1) * width_);
   mouse.y = static_cast<float>(top_ + position.y() / std::max(height(), 1) * height_);
   mouse.pixelX = static_cast<float>(position.x());
   mouse.pixelY = static_cast<float>(position.y());
+  mouse.shift = event.modifiers() & Qt::ShiftModifier;
+  mouse.control = event.modifiers() & Qt::ControlModifier;
+  mouse.alt = event.modifiers() & Qt::AltModifier;
+  if (event.type() == QEvent::MouseButtonDblClick) clicks_ = 2;
+  if (event.type() == QEvent::MouseButtonPress) clicks_ = 1;
+  mouse.clicks = clicks_;
   return mouse;
 }
 
 void QtCanvas::mousePressEvent(QMouseEvent* event) {
   if (!OnMouseDown || !IsOurButton(event->button())) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), event->button());
+  const MouseEvent mouse = ToMouseEvent(*event, event->button());
   RunHandler([this, &mouse] { OnMouseDown(mouse); });
 }
 
 void QtCanvas::mouseMoveEvent(QMouseEvent* event) {
   if (!OnMouseMove) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), HeldButton(event->buttons()));
+  const MouseEvent mouse = ToMouseEvent(*event, HeldButton(event->buttons()));
   RunHandler([this, &mouse] { OnMouseMove(mouse); });
 }
 
 void QtCanvas::mouseReleaseEvent(QMouseEvent* event) {
   if (!OnMouseUp || !IsOurButton(event->button())) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), event->button());
+  const MouseEvent mouse = ToMouseEvent(*event, event->button());
   RunHandler([this, &mouse] { OnMouseUp(mouse); });
 }
 
