@@ -11,6 +11,7 @@
 #include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/select_tool.h"
 #include "editing/undo.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
@@ -46,6 +47,7 @@ void ReadOrReport(void (*read)()) {
 
 void ConnectSubjects() {
   PageEdited = ShowPaperState;
+  OpenText = RetypeItem;
 }
 
 void ShowChoices() {
@@ -82,6 +84,7 @@ void ResetProgram() {
   ResetKeyboard();
   ResetBezier();
   ResetModes();
+  ResetSelectTool();
   ResetUndo();
   ResetMacros();
   ResetPlainText();

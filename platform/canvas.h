@@ -111,9 +111,12 @@ inline constexpr int kKeyDown = 259;
 inline constexpr int kKeyHome = 260;
 inline constexpr int kKeyEnd = 261;
 inline constexpr int kKeyDelete = 262;
-inline constexpr int kKeyWordLeft = 263;
-inline constexpr int kKeyWordRight = 264;
-inline constexpr int kKeyWordBackspace = 265;
+inline constexpr int kKeyWordBackspace = 263;
+// Held with one of the keys that are no characters.
+inline constexpr int kWithShift = 1 << 16;
+inline constexpr int kWithControl = 1 << 17;
+inline constexpr int kKeyWordLeft = kKeyLeft | kWithControl;
+inline constexpr int kKeyWordRight = kKeyRight | kWithControl;
 
 class Painter {
  public:

@@ -257,6 +257,8 @@ void QtCanvas::SendKey(int code) {
 
 void QtCanvas::keyPressEvent(QKeyEvent* event) {
   const bool control = event->modifiers() & Qt::ControlModifier;
+  const int held =
+      (control ? kWithControl : 0) | (event->modifiers() & Qt::ShiftModifier ? kWithShift : 0);
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -272,22 +274,22 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
       SendKey(kKeyDelete);
       return;
     case Qt::Key_Home:
-      SendKey(kKeyHome);
+      SendKey(kKeyHome | held);
       return;
     case Qt::Key_End:
-      SendKey(kKeyEnd);
+      SendKey(kKeyEnd | held);
       return;
     case Qt::Key_Left:
-      SendKey(control ? kKeyWordLeft : kKeyLeft);
+      SendKey(kKeyLeft | held);
       return;
     case Qt::Key_Up:
-      SendKey(kKeyUp);
+      SendKey(kKeyUp | held);
       return;
     case Qt::Key_Right:
-      SendKey(control ? kKeyWordRight : kKeyRight);
+      SendKey(kKeyRight | held);
       return;
     case Qt::Key_Down:
-      SendKey(kKeyDown);
+      SendKey(kKeyDown | held);
       return;
     default:
       break;
