@@ -15,7 +15,7 @@ namespace kelvane {
 
 class RunPainter {
  public:
-  RunPainter(Painter& to, const View& shown) : painter(to), view(shown) {}
+  RunPainter(Painter& to, const View& shown) : painter_(to), view_(shown) {}
 
   struct Run {
     std::string_view text;

@@ -111,10 +111,10 @@ void FitPage() {
 }
 
 void FitWidth() {
-  const float top = std::max(STARTY - 0.5F * CanvasHeight() / SCALE, -kMarginPixels / SCALE);
+  const float top = STARTY - 0.5F * CanvasHeight() / SCALE;
   STARTX = PaperWidth / 2;
   SCALE = std::clamp(FittingScale(CanvasWidth(), PaperWidth), kLeastScale, kMostScale);
-  ScrollToTop(top);
+  ScrollToTop(std::max(top, -kMarginPixels / SCALE));
 }
 
 }  // namespace kelvane
