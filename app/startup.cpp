@@ -1,5 +1,6 @@
 #include "app/startup.h"
 
+#include "app/find_window.h"
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
@@ -7,15 +8,17 @@
 #include "designer/character_files.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
+#include "editing/change_mark.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
-#include "editing/undo.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
+#include "papers/find.h"
+#include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -46,6 +49,7 @@ void ReadOrReport(void (*read)()) {
 
 void ConnectSubjects() {
   PageEdited = ShowPaperState;
+  PaintFinds = PaintMatches;
 }
 
 void ShowChoices() {
@@ -79,10 +83,13 @@ void ResetProgram() {
   ResetSettings();
   ResetPaper();
   ResetPaperCommands();
+  ResetPageOperations();
+  ResetFind();
   ResetKeyboard();
   ResetBezier();
   ResetModes();
-  ResetUndo();
+  ResetEdits();
+  ResetChangeMark();
   ResetMacros();
   ResetPlainText();
   ResetFoot();
@@ -107,6 +114,7 @@ bool StartUp(const std::string& executableFolder) {
   }
   BuildForm1();
   BuildForm7();
+  BuildFindWindow();
   ShowPageNumber();
   ShowChoices();
   StartMacroTimer();
