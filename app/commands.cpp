@@ -167,8 +167,8 @@ void AddEditMenu(Table& table) {
   add("mPagesAfter", "Insert &After", "", InsertPageAfter, nullptr);
   add("mPagesDuplicate", "Du&plicate", "", DuplicatePage, nullptr);
   add("mPagesDelete", "&Delete", "", DeletePage, PaperHasName);
-  add("mPagesEarlier", "Move &Earlier", "Ctrl+Shift+PgUp", MovePageEarlier, CanMovePageEarlier);
-  add("mPagesLater", "Move &Later", "Ctrl+Shift+PgDown", MovePageLater, CanMovePageLater);
+  add("mPagesEarlier", "Move &Earlier", "Alt+PgUp", MovePageEarlier, CanMovePageEarlier);
+  add("mPagesLater", "Move &Later", "Alt+PgDown", MovePageLater, CanMovePageLater);
   table.push_back(Separator(pages.c_str()));
   addStep(pages, "mPagesUndo", "&Undo", "", UndoPageOperation, [] { return PageStepBack().label; });
   addStep(pages, "mPagesRedo", "&Redo", "", RedoPageOperation, [] { return PageStepForward().label; });

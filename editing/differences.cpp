@@ -20,14 +20,15 @@ class Lines {
     while (!text.empty()) {
       const std::string_view line = text.substr(0, text.find('\n') + 1);  // all of it without an end
       lines_.push_back(line.empty() ? text : line);
-      places_[lines_.back()].push_back(lines_.size() - 1);
       text.remove_prefix(lines_.back().size());
     }
   }
   std::size_t Count() const { return lines_.size(); }
   std::string_view operator[](std::size_t i) const { return lines_[i]; }
   // How far behind line `i` such a line stands next.
-  std::size_t WayTo(std::string_view line, std::size_t i) const {
+  std::size_t WayTo(std::string_view line, std::size_t i) {
+    if (places_.empty())
+      for (std::size_t place = 0; place < lines_.size(); ++place) places_[lines_[place]].push_back(place);
     const auto found = places_.find(line);
     if (found == places_.end()) return kNowhere;
     const auto next = std::upper_bound(found->second.begin(), found->second.end(), i);
@@ -39,28 +40,37 @@ class Lines {
   std::unordered_map<std::string_view, std::vector<std::size_t>> places_;
 };
 
-// Walks down two stretches of lines. Where they part, the nearer of two ways to meet again is taken: lines
-// that went, or lines that came. If there is neither, a line was changed.
+// Walks down two stretches of lines. If most lines are in their places, the others were changed. Otherwise,
+// where the stretches part, the nearer of two ways to meet again is taken: lines that went, or lines that
+// came. If there is neither, a line was changed.
 class Walk {
  public:
   Walk(std::string_view before, std::string_view after, std::size_t at)
       : before_(before), after_(after), at_(at) {}
 
   Differences Differ() {
-    while (i_ < before_.Count() && j_ < after_.Count()) Step();
+    const bool inPlace = MostInPlace();
+    while (i_ < before_.Count() && j_ < after_.Count()) Step(inPlace);
     Note(before_.Count() - i_, after_.Count() - j_);
     return std::move(differences_);
   }
 
  private:
-  void Step() {
+  bool MostInPlace() const {
+    if (before_.Count() != after_.Count()) return false;
+    std::size_t same = 0;
+    for (std::size_t i = 0; i < before_.Count(); ++i) same += before_[i] == after_[i];
+    return same > before_.Count() / 2;
+  }
+
+  void Step(bool inPlace) {
     if (before_[i_] == after_[j_]) {
       at_ += before_[i_].size();
       ++i_, ++j_;
       return;
     }
-    const std::size_t gone = before_.WayTo(after_[j_], i_);
-    const std::size_t come = after_.WayTo(before_[i_], j_);
+    const std::size_t gone = inPlace ? kNowhere : before_.WayTo(after_[j_], i_);
+    const std::size_t come = inPlace ? kNowhere : after_.WayTo(before_[i_], j_);
     if (gone == kNowhere && come == kNowhere) {
       Note(1, 1);
     } else if (gone < come) {
