@@ -52,7 +52,7 @@ Searched Last;
 // How many matches each page has, for as long as the search is the same and only it shows other pages.
 std::map<int, std::size_t> Counts;
 int CountedAt = 0;   // PagesShown by then
-std::string Unread;  // "; page 3 could not be read"
+std::string Unread;  // "; page 3 is unreadable"
 
 char Folded(char c) {
   return !FindCase && c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -93,7 +93,7 @@ std::size_t CountOn(int page) {
     return MatchesOf(PageItems(PageOfContent(TheFiles->ReadWhole(file), file))).size();
   } catch (const Failure&) {
     // One bad page must not keep the person from what stands on the others; it is named beside the count.
-    Unread += "; page " + std::to_string(page) + " could not be read";
+    Unread += "; page " + std::to_string(page) + " is unreadable";
     return 0;
   }
 }
@@ -146,10 +146,6 @@ Box BoxOf(const Match& match) {
   return CellsOf(ItemsOfPage().Texts()[match.item].entry, match.begin, match.end);
 }
 
-std::string Counted(std::size_t count) {
-  return std::to_string(count) + (count == 1 ? " match" : " matches");
-}
-
 void ShowFound(const Match& match, bool around) {
   Found = SpotOf(ItemsOfPage(), match);
   const Box box = BoxOf(match);
@@ -160,9 +156,9 @@ void ShowFound(const Match& match, bool around) {
   std::size_t all = 0;
   for (const auto& [page, count] : Counts) all += count;
   const auto number = &match - MatchesOfPage().data() + 1;
-  ShowNote(std::to_string(number) + " of " + Counted(Counts[CurrentPageNumber]) + " on page " +
-           std::to_string(CurrentPageNumber) + ", " + std::to_string(all) + " in all" +
-           (around ? "; round the end of the paper" : "") + Unread);
+  ShowNote((around ? "Round the end: " : "") + std::to_string(number) + " of " +
+           std::to_string(Counts[CurrentPageNumber]) + " on page " + std::to_string(CurrentPageNumber) +
+           ", " + std::to_string(all) + " in all" + Unread);
 }
 
 // The match that was found last, if it is there.
@@ -277,7 +273,7 @@ void ReplaceFound(const std::string& by) {
   const Match* match = MatchFound();
   if (!match) return FindNext(true);
   if (!match->plain) {
-    ShowNote("Not replaced: there are codes between its characters");
+    ShowNote("Not replaced: it has codes within");
     return;
   }
   Found = SpotOf(ItemsOfPage(), *match);
@@ -293,8 +289,8 @@ void ReplaceAllOnPage(const std::string& by) {
   const std::vector<Match> matches = MatchesOfPage();
   const std::size_t replaced = Replace(matches, by);
   const std::size_t left = matches.size() - replaced;
-  ShowNote(std::to_string(replaced) + " of " + Counted(matches.size()) + " on this page replaced" +
-           (left == 0 ? "" : "; " + std::to_string(left) + " with codes between the characters left"));
+  ShowNote(std::to_string(replaced) + " of " + std::to_string(matches.size()) + " on this page replaced" +
+           (left == 0 ? "" : "; " + std::to_string(left) + " with codes within"));
 }
 
 void PaintMatches(Painter& painter, const View& view) {

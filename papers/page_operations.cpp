@@ -22,7 +22,7 @@ enum class Kind { Insert, Remove, Move };
 struct Operation {
   Kind kind = Kind::Insert;
   int page = 0;  // that is inserted, removed or moved
-  int to = 0;    // where it is moved
+  int to = 0;    // where it is moved; which page is shown when it is removed, 0 for the one in its place
   // What its file holds when it is inserted, or held when it was inserted before; none for no file.
   std::optional<std::string> content = {};
   int keptAs = 0;  // the number by which the steps of a page that was removed are kept
@@ -109,6 +109,7 @@ Operation Insert(const Operation& operation) {
   const int page = operation.page;
   if (std::max(page, LastNumber() + (page <= LastNumber() ? 1 : 0)) > kLastPage)
     throw Failure("There is no room for another page: a paper has 999 at most.");
+  const int shown = CurrentPageNumber;
   const Renamings room = MakingRoom(page);
   RenamePages(room);
   if (operation.content) {
@@ -123,7 +124,7 @@ Operation Insert(const Operation& operation) {
   }
   RenumberPages([&operation](int number) { return number == operation.keptAs ? operation.page : number; });
   ShowPageOfPaper(page);
-  return {Kind::Remove, page, 0, operation.content};
+  return {Kind::Remove, page, shown, operation.content};
 }
 
 Operation Remove(const Operation& operation) {
@@ -131,7 +132,7 @@ Operation Remove(const Operation& operation) {
   const int last = LastNumber();
   Operation inverse = {Kind::Insert, page, 0, ContentOfFile(page), ++Kept};
   RenamePages(Taking(page, last));
-  ShowPageOfPaper(std::clamp(last - 1, 1, page));
+  ShowPageOfPaper(std::clamp(operation.to > 0 ? operation.to : page, 1, std::max(last - 1, 1)));
   // Only now that all others are in their places. If it fails, the page is the last one of the paper.
   if (inverse.content) TheFiles->Remove(FileOf(last + 1));
   RenumberPages([&](int number) { return number == last + 1 ? inverse.keptAs : number; });
