@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "app/exit.h"
+#include "app/find_window.h"
 #include "app/foot.h"
 #include "app/typing_view.h"
 #include "document/paper.h"
+#include "editing/bezier.h"
 #include "editing/keyboard.h"
 #include "editing/item_edits.h"
 #include "editing/modes.h"
@@ -15,6 +17,7 @@
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
+#include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
@@ -51,18 +54,40 @@ bool Outputting() {
   return true;
 }
 
-bool CanUndo() {
-  return !UndoLabel().empty();
+// The step that Undo or Redo takes: one through the row of pages, if that was the last that was done, else
+// one through the edits of the page.
+bool PagesGoBack() {
+  return PageStepBack().next && !RunIsOpen() && !PathIsOpen();
 }
-bool CanRedo() {
-  return !RedoLabel().empty();
+bool PagesGoForward() {
+  return PageStepForward().next && !RunIsOpen() && !PathIsOpen();
+}
+bool UndoStep() {
+  return PagesGoBack() ? UndoPageOperation() : Run<Undo>();
+}
+bool RedoStep() {
+  return PagesGoForward() ? RedoPageOperation() : Run<Redo>();
+}
+std::string LabelBack() {
+  return PagesGoBack() ? PageStepBack().label : UndoLabel();
+}
+std::string LabelForward() {
+  return PagesGoForward() ? PageStepForward().label : RedoLabel();
 }
 
-std::string UndoCaption() {
-  return CanUndo() ? "&Undo " + UndoLabel() : "&Undo";
+// "&Undo" and what it would take back.
+std::string CaptionWith(const char* command, const std::string& label) {
+  return label.empty() ? command : command + (" " + label);
 }
-std::string RedoCaption() {
-  return CanRedo() ? "&Redo " + RedoLabel() : "&Redo";
+
+template <bool Forwards>
+bool Finding() {
+  FindAgain(Forwards);
+  return true;
+}
+
+bool PaperHasName() {
+  return !CurrentPaperFile.empty();
 }
 
 bool Refresh() {
@@ -112,10 +137,19 @@ void AddFileMenu(Table& table) {
 
 void AddEditMenu(Table& table) {
   const char* const menu = "&Edit";
-  // Both keep the mode.
-  table.push_back({menu, "mEditUndo", "&Undo", "Ctrl+Z", Run<Undo>, CanUndo, {}, false, {}, UndoCaption});
-  table.push_back(
-      {menu, "mEditRedo", "&Redo", "Ctrl+Shift+Z", Run<Redo>, CanRedo, {}, false, {}, RedoCaption});
+  // These keep the mode.
+  const auto addStep = [&](const std::string& path, const char* id, const char* caption, const char* key,
+                           bool (*run)(), std::string (*label)()) {
+    table.push_back({.menu = path,
+                     .id = id,
+                     .caption = caption,
+                     .key = key,
+                     .run = run,
+                     .enabled = [label] { return !label().empty(); },
+                     .captionNow = [caption, label] { return CaptionWith(caption, label()); }});
+  };
+  addStep(menu, "mEditUndo", "&Undo", "Ctrl+Z", UndoStep, LabelBack);
+  addStep(menu, "mEditRedo", "&Redo", "Ctrl+Shift+Z", RedoStep, LabelForward);
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditMove", "&Move", "", Run<StartMove>, AnythingSelected});
   table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X"});
@@ -126,6 +160,30 @@ void AddEditMenu(Table& table) {
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditSelectAll", "Select &All", "Ctrl+A", Run<SelectEverything>});
   table.push_back({menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
+  table.push_back(Separator(menu));
+  table.push_back({menu, "mEditFind", "&Find", "Ctrl+F", Run<ShowFindWindow>});
+  table.push_back({menu, "mEditFindNext", "Find &Next", "F3", Finding<true>});
+  table.push_back({menu, "mEditFindPrevious", "Find Pre&vious", "Shift+F3", Finding<false>});
+  table.push_back(Separator(menu));
+  const std::string pages = "&Edit/Pa&ges";
+  const auto add = [&](const char* id, const char* caption, const char* key, bool (*run)(), bool (*can)()) {
+    table.push_back({.menu = pages,
+                     .id = id,
+                     .caption = caption,
+                     .key = key,
+                     .run = run,
+                     .enabled = can,
+                     .endsEditing = true});
+  };
+  add("mPagesBefore", "Insert &Before", "", InsertPageBefore, nullptr);
+  add("mPagesAfter", "Insert &After", "", InsertPageAfter, nullptr);
+  add("mPagesDuplicate", "Du&plicate", "", DuplicatePage, nullptr);
+  add("mPagesDelete", "&Delete", "", DeletePage, PaperHasName);
+  add("mPagesEarlier", "Move &Earlier", "Alt+PgUp", MovePageEarlier, CanMovePageEarlier);
+  add("mPagesLater", "Move &Later", "Alt+PgDown", MovePageLater, CanMovePageLater);
+  table.push_back(Separator(pages.c_str()));
+  addStep(pages, "mPagesUndo", "&Undo", "", UndoPageOperation, [] { return PageStepBack().label; });
+  addStep(pages, "mPagesRedo", "&Redo", "", RedoPageOperation, [] { return PageStepForward().label; });
 }
 
 // The entries named mGridV set the horizontal lines and those named mGridH the vertical ones: the letter is

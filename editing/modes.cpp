@@ -4,11 +4,14 @@
 
 #include "document/page_items.h"
 #include "editing/bezier.h"
+#include "editing/change_mark.h"
 #include "editing/keyboard.h"
 #include "editing/select_tool.h"
 #include "typography/renderer.h"
 
 namespace kelvane {
+
+std::function<void(Painter&, const View&)> PaintFinds;
 
 namespace {
 
@@ -53,6 +56,9 @@ void TakeMode(std::int16_t mode) {
 
 void PaintOverlay(Painter& painter, const View& view) {
   ToolInForce().Paint(painter, view);
+  if (view.printed) return;
+  PaintChangeMark(painter, view);
+  if (PaintFinds) PaintFinds(painter, view);
 }
 
 void PaintLayer(Layer layer, const Box& area) {

@@ -3,6 +3,7 @@
 // Choosing what the mouse and the keys do: the anchor buttons, "Draw Bezier", and leaving both.
 
 #include <cstdint>
+#include <functional>
 
 #include "editing/tool.h"
 
@@ -23,6 +24,9 @@ void FinishEditing();
 void LeaveEditing();
 // Takes a mode as it was found, its sign included, with its pointer.
 void TakeMode(std::int16_t mode);
+
+// Filled at start-up: the marks of what a search found, which are on every tool's overlay.
+extern std::function<void(Painter&, const View&)> PaintFinds;
 
 // What the canvas shows above the page.
 void PaintOverlay(Painter& painter, const View& view);

@@ -306,6 +306,10 @@ class Session : public EditorTest {
     if (word == "page") return Turn();
     if (word == "define") return Define(Word());
     if (word == "box") return Box("Control Codes").Type(Bytes(Text()));
+    if (word == "put") {
+      FakeTextBox& into = Box(Word());
+      return into.Type(Bytes(Text()));
+    }
     if (word == "size") return Box("Font Size").Type(Text());
     // The windows, time, and all of it again.
     if (word == "resize") return Resize(Number());
@@ -375,6 +379,7 @@ class Session : public EditorTest {
     if (subject == "label") return FontLabel->Text();
     if (subject == "status") return CursorLabel->Text();
     if (subject == "note") return NoteLabel->Text();
+    if (subject == "pages") return PageCountLabel->Text();
     if (subject == "title") return window->title;
     if (subject == "focus") return FocusedName();
     if (subject == "in") return Shown(Box(Word()).text);

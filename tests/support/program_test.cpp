@@ -31,13 +31,14 @@ void Empty(Handles&... handles) {
 void EmptyHandlesAndHooks() {
   Form1 = Form7 = nullptr;
   Picture1 = DesignerCanvas = nullptr;
-  FontLabel = CursorLabel = NoteLabel = nullptr;
+  FontLabel = CursorLabel = NoteLabel = PageCountLabel = nullptr;
   PageBox = Text1 = Text4 = Form7_Text1 = Form7_Text2 = nullptr;
   Command6 = nullptr;
   Form7 = nullptr;
   Form7_Text1 = Form7_Text2 = nullptr;
   Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons);
   PageEdited = ViewMoved = nullptr;
+  PaintFinds = nullptr;
   FocusedControl = nullptr;
 }
 
