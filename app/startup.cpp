@@ -12,6 +12,7 @@
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
+#include "editing/shaping.h"
 #include "editing/undo.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
@@ -48,6 +49,7 @@ void ReadOrReport(void (*read)()) {
 void ConnectSubjects() {
   PageEdited = ShowPaperState;
   OpenText = RetypeItem;
+  OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };
 }
 
 void ShowChoices() {
@@ -83,6 +85,7 @@ void ResetProgram() {
   ResetPaperCommands();
   ResetKeyboard();
   ResetBezier();
+  ResetShaping();
   ResetModes();
   ResetSelectTool();
   ResetUndo();
