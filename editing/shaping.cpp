@@ -29,6 +29,8 @@ constexpr float kHandlePixels = 4;  // half a handle's width
 constexpr float kJoinPixels = 12;   // ends this near to each other can be joined
 constexpr float kFineStep = 0.1F;   // points
 
+constexpr std::size_t kNoHandle = std::numeric_limits<std::size_t>::max();
+
 // A drawing as it is shaped. One that looks closed ends at its start here, filled or not.
 struct Form {
   Points points;
@@ -164,8 +166,8 @@ void MoveChosen(float dx, float dy) {
 }
 
 // The handle that a press takes: the nearest, points before control points.
-std::optional<std::size_t> HandleAt(const Form& form, Point at) {
-  std::optional<std::size_t> best;
+std::size_t HandleAt(const Form& form, Point at) {
+  std::size_t best = kNoHandle;
   for (const std::size_t kind : {0U, 1U}) {
     float nearest = Pixels(kGrabPixels);
     for (std::size_t i = kind; i < HandlesOf(form); i += 2) {
@@ -174,7 +176,7 @@ std::optional<std::size_t> HandleAt(const Form& form, Point at) {
       nearest = distance;
       best = i;
     }
-    if (best) break;
+    if (best != kNoHandle) break;
   }
   return best;
 }
@@ -258,7 +260,7 @@ void PaintHandle(Painter& painter, Point at, bool isPoint, bool chosen) {
   path.LineTo({at.x + r, at.y + side});
   path.LineTo(isPoint ? Point{at.x - r, at.y + r} : Point{at.x, at.y + r});
   path.LineTo({at.x - r, at.y - side});
-  painter.StrokePath(path, {PaletteColour(chosen ? kRed : kBlue), chosen ? 2.0F : 1.0F});
+  painter.StrokePath(path, {PaletteColour(chosen ? kMagenta : kBlue), chosen ? 2.0F : 1.0F});
 }
 
 void PaintHandles(Painter& painter, const Form& form) {
@@ -277,13 +279,13 @@ class Shaper : public Tool {
   void Press(const Pointer& pointer) override {
     DropDrag();
     const std::optional<Form> form = ShapedForm();
-    const auto handle = form ? HandleAt(*form, pointer.at) : std::nullopt;
+    const std::size_t handle = form ? HandleAt(*form, pointer.at) : kNoHandle;
     const auto spot = form ? SpotAt(*form, pointer.at) : std::nullopt;
-    const bool onPoint = handle && IsPoint(*handle);
+    const bool onPoint = handle != kNoHandle && IsPoint(handle);
     if (pointer.clicks == 2 && spot && !onPoint) {
       AddPointsAt(*form, {*spot});
-    } else if (handle) {
-      Grab(*form, *handle, pointer);
+    } else if (handle != kNoHandle) {
+      Grab(*form, handle, pointer);
     } else if (!pointer.shift) {
       Chosen.clear();
       if (!spot) Take(DrawingAt(pointer.at));
