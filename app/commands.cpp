@@ -231,13 +231,13 @@ void AddThicknessMenu(Table& table) {
 
 // What is filled: the drawing being shaped if it is closed, else those that are drawn from now on.
 bool FillIsOn() {
-  return ShapedLooksClosed() ? ShapedIsFilled() : FillClosed;
+  return ShapedLooksClosed() ? ShapedIsFilled() : FillClosed();
 }
 bool ToggleFill() {
   if (ShapedLooksClosed()) {
     SetShapedFilled(!ShapedIsFilled());
   } else {
-    FillClosed = !FillClosed;
+    FillClosed() = !FillClosed();
     ShowCursor();
   }
   return true;

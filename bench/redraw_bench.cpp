@@ -200,7 +200,8 @@ void DrawPath(benchmark::State& state) {
   QCoreApplication::processEvents();
   int step = 0;
   for (auto _ : state) {
-    const QPointF at(400 + 4 * (++step % 100), 400 + 4 * (step % 70));
+    ++step;
+    const QPointF at(400 + 4 * (step % 100), 400 + 4 * (step % 70));
     QMouseEvent move(QEvent::MouseMove, at, at, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
     const int before = paintings.Count();
     QCoreApplication::sendEvent(widget, &move);

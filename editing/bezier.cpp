@@ -14,10 +14,12 @@
 
 namespace kelvane {
 
-bool FillClosed = true;
 bool ArrowAtEnd = false;
 
 namespace {
+
+bool FillPaths = true;
+bool FillShapes;
 
 constexpr float kPullPixels = 4;   // the pointer moved this far with the button down bends the piece
 constexpr float kClosePixels = 5;  // a click this near the start closes the path
@@ -61,7 +63,7 @@ std::vector<Points> FinishedForms(Points path) {
   if (!EndsAtStart(path)) {
     if (ArrowAtEnd || DrawnShape == Shape::Arrow)
       heads.push_back(TakeArrowhead(path, static_cast<float>(LineWidth)));
-  } else if (!FillClosed) {
+  } else if (!FillClosed()) {
     EndAsOutline(path);
   }
   heads.insert(heads.begin(), std::move(path));
@@ -196,7 +198,8 @@ class PathDrawer : public Tool {
 }  // namespace
 
 void ResetBezier() {
-  FillClosed = true;
+  FillPaths = true;
+  FillShapes = false;
   ArrowAtEnd = false;
   CurrentDrawing.clear();
   Pressed = Pulling = false;
@@ -205,6 +208,10 @@ void ResetBezier() {
 Tool& PathTool() {
   static PathDrawer tool;
   return tool;
+}
+
+bool& FillClosed() {
+  return DrawnShape == Shape::Bezier ? FillPaths : FillShapes;
 }
 
 bool PathIsOpen() {

@@ -12,9 +12,10 @@ namespace kelvane {
 
 void ResetBezier();
 
-// How paths are finished. Closed ones become areas, or lines that come back to their start.
-extern bool FillClosed;
-// Open ones get an arrowhead.
+// Whether closed paths of the shape in force become areas, or else lines that come back to their start. At
+// first paths drawn piece by piece are areas, since they are closed on purpose, and the other shapes lines.
+bool& FillClosed();
+// Whether open ones get an arrowhead.
 extern bool ArrowAtEnd;
 
 // The tool of mode 10 for the shapes that are drawn point by point.

@@ -304,7 +304,8 @@ class Shaper : public Tool {
     ShowCursor();
   }
 
-  void Release(const Pointer&) override {
+  void Release(const Pointer& pointer) override {
+    Move(pointer);
     const bool dragged = Dragging && StillThere();
     DropDrag();
     if (!dragged) return;

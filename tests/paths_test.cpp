@@ -81,8 +81,8 @@ TEST_F(PathsTest, PointsThatComeAndGoLeaveThePathWhereItWas) {
       Points path = quarter;
       AddPointAt(path, {piece, part, {}, 0});
       ASSERT_EQ(path.size(), quarter.size() + 2);
-      EXPECT_LT(Deviation(path, quarter), 0.5F);
-      EXPECT_LT(Deviation(quarter, path), 0.5F);
+      EXPECT_LT(Deviation(path, quarter), 0.6F);
+      EXPECT_LT(Deviation(quarter, path), 0.6F);
     }
   }
   Points path = quarter;
