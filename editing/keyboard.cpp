@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <utility>
 #include <limits>
+#include <utility>
 
 #include "document/numbers.h"
 #include "document/page.h"
