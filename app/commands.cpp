@@ -10,8 +10,11 @@
 #include "editing/bezier.h"
 #include "editing/keyboard.h"
 #include "editing/item_edits.h"
+#include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
+#include "editing/selection.h"
+#include "editing/shaping.h"
 #include "editing/undo.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
@@ -283,6 +286,74 @@ void AddThicknessMenu(Table& table) {
   }
 }
 
+// What is filled: the drawing being shaped if it is closed, else those that are drawn from now on.
+bool FillIsOn() {
+  return ShapedLooksClosed() ? ShapedIsFilled() : FillClosed();
+}
+bool ToggleFill() {
+  if (ShapedLooksClosed()) {
+    SetShapedFilled(!ShapedIsFilled());
+  } else {
+    FillClosed() = !FillClosed();
+    ShowCursor();
+  }
+  return true;
+}
+
+bool ToggleArrow() {
+  ArrowAtEnd = !ArrowAtEnd;
+  return true;
+}
+
+// A drawing that is selected is the one to be shaped.
+void ShapeSelected() {
+  const SelectedItems selected = Selection();
+  ShapeDrawing(selected.drawings.empty() ? 0 : selected.drawings.front()->id);
+}
+
+void AddDrawMenu(Table& table) {
+  const char* const menu = "F&ormat/&Draw";
+  static constexpr struct {
+    const char* caption;
+    const char* key;
+    const char* toolTip;
+  } kRows[kShapes] = {{"Draw &Bezier", "Ctrl+Shift+B", "Draw Bezier (Ctrl+Shift+B)"},
+                      {"Draw &Line", "Ctrl+Shift+L", "Draw Line (Ctrl+Shift+L)"},
+                      {"Draw &Arrow", "Ctrl+Shift+W", "Draw Arrow (Ctrl+Shift+W)"},
+                      {"Draw &Rectangle", "Ctrl+Shift+R", "Draw Rectangle (Ctrl+Shift+R)"},
+                      {"Draw &Ellipse", "Ctrl+Shift+E", "Draw Ellipse (Ctrl+Shift+E)"},
+                      {"Draw &Polygon", "Ctrl+Shift+G", "Draw Polygon (Ctrl+Shift+G)"}};
+  for (int i = 0; i < kShapes; ++i) {
+    const auto shape = static_cast<Shape>(i);
+    const auto choose = [shape] {
+      ChooseShape(shape);
+      return true;
+    };
+    table.push_back({.menu = menu,
+                     .id = ShapeCommand(shape),
+                     .caption = kRows[i].caption,
+                     .key = kRows[i].key,
+                     .run = choose,
+                     .checked = [shape] { return CursorMode == kBezierMode && DrawnShape == shape; },
+                     .toolTip = kRows[i].toolTip});
+  }
+  table.push_back(Separator(menu));
+  table.push_back({menu, "mDrawFill", "&Fill Closed Drawings", "", ToggleFill, {}, FillIsOn});
+  table.push_back({menu, "mDrawHead", "Arrow&heads on Open Ones", "", ToggleArrow, {}, IsOn<ArrowAtEnd>});
+  table.push_back(Separator(menu));
+  table.push_back({.menu = menu,
+                   .id = "mDrawShape",
+                   .caption = "&Shape Drawing",
+                   .key = "Ctrl+Shift+D",
+                   .run = Run<ShapeSelected>,
+                   .checked = [] { return CursorMode == kShapingMode; },
+                   .toolTip = "Shape Drawing (Ctrl+Shift+D)"});
+  table.push_back({menu, "mDrawAddPoint", "Add Poi&nt", "", Run<AddPoints>, CanAddPoints});
+  table.push_back({menu, "mDrawRemovePoint", "Re&move Point", "", Run<RemovePoints>, CanRemovePoints});
+  table.push_back({menu, "mDrawSplit", "Spli&t", "", Run<SplitShaped>, CanSplit});
+  table.push_back({menu, "mDrawJoin", "&Join", "", Run<JoinShaped>, CanJoin});
+}
+
 void AddMacroMenu(Table& table) {
   for (int number = 0; number < kMacros; ++number) {
     const auto call = [number] {
@@ -329,7 +400,6 @@ void AddButtons(Table& table) {
     };
     add("Cur" + std::to_string(mode), kAnchorNames[mode], "", choose, kAnchorNames[mode]);
   }
-  add("Command6", "Draw Bezier", "", Run<ChooseBezier>, "Draw Bezier");
 }
 
 Table MakeTable() {
@@ -340,6 +410,7 @@ Table MakeTable() {
   AddFontMenu(table);
   AddColourMenu(table);
   AddThicknessMenu(table);
+  AddDrawMenu(table);
   table.push_back(Separator("F&ormat"));
   table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer"});
   AddMacroMenu(table);
@@ -358,6 +429,10 @@ Table MakeTable() {
 const std::vector<Command>& Commands() {
   static const Table table = MakeTable();
   return table;
+}
+
+std::string ShapeCommand(Shape shape) {
+  return shape == Shape::Bezier ? "Command6" : "mDraw" + std::to_string(static_cast<int>(shape));
 }
 
 const Command& CommandOf(std::string_view id) {

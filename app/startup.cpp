@@ -14,6 +14,7 @@
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
+#include "editing/shaping.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
@@ -53,6 +54,7 @@ void ConnectSubjects() {
   PageEdited = ShowPaperState;
   OpenText = RetypeItem;
   PaintFinds = PaintMatches;
+  OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };
 }
 
 void ShowChoices() {
@@ -91,6 +93,7 @@ void ResetProgram() {
   ResetFind();
   ResetKeyboard();
   ResetBezier();
+  ResetShaping();
   ResetModes();
   ResetSelectTool();
   ResetEdits();

@@ -1,6 +1,6 @@
 #pragma once
 
-// Choosing what the mouse and the keys do: the anchor buttons, "Draw Bezier", and leaving both.
+// Choosing what the mouse and the keys do: the anchor buttons, those of the drawing tools, and leaving both.
 
 #include <cstdint>
 #include <functional>
@@ -15,8 +15,10 @@ void ResetModes();
 // Anchor button 0 to 9: completes the run being typed and the path being drawn, then takes the mode, not
 // placed. Text that waits in the control-code box for a place goes on waiting.
 void ChooseAnchor(std::int16_t mode);
-// Button "Draw Bezier": the same for mode 10.
-void ChooseBezier();
+// The buttons from "Draw Bezier" on: the same for mode 10.
+void ChooseShape(Shape shape);
+// The same for mode 11, with a drawing of the page by the identity of its item; 0 for none yet.
+void ShapeDrawing(std::uint64_t id);
 
 // Completes what is half done: an open run with its own anchor, a path being drawn.
 void FinishEditing();

@@ -33,10 +33,10 @@ void EmptyHandlesAndHooks() {
   Picture1 = DesignerCanvas = nullptr;
   FontLabel = CursorLabel = NoteLabel = PageCountLabel = nullptr;
   PageBox = Text1 = Text4 = Form7_Text1 = Form7_Text2 = nullptr;
-  Command6 = nullptr;
+  ShapingButton = nullptr;
   Form7 = nullptr;
   Form7_Text1 = Form7_Text2 = nullptr;
-  Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons);
+  Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons, ShapeButtons);
   PageEdited = ViewMoved = nullptr;
   PaintFinds = nullptr;
   FocusedControl = nullptr;
