@@ -43,7 +43,13 @@ const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},
                                                 {"Delete", kKeyDelete},
                                                 {"Ctrl+Left", kKeyWordLeft},
                                                 {"Ctrl+Right", kKeyWordRight},
-                                                {"Ctrl+Backspace", kKeyWordBackspace}};
+                                                {"Ctrl+Backspace", kKeyWordBackspace},
+                                                {"Shift+Left", kKeyLeft | kWithShift},
+                                                {"Shift+Right", kKeyRight | kWithShift},
+                                                {"Shift+Home", kKeyHome | kWithShift},
+                                                {"Shift+End", kKeyEnd | kWithShift},
+                                                {"Ctrl+Shift+Left", kKeyWordLeft | kWithShift},
+                                                {"Ctrl+Shift+Right", kKeyWordRight | kWithShift}};
 
 // A script's text as bytes, and bytes as a script shows them.
 std::string Bytes(const std::string& shown) {
@@ -234,6 +240,14 @@ class Session : public EditorTest {
     canvas->Wheel(event);
   }
 
+  // "text" or "items", as another program or another of these editors leaves it.
+  void FillClipboard(const std::string& kind) {
+    std::string content = Bytes(Text());
+    for (const std::string& line : block) content += Bytes(line) + "\r\n";
+    clipboard.items = kind == "items" ? content : "";
+    clipboard.text = kind == "text" ? content : "";
+  }
+
   void Answer(const std::string& word) {
     if (word == "yes") return dialogs.AnswerYes();
     if (word == "no") return dialogs.AnswerNo();
@@ -276,6 +290,7 @@ class Session : public EditorTest {
     if (word == "unreadable") return (void)files.unreadable.insert(rest);
     if (word == "fail") return rest == "all" ? files.FailAnyStep(1, true) : files.FailStep(FileStep::Create);
     if (word == "answer") return Answer(Word());
+    if (word == "clipboard") return FillClipboard(Word());
     if (word == "start") return Begin(rest);
     FakeWindow& main = Main();
     // The page.
@@ -374,6 +389,7 @@ class Session : public EditorTest {
     if (subject == "title") return window->title;
     if (subject == "focus") return FocusedName();
     if (subject == "in") return Shown(Box(Word()).text);
+    if (subject == "clipboard") return Lines(clipboard.text);
     if (subject == "asked") return First(dialogs.asked);
     if (subject == "message") return First(dialogs.messages);
     if (subject == "menu") return StateOf(Word());

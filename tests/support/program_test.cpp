@@ -70,6 +70,7 @@ ProgramTest::ProgramTest() {
   TheFiles = &files;
   TheDialogs = &dialogs;
   TheToolkit = &toolkit;
+  TheClipboard = &clipboard;
   ProgramFolder = "\\Kelvane\\";
   StateFolder = "\\State\\";
   toolkit.NewWindow(true);
@@ -85,6 +86,7 @@ ProgramTest::~ProgramTest() {
   TheFiles = &DiskFiles();
   TheDialogs = nullptr;
   TheToolkit = nullptr;
+  TheClipboard = nullptr;
 }
 
 void ProgramTest::TearDown() {
