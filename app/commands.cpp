@@ -137,7 +137,8 @@ void AddEditMenu(Table& table) {
   table.push_back({menu, "mEditDuplicate", "Dup&licate", "Ctrl+D", Run<DuplicateSelected>, AnythingSelected});
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditSelectAll", "Select &All", "Ctrl+A", Run<SelectEverything>});
-  table.push_back({menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
+  table.push_back(
+      {menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
 }
 
 // The entries named mGridV set the horizontal lines and those named mGridH the vertical ones: the letter is

@@ -12,8 +12,8 @@
 
 namespace kelvane {
 
-// Rewrites the selected items: `text` and `drawing` change an item and return true, or false to leave it as it
-// is. A drawing's style is the last token of its record.
+// Rewrites the selected items: `text` and `drawing` change an item and return true, or false to leave it as
+// it is. A drawing's style is the last token of its record.
 using ChangeText = std::function<bool(TextEntry& entry)>;
 using ChangeDrawing = std::function<bool(Drawing& drawing, std::string& style)>;
 void ChangeSelected(const std::string& label, const ChangeText& text, const ChangeDrawing& drawing);

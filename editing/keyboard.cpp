@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <utility>
 #include <limits>
+#include <utility>
 
 #include "document/numbers.h"
 #include "document/page.h"
@@ -462,7 +462,7 @@ void TypeKey(int code) {
 }
 
 void InsertScript(int index) {
-  constexpr int kCodes = 3;    // of each script: begin, back, forward
+  constexpr int kCodes = 3;  // of each script: begin, back, forward
   constexpr int kForward = 2;
   const auto code = static_cast<char>(kFirstScriptCode + index);
   if (CursorMode < 0 && index % kCodes == 0 && !SelectedPart().Empty()) {

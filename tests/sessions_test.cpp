@@ -389,7 +389,7 @@ class Session : public EditorTest {
     if (subject == "title") return window->title;
     if (subject == "focus") return FocusedName();
     if (subject == "in") return Shown(Box(Word()).text);
-    if (subject == "clipboard") return Lines(clipboard.text);
+    if (subject == "clipboard") return ReplaceAll(Shown(clipboard.text), "\\x0D\\x0A", "\n");
     if (subject == "asked") return First(dialogs.asked);
     if (subject == "message") return First(dialogs.messages);
     if (subject == "menu") return StateOf(Word());

@@ -2,10 +2,10 @@
 
 #include "platform/qt/qt_clipboard.h"
 
+#include <gtest/gtest.h>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <gtest/gtest.h>
 
 namespace kelvane {
 namespace {
@@ -27,7 +27,8 @@ TEST(ClipboardTest, LinesComeBackFromATextEditor) {
     std::string untypable;
     std::string codes = clipboard.CodesOf(clipboard.Text(), untypable);
     EXPECT_EQ(untypable, "");
-    for (std::size_t at = 0; (at = codes.find('\n', at)) != std::string::npos; at += 2) codes.insert(at, 1, '\r');
+    for (std::size_t at = 0; (at = codes.find('\n', at)) != std::string::npos; at += 2)
+      codes.insert(at, 1, '\r');
     EXPECT_EQ(codes, lines);
   }
 }
