@@ -20,16 +20,16 @@ OpenItem OpenDrawing = nullptr;
 
 namespace {
 
-constexpr float kPickPixels = 4;        // a click this near to an item's ink picks it
-constexpr float kDragPixels = 3;        // a press that moves this far is a drag
-constexpr float kAttractPixels = 4;     // how far guides and neighbours attract what is moved
-constexpr float kMarkPixels = 2;        // between an item's ink and its mark
+constexpr float kPickPixels = 4;         // a click this near to an item's ink picks it
+constexpr float kDragPixels = 3;         // a press that moves this far is a drag
+constexpr float kAttractPixels = 4;      // how far guides and neighbours attract what is moved
+constexpr float kMarkPixels = 2;         // between an item's ink and its mark
 constexpr std::size_t kMostShown = 300;  // more items are marked and moved as one box
-constexpr float kFineStep = 0.1F;       // points
+constexpr float kFineStep = 0.1F;        // points
 
 enum class Doing { Nothing, Pressing, Boxing, Dragging };
 Doing Now = Doing::Nothing;
-bool Sticky;        // a move that was started by its command: no button is held
+bool Sticky;  // a move that was started by its command: no button is held
 Point PressedAt;
 Point PointerAt;
 std::uint64_t Pressed;  // the item under the press, 0 for none
@@ -45,8 +45,8 @@ std::uint64_t Clicked;
 // Of the items being moved.
 float DX;
 float DY;
-Point Reference;            // point that snaps to the grid
-Box Moved;                  // their box before
+Point Reference;  // point that snaps to the grid
+Box Moved;        // their box before
 float MovedBaseline;
 std::vector<float> LinesX;  // what attracts: guides, edges and middles of neighbours
 std::vector<float> LinesY;
@@ -166,7 +166,8 @@ void BeginMoving() {
 }
 
 // The line nearest to one of some places, if it attracts; `shift` takes the place there.
-bool Attract(const std::vector<float>& lines, std::initializer_list<float> places, float& shift, float& line) {
+bool Attract(const std::vector<float>& lines, std::initializer_list<float> places, float& shift,
+             float& line) {
   float best = Pixels(kAttractPixels);
   bool found = false;
   for (const float place : places) {
@@ -300,10 +301,8 @@ void PaintMoving(Painter& painter, const View& view, const SelectedItems& select
     }
   }
   const Pen thin{PaletteColour(kMagenta), 1, true};
-  if (IsAttractedX)
-    painter.DrawLine({AttractedX, view.area.top}, {AttractedX, view.area.bottom}, thin);
-  if (IsAttractedY)
-    painter.DrawLine({view.area.left, AttractedY}, {view.area.right, AttractedY}, thin);
+  if (IsAttractedX) painter.DrawLine({AttractedX, view.area.top}, {AttractedX, view.area.bottom}, thin);
+  if (IsAttractedY) painter.DrawLine({view.area.left, AttractedY}, {view.area.right, AttractedY}, thin);
 }
 
 void PaintMarks(Painter& painter, const SelectedItems& selected) {

@@ -10,8 +10,8 @@
 
 namespace kelvane {
 
-// The marked box: that of the selection's ink in points, all 0 while nothing is selected. Bottom is the lesser
-// y.
+// The marked box: that of the selection's ink in points, all 0 while nothing is selected. Bottom is the
+// lesser y.
 extern float MarkedLeft;
 extern float MarkedBottom;
 extern float MarkedRight;

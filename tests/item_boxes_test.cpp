@@ -242,6 +242,13 @@ TEST_F(ItemBoxesTest, DrawingsHaveTheInkOfTheirCurves) {
   EXPECT_GT(inside, 10);
 }
 
+TEST_F(ItemBoxesTest, AWideLineIsNearByItsEdge) {
+  const Drawing line{{{0, 50}, {50, 50}, {100, 50}}, {0, 9}, false};
+  EXPECT_EQ(DistanceTo(line, {50, 54}, 0), 0);
+  EXPECT_EQ(DistanceTo(line, {50, 44}, 2), 1.5F);
+  EXPECT_GT(DistanceTo(line, {50, 40}, 2), 2);
+}
+
 TEST_F(ItemBoxesTest, WhatHasNoInkIsAtItsPoint) {
   for (const char* run : {"", "   ", "\xF0\xE3",
                           "\xED"

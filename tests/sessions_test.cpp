@@ -41,15 +41,7 @@ const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},
                                                 {"Home", kKeyHome},
                                                 {"End", kKeyEnd},
                                                 {"Delete", kKeyDelete},
-                                                {"Ctrl+Left", kKeyWordLeft},
-                                                {"Ctrl+Right", kKeyWordRight},
-                                                {"Ctrl+Backspace", kKeyWordBackspace},
-                                                {"Shift+Left", kKeyLeft | kWithShift},
-                                                {"Shift+Right", kKeyRight | kWithShift},
-                                                {"Shift+Home", kKeyHome | kWithShift},
-                                                {"Shift+End", kKeyEnd | kWithShift},
-                                                {"Ctrl+Shift+Left", kKeyWordLeft | kWithShift},
-                                                {"Ctrl+Shift+Right", kKeyWordRight | kWithShift}};
+                                                {"Ctrl+Backspace", kKeyWordBackspace}};
 
 // A script's text as bytes, and bytes as a script shows them.
 std::string Bytes(const std::string& shown) {
@@ -181,11 +173,17 @@ class Session : public EditorTest {
 
   // A key of the page or of the window, once or so many times, or "in" a box.
   void Key(const std::string& key) {
-    const auto code = kCanvasKeys.find(key);
     const std::string how = Word();
+    auto code = kCanvasKeys.find(key);
+    int held = 0;
+    if (code == kCanvasKeys.end()) {
+      code = kCanvasKeys.find(key.substr(key.rfind('+') + 1));
+      if (key.find("Shift+") != std::string::npos) held |= kWithShift;
+      if (key.find("Ctrl+") != std::string::npos) held |= kWithControl;
+    }
     if (how == "in") return key == "Enter" ? Box(Text()).PressEnter() : Box(Text()).PressEscape();
     for (int times = how.empty() ? 1 : std::stoi(how); times > 0; --times)
-      code != kCanvasKeys.end() ? canvas->Press(code->second) : Main().PressShortcut(key);
+      code != kCanvasKeys.end() ? canvas->Press(code->second | held) : Main().PressShortcut(key);
   }
 
   // At one or, behind commas, several points; keys are held "with" it.

@@ -52,13 +52,15 @@ void PaintGrid(Painter& painter, const View& view) {
   if (!view.grid || view.scale < 1) return;
   if (GridStepV >= kFirstHorizontalChoice) {
     const Pen pen = GridPen(2 * GridStepV, view.scale);
-    ForGrid(2 * GridStepV, PaperHeight, view.area.top, view.area.bottom,
-            [&](float y) { painter.DrawLine({0, y}, {PaperWidth, y}, pen); });
+    ForGrid(2 * GridStepV, PaperHeight, view.area.top, view.area.bottom, [&](float y) {
+      painter.DrawLine({0, y}, {PaperWidth, y}, pen);
+    });
   }
   if (GridStepH >= kFirstVerticalChoice) {
     const Pen pen = GridPen(2 * GridStepH, view.scale);
-    ForGrid(2 * GridStepH, PaperWidth, view.area.left, view.area.right,
-            [&](float x) { painter.DrawLine({x, 0}, {x, PaperHeight}, pen); });
+    ForGrid(2 * GridStepH, PaperWidth, view.area.left, view.area.right, [&](float x) {
+      painter.DrawLine({x, 0}, {x, PaperHeight}, pen);
+    });
   }
 }
 
