@@ -8,8 +8,7 @@
 #include "app/typing_view.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
-#include "editing/keyboard.h"
-#include "editing/item_edits.h"
+#include "editing/clipboard.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
@@ -110,9 +109,21 @@ bool IsOn() {
 }
 
 void SelectEverything() {
+  if (RunIsOpen()) return SelectWholeRun();
   LeaveEditing();
   SelectAll();
   ShowCursor();
+}
+
+// What changes the run takes the view along.
+template <auto Routine>
+bool Editing() {
+  Routine();
+  FollowTyping();
+  return true;
+}
+void PasteAtPointer() {
+  Paste(PointerOnPaper());
 }
 
 Command Separator(const char* menu) {
@@ -155,10 +166,10 @@ void AddEditMenu(Table& table) {
   addStep(menu, "mEditRedo", "&Redo", "Ctrl+Shift+Z", RedoStep, LabelForward);
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditMove", "&Move", "", Run<StartMove>, AnythingSelected});
-  table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X"});
-  table.push_back({menu, "mEditCopy", "&Copy", "Ctrl+C"});
-  table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V"});
-  table.push_back({menu, "mEditDelete", "&Delete", "Del", Run<DeleteSelected>, AnythingSelected});
+  table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X", Editing<Cut>, CanCopy});
+  table.push_back({menu, "mEditCopy", "&Copy", "Ctrl+C", Run<Copy>, CanCopy});
+  table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V", Editing<PasteAtPointer>});
+  table.push_back({menu, "mEditDelete", "&Delete", "Del", Editing<Delete>, CanDelete});
   table.push_back({menu, "mEditDuplicate", "Dup&licate", "Ctrl+D", Run<DuplicateSelected>, AnythingSelected});
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditSelectAll", "Select &All", "Ctrl+A", Run<SelectEverything>});

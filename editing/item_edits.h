@@ -20,12 +20,13 @@ void ChangeSelected(const std::string& label, const ChangeText& text, const Chan
 
 // Moves the selected items by so many points.
 void MoveSelected(float dx, float dy);
-void DeleteSelected();
+void DeleteSelected(const std::string& label = "delete");
 
 // The selected items as the lines of a page file.
 std::string LinesOfSelected();
-// Adds the items that such lines hold, moved by so many points, and selects them. Throws Failure if a line is
-// neither a text entry nor a drawing; nothing is changed then.
+// The items that such lines hold. Throws Failure if a line is neither a text entry nor a drawing.
+Page ReadItems(std::string_view lines);
+// Adds them, moved by so many points, and selects them. Throws as ReadItems does; nothing is changed then.
 void AddItems(const std::string& label, std::string_view lines, float dx, float dy);
 
 // Replaces the line of one text item, in its place; an empty line takes it away.

@@ -238,6 +238,14 @@ class Session : public EditorTest {
     canvas->Wheel(event);
   }
 
+  // "text" or "items", as another program or another of these editors leaves it.
+  void FillClipboard(const std::string& kind) {
+    std::string content = Bytes(Text());
+    for (const std::string& line : block) content += Bytes(line) + "\r\n";
+    clipboard.items = kind == "items" ? content : "";
+    clipboard.text = kind == "text" ? content : "";
+  }
+
   void Answer(const std::string& word) {
     if (word == "yes") return dialogs.AnswerYes();
     if (word == "no") return dialogs.AnswerNo();
@@ -280,6 +288,7 @@ class Session : public EditorTest {
     if (word == "unreadable") return (void)files.unreadable.insert(rest);
     if (word == "fail") return rest == "all" ? files.FailAnyStep(1, true) : files.FailStep(FileStep::Create);
     if (word == "answer") return Answer(Word());
+    if (word == "clipboard") return FillClipboard(Word());
     if (word == "start") return Begin(rest);
     FakeWindow& main = Main();
     // The page.
@@ -383,6 +392,7 @@ class Session : public EditorTest {
     if (subject == "title") return window->title;
     if (subject == "focus") return FocusedName();
     if (subject == "in") return Shown(Box(Word()).text);
+    if (subject == "clipboard") return ReplaceAll(Shown(clipboard.text), "\\x0D\\x0A", "\n");
     if (subject == "asked") return First(dialogs.asked);
     if (subject == "message") return First(dialogs.messages);
     if (subject == "menu") return StateOf(Word());

@@ -71,6 +71,7 @@ ProgramTest::ProgramTest() {
   TheFiles = &files;
   TheDialogs = &dialogs;
   TheToolkit = &toolkit;
+  TheClipboard = &clipboard;
   ProgramFolder = "\\Kelvane\\";
   StateFolder = "\\State\\";
   toolkit.NewWindow(true);
@@ -86,6 +87,7 @@ ProgramTest::~ProgramTest() {
   TheFiles = &DiskFiles();
   TheDialogs = nullptr;
   TheToolkit = nullptr;
+  TheClipboard = nullptr;
 }
 
 void ProgramTest::TearDown() {
