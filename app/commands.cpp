@@ -9,6 +9,7 @@
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/undo.h"
+#include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
@@ -274,7 +275,7 @@ Table MakeTable() {
   table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer"});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
-  table.push_back({"&Help", "mHelpContents", "&Contents", "F1"});
+  table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});
   table.push_back({"&Help", "mHelpContact", "C&ontact"});
   table.push_back({"&Help", "mHelpWeb", "&Web Page"});
   table.push_back(Separator("&Help"));

@@ -13,6 +13,7 @@
 #include "editing/modes.h"
 #include "editing/undo.h"
 #include "help/help_files.h"
+#include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
@@ -86,6 +87,7 @@ void ResetProgram() {
   ResetMacros();
   ResetPlainText();
   ResetFoot();
+  ResetHelpWindow();
   ResizeGuard = true;
   ConnectSubjects();
 }

@@ -29,6 +29,7 @@ class QtControl : public Interface {
     return {widget_->x(), widget_->y(), widget_->width(), widget_->height()};
   }
   void SetEnabled(bool enabled) override { widget_->setEnabled(enabled); }
+  void SetVisible(bool visible) override { widget_->setVisible(visible); }
   Widget* GetWidget() const { return widget_; }
 
  protected:
@@ -63,11 +64,16 @@ class QtButton final : public QtControl<Button, QPushButton> {
 
 class QtTextBox final : public QtControl<TextBox, QLineEdit> {
  public:
-  QtTextBox(QWidget* parent, const std::string& accessibleName, bool fixedPitch);
+  enum class Holds { Codes, Run, Words };  // codes; codes, shown in a fixed-pitch face; UTF-8
+
+  QtTextBox(QWidget* parent, const std::string& accessibleName, Holds holds);
   void SetText(const std::string& text) override;
   std::string Text() const override;
   void Focus() override;
   void SelectAll() override;
+
+ private:
+  Holds holds_;
 };
 
 class QtScrollBar final : public QtControl<ScrollBar, QScrollBar> {

@@ -8,9 +8,11 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QShortcut>
 #include <algorithm>
 
 #include "platform/files.h"
+#include "platform/handlers.h"
 #include "platform/qt/qt_text.h"
 
 namespace kelvane {
@@ -36,6 +38,19 @@ class Asker {
  private:
   QPointer<QWidget> window_;
 };
+
+// Shows a dialog until it is answered. It blocks the window below it and no other, so that the help opened
+// from it with F1 can be read.
+int Run(QDialog& dialog, const std::string& about) {
+  dialog.setWindowModality(Qt::WindowModal);
+  const QShortcut help(QKeySequence(Qt::Key_F1), &dialog);
+  QObject::connect(&help, &QShortcut::activated, &dialog, [&about] {
+    RunHandler([&about] {
+      if (TheDialogs->OnHelp) TheDialogs->OnHelp(about);
+    });
+  });
+  return dialog.exec();
+}
 
 // "caption|pattern|caption|pattern" as Qt's list of filters.
 QStringList NameFilters(const std::string& filter) {
@@ -66,7 +81,7 @@ void QtDialogs::Message(const std::string& text) {
   const Asker asker;
   QMessageBox box(QMessageBox::Information, kTitle, PlainText(text), QMessageBox::Ok, asker.Window());
   box.setTextFormat(Qt::PlainText);
-  box.exec();
+  Run(box, text);
 }
 
 bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
@@ -76,7 +91,7 @@ bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(yesIsDefault ? QMessageBox::Yes : QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
-  return box.exec() == QMessageBox::Yes;
+  return Run(box, text) == QMessageBox::Yes;
 }
 
 Answer QtDialogs::AskBeforeLosing(const std::string& text) {
@@ -89,7 +104,7 @@ Answer QtDialogs::AskBeforeLosing(const std::string& text) {
   QPushButton* neither = box.addButton(QMessageBox::Cancel);
   neither->hide();
   box.setEscapeButton(neither);
-  const int pressed = box.exec();
+  const int pressed = Run(box, text);
   if (pressed == QMessageBox::Yes) return Answer::Yes;
   return pressed == QMessageBox::No ? Answer::No : Answer::Neither;
 }
@@ -109,7 +124,7 @@ int QtDialogs::Choose(const std::string& text, const std::vector<std::string>& l
     buttons.push_back(button);
     ++index;
   }
-  box.exec();
+  Run(box, text);
   const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
   return clicked == buttons.end() ? escapeIndex : static_cast<int>(clicked - buttons.begin());
 }
@@ -138,7 +153,7 @@ std::string QtDialogs::ChooseFile(const std::string& title, const std::string& f
     if (!save) dialog.setLabelText(QFileDialog::Accept, PlainText(openLabel));
     dialog.setNameFilters(NameFilters(filter));
     StartAt(dialog, start);
-    if (dialog.exec() != QDialog::Accepted) return {};
+    if (Run(dialog, title) != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
     const std::string name = QFile::encodeName(chosen).toStdString();
     if (chosen.contains(u'\\')) {

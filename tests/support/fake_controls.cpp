@@ -1,5 +1,7 @@
 #include "tests/support/fake_controls.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 namespace kelvane {
@@ -42,6 +44,53 @@ void FakeScrollBar::SetRange(float newLeast, float newMost, float newPage, float
 void FakeScrollBar::Scroll(float newValue) {
   value = newValue;
   if (OnScroll) OnScroll(newValue);
+}
+
+void FakeTextView::Show(const std::vector<TextBlock>& newBlocks) {
+  blocks = newBlocks;
+  top = {};
+  marked.clear();
+}
+
+bool FakeTextView::Find(const std::string& text, bool) {
+  found = text;
+  return Words().find(text) != std::string::npos;
+}
+
+std::string FakeTextView::Words() const {
+  std::string words;
+  for (const TextBlock& block : blocks)
+    for (const TextLine& line : block.lines) words += WordsOf(line) + "\n";
+  return words;
+}
+
+void FakeTabs::Click(const std::string& caption) {
+  const auto found = std::ranges::find(captions, caption);
+  ASSERT_NE(found, captions.end()) << "No tab " << caption;
+  chosen = static_cast<int>(found - captions.begin());
+  if (OnChosen) OnChosen(chosen);
+}
+
+void FakeList::SetRows(const std::vector<Row>& newRows) {
+  rows = newRows;
+  chosen = -1;
+}
+
+void FakeList::Click(const std::string& text) {
+  const auto found = std::ranges::find(rows, text, &Row::text);
+  ASSERT_NE(found, rows.end()) << "No row " << text;
+  chosen = static_cast<int>(found - rows.begin());
+  if (OnChosen) OnChosen(chosen);
+}
+
+void FakeTextArea::Type(const std::string& newText) {
+  text = newText;
+  if (OnChange) OnChange();
+}
+
+void FakeBrowser::Open(const std::string& newHome, const std::string& newOffline) {
+  home = newHome;
+  offline = newOffline;
 }
 
 void FakeMenuEntry::SetCaption(const std::string& newCaption) {
@@ -192,6 +241,30 @@ TextBox* FakeWindow::AddTextBox(const std::string& accessibleName, bool fixedPit
   return box;
 }
 
+TextBox* FakeWindow::AddPlainTextBox(const std::string& accessibleName) {
+  return AddTextBox(accessibleName, false);
+}
+
+TextView* FakeWindow::AddTextView(const std::string&) {
+  return Add(views);
+}
+
+Tabs* FakeWindow::AddTabs(const std::string&) {
+  return Add(tabs);
+}
+
+List* FakeWindow::AddList(const std::string&) {
+  return Add(lists);
+}
+
+TextArea* FakeWindow::AddTextArea(const std::string&) {
+  return Add(areas);
+}
+
+Browser* FakeWindow::AddBrowser(const std::string&) {
+  return hasEngine ? Add(browsers) : nullptr;
+}
+
 ScrollBar* FakeWindow::AddScrollBar(bool horizontal) {
   FakeScrollBar* bar = Add(bars);
   bar->horizontal = horizontal;
@@ -215,6 +288,7 @@ void FakeTimer::Tick() {
 Window* FakeToolkit::NewWindow(bool main) {
   FakeWindow* window = Add(windows);
   window->main = main;
+  window->hasEngine = hasEngine;
   return window;
 }
 
