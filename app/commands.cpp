@@ -2,9 +2,13 @@
 
 #include <algorithm>
 
+#include "app/about_window.h"
+#include "app/contact_window.h"
 #include "app/exit.h"
 #include "app/foot.h"
+#include "app/samples.h"
 #include "app/typing_view.h"
+#include "app/web_window.h"
 #include "document/paper.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
@@ -232,6 +236,19 @@ void AddMacroMenu(Table& table) {
   }
 }
 
+void AddSampleMenu(Table& table) {
+  for (const SamplePaper& paper : SamplePapers()) {
+    for (int page = 1; page <= paper.pages; ++page) {
+      const std::string number = std::to_string(page);
+      table.push_back({.menu = std::string("&Help/&Sample Papers/") + paper.caption,
+                       .id = std::string("mSample") + paper.name + number,
+                       .caption = "Page &" + number,
+                       .run = [&paper, page] { return OpenSample(paper, page); },
+                       .endsEditing = true});
+    }
+  }
+}
+
 void AddButtons(Table& table) {
   static constexpr const char* kScripts[12] = {
       "Superscript",        "Back from Superscript",        "Forward from Superscript",
@@ -276,10 +293,11 @@ Table MakeTable() {
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
   table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});
-  table.push_back({"&Help", "mHelpContact", "C&ontact"});
-  table.push_back({"&Help", "mHelpWeb", "&Web Page"});
+  AddSampleMenu(table);
+  table.push_back({"&Help", "mHelpContact", "C&ontact", "", Run<ShowContact>});
+  table.push_back({"&Help", "mHelpWeb", "&Web Page", "", Run<ShowWebPage>});
   table.push_back(Separator("&Help"));
-  table.push_back({"&Help", "mHelpAbout", "&About"});
+  table.push_back({"&Help", "mHelpAbout", "&About", "", Run<ShowAbout>});
   AddButtons(table);
   return table;
 }

@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
   kelvane::TheDialogs = &dialogs;
 
   const std::string folder = QCoreApplication::applicationDirPath().toLocal8Bit().toStdString();
+  kelvane::StateFolder = kelvane::FindStateFolder();
   if (!kelvane::StartUp(kelvane::BackslashPath(folder))) return 1;
 
   const QStringList arguments = QCoreApplication::arguments();

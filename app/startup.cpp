@@ -1,9 +1,14 @@
 #include "app/startup.h"
 
+#include "app/about_window.h"
+#include "app/contact_window.h"
+#include "app/context_help.h"
+#include "app/first_minutes.h"
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
 #include "app/settings.h"
+#include "app/web_window.h"
 #include "designer/character_files.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
@@ -34,7 +39,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr int kMacroInterval = 200;  // milliseconds
+constexpr int kInterval = 200;  // milliseconds
 
 // A macro file or a settings file that is there and cannot be read must not keep the person from the editor.
 void ReadOrReport(void (*read)()) {
@@ -54,10 +59,13 @@ void ShowChoices() {
   ShowFontLabel(CurrentFont, FontSize);
 }
 
-void StartMacroTimer() {
+void StartTimer() {
   Timer* timer = TheToolkit->NewTimer();
-  timer->OnTick = RefreshMacros;
-  timer->Start(kMacroInterval);
+  timer->OnTick = [] {
+    RefreshMacros();
+    FollowFirstMinutes();
+  };
+  timer->Start(kInterval);
 }
 
 void LoadProgramFiles() {
@@ -87,7 +95,11 @@ void ResetProgram() {
   ResetMacros();
   ResetPlainText();
   ResetFoot();
+  ResetFirstMinutes();
   ResetHelpWindow();
+  ResetContactWindow();
+  ResetWebWindow();
+  ResetAboutWindow();
   ResizeGuard = true;
   ConnectSubjects();
 }
@@ -111,7 +123,10 @@ bool StartUp(const std::string& executableFolder) {
   BuildForm7();
   ShowPageNumber();
   ShowChoices();
-  StartMacroTimer();
+  AddHelpKeys(*Form7, "Macros");
+  AddPointedHelpKey(*Form1, "The window");
+  AddHelpOfDialogs();
+  StartTimer();
   return true;
 }
 
@@ -121,7 +136,11 @@ void ShowEditor(const std::string& pageFile) {
   Form1->Show();
   Form1_Resize();
   Picture1->Focus();
-  if (!pageFile.empty()) RunHandler([&] { OpenPaperFile(pageFile); });
+  if (pageFile.empty()) {
+    BeginFirstMinutes();
+  } else {
+    RunHandler([&] { OpenPaperFile(pageFile); });
+  }
   RefreshMenus();
 }
 

@@ -337,8 +337,18 @@ int Occurrences(const std::string& upperText, const std::string& word, std::size
   return count;
 }
 
-// Part of a line around a position.
-std::string Excerpt(const std::string& text, std::size_t at) {
+// Part of a line around a position, in the room of a list: its columns go.
+std::string Excerpt(const std::string& line, std::size_t at) {
+  std::string text;
+  std::size_t shift = 0;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    if (line[i] == ' ' && (text.empty() || text.back() == ' ')) {
+      if (i < at) ++shift;
+    } else {
+      text += line[i];
+    }
+  }
+  at -= shift;
   if (text.size() <= kExcerpt) return text;
   std::size_t begin = at > kExcerpt / 3 ? at - kExcerpt / 3 : 0;
   if (begin > 0) begin = text.find(' ', begin) + 1;  // a match has a beginning before it, so there is a blank
@@ -377,11 +387,12 @@ HelpHit SearchPage(const HelpPage& page, const std::vector<std::string>& words, 
       std::size_t at = 0;
       if (words.size() > 1 && Occurrences(upperLine, phrase, at) > 0) hit.rank += 10 * worth;
       if (upperLine == phrase) hit.rank += 2 * worth;
-      if (hit.lines.size() < kMostHitLines)
+      // The heading of the page is its row in the list already.
+      if (i > 0 && hit.lines.size() < kMostHitLines)
         hit.lines.push_back({{static_cast<int>(i), static_cast<int>(j)}, Excerpt(line, first)});
     }
   }
-  if (std::ranges::find(counts, 0) != counts.end()) hit.lines.clear();
+  if (std::ranges::find(counts, 0) != counts.end()) hit = {};
   return hit;
 }
 
@@ -513,7 +524,7 @@ std::vector<HelpHit> SearchHelp(const HelpBook& book, std::string_view query) {
   for (std::size_t page = 0; page < book.pages.size(); ++page) {
     HelpHit hit = SearchPage(book.pages[page], words, phrase);
     hit.page = static_cast<int>(page);
-    if (!hit.lines.empty()) hits.push_back(std::move(hit));
+    if (hit.rank > 0) hits.push_back(std::move(hit));
   }
   std::ranges::stable_sort(hits, [](const HelpHit& a, const HelpHit& b) { return a.rank > b.rank; });
   return hits;

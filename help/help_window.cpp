@@ -78,7 +78,7 @@ void FilterIndex() {
         words, [&](const std::string& word) { return upperText.find(word) != std::string::npos; });
     if (!shown) continue;
     ShownIndex.push_back(entry);
-    rows.push_back({entry.text, 0});
+    rows.push_back({.text = entry.text});
   }
   HelpParts.index->SetRows(rows);
 }
@@ -86,7 +86,7 @@ void FilterIndex() {
 void ShowLists() {
   std::vector<List::Row> rows;
   rows.reserve(Contents.size());
-  for (const HelpEntry& entry : Contents) rows.push_back({entry.text, entry.level});
+  for (const HelpEntry& entry : Contents) rows.push_back({.text = entry.text, .level = entry.level});
   HelpParts.contents->SetRows(rows);
   FilterIndex();
 }
@@ -195,10 +195,10 @@ void Search() {
   std::vector<List::Row> rows;
   PlacesOfHits.clear();
   for (const HelpHit& hit : SearchHelp(Book, query)) {
-    rows.push_back({Book.pages[static_cast<std::size_t>(hit.page)].title, 0});
+    rows.push_back({Book.pages[static_cast<std::size_t>(hit.page)].title, 0, true});
     PlacesOfHits.push_back({hit.page, {}});
     for (const HelpHit::Line& line : hit.lines) {
-      rows.push_back({line.excerpt, 1});
+      rows.push_back({.text = line.excerpt, .level = 1});
       PlacesOfHits.push_back({hit.page, line.at});
     }
   }

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <system_error>
@@ -157,6 +158,17 @@ class FilesOfTheDisk : public Files {
     if (unlink(name.c_str()) != 0) FailBySystem("remove", name);
   }
 
+  void MakeFolder(const std::string& path) override {
+    std::string name = MachinePath(path);
+    while (name.size() > 1 && name.ends_with('/')) name.pop_back();
+    constexpr mode_t kForThePerson = 0700;
+    if (mkdir(name.c_str(), kForThePerson) == 0 || errno == EEXIST) return;
+    const std::string above = FolderOfMachinePath(name).string();
+    if (errno != ENOENT || above == name) FailBySystem("make", name);
+    MakeFolder(BackslashPath(above));
+    if (mkdir(name.c_str(), kForThePerson) != 0 && errno != EEXIST) FailBySystem("make", name);
+  }
+
  private:
   static std::string ReadToEnd(int descriptor, const std::string& name) {
     std::string content;
@@ -174,6 +186,18 @@ class FilesOfTheDisk : public Files {
 };
 
 }  // namespace
+
+std::string FindStateFolder() {
+  const auto variable = [](const char* name) {
+    const char* value = std::getenv(name);
+    // A path that is not absolute is to be ignored.
+    return std::string(value != nullptr && value[0] == '/' ? value : "");
+  };
+  std::string state = variable("XDG_STATE_HOME");
+  const std::string home = variable("HOME");
+  if (state.empty() && !home.empty()) state = home + "/.local/state";
+  return state.empty() ? state : BackslashPath(state) + "\\kelvane\\";
+}
 
 Files& DiskFiles() {
   static FilesOfTheDisk files;

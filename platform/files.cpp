@@ -61,6 +61,7 @@ auto OnBehalfOf(const std::string& path, const std::string& temporary, Step step
 }  // namespace
 
 std::string ProgramFolder;
+std::string StateFolder;
 Files* TheFiles = &DiskFiles();
 
 bool SameFile(const std::string& path, const std::string& other) {

@@ -11,6 +11,12 @@ namespace kelvane {
 // Set once by start-up (tests set it to a folder of their own).
 extern std::string ProgramFolder;
 
+// The person's folder for what is no configuration and must not be lost; backslash form, ends in a backslash,
+// made when it is first needed. Empty if there is none. Set as ProgramFolder is.
+extern std::string StateFolder;
+// XDG_STATE_HOME, else .local/state in the home folder, then kelvane.
+std::string FindStateFolder();
+
 // File operations. Paths are in backslash form (`\home\u\Essay.001`); a drive letter in front stands for
 // the root. Every operation throws Failure with the file's name and the system's reason.
 class Files {
@@ -36,6 +42,8 @@ class Files {
   // is no regular file or write-protected.
   virtual void Rename(const std::string& from, const std::string& to) = 0;
   virtual void Remove(const std::string& path) = 0;
+  // Makes the folder, for the person alone, and those above it, where they are missing.
+  virtual void MakeFolder(const std::string& path) = 0;
 };
 
 // The files in use: those of the disk unless a test puts others in their place.

@@ -88,6 +88,7 @@ class List : public Control {
   struct Row {
     std::string text = {};
     int level = 0;
+    bool open = false;  // shows the rows below it, until the person folds them away
     bool operator==(const Row&) const = default;
   };
   // Does not call OnChosen.

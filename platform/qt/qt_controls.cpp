@@ -158,7 +158,10 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, Holds h
   widget_->setToolTip(PlainText(accessibleName).toHtmlEscaped());
   widget_->setMaxLength(kLongestText);
   QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { RunHandler(OnChange); });
-  if (holds == Holds::Words) return;
+  if (holds == Holds::Words) {
+    widget_->setPlaceholderText(PlainText(accessibleName));
+    return;
+  }
   if (holds == Holds::Run) {
     widget_->setFont(FixedPitchFont());
     static_cast<BoxEdit*>(widget_)->HoldsRun = true;

@@ -76,6 +76,8 @@ void QtList::SetRows(const std::vector<Row>& rows) {
     }
     above.emplace_back(row.level, item);
   }
+  // Items can be opened once those below them are there.
+  for (std::size_t i = 0; i < rows.size(); ++i) items_[i]->setExpanded(rows[i].open);
   widget_->setRootIsDecorated(levels);
 }
 

@@ -28,10 +28,9 @@ constexpr int kLargestZoom = 20;
 constexpr double kZoomStep = 1.1;
 // Heading sizes by level, times the size of the text.
 constexpr double kHeadingSizes[] = {1.7, 1.3, 1.15, 1.0, 1.0, 1.0};
-// How far a sign reaches above and below its baseline, in ems, and its size beside that of the text.
-constexpr double kSignAbove = 1.15;
-constexpr double kSignBelow = 0.55;
-constexpr double kSignSize = 1.1;
+// The height of a sign's picture, and the size of the sign, beside the size of the text.
+constexpr double kSignHeight = 2;
+constexpr double kSignSize = 1.2;
 
 // "Arial" and "Letter Gothic" by name, so that they are taken where they are installed, and what is nearest.
 QFont TextFont() {
@@ -201,10 +200,14 @@ void QtTextView::InsertSign(QTextCursor& cursor, const TextPiece& piece, const Q
   const double ratio = widget_->devicePixelRatioF();
   const double text = points * widget_->logicalDpiY() / 72;
   const double em = text * kSignSize;
-  const double width = QFontMetricsF(format.font(), widget_).horizontalAdvance(u'0') * piece.columns;
-  const double height = (kSignAbove + kSignBelow) * em;
-  const Box shown{0, static_cast<float>(-kSignAbove * em), static_cast<float>(width),
-                  static_cast<float>(kSignBelow * em)};
+  const QFontMetricsF metrics(format.font(), widget_);
+  const double width = metrics.horizontalAdvance(u'0') * piece.columns;
+  const double height = std::round(kSignHeight * text);
+  // A picture in the middle of a line has the middle of its small letters in its own middle; the baseline of
+  // the sign is to be that of the line.
+  const double above = (height + metrics.xHeight()) / 2;
+  const Box shown{0, static_cast<float>(-above), static_cast<float>(width),
+                  static_cast<float>(height - above)};
   QtImagePainter painter(QSizeF(width * ratio, height * ratio).toSize(), shown, ratio, Qt::transparent);
   RunHandler(
       [&] { OnPaintPicture(piece.picture, static_cast<float>(em), static_cast<float>(ratio), painter); });
@@ -217,6 +220,7 @@ void QtTextView::InsertSign(QTextCursor& cursor, const TextPiece& piece, const Q
   const QString name = QStringLiteral("sign:%1").arg(PlainText(piece.picture));
   widget_->document()->addResource(QTextDocument::ImageResource, QUrl(name), image);
   QTextImageFormat picture;
+  picture.setFont(format.font());
   picture.setName(name);
   picture.setWidth(width);
   picture.setHeight(height);

@@ -43,6 +43,7 @@ class MemoryFiles : public Files {
   void Close(Handle handle) override;
   void Rename(const std::string& from, const std::string& to) override;
   void Remove(const std::string& path) override;
+  void MakeFolder(const std::string&) override {}
 
  private:
   bool IsToFail(FileStep step);

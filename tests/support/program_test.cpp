@@ -82,6 +82,7 @@ ProgramTest::ProgramTest() {
   TheDialogs = &dialogs;
   TheToolkit = &toolkit;
   ProgramFolder = "\\Kelvane\\";
+  StateFolder = "\\State\\";
   toolkit.NewWindow(true);
   window = toolkit.windows.front().get();
   FillHandles(*window);
