@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "editing/modes.h"
+#include "editing/cursor.h"
 #include "help/help_window.h"
 
 namespace kelvane {

@@ -16,6 +16,7 @@
 #include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/select_tool.h"
 #include "editing/undo.h"
 #include "help/help_files.h"
 #include "help/help_window.h"
@@ -52,6 +53,7 @@ void ReadOrReport(void (*read)()) {
 
 void ConnectSubjects() {
   PageEdited = ShowPaperState;
+  OpenText = RetypeItem;
 }
 
 void ShowChoices() {
@@ -91,6 +93,7 @@ void ResetProgram() {
   ResetKeyboard();
   ResetBezier();
   ResetModes();
+  ResetSelectTool();
   ResetUndo();
   ResetMacros();
   ResetPlainText();

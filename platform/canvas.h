@@ -1,7 +1,7 @@
 #pragma once
 
-// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen, with
-// two layers, a mouse pointer, the focus and events.
+// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen,
+// with two layers, a mouse pointer, the focus and events.
 //
 // Coordinates are those of whoever draws (points of the paper) and stay floats; pen widths and text sizes are
 // logical pixels.
@@ -83,6 +83,10 @@ struct MouseEvent {
   float y = 0;
   float pixelX = 0;  // position in pixels from the canvas's top-left corner
   float pixelY = 0;
+  bool shift = false;
+  bool control = false;
+  bool alt = false;
+  int clicks = 1;  // 2 from the second press of a double click on
 };
 
 struct WheelEvent {
@@ -94,8 +98,8 @@ struct WheelEvent {
   float pixelY = 0;
 };
 
-// Codes of the canvas's keys: characters of code page 1252, the control characters of some keys, and from
-// kKeyLeft on keys that are no characters.
+// Codes of the canvas's keys: ASCII characters, the control characters of some keys, and from kKeyLeft on
+// keys that are no characters.
 inline constexpr int kKeyBackspace = 8;
 inline constexpr int kKeyCtrlEnter = 10;
 inline constexpr int kKeyEnter = 13;
@@ -107,9 +111,12 @@ inline constexpr int kKeyDown = 259;
 inline constexpr int kKeyHome = 260;
 inline constexpr int kKeyEnd = 261;
 inline constexpr int kKeyDelete = 262;
-inline constexpr int kKeyWordLeft = 263;
-inline constexpr int kKeyWordRight = 264;
-inline constexpr int kKeyWordBackspace = 265;
+inline constexpr int kKeyWordBackspace = 263;
+// Held with one of the keys that are no characters.
+inline constexpr int kWithShift = 1 << 16;
+inline constexpr int kWithControl = 1 << 17;
+inline constexpr int kKeyWordLeft = kKeyLeft | kWithControl;
+inline constexpr int kKeyWordRight = kKeyRight | kWithControl;
 
 class Painter {
  public:
@@ -127,8 +134,8 @@ class Painter {
 };
 
 // A surface on the screen. The page layer holds the page; the overlay above it what comes and goes (cursor
-// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever asked
-// for it since.
+// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever
+// asked for it since.
 class Canvas : public Painter {
  public:
   // Size in logical pixels; 0 while the window is not laid out.
@@ -162,6 +169,8 @@ class Canvas : public Painter {
 
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;
+  // The person typed characters that are no keys of the canvas: readable, in UTF-8, blanks between them.
+  std::function<void(const std::string&)> OnUntypable;
   std::function<void(const MouseEvent&)> OnMouseDown;
   std::function<void(const MouseEvent&)> OnMouseMove;
   std::function<void(const MouseEvent&)> OnMouseUp;

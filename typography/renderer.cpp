@@ -104,16 +104,6 @@ bool CanBeFilled(const Path& path) {
   return points <= kMostFillPoints;
 }
 
-void PaintDrawing(Painter& painter, const View& view, const Drawing& drawing) {
-  if (!drawing.closed) {
-    StrokeDrawing(painter, view, drawing);
-    return;
-  }
-  const Path path = PathOf(drawing);
-  const ColourValue colour = PaletteColour(drawing.style.colour);
-  CanBeFilled(path) ? painter.FillPath(path, colour) : painter.StrokePath(path, {colour, 1});
-}
-
 // Where a run begins, and how its blanks are stretched.
 struct PlacedRun {
   Point origin;
@@ -149,15 +139,32 @@ void PaintPage(Painter& painter, const View& view, const PageItems& items, const
   PaintGrid(painter, view);
   PaintGuides(painter, view);
   for (const DrawingItem& item : items.Drawings()) {
-    if (item.draws && Meet(BoundsOf(item.drawing), area)) PaintDrawing(painter, view, item.drawing);
+    if (!item.draws || item.id == view.hidden) continue;
+    if (Meet(BoundsOf(item.drawing), area)) PaintDrawing(painter, view, item.drawing);
   }
   RunPainter runs(painter, view);
   for (const TextItem& item : items.Texts()) {
-    if (!item.draws || !Reaches(item.entry, area)) continue;
+    if (!item.draws || item.id == view.hidden || !Reaches(item.entry, area)) continue;
     const TextEntry& entry = item.entry;
     const PlacedRun placed = PlaceRun(entry);
     runs.Paint({entry.text, entry.font, entry.size, placed.origin, kBlack, placed.extraSpace});
   }
+}
+
+void PaintDrawing(Painter& painter, const View& view, const Drawing& drawing) {
+  if (!drawing.closed) {
+    StrokeDrawing(painter, view, drawing);
+    return;
+  }
+  const Path path = PathOf(drawing);
+  const ColourValue colour = PaletteColour(drawing.style.colour);
+  CanBeFilled(path) ? painter.FillPath(path, colour) : painter.StrokePath(path, {colour, 1});
+}
+
+void PaintEntry(Painter& painter, const View& view, const TextEntry& entry) {
+  const PlacedRun placed = PlaceRun(entry);
+  RunPainter(painter, view)
+      .Paint({entry.text, entry.font, entry.size, placed.origin, kBlack, placed.extraSpace});
 }
 
 void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing) {

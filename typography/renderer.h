@@ -13,6 +13,9 @@ namespace kelvane {
 // Paints paper, grid, guides, drawings and runs. Items that lie outside `area` (points) are left out.
 void PaintPage(Painter& painter, const View& view, const PageItems& items, const Box& area);
 
+// One item as the page shows it.
+void PaintEntry(Painter& painter, const View& view, const TextEntry& entry);
+void PaintDrawing(Painter& painter, const View& view, const Drawing& drawing);
 // A line of a drawing, or of the path being drawn, in the colour and width that a record's style tells.
 void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing);
 

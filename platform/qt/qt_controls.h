@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <string>
 
 #include "platform/controls.h"
@@ -25,10 +26,6 @@ class QtControl : public Interface {
   void SetPlace(const Place& place) override {
     widget_->setGeometry(place.left, place.top, place.width, place.height);
   }
-  Place GetPlace() const override {
-    return {widget_->x(), widget_->y(), widget_->width(), widget_->height()};
-  }
-  void SetEnabled(bool enabled) override { widget_->setEnabled(enabled); }
   void SetVisible(bool visible) override { widget_->setVisible(visible); }
   Widget* GetWidget() const { return widget_; }
 
@@ -40,6 +37,8 @@ class QtControl : public Interface {
 class QtLabel final : public QtControl<Label, QLabel> {
  public:
   QtLabel(QWidget* parent, const std::string& text);
+  // A label whose place a status bar gives, if it can with room for `width` pixels.
+  QtLabel(QStatusBar* bar, int width);
   // A text too long for its place is set smaller, and then shortened in its middle; the tool tip has it
   // whole.
   void SetPlace(const Place& place) override;
@@ -48,10 +47,13 @@ class QtLabel final : public QtControl<Label, QLabel> {
   void Repaint() override;
 
  private:
+  class FootLabel;
+
   void Fit();
 
   std::string text_;
-  bool placed_ = false;  // a label in the status bar is not: the bar gives it its room
+  bool placed_ = false;
+  bool foot_ = false;
 };
 
 class QtButton final : public QtControl<Button, QPushButton> {
@@ -60,6 +62,7 @@ class QtButton final : public QtControl<Button, QPushButton> {
   // A caption too long for its place is set smaller.
   void SetPlace(const Place& place) override;
   void SetDown(bool down) override;
+  void SetEnabled(bool enabled) override { widget_->setEnabled(enabled); }
 };
 
 class QtTextBox final : public QtControl<TextBox, QLineEdit> {
@@ -71,8 +74,12 @@ class QtTextBox final : public QtControl<TextBox, QLineEdit> {
   std::string Text() const override;
   void Focus() override;
   void SelectAll() override;
+  // A font too high for the box is set smaller.
+  void SetPlace(const Place& place) override;
 
  private:
+  void Edited(bool accepted);
+
   Holds holds_;
 };
 

@@ -26,7 +26,6 @@ class QtWindow final : public Window {
   QtWindow& operator=(const QtWindow&) = delete;
 
   void SetTitle(const std::string& title) override;
-  std::string Title() const override { return title_; }
   void SetChanged(bool changed) override;
   void SetWindowPlace(const WindowPlace& place) override;
   WindowPlace GetWindowPlace() const override;
@@ -35,7 +34,6 @@ class QtWindow final : public Window {
   void Show() override;
   void Hide() override;
   bool Visible() const override;
-  void Close() override;
   Menu* AddMenu(const std::string& caption) override;
   Canvas* AddCanvas() override;
   void SetCanvasPlace(Canvas* canvas, const Place& place) override;
@@ -65,6 +63,7 @@ class QtWindow final : public Window {
   bool MayClose();
   void LayOut() const;
   void StorePlace() const;
+  void ShowTitle();
   // Takes over a control and shows it.
   template <class Kept>
   Kept* Keep(std::unique_ptr<Kept> control) {
@@ -77,8 +76,8 @@ class QtWindow final : public Window {
   std::unique_ptr<MainFrame> frame_;
   ClientArea* client_;
   std::string title_;
-  bool closing_ = false;
   std::string placeKeptAs_;
+  bool changed_ = false;
   int horizontalBars_ = 0;
   int verticalBars_ = 0;
   std::deque<QtMenu> menus_;
