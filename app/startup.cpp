@@ -42,7 +42,8 @@ namespace {
 
 constexpr int kInterval = 200;  // milliseconds
 
-// A macro file or a settings file that is there and cannot be read must not keep the person from the editor.
+// A file of settings, macros or ink boxes that is there and cannot be read must not keep the person from the
+// editor.
 void ReadOrReport(void (*read)()) {
   try {
     read();
@@ -76,6 +77,7 @@ void LoadProgramFiles() {
   LoadCharacterDefs();
   IndexHelpFile();
   LoadWidthTables();
+  ReadOrReport(LoadInkBoxes);
   ReadOrReport(ReadMacros);
 }
 

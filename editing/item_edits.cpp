@@ -50,7 +50,6 @@ void Rewrite(const std::string& label, const Changes& texts, const Changes& draw
     if (!drawings.empty()) page.drawings = std::move(newDrawings);
     page.drawingCount = static_cast<std::int16_t>(page.drawingCount - removedDrawings);
   });
-  FollowPage();
 }
 
 Point Moved(Point point, float dx, float dy) {

@@ -9,6 +9,7 @@
 #include "editing/item_edits.h"
 #include "typography/colours.h"
 #include "typography/item_boxes.h"
+#include "typography/metrics.h"
 #include "typography/renderer.h"
 
 namespace kelvane {
@@ -472,21 +473,21 @@ void StartMove() {
 
 bool SelectNext(bool forwards) {
   // Down the page, then to the right, as pages are read and saved.
-  struct Place {
+  struct Spot {
     float y;
     float x;
     std::uint64_t id;
   };
-  std::vector<Place> places;
+  std::vector<Spot> places;
   const PageItems& items = ItemsOfPage();
   for (const TextItem& item : items.Texts())
     if (item.draws) places.push_back({item.entry.y, item.entry.x, item.id});
   for (const DrawingItem& item : items.Drawings())
     if (item.draws) places.push_back({item.drawing.points[0].y, item.drawing.points[0].x, item.id});
   std::stable_sort(places.begin(), places.end(),
-                   [](const Place& a, const Place& b) { return a.y < b.y || (a.y == b.y && a.x < b.x); });
+                   [](const Spot& a, const Spot& b) { return a.y < b.y || (a.y == b.y && a.x < b.x); });
   if (!forwards) std::reverse(places.begin(), places.end());
-  const auto selected = [](const Place& place) { return IsSelected(place.id); };
+  const auto selected = [](const Spot& place) { return IsSelected(place.id); };
   const auto last = std::find_if(places.rbegin(), places.rend(), selected);
   const auto next = last == places.rend() ? places.begin() : last.base();
   if (next == places.end()) return false;

@@ -62,7 +62,7 @@ void Undo() {
     return;
   }
   const StepTaken step = StepBack();
-  FollowPage();
+  ShowCursor();
   if (!step.taken || !MovesCursor(step)) return;
   if (step.label == "typing" && GiveBackRun(AddedLine(step))) return;
   CursorX = step.cursorBefore.x;
@@ -81,7 +81,7 @@ void Redo() {
   }
   FinishDrawing();
   const StepTaken step = StepForward();
-  FollowPage();
+  ShowCursor();
   if (!step.taken || !MovesCursor(step)) return;
   CursorX = step.cursorAfter.x;
   CursorY = step.cursorAfter.y;

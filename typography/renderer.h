@@ -30,11 +30,4 @@ void RedrawPage();
 void ShowPage();
 void ShowPage(const Box& area);
 
-// The origin of a run of `width` points and size `size` whose `anchor` lies on `at`; y is the baseline. An
-// anchor outside 1 to 9 leaves the point.
-Point AlignAtAnchor(Point at, int anchor, float width, float size);
-
-// The extra width of each blank that stretches a run of `width` points to `amount`; 0 without blanks.
-float JustificationSpace(std::string_view text, float amount, float width);
-
 }  // namespace kelvane
