@@ -10,8 +10,8 @@
 #include "app/typing_view.h"
 #include "app/web_window.h"
 #include "document/paper.h"
-#include "editing/keyboard.h"
 #include "editing/item_edits.h"
+#include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
 #include "editing/undo.h"
@@ -130,7 +130,8 @@ void AddEditMenu(Table& table) {
   table.push_back({menu, "mEditDuplicate", "Dup&licate", "Ctrl+D", Run<DuplicateSelected>, AnythingSelected});
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditSelectAll", "Select &All", "Ctrl+A", Run<SelectEverything>});
-  table.push_back({menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
+  table.push_back(
+      {menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
 }
 
 // The entries named mGridV set the horizontal lines and those named mGridH the vertical ones: the letter is

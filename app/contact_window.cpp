@@ -105,9 +105,10 @@ void ComposeAndSend() {
 }
 
 void EndSending() {
-  ShowStep(Step::Idle, Post.LeavesItToThePerson()
-                           ? "Your mail program has the comment: send it there. It is kept here until you clear it."
-                           : "The comment is sent. It is kept here until you clear it.");
+  ShowStep(Step::Idle,
+           Post.LeavesItToThePerson()
+               ? "Your mail program has the comment: send it there. It is kept here until you clear it."
+               : "The comment is sent. It is kept here until you clear it.");
 }
 
 void WaitOrGiveUp() {
@@ -118,7 +119,8 @@ void WaitOrGiveUp() {
   if (Post.LeavesItToThePerson() && TicksInStep >= kProgramTicks) {
     // Some mail programs end only when the person closes their window.
     Post.GiveUp();
-    ShowStep(Step::Idle, "The mail program has not answered yet. The comment is kept here until you clear it.");
+    ShowStep(Step::Idle,
+             "The mail program has not answered yet. The comment is kept here until you clear it.");
   } else if (TicksInStep >= kTransportTicks) {
     GiveUp(kSendFailure, "the mail transport does not answer.");
   }

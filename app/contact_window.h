@@ -1,7 +1,7 @@
 #pragma once
 
-// The window that sends a comment to the maker by mail. What is written in it lies in the state folder until it
-// is cleared, so that no failure loses it. The window is made when it is first asked for.
+// The window that sends a comment to the maker by mail. What is written in it lies in the state folder until
+// it is cleared, so that no failure loses it. The window is made when it is first asked for.
 
 #include "platform/text_view.h"
 

@@ -35,7 +35,7 @@ std::string MarkFile() {
 }
 
 bool Begun() {
-  return !PendingRun.empty() || !ThePage.Empty();
+  return !PendingRun.empty() || !CurrentDrawing.empty() || !ThePage.Empty();
 }
 
 }  // namespace

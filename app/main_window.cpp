@@ -158,8 +158,8 @@ void AddRunRow(Window& window) {
 void AddCanvasAndBars(Window& window) {
   Picture1 = window.AddCanvas();
   Picture1->OnPaint = [](Layer layer, const Box& area) {
-    PaintLayer(layer, area);
     if (layer == Layer::Overlay) PaintHint(*Picture1, CurrentView());
+    PaintLayer(layer, area);
   };
   Picture1->OnKeyPress = Form1_Picture1_KeyPress;
   Picture1->OnUntypable = NoteUntypable;

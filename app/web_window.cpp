@@ -32,8 +32,8 @@ bool NoEngine;  // it was asked for in vain
 
 // Only addresses that belong into a browser or a mail program: anything else could start a program.
 bool MayLeave(const std::string& address) {
-  const bool known = address.starts_with("http://") || address.starts_with("https://") ||
-                     address.starts_with("mailto:");
+  const bool known =
+      address.starts_with("http://") || address.starts_with("https://") || address.starts_with("mailto:");
   return known && IsOneLine(address);
 }
 

@@ -294,7 +294,13 @@ int QtWindow::RowHeight() const {
 }
 
 void QtWindow::KeepPlaceAs(const std::string& name, const WindowPlace& first) {
-  SetWindowPlace(first);
+  const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+  WindowPlace fitting = first;
+  fitting.width = std::min(first.width, ToTwips(screen.width()));
+  fitting.height = std::min(first.height, ToTwips(screen.height()));
+  SetWindowPlace(fitting);
+  if (!frame_->screen()->availableGeometry().contains(frame_->frameGeometry()))
+    frame_->move(OnScreen(frame_->frameGeometry()));
   placeKeptAs_ = name;
   const QStringList kept = QSettings().value(PlainText(name)).toString().split(u' ');
   float sides[4];
