@@ -310,9 +310,9 @@ void PaintMoving(Painter& painter, const View& view, const SelectedItems& select
 }
 
 void PaintHandling(Painter& painter, const View& view, const SelectedItems& selected) {
+  PaintFrame(painter);
   if (selected.Count() <= kMostShown)
     PaintChanged(painter, view, selected, [](auto& item) { ChangeByHandle(item); });
-  PaintFrame(painter);
 }
 
 void PaintMarks(Painter& painter, const SelectedItems& selected) {
