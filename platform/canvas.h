@@ -75,6 +75,15 @@ struct ScreenFace {
 
 enum class Layer { Page, Overlay };
 
+// What the pointer says that a press would do.
+enum class PointerShape {
+  Arrow,
+  Move,
+  ResizeFalling,  // along the diagonal from top left to bottom right
+  ResizeRising,   // along the other one
+  Turn,
+};
+
 enum class MouseButton { Left, Middle, Right };
 
 struct MouseEvent {
@@ -164,6 +173,8 @@ class Canvas : public Painter {
   // marked point. SetPointerIcon returns false and shows the arrow if the file cannot be loaded.
   virtual void SetPointerArrow() = 0;
   virtual bool SetPointerIcon(const std::string& path) = 0;
+  // The system's pointer of that shape.
+  virtual void SetPointerShape(PointerShape shape) = 0;
 
   virtual void Focus() = 0;
 

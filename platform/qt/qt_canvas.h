@@ -31,6 +31,7 @@ class QtCanvas final : public QWidget, public Canvas {
                 ColourValue colour) override;
   void SetPointerArrow() override;
   bool SetPointerIcon(const std::string& path) override;
+  void SetPointerShape(PointerShape shape) override;
   void Focus() override;
 
   // Takes effect at once, shown or not.

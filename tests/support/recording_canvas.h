@@ -19,6 +19,7 @@ class RecordingCanvas : public Canvas {
   std::string coordinates;
   // Path of the icon in use, empty for the arrow.
   std::string pointer;
+  PointerShape shape = PointerShape::Arrow;
   // Keys held while the mouse does something.
   bool shift = false;
   bool control = false;
@@ -69,7 +70,11 @@ class RecordingCanvas : public Canvas {
   void FillPath(const Path& path, ColourValue colour) override;
   void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
                 ColourValue colour) override;
-  void SetPointerArrow() override { pointer.clear(); }
+  void SetPointerArrow() override {
+    pointer.clear();
+    shape = PointerShape::Arrow;
+  }
+  void SetPointerShape(PointerShape newShape) override { shape = newShape; }
   bool SetPointerIcon(const std::string& path) override;
   void Focus() override;
 
