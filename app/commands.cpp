@@ -5,6 +5,7 @@
 #include "app/exit.h"
 #include "app/foot.h"
 #include "app/typing_view.h"
+#include "designer/designer_window.h"
 #include "document/paper.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
@@ -271,7 +272,7 @@ Table MakeTable() {
   AddColourMenu(table);
   AddThicknessMenu(table);
   table.push_back(Separator("F&ormat"));
-  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer"});
+  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", Run<ShowDesigner>});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
   table.push_back({"&Help", "mHelpContents", "&Contents", "F1"});

@@ -5,6 +5,7 @@
 #include "app/menus.h"
 #include "app/settings.h"
 #include "designer/character_files.h"
+#include "designer/designer_window.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
@@ -84,6 +85,7 @@ void ResetProgram() {
   ResetModes();
   ResetUndo();
   ResetMacros();
+  ResetDesigner();
   ResetPlainText();
   ResetFoot();
   ResizeGuard = true;

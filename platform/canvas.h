@@ -1,7 +1,7 @@
 #pragma once
 
-// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen, with
-// two layers, a mouse pointer, the focus and events.
+// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen,
+// with two layers, a mouse pointer, the focus and events.
 //
 // Coordinates are those of whoever draws (points of the paper) and stay floats; pen widths and text sizes are
 // logical pixels.
@@ -83,6 +83,7 @@ struct MouseEvent {
   float y = 0;
   float pixelX = 0;  // position in pixels from the canvas's top-left corner
   float pixelY = 0;
+  bool shift = false;
 };
 
 struct WheelEvent {
@@ -127,8 +128,8 @@ class Painter {
 };
 
 // A surface on the screen. The page layer holds the page; the overlay above it what comes and goes (cursor
-// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever asked
-// for it since.
+// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever
+// asked for it since.
 class Canvas : public Painter {
  public:
   // Size in logical pixels; 0 while the window is not laid out.
@@ -159,6 +160,9 @@ class Canvas : public Painter {
   virtual bool SetPointerIcon(const std::string& path) = 0;
 
   virtual void Focus() = 0;
+
+  // What readers of the screen call the canvas, and its tool tip.
+  virtual void SetName(const std::string& accessibleName, const std::string& toolTip) = 0;
 
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;

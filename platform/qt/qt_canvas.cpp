@@ -186,6 +186,11 @@ void QtCanvas::Focus() {
   setFocus(Qt::OtherFocusReason);
 }
 
+void QtCanvas::SetName(const std::string& accessibleName, const std::string& toolTip) {
+  setAccessibleName(PlainText(accessibleName));
+  setToolTip(PlainText(toolTip).toHtmlEscaped());
+}
+
 void QtCanvas::Drawn() {
   if (showPending_) return;
   showPending_ = true;
@@ -311,31 +316,33 @@ QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
   return QWidget::inputMethodQuery(query);
 }
 
-MouseEvent QtCanvas::ToMouseEvent(QPointF position, Qt::MouseButton button) const {
+MouseEvent QtCanvas::ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button) const {
+  const QPointF position = event.position();
   MouseEvent mouse;
   mouse.button = ToButton(button);
   mouse.x = static_cast<float>(left_ + position.x() / std::max(width(), 1) * width_);
   mouse.y = static_cast<float>(top_ + position.y() / std::max(height(), 1) * height_);
   mouse.pixelX = static_cast<float>(position.x());
   mouse.pixelY = static_cast<float>(position.y());
+  mouse.shift = event.modifiers() & Qt::ShiftModifier;
   return mouse;
 }
 
 void QtCanvas::mousePressEvent(QMouseEvent* event) {
   if (!OnMouseDown || !IsOurButton(event->button())) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), event->button());
+  const MouseEvent mouse = ToMouseEvent(*event, event->button());
   RunHandler([this, &mouse] { OnMouseDown(mouse); });
 }
 
 void QtCanvas::mouseMoveEvent(QMouseEvent* event) {
   if (!OnMouseMove) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), HeldButton(event->buttons()));
+  const MouseEvent mouse = ToMouseEvent(*event, HeldButton(event->buttons()));
   RunHandler([this, &mouse] { OnMouseMove(mouse); });
 }
 
 void QtCanvas::mouseReleaseEvent(QMouseEvent* event) {
   if (!OnMouseUp || !IsOurButton(event->button())) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), event->button());
+  const MouseEvent mouse = ToMouseEvent(*event, event->button());
   RunHandler([this, &mouse] { OnMouseUp(mouse); });
 }
 

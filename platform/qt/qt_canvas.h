@@ -32,6 +32,7 @@ class QtCanvas final : public QWidget, public Canvas {
   void SetPointerArrow() override;
   bool SetPointerIcon(const std::string& path) override;
   void Focus() override;
+  void SetName(const std::string& accessibleName, const std::string& toolTip) override;
 
   // Takes effect at once, shown or not.
   void SetPlace(const Place& place);
@@ -57,7 +58,7 @@ class QtCanvas final : public QWidget, public Canvas {
   QPointF ToDevice(Point point) const;
   QTransform ToDevice() const;
   std::span<const QPointF> ToDevice(std::span<const Point> points);
-  MouseEvent ToMouseEvent(QPointF position, Qt::MouseButton button) const;
+  MouseEvent ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button) const;
   void SendKey(int code);
   // Has what was drawn shown at the next pass of the event loop.
   void Drawn();

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "app/startup.h"
+#include "designer/designer_window.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
@@ -33,6 +34,9 @@ void EmptyHandlesAndHooks() {
   PageBox = nullptr;
   Picture1 = nullptr;
   DesignerCanvas = nullptr;
+  DesignerWindow = nullptr;
+  DesignerSide = nullptr;
+  DesignerBackground = nullptr;
   FontLabel = nullptr;
   CursorLabel = nullptr;
   NoteLabel = nullptr;
