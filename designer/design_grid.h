@@ -21,8 +21,9 @@ extern bool QuarterSteps;
 // What is shown behind the grid.
 extern BackgroundCharacter Background;
 
-// Called after whatever changes the glyph, the selection or the place of the pen.
+// Called after whatever changes the glyph or the selection, and when only the pen has moved.
 extern std::function<void()> DesignChanged;
+extern std::function<void()> PenMoved;
 
 void ResetDesignGrid();
 

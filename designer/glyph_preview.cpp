@@ -179,9 +179,9 @@ std::optional<std::int16_t> CodeInTable(const Box& area, Point at) {
 }
 
 void PaintPreview(Canvas& canvas, const Box& area, std::int16_t code) {
-  constexpr float kSmallRow = 0.3F;   // of the height
+  constexpr float kSmallRow = 0.24F;  // of the height
   constexpr float kStackPart = 0.2F;  // of the width
-  constexpr float kJoinedRow = 0.25F;
+  constexpr float kJoinedRow = 0.22F;
   canvas.FillBox(area, kPaperColour);
   const std::string run = std::string("H") + static_cast<char>(kFirstSwitchCode + kFirstGlyphFont) +
                           static_cast<char>(code) + static_cast<char>(kFirstSwitchCode + kTextFont) + "xn";
@@ -198,12 +198,20 @@ void PaintPreview(Canvas& canvas, const Box& area, std::int16_t code) {
   }
   const float middle = (left.left + left.right) / 2;
   const float split = left.top + kSmallRow * (left.bottom - left.top);
+  const float large = (left.bottom - split) / 2;
   for (const bool printed : {false, true}) {
-    const float from = printed ? middle : left.left;
-    const float to = printed ? left.right : middle;
-    PaintFitting(canvas, {from, left.top + kLabelEm, to, split}, run, kTextFont, FontSize * SCALE, printed);
-    PaintFitting(canvas, {from, split, to, left.bottom}, run, kTextFont, kLargeSize * SCALE, printed);
-    PaintLabel(canvas, printed ? "in print" : "on the screen", {from + kMargin, left.top + kLabelEm});
+    Box small{left.left, left.top, middle, split};
+    Box row{left.left, split, left.right, split + large};
+    if (printed) {
+      small = {middle, left.top, left.right, split};
+      row = {left.left, split + large, left.right, left.bottom};
+    }
+    const char* label = printed ? "in print" : "on the screen";
+    PaintLabel(canvas, label, {small.left + kMargin, small.top + kLabelEm});
+    small.top += kLabelEm;
+    PaintFitting(canvas, small, run, kTextFont, FontSize * SCALE, printed);
+    PaintLabel(canvas, label, {row.left + kMargin, row.top + kLabelEm});
+    PaintFitting(canvas, row, run, kTextFont, kLargeSize * SCALE, printed);
   }
 }
 

@@ -163,6 +163,14 @@ void StrokeEditor::Split() {
   });
 }
 
+void StrokeEditor::Reverse() {
+  EndDrawing();
+  Change([](State& next) {
+    ReverseStrokes(next.strokes, next.selection);
+    next.selection = WholeStrokes(next.strokes, next.selection);
+  });
+}
+
 void StrokeEditor::Delete() {
   EndDrawing();
   Change([](State& next) {

@@ -48,6 +48,7 @@ class StrokeEditor {
   void Move(Point by);
   void CloseStrokes();  // or on the stroke being drawn
   void Split();
+  void Reverse();
   void Delete();
   // The same, and on the whole glyph if none is selected.
   void Mirror(bool upsideDown);

@@ -254,6 +254,20 @@ std::optional<Box> BoundsOfStrokes(const GlyphStrokes& strokes) {
   return bounds;
 }
 
+std::optional<Sides> InkOfStrokes(const GlyphStrokes& strokes) {
+  std::optional<Sides> ink;
+  for (const GlyphStroke& stroke : strokes) {
+    for (std::size_t i = 1; i + 1 < stroke.size(); i += 2) {
+      for (const Point& point : FlattenCurve(stroke[i - 1], stroke[i], stroke[i + 1])) {
+        if (!ink) ink = Sides{point.x, point.x};
+        ink->left = std::min(ink->left, point.x);
+        ink->right = std::max(ink->right, point.x);
+      }
+    }
+  }
+  return ink;
+}
+
 std::optional<PointPlace> PointNear(const GlyphStrokes& strokes, Point at, float reach) {
   std::optional<PointPlace> nearest;
   for (const std::size_t first : {std::size_t{0}, std::size_t{1}}) {
@@ -361,6 +375,11 @@ void CloseOrOpen(GlyphStrokes& strokes, const PointSelection& selection) {
   for (GlyphStroke* stroke : open) ExtendStroke(*stroke, stroke->front());
   if (!open.empty()) return;
   for (GlyphStroke* stroke : closed) stroke->resize(stroke->size() - 2);
+}
+
+void ReverseStrokes(GlyphStrokes& strokes, const PointSelection& selection) {
+  for (std::size_t s = 0; s < strokes.size(); ++s)
+    if (!SelectedOf(strokes[s], s, selection).empty()) std::ranges::reverse(strokes[s]);
 }
 
 void SplitSegments(GlyphStrokes& strokes, const PointSelection& selection) {

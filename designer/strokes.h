@@ -56,6 +56,13 @@ Path PathOfStrokes(const GlyphStrokes& strokes);
 // A rectangle round all points; nothing without strokes.
 std::optional<Box> BoundsOfStrokes(const GlyphStrokes& strokes);
 
+// How far the lines themselves reach sideways; control points do not count.
+struct Sides {
+  float left = 0;
+  float right = 0;
+};
+std::optional<Sides> InkOfStrokes(const GlyphStrokes& strokes);
+
 // What there is within `reach` of a place: a point of a stroke, ends rather than control points; or the
 // control point of a segment that passes there.
 std::optional<PointPlace> PointNear(const GlyphStrokes& strokes, Point at, float reach);
@@ -79,6 +86,8 @@ void DeletePoints(GlyphStrokes& strokes, const PointSelection& selection);
 // Adds a straight segment to the start of each open stroke that is touched; if all of them are closed, takes
 // their last segments away.
 void CloseOrOpen(GlyphStrokes& strokes, const PointSelection& selection);
+// Strokes that go round the other way, and so cut a hole where they enclosed ink.
+void ReverseStrokes(GlyphStrokes& strokes, const PointSelection& selection);
 // Puts an end into the middle of each segment whose control point is selected; curves stay within a few
 // hundredths of their height.
 void SplitSegments(GlyphStrokes& strokes, const PointSelection& selection);
