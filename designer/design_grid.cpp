@@ -17,6 +17,7 @@ bool DrawTool = false;
 bool QuarterSteps = false;
 BackgroundCharacter Background;
 std::function<void()> DesignChanged;
+std::function<void()> PenMoved;
 
 namespace {
 
@@ -83,7 +84,7 @@ void MovePen(Point to) {
   if (to == PenAt) return;
   PenAt = to;
   DesignerCanvas->Invalidate(Layer::Overlay);
-  if (DesignChanged) DesignChanged();
+  if (PenMoved) PenMoved();
 }
 
 void PaintDesignLayer(Layer layer, const Box& area) {
@@ -105,7 +106,7 @@ void PressDraw(Point at) {
   // Near its start a stroke is closed, whatever the grid.
   if (Design.Drawing()) {
     const Point start = Design.Strokes().back().front();
-    if (Design.Strokes().back().size() > 3 && std::hypot(start.x - at.x, start.y - at.y) <= Reach())
+    if (Design.Strokes().back().size() > 1 && std::hypot(start.x - at.x, start.y - at.y) <= Reach())
       place = start;
   }
   Design.Draw(place);
@@ -313,6 +314,7 @@ void ResetDesignGrid() {
   QuarterSteps = false;
   Background = {};
   DesignChanged = nullptr;
+  PenMoved = nullptr;
   Fitted = true;
   PenAt = {kDesignSide / 2, kDesignBaseline};
   Mouse = {};

@@ -46,6 +46,8 @@ struct Parts {
   std::vector<std::pair<Button*, int>> buttons;  // and their widths
   Button* select = nullptr;
   Button* draw = nullptr;
+  Button* undoButton = nullptr;
+  Button* redoButton = nullptr;
   Label* backgroundLabel = nullptr;
   Label* width = nullptr;
   Label* place = nullptr;
@@ -72,8 +74,12 @@ std::string NameOfCode(std::int16_t code) {
 std::string WidthText() {
   if (Design.Strokes().empty()) return "Nothing drawn: width 50 (1 em)";
   const GlyphProcedure glyph = BuildGlyph(StrokeLines(Design.Strokes()));
-  return "Width " + FormatSingle(glyph.width) + " (" + FormatSingle(glyph.width * kGlyphUnit) +
-         " em), bearings " + FormatSingle(glyph.bearing) + " left and right";
+  std::string text = "Width " + FormatSingle(glyph.width) + " (" + FormatSingle(glyph.width * kGlyphUnit) +
+                     " em), bearings " + FormatSingle(glyph.bearing) + " left and right";
+  const auto tenths = [](float x) { return FormatFixed(x, 1, true); };
+  if (const auto ink = InkOfStrokes(Design.Strokes()))
+    text += ", ink from " + tenths(ink->left) + " to " + tenths(ink->right);
+  return text;
 }
 
 // The last stroke decides between filling and lines for all of them.
@@ -104,12 +110,16 @@ void PaintSide(Layer layer, const Box&) {
   PaintPreview(*DesignerSide, Part(kTablePart, 1), Code);
 }
 
+void ShowPen() {
+  const Point pen = PenPlace();
+  Own.place->SetText("At " + FormatSingle(pen.x) + ", " + FormatSingle(pen.y));
+}
+
 void ShowState() {
   DesignerWindow->SetTitle("Character Designer - " + NameOfCode(Code));
   DesignerWindow->SetChanged(Design.Changed());
   Own.width->SetText(WidthText());
-  const Point pen = PenPlace();
-  Own.place->SetText("At " + FormatSingle(pen.x) + ", " + FormatSingle(pen.y));
+  ShowPen();
   const std::string warning = Warning();
   Own.note->SetText(warning.empty() ? Note : warning);
   Own.select->SetDown(!DrawTool);
@@ -119,6 +129,8 @@ void ShowState() {
   Own.quarters->SetChecked(QuarterSteps);
   Own.undo->SetEnabled(Design.CanUndo());
   Own.redo->SetEnabled(Design.CanRedo());
+  Own.undoButton->SetEnabled(Design.CanUndo());
+  Own.redoButton->SetEnabled(Design.CanRedo());
   Own.paste->SetEnabled(!CopiedStrokes.empty());
   for (std::int16_t font = 0; font <= kFirstGlyphFont; ++font)
     Own.typefaces[font]->SetChecked(Background.font == font);
@@ -231,8 +243,10 @@ void AddButtons() {
             OnStrokes([] { Design.CloseStrokes(); }));
   AddButton("Split", 44, "Put a point into the middle of the selected segments (Ctrl+T)",
             OnStrokes([] { Design.Split(); }));
-  AddButton("Undo", 46, "Undo (Ctrl+Z)", OnStrokes([] { Design.Undo(); }));
-  AddButton("Redo", 46, "Redo (Ctrl+Shift+Z)", OnStrokes([] { Design.Redo(); }));
+  AddButton("Reverse", 60, "Let strokes go round the other way, so that they cut holes (Ctrl+B)",
+            OnStrokes([] { Design.Reverse(); }));
+  Own.undoButton = AddButton("Undo", 46, "Undo (Ctrl+Z)", OnStrokes([] { Design.Undo(); }));
+  Own.redoButton = AddButton("Redo", 46, "Redo (Ctrl+Shift+Z)", OnStrokes([] { Design.Redo(); }));
   AddButton("Fit", 36, "Show the whole grid and the whole character (Ctrl+0)", OnStrokes(FitDesign));
   AddButton("Restore", 60, "Bring the shipped character back (Ctrl+R)", OnStrokes(RestoreDesign));
   AddButton("Save", 46, "Save the character in the font (Ctrl+S)", OnStrokes(SaveDesign));
@@ -269,6 +283,7 @@ void AddMenus() {
   strokes->AddSeparator();
   AddEntry(strokes, "&Close or Open", "Ctrl+L", OnStrokes([] { Design.CloseStrokes(); }));
   AddEntry(strokes, "S&plit Segments", "Ctrl+T", OnStrokes([] { Design.Split(); }));
+  AddEntry(strokes, "&Reverse", "Ctrl+B", OnStrokes([] { Design.Reverse(); }));
   AddEntry(strokes, "&Mirror Sideways", "Ctrl+M", OnStrokes([] { Design.Mirror(false); }));
   AddEntry(strokes, "Mirror &Upside Down", "Ctrl+Shift+M", OnStrokes([] { Design.Mirror(true); }));
 
@@ -345,6 +360,7 @@ void BuildDesigner() {
   DesignerWindow->OnEscape = Leave;
   DesignerWindow->OnCloseRequest = MayLeaveDesigner;
   DesignChanged = ShowState;
+  PenMoved = ShowPen;
   const WindowPlace editor = Form1->GetWindowPlace();
   DesignerWindow->SetWindowPlace({editor.left + kOffset, editor.top + kOffset, kStartWidth, kStartHeight});
 }
