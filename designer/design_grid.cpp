@@ -25,6 +25,7 @@ constexpr float kMargin = 4;  // shown round the grid and round the glyph, desig
 
 // Pixels.
 constexpr float kReach = 7;  // how near the mouse must come to a point
+constexpr float kStill = 2;  // what it moves by being clicked
 constexpr float kLeastUnit = 2;
 constexpr float kMostUnit = 80;
 constexpr float kWheelPixels = 48;
@@ -41,7 +42,7 @@ Point PenAt{25, kDesignBaseline};
 enum class Press { None, Bend, Points, Segment, Rubber, Pan };
 struct Held {
   Press press = Press::None;
-  Point from;             // where it was pressed, snapped but for Pan and Rubber
+  Point from;             // where it was pressed
   Point grabbed;          // the point it took hold of
   PointPlace place;       // of that point, or of the segment's control point
   PointSelection before;  // what was selected
@@ -137,8 +138,7 @@ void PressSelect(Point at, bool shift) {
     const bool selected = std::ranges::includes(Design.Selection(), whole);
     Mouse.press = selected ? Press::Points : Press::Segment;
     Mouse.place = *segment;
-    Mouse.from = Mouse.grabbed = selected ? Snap(at) : strokes[segment->stroke][segment->point];
-    if (!selected) Mouse.from = at;
+    Mouse.grabbed = selected ? Snap(at) : strokes[segment->stroke][segment->point];
   } else if (!shift) {
     Design.Select({});
     Mouse.before.clear();
@@ -170,6 +170,10 @@ Point PulledControl(Point at) {
       {Mouse.grabbed.x + kPull * (at.x - Mouse.from.x), Mouse.grabbed.y + kPull * (at.y - Mouse.from.y)});
 }
 
+bool Still(Point at) {
+  return !Mouse.moved && std::hypot(at.x - Mouse.from.x, at.y - Mouse.from.y) <= kStill / Unit;
+}
+
 void Drag(Point at) {
   const Point place = Snap(at);
   switch (Mouse.press) {
@@ -179,13 +183,11 @@ void Drag(Point at) {
       break;
     case Press::Points:
       // A point off the grid stays there until the mouse has gone somewhere.
-      if (!Mouse.moved && std::hypot(at.x - Mouse.grabbed.x, at.y - Mouse.grabbed.y) <= Reach() / 2 &&
-          place == Snap(Mouse.grabbed))
-        return;
+      if (Still(at)) return;
       Design.DragSelection(Minus(place, Mouse.grabbed));
       break;
     case Press::Segment:
-      if (!Mouse.moved && std::hypot(at.x - Mouse.from.x, at.y - Mouse.from.y) <= Reach() / 2) return;
+      if (Still(at)) return;
       Design.DragPoint(Mouse.place, PulledControl(at));
       break;
     case Press::Rubber: {

@@ -344,16 +344,18 @@ void MovePoints(GlyphStrokes& strokes, const PointSelection& selection, Point by
 }
 
 void MirrorPoints(GlyphStrokes& strokes, const PointSelection& selection, bool upsideDown) {
-  std::vector<Point*> points;
-  for (std::size_t s = 0; s < strokes.size(); ++s) {
-    for (const std::size_t i : SelectedOf(strokes[s], s, selection)) points.push_back(&strokes[s][i]);
-  }
-  if (points.empty()) return;
   float Point::*const way = upsideDown ? &Point::y : &Point::x;
-  const auto [least, most] =
-      std::ranges::minmax_element(points, {}, [way](const Point* point) { return point->*way; });
-  const float sum = (*least)->*way + (*most)->*way;
-  for (Point* point : points) point->*way = sum - point->*way;
+  std::vector<Point*> points;
+  std::vector<float> ends;
+  for (std::size_t s = 0; s < strokes.size(); ++s) {
+    for (const std::size_t i : SelectedOf(strokes[s], s, selection)) {
+      points.push_back(&strokes[s][i]);
+      if (i % 2 == 0) ends.push_back(strokes[s][i].*way);
+    }
+  }
+  if (ends.empty()) return;
+  const auto [least, most] = std::ranges::minmax(ends);
+  for (Point* point : points) point->*way = least + most - point->*way;
 }
 
 void DeletePoints(GlyphStrokes& strokes, const PointSelection& selection) {

@@ -78,7 +78,7 @@ GlyphStrokes TouchedStrokes(const GlyphStrokes& strokes, const PointSelection& s
 
 // Straight segments stay straight and closed strokes closed, whichever of their points go.
 void MovePoints(GlyphStrokes& strokes, const PointSelection& selection, Point by);
-// Left and right change places, or top and bottom, within the rectangle of the selected points.
+// Left and right change places, or top and bottom, within the rectangle of the selected ends.
 void MirrorPoints(GlyphStrokes& strokes, const PointSelection& selection, bool upsideDown);
 // The neighbours of an end that goes are joined by a straight segment, and a segment whose control point goes
 // is straight. What is left without a segment goes as a whole.
