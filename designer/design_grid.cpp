@@ -295,6 +295,7 @@ bool ActOnKey(int code) {
       Design.TakeBackDrawn();
       return true;
     case 'b':
+    case 'B':
       if (DrawTool) Design.BendDrawn(PenAt);
       return true;
     case '.':

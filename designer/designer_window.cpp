@@ -315,7 +315,7 @@ void Resize() {
   }
   top += kRow + kGap;
 
-  constexpr int kPlaceWidth = 110;
+  constexpr int kPlaceWidth = 100;
   constexpr int kLabelWidth = 96;
   constexpr int kBoxWidth = 36;
   const int foot = height - 2 * (kRow + kGap);
@@ -326,12 +326,15 @@ void Resize() {
   DesignerWindow->SetCanvasPlace(DesignerSide, {width - kGap - side, top, side, canvases});
   DesignerSide->SetCoordinates(0, 0, static_cast<float>(side), static_cast<float>(canvases));
 
-  const int box = width - kGap - kBoxWidth;
-  Own.width->SetPlace({kGap, foot, std::max(box - kLabelWidth - 2 * kGap - kPlaceWidth, 1), kRow});
-  Own.place->SetPlace({std::max(box - kLabelWidth - kGap - kPlaceWidth, 1), foot, kPlaceWidth, kRow});
-  Own.backgroundLabel->SetPlace({std::max(box - kLabelWidth, 1), foot, kLabelWidth, kRow});
-  DesignerBackground->SetPlace({std::max(box, 1), foot, kBoxWidth, kRow});
-  Own.note->SetPlace({kGap, foot + kRow, std::max(inner, 1), kRow});
+  const auto placeRow = [&](Label* first, int firstTop, int rest) {
+    first->SetPlace({kGap, firstTop, std::max(inner - rest - kGap, 1), kRow});
+  };
+  placeRow(Own.width, foot, kPlaceWidth);
+  Own.place->SetPlace({std::max(width - kGap - kPlaceWidth, 0), foot, kPlaceWidth, kRow});
+  placeRow(Own.note, foot + kRow, kLabelWidth + kGap + kBoxWidth);
+  const int box = std::max(width - kGap - kBoxWidth, 0);
+  DesignerBackground->SetPlace({box, foot + kRow, kBoxWidth, kRow});
+  Own.backgroundLabel->SetPlace({std::max(box - kGap - kLabelWidth, 0), foot + kRow, kLabelWidth, kRow});
   DesignGridResized();
   ShowState();
 }

@@ -70,19 +70,35 @@ void PaintLabel(Canvas& canvas, std::string_view text, Point at) {
   canvas.DrawText(kTypefaceNames[kLabelFont].screen, kLabelEm, text, origins, kLabelColour);
 }
 
+// How far a run with glyphs of Math0 reaches above and below its baseline, in ems: as letters do, or further.
+struct Height {
+  float up = 0.75F;
+  float down = 0.3F;
+};
+Height HeightOf(std::string_view glyphs) {
+  Height height;
+  for (const char c : glyphs) {
+    const GlyphShape* shape = ShapeOfGlyph(static_cast<unsigned char>(c), kFirstGlyphFont);
+    if (!shape) continue;
+    for (const Point& point : shape->path.points) {
+      height.up = std::max(height.up, point.y * kGlyphUnit);
+      height.down = std::max(height.down, -point.y * kGlyphUnit);
+    }
+  }
+  return height;
+}
+
 // A run in the middle of a box, at most `em` pixels large and not larger than fits.
-void PaintFitting(Canvas& canvas, const Box& box, std::string_view text, std::int16_t font, float em,
-                  bool printed) {
-  constexpr float kLineHeight = 1.5F;  // of ascenders, descenders and tall brackets, in ems
-  constexpr float kBaseline = 1.0F;
-  const float height = box.bottom - box.top;
-  em = std::min(em, height / kLineHeight);
+void PaintFitting(Canvas& canvas, const Box& box, std::string_view text, std::int16_t font,
+                  const Height& height, float em, bool printed) {
+  const float all = height.up + height.down;
+  em = std::min(em, (box.bottom - box.top - 2 * kMargin) / all);
   const float width = MeasureRun(text, font, em);
   const float room = box.right - box.left - 2 * kMargin;
   if (width > room) em *= room / width;
   if (!(em > 0)) return;
   const Point origin{(box.left + box.right - std::min(width, room)) / 2,
-                     (box.top + box.bottom) / 2 + (kBaseline - kLineHeight / 2) * em};
+                     (box.top + box.bottom) / 2 + (height.up - all / 2) * em};
   const View view = PixelView(canvas, printed);
   RunPainter(canvas, view).Paint({text, font, em, origin});
 }
@@ -194,8 +210,11 @@ void PaintPreview(Canvas& canvas, const Box& area, std::int16_t code) {
   } else if (joint) {
     Box row = area;
     row.top = left.bottom -= kJoinedRow * (area.bottom - area.top);
-    PaintFitting(canvas, row, joint->pieces, kFirstGlyphFont, kLargeSize * SCALE, true);
+    PaintFitting(canvas, row, joint->pieces, kFirstGlyphFont, HeightOf(joint->pieces), kLargeSize * SCALE,
+                 true);
   }
+  const char glyph = static_cast<char>(code);
+  const Height height = HeightOf({&glyph, 1});
   const float middle = (left.left + left.right) / 2;
   const float split = left.top + kSmallRow * (left.bottom - left.top);
   const float large = (left.bottom - split) / 2;
@@ -209,9 +228,9 @@ void PaintPreview(Canvas& canvas, const Box& area, std::int16_t code) {
     const char* label = printed ? "in print" : "on the screen";
     PaintLabel(canvas, label, {small.left + kMargin, small.top + kLabelEm});
     small.top += kLabelEm;
-    PaintFitting(canvas, small, run, kTextFont, FontSize * SCALE, printed);
+    PaintFitting(canvas, small, run, kTextFont, height, FontSize * SCALE, printed);
     PaintLabel(canvas, label, {row.left + kMargin, row.top + kLabelEm});
-    PaintFitting(canvas, row, run, kTextFont, kLargeSize * SCALE, printed);
+    PaintFitting(canvas, row, run, kTextFont, height, kLargeSize * SCALE, printed);
   }
 }
 
