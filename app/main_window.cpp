@@ -94,6 +94,10 @@ void AddScriptButtons(Window& window) {
   }
 }
 
+void NoteUntypable(const std::string& characters) {
+  ShowNote("There is no code for " + characters);
+}
+
 void PageBox_Enter() {
   const std::string text = PageBox->Text();
   const std::int16_t number = RoundToInt16(ReadSingle(text));
@@ -145,6 +149,7 @@ void AddRunRow(Window& window) {
   };
   Text4->OnEnter = ApplyRun;
   Text4->OnEscape = FocusCanvas;
+  Text4->OnUntypable = NoteUntypable;
   Form1Parts.apply = window.AddButton("OK", {}, "Apply Changes of Control Codes");
   Form1Parts.apply->OnClick = ApplyRun;
 }
@@ -153,6 +158,7 @@ void AddCanvasAndBars(Window& window) {
   Picture1 = window.AddCanvas();
   Picture1->OnPaint = PaintLayer;
   Picture1->OnKeyPress = Form1_Picture1_KeyPress;
+  Picture1->OnUntypable = NoteUntypable;
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;
   Picture1->OnMouseMove = Form1_Picture1_MouseMove;
   Picture1->OnMouseUp = Form1_Picture1_MouseUp;
@@ -243,6 +249,10 @@ void ArrowKey(int code) {
   if (x != 0 || y != 0) ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
 }
 
+Pointer PointerOf(const MouseEvent& event) {
+  return {{event.x, event.y}, event.shift, event.control, event.alt, event.clicks};
+}
+
 }  // namespace
 
 void Form1_Picture1_KeyPress(int code) {
@@ -256,7 +266,7 @@ void Form1_Picture1_MouseDown(const MouseEvent& event) {
   Dragging = event.button == MouseButton::Middle;
   DragX = event.pixelX;
   DragY = event.pixelY;
-  if (event.button == MouseButton::Left) ToolInForce().Press({event.x, event.y});
+  if (event.button == MouseButton::Left) ToolInForce().Press(PointerOf(event));
 }
 
 void Form1_Picture1_MouseMove(const MouseEvent& event) {
@@ -265,7 +275,7 @@ void Form1_Picture1_MouseMove(const MouseEvent& event) {
     DragX = event.pixelX;
     DragY = event.pixelY;
   }
-  ToolInForce().Move({event.x, event.y});
+  ToolInForce().Move(PointerOf(event));
   PointerMoved(event.pixelX, event.pixelY);
 }
 
@@ -275,7 +285,7 @@ void Form1_Picture1_MouseUp(const MouseEvent& event) {
       Dragging = false;
       break;
     case MouseButton::Left:
-      ToolInForce().Release({event.x, event.y});
+      ToolInForce().Release(PointerOf(event));
       WarnOfTyping();
       break;
     case MouseButton::Right:

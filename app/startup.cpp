@@ -12,6 +12,7 @@
 #include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/select_tool.h"
 #include "editing/undo.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
@@ -36,7 +37,8 @@ namespace {
 
 constexpr int kMacroInterval = 200;  // milliseconds
 
-// A macro file or a settings file that is there and cannot be read must not keep the person from the editor.
+// A file of settings, macros or ink boxes that is there and cannot be read must not keep the person from the
+// editor.
 void ReadOrReport(void (*read)()) {
   try {
     read();
@@ -47,6 +49,7 @@ void ReadOrReport(void (*read)()) {
 
 void ConnectSubjects() {
   PageEdited = ShowPaperState;
+  OpenText = RetypeItem;
 }
 
 void ShowChoices() {
@@ -66,6 +69,7 @@ void LoadProgramFiles() {
   LoadCharacterDefs();
   IndexHelpFile();
   LoadWidthTables();
+  ReadOrReport(LoadInkBoxes);
   ReadOrReport(ReadMacros);
 }
 
@@ -83,6 +87,7 @@ void ResetProgram() {
   ResetKeyboard();
   ResetBezier();
   ResetModes();
+  ResetSelectTool();
   ResetUndo();
   ResetMacros();
   ResetDesigner();

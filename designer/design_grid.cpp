@@ -36,7 +36,7 @@ Point Middle{25, 25};
 float Unit = 8;
 bool Fitted = true;  // the view follows the size of the canvas
 
-Point PenAt{25, kDesignBaseline};
+Point PenPoint{25, kDesignBaseline};
 
 // What the mouse does while a button is down.
 enum class Press { None, Bend, Points, Segment, Rubber, Pan };
@@ -82,8 +82,8 @@ void PlaceView() {
 }
 
 void MovePen(Point to) {
-  if (to == PenAt) return;
-  PenAt = to;
+  if (to == PenPoint) return;
+  PenPoint = to;
   DesignerCanvas->Invalidate(Layer::Overlay);
   if (PenMoved) PenMoved();
 }
@@ -95,9 +95,9 @@ void PaintDesignLayer(Layer layer, const Box& area) {
   }
   if (Mouse.press == Press::Rubber && Mouse.moved) PaintRubber(*DesignerCanvas, BoxOf(Mouse.from, Mouse.to));
   if (!DrawTool) return;
-  PaintPen(*DesignerCanvas, PenAt, kReach / Unit);
+  PaintPen(*DesignerCanvas, PenPoint, kReach / Unit);
   if (Design.Drawing() && Mouse.press == Press::None)
-    PaintNextSegment(*DesignerCanvas, Design.Strokes().back().back(), PenAt);
+    PaintNextSegment(*DesignerCanvas, Design.Strokes().back().back(), PenPoint);
 }
 
 // ---- Mouse ----
@@ -111,7 +111,7 @@ void PressDraw(Point at) {
       place = start;
   }
   Design.Draw(place);
-  PenAt = place;
+  PenPoint = place;
   Mouse = {Press::Bend, place, place, {}, {}, false, place};
 }
 
@@ -245,15 +245,15 @@ void MoveByKey(Point by) {
     Design.Move(by);
     return;
   }
-  PenAt = Snap({PenAt.x + by.x, PenAt.y + by.y});
+  PenPoint = Snap({PenPoint.x + by.x, PenPoint.y + by.y});
 }
 
 // Enter and the blank do at the pen what a click does there.
 void ClickAtPen() {
   if (DrawTool) {
-    PressDraw(PenAt);
+    PressDraw(PenPoint);
   } else {
-    PressSelect(PenAt, true);
+    PressSelect(PenPoint, true);
   }
   Mouse = {};
 }
@@ -296,7 +296,7 @@ bool ActOnKey(int code) {
       return true;
     case 'b':
     case 'B':
-      if (DrawTool) Design.BendDrawn(PenAt);
+      if (DrawTool) Design.BendDrawn(PenPoint);
       return true;
     case '.':
       Design.SelectNext(false);
@@ -319,7 +319,7 @@ void ResetDesignGrid() {
   DesignChanged = nullptr;
   PenMoved = nullptr;
   Fitted = true;
-  PenAt = {kDesignSide / 2, kDesignBaseline};
+  PenPoint = {kDesignSide / 2, kDesignBaseline};
   Mouse = {};
 }
 
@@ -350,7 +350,7 @@ void ChooseTool(bool draw) {
 }
 
 Point PenPlace() {
-  return PenAt;
+  return PenPoint;
 }
 
 void FitDesign() {

@@ -46,8 +46,6 @@ struct Parts {
   std::vector<std::pair<Button*, int>> buttons;  // and their widths
   Button* select = nullptr;
   Button* draw = nullptr;
-  Button* undoButton = nullptr;
-  Button* redoButton = nullptr;
   Label* backgroundLabel = nullptr;
   Label* width = nullptr;
   Label* place = nullptr;
@@ -129,8 +127,6 @@ void ShowState() {
   Own.quarters->SetChecked(QuarterSteps);
   Own.undo->SetEnabled(Design.CanUndo());
   Own.redo->SetEnabled(Design.CanRedo());
-  Own.undoButton->SetEnabled(Design.CanUndo());
-  Own.redoButton->SetEnabled(Design.CanRedo());
   Own.paste->SetEnabled(!CopiedStrokes.empty());
   for (std::int16_t font = 0; font <= kFirstGlyphFont; ++font)
     Own.typefaces[font]->SetChecked(Background.font == font);
@@ -245,8 +241,8 @@ void AddButtons() {
             OnStrokes([] { Design.Split(); }));
   AddButton("Reverse", 60, "Let strokes go round the other way, so that they cut holes (Ctrl+B)",
             OnStrokes([] { Design.Reverse(); }));
-  Own.undoButton = AddButton("Undo", 46, "Undo (Ctrl+Z)", OnStrokes([] { Design.Undo(); }));
-  Own.redoButton = AddButton("Redo", 46, "Redo (Ctrl+Shift+Z)", OnStrokes([] { Design.Redo(); }));
+  AddButton("Undo", 46, "Undo (Ctrl+Z)", OnStrokes([] { Design.Undo(); }));
+  AddButton("Redo", 46, "Redo (Ctrl+Shift+Z)", OnStrokes([] { Design.Redo(); }));
   AddButton("Fit", 36, "Show the whole grid and the whole character (Ctrl+0)", OnStrokes(FitDesign));
   AddButton("Restore", 60, "Bring the shipped character back (Ctrl+R)", OnStrokes(RestoreDesign));
   AddButton("Save", 46, "Save the character in the font (Ctrl+S)", OnStrokes(SaveDesign));

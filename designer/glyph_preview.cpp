@@ -110,14 +110,10 @@ void PaintStack(Canvas& canvas, const Box& box, const Joint& joint) {
   RunPainter run(canvas, view);
   float y = box.top + kMargin + kAscent * em;
   for (const char piece : joint.pieces) {
-    RunPen pen;
-    pen.font = kFirstGlyphFont;
-    pen.size = em;
-    pen.x = box.left + kMargin;
-    if (joint.right)
-      pen.x = box.right - kMargin - Advance(static_cast<unsigned char>(piece), kFirstGlyphFont, em);
-    pen.y = y;
-    run.PaintCharacter(static_cast<unsigned char>(piece), pen, PaletteColour(kBlack), false);
+    const int code = static_cast<unsigned char>(piece);
+    const float x =
+        joint.right ? box.right - kMargin - Advance(code, kFirstGlyphFont, em) : box.left + kMargin;
+    run.PaintCharacter(code, PenAt({x, y}, kFirstGlyphFont, em), PaletteColour(kBlack), false);
     y += em;
   }
 }
@@ -140,13 +136,11 @@ void PaintInCell(Canvas& canvas, const Box& cell, std::int16_t code) {
   const auto [foot, top] = std::ranges::minmax_element(shape->path.points, {}, &Point::y);
   const float em = std::min(cell.right - cell.left, cell.bottom - cell.top) / kLargest;
   const float unit = kGlyphUnit * em;
-  RunPen pen;
-  pen.font = kFirstGlyphFont;
-  pen.size = em;
-  pen.x = (cell.left + cell.right) / 2 - unit * (left->x + right->x) / 2;
-  pen.y = (cell.top + cell.bottom) / 2 + unit * (foot->y + top->y) / 2;
+  const Point origin{(cell.left + cell.right) / 2 - unit * (left->x + right->x) / 2,
+                     (cell.top + cell.bottom) / 2 + unit * (foot->y + top->y) / 2};
   const View view = PixelView(canvas, true);
-  RunPainter(canvas, view).PaintCharacter(code, pen, PaletteColour(kBlack), false);
+  RunPainter(canvas, view)
+      .PaintCharacter(code, PenAt(origin, kFirstGlyphFont, em), PaletteColour(kBlack), false);
 }
 
 void PaintFrame(Canvas& canvas, const Box& box, ColourValue colour) {

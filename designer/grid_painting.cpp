@@ -76,12 +76,9 @@ class GridPainter {
     View view;
     view.scale = unit;
     view.printed = true;
-    RunPen pen;
-    pen.font = background.font;
-    pen.size = kDesignSide;
-    pen.y = kDesignBaseline;
     RunPainter run(painter, view);
-    run.PaintCharacter(static_cast<unsigned char>(background.code), pen, kFaintColour, false);
+    run.PaintCharacter(static_cast<unsigned char>(background.code),
+                       PenAt({0, kDesignBaseline}, background.font, kDesignSide), kFaintColour, false);
     run.Flush();
   }
 

@@ -47,9 +47,9 @@ void PlaceCursor(float x, float y);
 // where it is. False in modes 0, 10 and 11.
 bool StepCursor(int stepsX, int stepsY);
 
-// Turns the pending run into a text entry of the page, whether or not a point was placed for it. An empty run,
-// or a mode that is no anchor, changes nothing; a run too long for a page file stays, with a note. A run that
-// was committed makes the mode positive.
+// Turns the pending run into a text entry of the page, whether or not a point was placed for it. An empty
+// run, or a mode that is no anchor, changes nothing; a run too long for a page file stays, with a note. A run
+// that was committed makes the mode positive.
 void CommitPendingRun(bool ResetSelection);
 // The entry-building half of a commit: appends the run, which is not empty, to PageText.
 void AddTextRun(bool ResetSelection);
@@ -63,8 +63,14 @@ struct RunEnds {
 };
 RunEnds EndsOfRun();
 
-// Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself is
-// no longer on the page. Only in its own anchor mode and while nothing is being typed.
+// Opens the run of an item of the page for editing, the caret where `at` points. Completed, it takes the
+// item's place; Escape leaves the item as it was. Either way Select is taken again.
+void RetypeItem(std::uint64_t id, Point at);
+bool Retyping();
+void GiveUpRetyping();
+
+// Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself
+// is no longer on the page. Only in its own anchor mode and while nothing is being typed.
 bool GiveBackRun(std::string_view line);
 // Whether the open run is as it was given back.
 bool RunIsAsGivenBack();

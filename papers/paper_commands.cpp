@@ -58,7 +58,7 @@ enum class Verdict { Write, SaveAs, GiveUp };
 Verdict AskAboutChanged(const std::string& file) {
   switch (TheDialogs->Choose(
       MachinePath(file) + " was changed by another program.\nReplace it with the page as it is here?",
-      {"Replace", "Save As", "Cancel"}, 2, 2)) {
+      {"&Replace", "&Save As", "&Cancel"}, 2, 2)) {
     case 0:
       return Verdict::Write;
     case 1:

@@ -84,6 +84,9 @@ struct MouseEvent {
   float pixelX = 0;  // position in pixels from the canvas's top-left corner
   float pixelY = 0;
   bool shift = false;
+  bool control = false;
+  bool alt = false;
+  int clicks = 1;  // 2 from the second press of a double click on
 };
 
 struct WheelEvent {
@@ -95,8 +98,8 @@ struct WheelEvent {
   float pixelY = 0;
 };
 
-// Codes of the canvas's keys: characters of code page 1252, the control characters of some keys, and from
-// kKeyLeft on keys that are no characters.
+// Codes of the canvas's keys: ASCII characters, the control characters of some keys, and from kKeyLeft on
+// keys that are no characters.
 inline constexpr int kKeyBackspace = 8;
 inline constexpr int kKeyCtrlEnter = 10;
 inline constexpr int kKeyEnter = 13;
@@ -108,9 +111,12 @@ inline constexpr int kKeyDown = 259;
 inline constexpr int kKeyHome = 260;
 inline constexpr int kKeyEnd = 261;
 inline constexpr int kKeyDelete = 262;
-inline constexpr int kKeyWordLeft = 263;
-inline constexpr int kKeyWordRight = 264;
-inline constexpr int kKeyWordBackspace = 265;
+inline constexpr int kKeyWordBackspace = 263;
+// Held with one of the keys that are no characters.
+inline constexpr int kWithShift = 1 << 16;
+inline constexpr int kWithControl = 1 << 17;
+inline constexpr int kKeyWordLeft = kKeyLeft | kWithControl;
+inline constexpr int kKeyWordRight = kKeyRight | kWithControl;
 
 class Painter {
  public:
@@ -166,6 +172,8 @@ class Canvas : public Painter {
 
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;
+  // The person typed characters that are no keys of the canvas: readable, in UTF-8, blanks between them.
+  std::function<void(const std::string&)> OnUntypable;
   std::function<void(const MouseEvent&)> OnMouseDown;
   std::function<void(const MouseEvent&)> OnMouseMove;
   std::function<void(const MouseEvent&)> OnMouseUp;

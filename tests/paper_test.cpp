@@ -1,7 +1,5 @@
 #include "document/paper.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <string>
 #include <vector>
@@ -113,8 +111,8 @@ TEST_F(PaperTest, EveryCommandCompletesWhatIsTypedAndDrawn) {
       CursorMode = drawn ? kBezierMode : std::int16_t{-1};
       if (!drawn) InsertText("typed");
       for (const float x : {10.0F, 16.0F}) {
-        ToolInForce().Press({x, 21});
-        ToolInForce().Release({x, 21});
+        ToolInForce().Press({{x, 21}});
+        ToolInForce().Release({{x, 21}});
       }
       if (index < 3) dialogs.AnswerYes();
       if (index == 1) dialogs.AnswerOpen("");
@@ -340,7 +338,7 @@ TEST_F(PaperTest, APageThatAnotherProgramChangedIsNotReplacedUnasked) {
     EXPECT_FALSE(command());
     EXPECT_EQ(dialogs.asked.back(),
               "/P/Essay.001 was changed by another program.\n"
-              "Replace it with the page as it is here? [Cancel]");
+              "Replace it with the page as it is here? [&Cancel]");
     ExpectPage("\\P\\Essay.001", kTyped, true);
 
     if (index < 3) dialogs.AnswerYes();

@@ -203,31 +203,5 @@ TEST_F(RubbishTest, HelpAndMacros) {
   }
 }
 
-// Pages that somebody wrote with extreme numbers are drawn and measured without harm.
-TEST_F(RubbishTest, ExtremePagesAreDrawn) {
-  const std::vector<std::string> numbers = Words(kNumbers);
-  Start();
-  for (int round = 0; round < kRounds; ++round) {
-    PageText.clear();
-    DrawingList.clear();
-    const auto number = [&] { return numbers[Roll(numbers.size())] + " "; };
-    for (int line = 0; line < 4; ++line) {
-      PageText += number() + number() + "m " + number() + "F" + "0CF?"[Roll(4)] + " (a " + RandomBytes(20) +
-                  ") " + number() + (Roll(2) ? "s" : number() + "a") + "\r\n";
-      std::string record = number();
-      for (std::size_t i = Roll(12); i > 0; --i) record += number();
-      DrawingList += record + number() + "\r\n";
-      ++DrawingCount;
-    }
-    SCALE = Roll(2) ? 2 : 1000;
-    STARTX = ReadSingle(number());
-    const std::string text = PageText;
-    RedrawPage();
-    EXPECT_TRUE(canvas->Drawn(Layer::Page).starts_with("box 0 0 594 840 "));
-    EXPECT_EQ(PageText, text);
-    EXPECT_FALSE(JustificationOn);
-  }
-}
-
 }  // namespace
 }  // namespace kelvane

@@ -98,8 +98,8 @@ class Interpreter {
   bool begun = false;  // whether the path stands at the current point
 };
 
-// The area that the parts of a path enclose, counters taken off, and the length of their lines. A part without
-// area runs to its end and back, and its two lines lie on each other. Curves count as eight chords.
+// The area that the parts of a path enclose, counters taken off, and the length of their lines. A part
+// without area runs to its end and back, and its two lines lie on each other. Curves count as eight chords.
 struct Extent {
   double area = 0;
   double length = 0;
@@ -134,13 +134,7 @@ class Measurer {
   void GoCurve(const Point* point) {
     constexpr int kChords = 8;
     const Point from = at;
-    for (int i = 1; i <= kChords; ++i) {
-      const float t = static_cast<float>(i) / kChords;
-      const float u = 1 - t;
-      const float a = u * u * u, b = 3 * u * u * t, c = 3 * u * t * t, d = t * t * t;
-      Go({a * from.x + b * point[0].x + c * point[1].x + d * point[2].x,
-          a * from.y + b * point[0].y + c * point[1].y + d * point[2].y});
-    }
+    for (int i = 1; i <= kChords; ++i) Go(PointOnCubic(from, point, static_cast<float>(i) / kChords));
   }
   void EndPart() {
     constexpr double kNoArea = 0.01;
@@ -168,6 +162,11 @@ GlyphShape ExecuteGlyph(const std::string& procedure) {
   const Extent extent = Measurer().Measure(shape.path);
   const bool enclosed = shape.filled && extent.area > 0;
   shape.lineWidth = enclosed ? static_cast<float>(extent.area / extent.length) : kStrokeWidth;
+  if (const GrowingBox outline = ExtentOf(shape.path); !outline.Empty()) {
+    const float reach = shape.filled ? 0 : shape.lineWidth / 2;
+    const Box& box = outline.box;
+    shape.ink = {box.left - reach, box.top - reach, box.right + reach, box.bottom + reach};
+  }
   return shape;
 }
 

@@ -17,27 +17,17 @@ constexpr float kMostGlyphLine = 2;
 }  // namespace
 
 RunPen RunPainter::Paint(const Run& run) {
-  RunPen pen;
-  pen.font = IsTypeface(run.font) ? run.font : std::int16_t{0};
-  pen.size = run.size;
-  pen.x = run.origin.x;
-  pen.y = run.origin.y;
   const ColourValue colour = PaletteColour(run.colour);
   const float extraSpace = run.frame ? 0 : run.extraSpace;
-  for (const char c : run.text) {
-    const int code = static_cast<unsigned char>(c);
-    if (code >= kFirstSwitchCode) {
-      ApplyRunCode(pen, code);
-      continue;
-    }
-    PaintCharacter(code, pen, colour, run.frame);
-    if (c == ' ') pen.x += extraSpace;
-  }
+  const RunPen end = WalkRun(
+      run.text, PenAt(run.origin, run.font, run.size), extraSpace, [&](std::size_t index, const RunPen& pen) {
+        PaintCharacter(static_cast<unsigned char>(run.text[index]), pen, colour, run.frame);
+      });
   Flush();
-  return pen;
+  return end;
 }
 
-void RunPainter::PaintCharacter(int code, RunPen& pen, ColourValue colour, bool frame) {
+void RunPainter::PaintCharacter(int code, const RunPen& pen, ColourValue colour, bool frame) {
   if (pen.font < kFirstGlyphFont) {
     HoldBack(code, pen, colour);
   } else {
@@ -45,44 +35,43 @@ void RunPainter::PaintCharacter(int code, RunPen& pen, ColourValue colour, bool 
     PaintGlyph(code, pen, colour);
     if (frame) PaintFrame(code, pen, colour);
   }
-  pen.x += Advance(code, pen.font, pen.size);
 }
 
 void RunPainter::HoldBack(int code, const RunPen& pen, ColourValue colour) {
-  if (pen.font != heldFont || pen.size != heldSize || colour != heldColour) Flush();
-  heldFont = pen.font;
-  heldSize = pen.size;
-  heldColour = colour;
-  heldCodes.push_back(static_cast<char>(code));
-  heldOrigins.push_back({pen.x, pen.y});
+  if (pen.font != heldFont_ || pen.size != heldSize_ || colour != heldColour_) Flush();
+  heldFont_ = pen.font;
+  heldSize_ = pen.size;
+  heldColour_ = colour;
+  heldCodes_.push_back(static_cast<char>(code));
+  heldOrigins_.push_back({pen.x, pen.y});
 }
 
 void RunPainter::Flush() {
-  if (!heldCodes.empty()) {
-    painter.DrawText(kTypefaceNames[heldFont].screen, heldSize * view.scale, heldCodes, heldOrigins,
-                     heldColour);
+  if (!heldCodes_.empty()) {
+    painter_.DrawText(kTypefaceNames[heldFont_].screen, heldSize_ * view_.scale, heldCodes_, heldOrigins_,
+                      heldColour_);
   }
-  heldCodes.clear();
-  heldOrigins.clear();
+  heldCodes_.clear();
+  heldOrigins_.clear();
 }
 
 void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   const GlyphShape* shape = ShapeOfGlyph(code, pen.font);
   if (!shape || shape->path.Empty()) return;
   const float unit = kGlyphUnit * pen.size;
-  path.steps = shape->path.steps;
-  path.points.clear();
+  path_.steps = shape->path.steps;
+  path_.points.clear();
   for (const Point& point : shape->path.points)
-    path.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
-  const float line = shape->lineWidth * unit * view.scale;
-  if (!view.printed) {
+    path_.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
+  const float line = shape->lineWidth * unit * view_.scale;
+  if (!view_.printed) {
     // On the screen glyphs are lines, as wide as gives them the ink of the print.
-    const float device = std::clamp(line * view.ratio, kLeastGlyphLine, kMostGlyphLine);
-    painter.StrokePath(path, {colour, device / view.ratio});
+    const float device = std::clamp(line * view_.ratio, kLeastGlyphLine, kMostGlyphLine);
+    painter_.StrokePath(path_, {colour, device / view_.ratio});
   } else if (shape->filled) {
-    painter.FillPath(path, colour);
+    painter_.FillPath(path_, colour);
   } else {
-    painter.StrokePath(path, {colour, line});
+    painter_.StrokePath(path_, {colour, line});
   }
 }
 
@@ -94,7 +83,7 @@ void RunPainter::PaintFrame(int code, const RunPen& pen, ColourValue colour) {
   box.MoveTo({pen.x, bottom});
   for (const Point corner : {Point{right, bottom}, {right, top}, {pen.x, top}, {pen.x, bottom}})
     box.LineTo(corner);
-  painter.StrokePath(box, {colour, 1});
+  painter_.StrokePath(box, {colour, 1});
 }
 
 }  // namespace kelvane

@@ -60,7 +60,10 @@ int QtCanvas::PixelHeight() const {
 }
 
 QColor QtCanvas::DeskColour() const {
-  return palette().color(QPalette::Dark);
+  // Text and marks lie beside the paper too, in black and blue, so a dark desktop must not make them vanish.
+  constexpr int kDarkest = 150;
+  const QColor desk = palette().color(QPalette::Dark);
+  return desk.lightness() >= kDarkest ? desk : QColor(kDarkest, kDarkest, kDarkest);
 }
 
 void QtCanvas::ResizeLayers() {
@@ -259,6 +262,8 @@ void QtCanvas::SendKey(int code) {
 
 void QtCanvas::keyPressEvent(QKeyEvent* event) {
   const bool control = event->modifiers() & Qt::ControlModifier;
+  const int held =
+      (control ? kWithControl : 0) | (event->modifiers() & Qt::ShiftModifier ? kWithShift : 0);
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -274,40 +279,50 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
       SendKey(kKeyDelete);
       return;
     case Qt::Key_Home:
-      SendKey(kKeyHome);
+      SendKey(kKeyHome | held);
       return;
     case Qt::Key_End:
-      SendKey(kKeyEnd);
+      SendKey(kKeyEnd | held);
       return;
     case Qt::Key_Left:
-      SendKey(control ? kKeyWordLeft : kKeyLeft);
+      SendKey(kKeyLeft | held);
       return;
     case Qt::Key_Up:
-      SendKey(kKeyUp);
+      SendKey(kKeyUp | held);
       return;
     case Qt::Key_Right:
-      SendKey(control ? kKeyWordRight : kKeyRight);
+      SendKey(kKeyRight | held);
       return;
     case Qt::Key_Down:
-      SendKey(kKeyDown);
+      SendKey(kKeyDown | held);
       return;
     default:
       break;
   }
   const QString text = event->text();
   const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  const auto code = text.size() == 1 && !command ? CodeOfTyped(text[0].unicode()) : std::nullopt;
-  if (!code) {
+  if (text.isEmpty() || command || !IsReadable(text)) {
     QWidget::keyPressEvent(event);
     return;
   }
-  SendKey(*code);
+  SendText(text);
+}
+
+void QtCanvas::SendText(const QString& text) {
+  QString untypable;
+  for (const QChar character : text) {
+    if (character >= u' ' && character <= u'~') {
+      SendKey(character.unicode());
+    } else {
+      untypable += character;
+    }
+  }
+  const std::string list = ListOf(untypable);
+  if (OnUntypable && !list.empty()) RunHandler([&] { OnUntypable(list); });
 }
 
 void QtCanvas::inputMethodEvent(QInputMethodEvent* event) {
-  for (const QChar character : event->commitString()) {
-    if (const auto code = CodeOfTyped(character.unicode())) SendKey(*code);
-  }
+  SendText(event->commitString());
   event->accept();
 }
 
@@ -316,7 +331,7 @@ QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
   return QWidget::inputMethodQuery(query);
 }
 
-MouseEvent QtCanvas::ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button) const {
+MouseEvent QtCanvas::ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button) {
   const QPointF position = event.position();
   MouseEvent mouse;
   mouse.button = ToButton(button);
@@ -325,6 +340,11 @@ MouseEvent QtCanvas::ToMouseEvent(const QMouseEvent& event, Qt::MouseButton butt
   mouse.pixelX = static_cast<float>(position.x());
   mouse.pixelY = static_cast<float>(position.y());
   mouse.shift = event.modifiers() & Qt::ShiftModifier;
+  mouse.control = event.modifiers() & Qt::ControlModifier;
+  mouse.alt = event.modifiers() & Qt::AltModifier;
+  if (event.type() == QEvent::MouseButtonDblClick) clicks_ = 2;
+  if (event.type() == QEvent::MouseButtonPress) clicks_ = 1;
+  mouse.clicks = clicks_;
   return mouse;
 }
 

@@ -58,8 +58,10 @@ class QtCanvas final : public QWidget, public Canvas {
   QPointF ToDevice(Point point) const;
   QTransform ToDevice() const;
   std::span<const QPointF> ToDevice(std::span<const Point> points);
-  MouseEvent ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button) const;
+  MouseEvent ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button);
   void SendKey(int code);
+  // Text that the keyboard or an input method gave.
+  void SendText(const QString& text);
   // Has what was drawn shown at the next pass of the event loop.
   void Drawn();
   void ShowDrawn();
@@ -71,6 +73,7 @@ class QtCanvas final : public QWidget, public Canvas {
   QtLayer* layer_ = &page_;
   double ratio_ = 1;  // device pixels per logical pixel
   bool showPending_ = false;
+  int clicks_ = 1;  // of the last press
   // The part of each layer, in device pixels, that is to be painted before it is shown.
   QRect invalid_[2];
 

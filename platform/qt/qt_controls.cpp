@@ -7,6 +7,7 @@
 #include <QValidator>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/handlers.h"
 #include "platform/qt/qt_icons.h"
@@ -24,25 +25,42 @@ bool EntersNoRun(char16_t character) {
   return character == u'\0' || character == u'\n' || character == u'\r';
 }
 
-// Refuses an edit that brings a character without a code, before it changes the text or the undo history of
-// the box. Characters that have a code are put in the form in which the box shows them.
+// Takes the characters without a code out of an edit, and puts the others in the form in which the box shows
+// them. An edit that would then add nothing is refused, before it changes the text or the undo history of the
+// box.
 class RunValidator final : public QValidator {
  public:
   using QValidator::QValidator;
-  State validate(QString& text, int&) const override {
-    QString shown = text;
-    for (QChar& character : shown) {
-      if (EntersNoRun(character.unicode()) || character == QChar::LineSeparator ||
+  State validate(QString& text, int& caret) const override {
+    QString shown;
+    int shownCaret = caret;
+    bool drops = false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+      char16_t character = text[i].unicode();
+      if (EntersNoRun(character) || character == QChar::LineSeparator ||
           character == QChar::ParagraphSeparator) {
         character = u' ';
       }
-      const auto code = CodeOfVisible(character.unicode());
-      if (!code || EntersNoRun(*code)) return Invalid;
-      character = VisibleText(std::string(1, static_cast<char>(*code)))[0];
+      const auto code = CodeOfVisible(character);
+      if (code && !EntersNoRun(*code)) {
+        shown += VisibleText(std::string(1, static_cast<char>(*code)));
+        continue;
+      }
+      drops = true;
+      dropped_ += text[i];
+      if (i < caret) --shownCaret;
     }
-    text = shown;
+    if (drops && (shown == accepted_ || shown.size() < accepted_.size())) return Invalid;
+    text = accepted_ = shown;
+    caret = shownCaret;
     return Acceptable;
   }
+  // The characters taken out since this was last asked. Qt has a text that was changed checked again.
+  QString TakeDropped() const { return std::exchange(dropped_, QString()); }
+
+ private:
+  mutable QString accepted_;
+  mutable QString dropped_;
 };
 
 class BoxEdit final : public QLineEdit {
@@ -75,16 +93,16 @@ class BoxEdit final : public QLineEdit {
   }
 };
 
-// The font around the widget, smaller where the text needs it to fit into `width` pixels, but not so small
-// that it could not be read.
-QFont FittingFont(const QWidget& widget, const QString& text, int width) {
-  constexpr double kSmallest = 0.75;
-  QFont font = widget.parentWidget()->font();
+constexpr int kSmallestFont = 9;  // pixels; can still be read
+
+// `font` smaller where the text needs it to fit into a place of so many pixels, but not below `smallest`.
+QFont FittingFont(QFont font, const QString& text, int width, int height, int smallest = kSmallestFont) {
   const int usual = QFontInfo(font).pixelSize();
-  for (int size = usual; size >= usual * kSmallest; --size) {
+  for (int size = usual; size >= std::min(smallest, usual); --size) {
     if (size != usual) font.setPixelSize(size);
+    const QFontMetrics metrics(font);
     // Advances are rounded; words of the very width of their place would still be shortened.
-    if (QFontMetrics(font).horizontalAdvance(text) < width) break;
+    if (metrics.horizontalAdvance(text) < width && metrics.ascent() + metrics.descent() <= height) break;
   }
   return font;
 }
@@ -98,9 +116,39 @@ QFont FixedPitchFont() {
 
 }  // namespace
 
+// A label in the status bar: it asks for the room of its whole text, and is content with less.
+class QtLabel::FootLabel final : public QLabel {
+ public:
+  FootLabel(QtLabel& owner, QWidget* parent, int room) : QLabel(parent), owner_(owner), room_(room) {}
+  QSize sizeHint() const override { return {std::max(room_, WholeWidth()), QLabel::sizeHint().height()}; }
+  QSize minimumSizeHint() const override {
+    return {std::min(room_, WholeWidth()), QLabel::minimumSizeHint().height()};
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QLabel::resizeEvent(event);
+    owner_.Fit();
+  }
+
+ private:
+  int WholeWidth() const {
+    return QFontMetrics(parentWidget()->font()).horizontalAdvance(PlainText(owner_.text_)) + 1;
+  }
+
+  QtLabel& owner_;
+  int room_;
+};
+
 QtLabel::QtLabel(QWidget* parent, const std::string& text) : QtControl(new QLabel(parent)) {
   widget_->setTextFormat(Qt::PlainText);
   SetText(text);
+}
+
+QtLabel::QtLabel(QStatusBar* bar, int width)
+    : QtControl(new FootLabel(*this, bar, width)), placed_(true), foot_(true) {
+  widget_->setTextFormat(Qt::PlainText);
+  bar->addWidget(widget_);
 }
 
 void QtLabel::SetPlace(const Place& place) {
@@ -112,13 +160,17 @@ void QtLabel::SetPlace(const Place& place) {
 void QtLabel::SetText(const std::string& text) {
   text_ = text;
   Fit();
+  widget_->updateGeometry();
 }
 
 void QtLabel::Fit() {
   const QString whole = PlainText(text_);
   QString shown = whole;
   if (placed_) {
-    const QFont font = FittingFont(*widget_, whole, widget_->width());
+    const QFont usual = widget_->parentWidget()->font();
+    // What stands at the foot may be a long path, which is better shortened than hard to read.
+    const int smallest = foot_ ? QFontInfo(usual).pixelSize() * 3 / 4 : kSmallestFont;
+    const QFont font = FittingFont(usual, whole, widget_->width(), widget_->height(), smallest);
     widget_->setFont(font);
     shown = QFontMetrics(font).elidedText(whole, Qt::ElideMiddle, widget_->width());
     widget_->setToolTip(shown == whole ? QString() : whole.toHtmlEscaped());
@@ -143,7 +195,8 @@ QtButton::QtButton(QWidget* parent, const std::string& caption, const IconDrawin
 void QtButton::SetPlace(const Place& place) {
   constexpr int kBorder = 2;
   QtControl::SetPlace(place);
-  widget_->setFont(FittingFont(*widget_, widget_->text().remove(u'&'), place.width - 2 * kBorder));
+  widget_->setFont(FittingFont(widget_->parentWidget()->font(), widget_->text().remove(u'&'),
+                               place.width - 2 * kBorder, place.height - 2 * kBorder));
 }
 
 void QtButton::SetDown(bool down) {
@@ -162,12 +215,29 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, bool fi
     static_cast<BoxEdit*>(widget_)->HoldsRun = true;
   }
   widget_->setValidator(new RunValidator(widget_));
-  QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { RunHandler(OnChange); });
-  QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] {
+  QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { Edited(true); });
+  QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] { Edited(false); });
+}
+
+void QtTextBox::Edited(bool accepted) {
+  const std::string dropped = ListOf(static_cast<const RunValidator*>(widget_->validator())->TakeDropped());
+  if (accepted) RunHandler(OnChange);
+  if (dropped.empty()) {
+    QToolTip::hideText();
+  } else if (OnUntypable) {
+    RunHandler([&] { OnUntypable(dropped); });
+  } else {
     QToolTip::showText(widget_->mapToGlobal(QPoint(0, widget_->height())),
-                       QStringLiteral("There is no code for this character, so it was not entered."),
-                       widget_);
-  });
+                       PlainText("There is no code for " + dropped + "."), widget_);
+  }
+}
+
+void QtTextBox::SetPlace(const Place& place) {
+  constexpr int kBorder = 1;
+  QtControl::SetPlace(place);
+  const QFont usual =
+      static_cast<BoxEdit*>(widget_)->HoldsRun ? FixedPitchFont() : widget_->parentWidget()->font();
+  widget_->setFont(FittingFont(usual, {}, place.width, place.height - 2 * kBorder));
 }
 
 void QtTextBox::SetText(const std::string& text) {

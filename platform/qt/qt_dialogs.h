@@ -14,17 +14,17 @@ class QtDialogs final : public Dialogs {
   void Message(const std::string& text) override;
   bool Ask(const std::string& text, bool yesIsDefault) override;
   Answer AskBeforeLosing(const std::string& text) override;
-  int Choose(const std::string& text, const std::vector<std::string>& labels, int defaultIndex,
-             int escapeIndex) override;
+  int Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
+             int onEscape) override;
   std::string ChooseToOpen(const std::string& title, const std::string& filter, const std::string& start,
-                           const std::string& acceptLabel = "Open") override;
+                           const std::string& accept = "Open") override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,
                            const std::string& start) override;
 
  private:
-  // Saves if there is no `openLabel`.
+  // `accept`: the button that takes the choice; empty for saving.
   std::string ChooseFile(const std::string& title, const std::string& filter, const std::string& start,
-                         const std::string& openLabel);
+                         const std::string& accept);
 };
 
 }  // namespace kelvane

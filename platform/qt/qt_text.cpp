@@ -1,6 +1,8 @@
 #include "platform/qt/qt_text.h"
 
 #include <QStringDecoder>
+#include <QStringList>
+#include <algorithm>
 #include <array>
 #include <unordered_map>
 
@@ -100,15 +102,20 @@ char16_t UnicodeOfSymbol(unsigned char code) {
   return 0;
 }
 
-std::optional<unsigned char> CodeOfTyped(char16_t character) {
-  if (character < 128 || (character >= 160 && character < 256)) {
-    if (character < 32 || character == 127) return std::nullopt;
-    return static_cast<unsigned char>(character);
+bool IsReadable(const QString& text) {
+  const QList<uint> characters = text.toUcs4();
+  return std::all_of(characters.begin(), characters.end(), [](uint c) { return QChar::isPrint(c); });
+}
+
+std::string ListOf(const QString& text) {
+  QStringList listed;
+  for (const char32_t character : text.toUcs4()) {
+    const QString number = QString::number(static_cast<uint>(character), 16).toUpper();
+    const QString shown = QChar::isPrint(character) ? QString::fromUcs4(&character, 1)
+                                                    : QStringLiteral("U+") + number.rightJustified(4, u'0');
+    if (!listed.contains(shown)) listed += shown;
   }
-  for (unsigned code = 128; code < 160; ++code) {
-    if (kWindowsHigh[code - 128] == character) return static_cast<unsigned char>(code);
-  }
-  return std::nullopt;
+  return listed.join(u' ').toStdString();
 }
 
 QString PlainText(std::string_view text) {

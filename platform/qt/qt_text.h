@@ -14,8 +14,10 @@ namespace kelvane {
 char16_t UnicodeOfText(unsigned char code);
 // The character that the Symbol encoding has for a code 32 to 126 or 160 to 223; 0 for the others.
 char16_t UnicodeOfSymbol(unsigned char code);
-// The code of a typed character in code page 1252, 32 to 255; nothing if it has none.
-std::optional<unsigned char> CodeOfTyped(char16_t character);
+// Whether a text that a key gave is made of characters, rather than of the control codes of some keys.
+bool IsReadable(const QString& text);
+// The characters of a text, each once, blanks between them, as UTF-8; control characters by their numbers.
+std::string ListOf(const QString& text);
 
 // Captions, messages, paths. File names are UTF-8 on this system, so a text that is valid UTF-8 is read as
 // that, any other as code page 1252.

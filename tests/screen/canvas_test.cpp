@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/qt/qt_fonts.h"
 #include "tests/screen/screen_test.h"
 
 namespace kelvane {
@@ -257,7 +258,9 @@ TEST_F(CanvasTest, OverlayOfTheTypedRunRepaintsLittle) {
 
 TEST_F(CanvasTest, KeysBecomeCodes) {
   std::vector<int> keys;
+  std::string untypable;
   canvas->OnKeyPress = [&](int code) { keys.push_back(code); };
+  canvas->OnUntypable = [&](const std::string& characters) { untypable += characters + ";"; };
   Show();
   canvas->Focus();
   const auto type = [&](const QString& character) {
@@ -274,9 +277,12 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
   // Letters with Alt and signs that no face has come as no codes, as F9 does.
   QTest::keyClick(canvas, 'b', Qt::AltModifier);
   type(QStringLiteral("\u03B1"));
-  EXPECT_EQ(keys, (std::vector<int>{'a', '(', '\\', '~', ' ', 233, 13, 8, kKeyEscape, kKeyLeft, kKeyUp,
-                                    kKeyRight, kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete,
-                                    kKeyHome}));
+  QInputMethodEvent composed;
+  composed.setCommitString(QStringLiteral("xñ±"));
+  QCoreApplication::sendEvent(canvas, &composed);
+  EXPECT_EQ(keys, (std::vector<int>{'a', '(', '\\', '~', ' ', 13, 8, kKeyEscape, kKeyLeft, kKeyUp, kKeyRight,
+                                    kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete, kKeyHome, 'x'}));
+  EXPECT_EQ(untypable, "é;α;ñ ±;");
 }
 
 TEST_F(CanvasTest, MouseReportsLogicalPositions) {
@@ -296,6 +302,31 @@ TEST_F(CanvasTest, MouseReportsLogicalPositions) {
   EXPECT_FLOAT_EQ(events[2].y, 400);
   EXPECT_FALSE(events[0].shift);
   EXPECT_TRUE(events[2].shift);
+}
+
+TEST_F(CanvasTest, LettersBeyondAnySizeLeaveNoInk) {
+  const auto ink = [this] {
+    const QImage image = canvas->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    int dark = 0;
+    for (int y = 0; y < image.height(); y += 3)
+      for (int x = 0; x < image.width(); x += 3) dark += qGray(image.pixel(x, y)) < 128 ? 1 : 0;
+    return dark;
+  };
+  for (const float em : {1e5F, 3e6F, 1e9F, 1e32F, -12.0F, 0.0F, std::nanf("")}) {
+    for (const float x : {-0.3F * em, 10.0F}) Text(kSerif, em, "gM", x, 0.3F * em);
+    EXPECT_EQ(ink(), 0) << em;
+  }
+  Text(kSerif, 4000, "I", -600, 2000);
+  EXPECT_GT(ink(), 0);
+}
+
+TEST_F(CanvasTest, ImagesOfLettersStayWithinTheirLimit) {
+  QtFace& face = FaceFor(kSerif);
+  for (double em = 60; em < 128; em += 0.5) {
+    for (unsigned char code = 'A'; code <= 'Z'; ++code)
+      for (int step = 0; step < GlyphImages::kSteps; ++step) face.At(em).At(face, code, step, 0);
+  }
+  EXPECT_LT(GlyphImages::Held(), QtFace::kMostImageBytes * 11 / 10);
 }
 
 }  // namespace

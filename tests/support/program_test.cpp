@@ -23,36 +23,22 @@
 namespace kelvane {
 namespace {
 
-template <typename Handles>
-void Empty(Handles& handles) {
-  std::fill(std::begin(handles), std::end(handles), nullptr);
+template <typename... Handles>
+void Empty(Handles&... handles) {
+  (std::fill(std::begin(handles), std::end(handles), nullptr), ...);
 }
 
 // Handles of controls that go away with the fixture, and the hooks that tests or start-up filled.
 void EmptyHandlesAndHooks() {
-  Form1 = nullptr;
-  PageBox = nullptr;
-  Picture1 = nullptr;
-  DesignerCanvas = nullptr;
-  DesignerWindow = nullptr;
-  DesignerSide = nullptr;
-  DesignerBackground = nullptr;
-  FontLabel = nullptr;
-  CursorLabel = nullptr;
-  NoteLabel = nullptr;
-  Text1 = nullptr;
-  Text4 = nullptr;
+  Form1 = Form7 = DesignerWindow = nullptr;
+  Picture1 = DesignerCanvas = DesignerSide = nullptr;
+  FontLabel = CursorLabel = NoteLabel = nullptr;
+  PageBox = Text1 = Text4 = DesignerBackground = Form7_Text1 = Form7_Text2 = nullptr;
   Command6 = nullptr;
   Form7 = nullptr;
-  Form7_Text1 = nullptr;
-  Form7_Text2 = nullptr;
-  Empty(FontMenu);
-  Empty(ColourMenu);
-  Empty(ThicknessMenu);
-  Empty(MacroMenu);
-  Empty(AnchorButtons);
-  PageEdited = nullptr;
-  ViewMoved = nullptr;
+  Form7_Text1 = Form7_Text2 = nullptr;
+  Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons);
+  PageEdited = ViewMoved = nullptr;
   FocusedControl = nullptr;
 }
 
@@ -86,6 +72,7 @@ ProgramTest::ProgramTest() {
   TheDialogs = &dialogs;
   TheToolkit = &toolkit;
   ProgramFolder = "\\Kelvane\\";
+  StateFolder = "\\State\\";
   toolkit.NewWindow(true);
   window = toolkit.windows.front().get();
   FillHandles(*window);

@@ -33,10 +33,10 @@ class ScriptedDialogs : public Dialogs {
   void Message(const std::string& text) override;
   bool Ask(const std::string& text, bool yesIsDefault) override;
   Answer AskBeforeLosing(const std::string& text) override;
-  int Choose(const std::string& text, const std::vector<std::string>& labels, int defaultIndex,
-             int escapeIndex) override;
+  int Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
+             int onEscape) override;
   std::string ChooseToOpen(const std::string& title, const std::string& filter, const std::string& folder,
-                           const std::string& acceptLabel = "Open") override;
+                           const std::string& accept = "Open") override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,
                            const std::string& folder) override;
 
