@@ -10,6 +10,7 @@
 #include "app/samples.h"
 #include "app/typing_view.h"
 #include "app/web_window.h"
+#include "designer/designer_window.h"
 #include "document/paper.h"
 #include "editing/arrange.h"
 #include "editing/bezier.h"
@@ -508,7 +509,7 @@ Table MakeTable() {
   AddThicknessMenu(table);
   AddDrawMenu(table);
   table.push_back(Separator("F&ormat"));
-  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer"});
+  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", Run<ShowDesigner>});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
   table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});

@@ -178,6 +178,9 @@ class Canvas : public Painter {
 
   virtual void Focus() = 0;
 
+  // What readers of the screen call the canvas, and its tool tip.
+  virtual void SetName(const std::string& accessibleName, const std::string& toolTip) = 0;
+
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;
   // The person typed characters that are no keys of the canvas: readable, in UTF-8, blanks between them.

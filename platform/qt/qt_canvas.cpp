@@ -196,6 +196,11 @@ void QtCanvas::Focus() {
   setFocus(Qt::OtherFocusReason);
 }
 
+void QtCanvas::SetName(const std::string& accessibleName, const std::string& toolTip) {
+  setAccessibleName(PlainText(accessibleName));
+  setToolTip(PlainText(toolTip).toHtmlEscaped());
+}
+
 void QtCanvas::Drawn() {
   if (showPending_) return;
   showPending_ = true;

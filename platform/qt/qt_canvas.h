@@ -33,6 +33,7 @@ class QtCanvas final : public QWidget, public Canvas {
   bool SetPointerIcon(const std::string& path) override;
   void SetPointerShape(PointerShape shape) override;
   void Focus() override;
+  void SetName(const std::string& accessibleName, const std::string& toolTip) override;
 
   // Takes effect at once, shown or not.
   void SetPlace(const Place& place);

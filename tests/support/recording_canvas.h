@@ -18,6 +18,8 @@ class RecordingCanvas : public Canvas {
   // "left top width height" of the last SetCoordinates.
   std::string coordinates;
   // Path of the icon in use, empty for the arrow.
+  std::string name;
+  std::string toolTip;
   std::string pointer;
   PointerShape shape = PointerShape::Arrow;
   // Keys held while the mouse does something.
@@ -77,6 +79,10 @@ class RecordingCanvas : public Canvas {
   void SetPointerShape(PointerShape newShape) override { shape = newShape; }
   bool SetPointerIcon(const std::string& path) override;
   void Focus() override;
+  void SetName(const std::string& accessibleName, const std::string& canvasToolTip) override {
+    name = accessibleName;
+    toolTip = canvasToolTip;
+  }
 
  private:
   static std::size_t Index(Layer layer) { return layer == Layer::Page ? 0 : 1; }
