@@ -10,11 +10,14 @@
 #include "app/samples.h"
 #include "app/typing_view.h"
 #include "app/web_window.h"
+#include "designer/designer_window.h"
 #include "document/paper.h"
+#include "editing/arrange.h"
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/properties.h"
 #include "editing/select_tool.h"
 #include "editing/selection.h"
 #include "editing/shaping.h"
@@ -154,6 +157,62 @@ void AddFileMenu(Table& table) {
   table.push_back({"&File", "mFileExit", "Exit", "Ctrl+Q", Run<LeaveProgram>});
 }
 
+bool IsSelecting() {
+  return SelectedProperties().Count() > 0;
+}
+
+std::string OpenCaption() {
+  return SelectedProperties().drawings > 0 ? "Shape Drawing b&y Its Points" : "Ret&ype Run";
+}
+
+void AddAnchorMenu(Table& table) {
+  for (int anchor = 1; anchor <= 9; ++anchor) {
+    const auto choose = [anchor] {
+      SetAnchor(anchor);
+      return true;
+    };
+    table.push_back({"&Edit/Anc&hor", "mAnchor" + std::to_string(anchor),
+                     "&" + std::to_string(anchor) + " " + kAnchorNames[anchor], "", choose,
+                     [] { return SelectedProperties().texts > 0; },
+                     [anchor] { return ShowsAnchor(anchor); }});
+  }
+}
+
+void AddArrangeMenu(Table& table) {
+  const char* const menu = "&Edit/Arran&ge";
+  const auto addAlign = [&](const char* id, const char* caption, Side side) {
+    const auto align = [side] {
+      AlignSelected(side);
+      return true;
+    };
+    table.push_back({menu, id, caption, "", align, [side] { return CanAlign(side); }});
+  };
+  addAlign("mAlignLeft", "Align &Left", Side::Left);
+  addAlign("mAlignCentre", "Align &Centre", Side::Centre);
+  addAlign("mAlignRight", "Align &Right", Side::Right);
+  addAlign("mAlignTop", "Align &Top", Side::Top);
+  addAlign("mAlignMiddle", "Align &Middle", Side::Middle);
+  addAlign("mAlignBottom", "Align B&ottom", Side::Bottom);
+  addAlign("mAlignBaseline", "Align &Baselines", Side::Baseline);
+  const auto add = [&](const char* id, const char* caption, void (*run)(bool), bool argument,
+                       bool (*enabled)()) {
+    const auto act = [run, argument] {
+      run(argument);
+      return true;
+    };
+    table.push_back({menu, id, caption, "", act, enabled});
+  };
+  table.push_back(Separator(menu));
+  add("mDistributeAcross", "Distribute &Horizontally", DistributeSelected, true, CanDistribute);
+  add("mDistributeDown", "Distribute &Vertically", DistributeSelected, false, CanDistribute);
+  table.push_back(Separator(menu));
+  add("mOrderFront", "Bring to &Front", ReorderSelected, true, IsSelecting);
+  add("mOrderBack", "Send to Bac&k", ReorderSelected, false, IsSelecting);
+  table.push_back(Separator(menu));
+  table.push_back({menu, "mArrangeScale", "&Scale...", "", Run<AskScale>, IsSelecting});
+  table.push_back({menu, "mArrangeTurn", "Rot&ate...", "", Run<AskTurn>, CanTurn});
+}
+
 void AddEditMenu(Table& table) {
   const char* const menu = "&Edit";
   // These keep the mode.
@@ -176,6 +235,15 @@ void AddEditMenu(Table& table) {
   table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V", Editing<PasteAtPointer>});
   table.push_back({menu, "mEditDelete", "&Delete", "Del", Editing<Delete>, CanDelete});
   table.push_back({menu, "mEditDuplicate", "Dup&licate", "Ctrl+D", Run<DuplicateSelected>, AnythingSelected});
+  table.push_back({.menu = menu,
+                   .id = "mEditOpen",
+                   .caption = "Ret&ype Run",
+                   .run = Run<OpenSelected>,
+                   .enabled = CanOpenSelected,
+                   .captionNow = OpenCaption});
+  table.push_back({menu, "mEditPosition", "Pos&ition...", "Ctrl+Shift+X", Run<AskPosition>, IsSelecting});
+  AddAnchorMenu(table);
+  AddArrangeMenu(table);
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditSelectAll", "Select &All", "Ctrl+A", Run<SelectEverything>});
   table.push_back({menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
@@ -246,14 +314,14 @@ void AddFontMenu(Table& table) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   for (std::int16_t font = 0; font < kTypefaces; ++font) {
     const auto choose = [font] {
-      ChooseFont(font);
+      SetFont(font);
       return true;
     };
     table.push_back({.menu = "F&ormat/Font &Name",
                      .id = std::string("mFont") + kDigits[font],
                      .caption = kTypefaceNames[font].menuCaption,
                      .run = choose,
-                     .checked = [font] { return BaseFont == font; },
+                     .checked = [font] { return ShowsFont(font); },
                      .handle = &FontMenu[font]});
   }
 }
@@ -271,14 +339,14 @@ void AddColourMenu(Table& table) {
   };
   for (std::int16_t colour = 0; colour < 16; ++colour) {
     const auto choose = [colour] {
-      ChooseColour(colour);
+      SetColour(colour);
       return ShowPathInNewStyle();
     };
     table.push_back({.menu = "F&ormat/&Line Colour",
                      .id = "mColour" + std::to_string(colour),
                      .caption = kCaptions[colour],
                      .run = choose,
-                     .checked = [colour] { return LineColour == colour; },
+                     .checked = [colour] { return ShowsColour(colour); },
                      .handle = &ColourMenu[colour]});
   }
 }
@@ -290,14 +358,14 @@ void AddThicknessMenu(Table& table) {
   for (std::size_t i = 0; i < kThicknesses.size(); ++i) {
     const double width = kThicknesses[i];
     const auto choose = [width] {
-      ChooseThickness(width);
+      SetThickness(width);
       return ShowPathInNewStyle();
     };
     table.push_back({.menu = "F&ormat/Line &Thickness",
                      .id = std::string("mThickness") + kNames[i],
                      .caption = kCaptions[i],
                      .run = choose,
-                     .checked = [width] { return LineWidth == width; },
+                     .checked = [width] { return ShowsThickness(width); },
                      .handle = &ThicknessMenu[i]});
   }
 }
@@ -441,7 +509,7 @@ Table MakeTable() {
   AddThicknessMenu(table);
   AddDrawMenu(table);
   table.push_back(Separator("F&ormat"));
-  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer"});
+  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", Run<ShowDesigner>});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
   table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});

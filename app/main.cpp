@@ -31,6 +31,7 @@ int Run(int argc, char** argv) {
   kelvane::RefuseOptions(Arguments(argc, argv));
   QApplication application(argc, argv);
   const std::string pageFile = kelvane::PageFileArgument(Arguments(argc, argv));
+  QApplication::setOrganizationName("Kelvane");
   QApplication::setApplicationName("Kelvane");
   QApplication::setQuitOnLastWindowClosed(false);
   kelvane::QtToolkit toolkit;

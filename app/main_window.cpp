@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/commands.h"
+#include "app/context_menu.h"
 #include "app/exit.h"
 #include "app/first_minutes.h"
 #include "app/foot.h"
@@ -17,6 +18,7 @@
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/properties.h"
 #include "papers/paper_commands.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
@@ -147,11 +149,19 @@ void AddSizeRow(Window& window) {
   Text1->SetPlace({489, 1, 36, kRow - 2});
   Text1->SetText(FormatSingle(FontSize));
   Text1->OnChange = [] {
-    SizeBoxChanged(Text1->Text());
+    SizeBoxTyped();
     ShowCursor();
     WarnOfTyping();
   };
-  Text1->OnEnter = Text1->OnEscape = FocusCanvas;
+  Text1->OnEnter = [] {
+    if (!EnterSize()) return Text1->SelectAll();
+    RefreshMenus();
+    FocusCanvas();
+  };
+  Text1->OnEscape = [] {
+    ShowProperties();
+    FocusCanvas();
+  };
   FontLabel = window.AddLabel("");
 }
 
@@ -236,6 +246,7 @@ void BuildForm1() {
   Form1 = TheToolkit->NewWindow(true);
   Form1->SetTitle(kProgramTitle);
   BuildMenus(*Form1);
+  BuildContextMenus(*Form1);
   // In the order in which Tab goes through them.
   AddCanvasAndBars(*Form1);
   AddRunRow(*Form1);
@@ -313,7 +324,7 @@ void Form1_Picture1_MouseUp(const MouseEvent& event) {
       WarnOfTyping();
       break;
     case MouseButton::Right:
-      ToolInForce().RightClick();
+      OpenContextMenu(event);
       break;
   }
   RefreshMenus();

@@ -11,6 +11,7 @@
 #include "app/settings.h"
 #include "app/web_window.h"
 #include "designer/character_files.h"
+#include "designer/designer_window.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/change_mark.h"
@@ -108,6 +109,7 @@ void ResetProgram() {
   ResetEdits();
   ResetChangeMark();
   ResetMacros();
+  ResetDesigner();
   ResetPlainText();
   ResetFoot();
   ResetFirstMinutes();

@@ -6,6 +6,7 @@
 
 #include "document/lines.h"
 #include "editing/edit.h"
+#include "editing/tool.h"
 #include "platform/failure.h"
 
 namespace kelvane {
@@ -50,6 +51,7 @@ void Rewrite(const std::string& label, const Changes& texts, const Changes& draw
     if (!drawings.empty()) page.drawings = std::move(newDrawings);
     page.drawingCount = static_cast<std::int16_t>(page.drawingCount - removedDrawings);
   });
+  ShowCursor();  // the marks go with the items
 }
 
 Point Moved(Point point, float dx, float dy) {
@@ -107,6 +109,28 @@ void DeleteSelected(const std::string& label) {
   for (const TextItem* item : selected.texts) texts[item];
   for (const DrawingItem* item : selected.drawings) drawings[item];
   if (selected.Count() > 0) Rewrite(label, texts, drawings);
+}
+
+namespace {
+
+template <typename Item>
+std::string Reordered(const std::vector<Item>& items, bool toFront) {
+  std::string selected;
+  std::string others;
+  for (const Item& item : items)
+    (IsSelected(item.id) ? selected : others).append(TextOf(item)).append(kLineEnd);
+  return toFront ? others + selected : selected + others;
+}
+
+}  // namespace
+
+void ReorderSelected(bool toFront) {
+  const SelectedItems selected = Selection();
+  const PageItems& items = ItemsOfPage();
+  EditPage("order", [&](Page& page) {
+    if (!selected.texts.empty()) page.text = Reordered(items.Texts(), toFront);
+    if (!selected.drawings.empty()) page.drawings = Reordered(items.Drawings(), toFront);
+  });
 }
 
 std::string LinesOfSelected() {

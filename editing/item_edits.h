@@ -13,7 +13,8 @@
 namespace kelvane {
 
 // Rewrites the selected items: `text` and `drawing` change an item and return true, or false to leave it as
-// it is. A drawing's style is the last token of its record.
+// it is. They are called in the page's order, for runs first. A drawing's style is the last token of its
+// record.
 using ChangeText = std::function<bool(TextEntry& entry)>;
 using ChangeDrawing = std::function<bool(Drawing& drawing, std::string& style)>;
 void ChangeSelected(const std::string& label, const ChangeText& text, const ChangeDrawing& drawing);
@@ -21,6 +22,9 @@ void ChangeSelected(const std::string& label, const ChangeText& text, const Chan
 // Moves the selected items by so many points.
 void MoveSelected(float dx, float dy);
 void DeleteSelected(const std::string& label = "delete");
+// Puts the selected runs and drawings behind all others of their kind, so that they lie on top, or before
+// them. Among each other they keep their order.
+void ReorderSelected(bool toFront);
 
 // The selected items as the lines of a page file.
 std::string LinesOfSelected();

@@ -38,6 +38,9 @@ void SelectAll();
 // The box around the ink of items, points; all 0 for none.
 Box BoxOf(const SelectedItems& items);
 
+// Another number whenever the selection or a selected item may have changed.
+std::uint64_t SelectionRevision();
+
 // Brings the marked box up to date after an edit, and forgets items that are gone.
 void FollowPage();
 

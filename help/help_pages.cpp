@@ -95,19 +95,19 @@ class PageParser {
   void ReadLine(std::string_view line) {
     const std::string upperLine = UpperCase(line);
     std::size_t from = 0;
-    bool tagged = false;  // a line of tags alone is no empty line of the text
+    std::size_t unread = 0;  // behind tags that are unknown and stay words
+    bool tagged = false;     // a line of tags alone is no empty line of the text
     while (true) {
-      const Tag tag = inTable ? TableTag(line, upperLine, from) : NextTag(line, upperLine, from);
+      const Tag tag = inTable ? TableTag(line, upperLine, unread) : NextTag(line, upperLine, unread);
       if (tag.kind == Tag::Kind::None) break;
       if (tag.kind == Tag::Kind::Unknown) {
         Fault(number, "the tag " + std::string(line.substr(tag.begin, tag.end - tag.begin)) + " is unknown");
-        Words(line.substr(from, tag.end - from));
-        from = tag.end;
+        unread = tag.end;
         continue;
       }
       tagged = true;
       if (tag.begin > from) Words(line.substr(from, tag.begin - from));
-      from = TakeTag(line, upperLine, tag);
+      from = unread = TakeTag(line, upperLine, tag);
     }
     if (from < line.size()) {
       Words(line.substr(from));

@@ -30,18 +30,15 @@ struct Line {
   Strings block;
 };
 
-const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},
-                                                {"Ctrl+Enter", kKeyCtrlEnter},
-                                                {"Backspace", kKeyBackspace},
-                                                {"Escape", kKeyEscape},
-                                                {"Left", kKeyLeft},
-                                                {"Up", kKeyUp},
-                                                {"Right", kKeyRight},
-                                                {"Down", kKeyDown},
-                                                {"Home", kKeyHome},
-                                                {"End", kKeyEnd},
-                                                {"Delete", kKeyDelete},
-                                                {"Ctrl+Backspace", kKeyWordBackspace}};
+const std::map<std::string, int> kCanvasKeys = {
+    {"Enter", kKeyEnter},         {"Ctrl+Enter", kKeyCtrlEnter},
+    {"Backspace", kKeyBackspace}, {"Escape", kKeyEscape},
+    {"Left", kKeyLeft},           {"Up", kKeyUp},
+    {"Right", kKeyRight},         {"Down", kKeyDown},
+    {"Home", kKeyHome},           {"End", kKeyEnd},
+    {"Delete", kKeyDelete},       {"Ctrl+Backspace", kKeyWordBackspace}};
+
+constexpr const char* kPointerShapes[] = {"arrow", "move", "falling", "rising", "turn"};
 
 // A script's text as bytes, and bytes as a script shows them.
 std::string Bytes(const std::string& shown) {
@@ -171,6 +168,22 @@ class Session : public EditorTest {
     ADD_FAILURE() << "No menu entry " << path;
   }
 
+  // The entries of the open popup that can be chosen, without those of menus below it.
+  std::string Popup() {
+    Strings captions;
+    if (!Main().popup) return {};
+    for (const auto& entry : Main().popup->entries)
+      if (entry->enabled) captions.push_back(Caption(*entry));
+    return Joined(captions, " | ");
+  }
+  void ChooseFromPopup(const std::string& caption) {
+    std::vector<FakeMenuEntry*> all;
+    if (Main().popup) Main().popup->Collect(all);
+    for (FakeMenuEntry* entry : all)
+      if (Caption(*entry) == caption) return entry->Choose();
+    ADD_FAILURE() << "No such entry of the popup";
+  }
+
   // A key of the page or of the window, once or so many times, or "in" a box.
   void Key(const std::string& key) {
     const std::string how = Word();
@@ -253,6 +266,7 @@ class Session : public EditorTest {
     if (word == "choice") return dialogs.AnswerChoice(std::stoi(Text()));
     if (word == "open") return dialogs.AnswerOpen(Text());
     if (word == "save") return dialogs.AnswerSave(Text());
+    if (word == "text") return Text().empty() ? dialogs.CancelText() : dialogs.AnswerText(Text());
     ADD_FAILURE() << "That is no answer";
   }
 
@@ -308,6 +322,7 @@ class Session : public EditorTest {
     if (word == "draw") return main.ClickButton("Draw Bezier");
     if (word == "press") return Front().ClickButton(rest);
     if (word == "menu") return Choose(rest);
+    if (word == "popup") return ChooseFromPopup(rest);
     if (word == "font") return Choose("Format/Font Name/" + rest);
     if (word == "colour") return Choose("Format/Line Colour/" + rest);
     if (word == "thickness") return Choose("Format/Line Thickness/" + rest);
@@ -384,6 +399,8 @@ class Session : public EditorTest {
     if (subject == "cursor") return FormatSingle(CursorX) + ' ' + FormatSingle(CursorY);
     if (subject == "mode") return std::to_string(CursorMode);
     if (subject == "tool") return Tool();
+    if (subject == "pointer") return kPointerShapes[static_cast<std::size_t>(canvas->shape)];
+    if (subject == "popup") return Popup();
     if (subject == "box") return Shown(Text4->Text());
     if (subject == "label") return FontLabel->Text();
     if (subject == "status") return CursorLabel->Text();

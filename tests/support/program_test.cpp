@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "app/startup.h"
+#include "designer/designer_window.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
@@ -34,6 +35,9 @@ void EmptyHandlesAndHooks() {
   FontLabel = CursorLabel = NoteLabel = PageCountLabel = nullptr;
   PageBox = Text1 = Text4 = Form7_Text1 = Form7_Text2 = nullptr;
   ShapingButton = nullptr;
+  DesignerWindow = nullptr;
+  DesignerSide = nullptr;
+  DesignerBackground = nullptr;
   Form7 = nullptr;
   Form7_Text1 = Form7_Text2 = nullptr;
   Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons, ShapeButtons);
