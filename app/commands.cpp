@@ -15,6 +15,7 @@
 #include "editing/arrange.h"
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
+#include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/properties.h"
