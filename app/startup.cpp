@@ -1,5 +1,6 @@
 #include "app/startup.h"
 
+#include "app/find_window.h"
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
@@ -7,16 +8,19 @@
 #include "designer/character_files.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
+#include "editing/change_mark.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
-#include "editing/undo.h"
+#include "editing/shaping.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
+#include "papers/find.h"
+#include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -47,8 +51,13 @@ void ReadOrReport(void (*read)()) {
 }
 
 void ConnectSubjects() {
-  PageEdited = ShowPaperState;
+  PageEdited = [] {
+    ShowPaperState();
+    ShowCursor();
+  };
   OpenText = RetypeItem;
+  PaintFinds = PaintMatches;
+  OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };
 }
 
 void ShowChoices() {
@@ -83,11 +92,15 @@ void ResetProgram() {
   ResetSettings();
   ResetPaper();
   ResetPaperCommands();
+  ResetPageOperations();
+  ResetFind();
   ResetKeyboard();
   ResetBezier();
+  ResetShaping();
   ResetModes();
   ResetSelectTool();
-  ResetUndo();
+  ResetEdits();
+  ResetChangeMark();
   ResetMacros();
   ResetPlainText();
   ResetFoot();
@@ -112,6 +125,7 @@ bool StartUp(const std::string& executableFolder) {
   }
   BuildForm1();
   BuildForm7();
+  BuildFindWindow();
   ShowPageNumber();
   ShowChoices();
   StartMacroTimer();

@@ -104,15 +104,15 @@ void Take(std::vector<Item>& items, std::string_view content, std::vector<Item> 
 }  // namespace
 
 void PageItems::Follow(const Page& page) {
-  drawingCount = page.drawingCount;
+  drawingCount_ = page.drawingCount;
   // What the old views point into must live until all is taken over.
-  if (*text != page.text) {
-    const auto before = std::exchange(text, std::make_unique<const std::string>(page.text));
-    Take(texts, *text, std::move(texts));
+  if (*text_ != page.text) {
+    const auto before = std::exchange(text_, std::make_unique<const std::string>(page.text));
+    Take(texts_, *text_, std::move(texts_));
   }
-  if (*records != page.drawings) {
-    const auto before = std::exchange(records, std::make_unique<const std::string>(page.drawings));
-    Take(drawings, *records, std::move(drawings));
+  if (*records_ != page.drawings) {
+    const auto before = std::exchange(records_, std::make_unique<const std::string>(page.drawings));
+    Take(drawings_, *records_, std::move(drawings_));
   }
 }
 

@@ -76,7 +76,7 @@ std::string Lines(const std::string& content) {
 class Session : public EditorTest {
  public:
   explicit Session(const std::string& scriptFile) : script(scriptFile) {
-    for (const char* name : {"tplt", "left", "btlt", "bot", "btrt", "right", "tprt", "top", "mid", "point"})
+    for (const char* name : {"tplt", "left", "btlt", "bot", "btrt", "right", "tprt", "top", "mid", "point", "cross"})
       files.contents["\\Kelvane\\PVQ" + std::string(name) + ".ICO"] = "an icon";
   }
 
@@ -251,6 +251,14 @@ class Session : public EditorTest {
     canvas->Wheel(event);
   }
 
+  // "text" or "items", as another program or another of these editors leaves it.
+  void FillClipboard(const std::string& kind) {
+    std::string content = Bytes(Text());
+    for (const std::string& line : block) content += Bytes(line) + "\r\n";
+    clipboard.items = kind == "items" ? content : "";
+    clipboard.text = kind == "text" ? content : "";
+  }
+
   void Answer(const std::string& word) {
     if (word == "yes") return dialogs.AnswerYes();
     if (word == "no") return dialogs.AnswerNo();
@@ -294,6 +302,7 @@ class Session : public EditorTest {
     if (word == "unreadable") return (void)files.unreadable.insert(rest);
     if (word == "fail") return rest == "all" ? files.FailAnyStep(1, true) : files.FailStep(FileStep::Create);
     if (word == "answer") return Answer(Word());
+    if (word == "clipboard") return FillClipboard(Word());
     if (word == "start") return Begin(rest);
     FakeWindow& main = Main();
     // The page.
@@ -321,6 +330,10 @@ class Session : public EditorTest {
     if (word == "page") return Turn();
     if (word == "define") return Define(Word());
     if (word == "box") return Box("Control Codes").Type(Bytes(Text()));
+    if (word == "put") {
+      FakeTextBox& into = Box(Word());
+      return into.Type(Bytes(Text()));
+    }
     if (word == "size") return Box("Font Size").Type(Text());
     // The windows, time, and all of it again.
     if (word == "resize") return Resize(Number());
@@ -392,9 +405,11 @@ class Session : public EditorTest {
     if (subject == "label") return FontLabel->Text();
     if (subject == "status") return CursorLabel->Text();
     if (subject == "note") return NoteLabel->Text();
+    if (subject == "pages") return PageCountLabel->Text();
     if (subject == "title") return window->title;
     if (subject == "focus") return FocusedName();
     if (subject == "in") return Shown(Box(Word()).text);
+    if (subject == "clipboard") return ReplaceAll(Shown(clipboard.text), "\\x0D\\x0A", "\n");
     if (subject == "asked") return First(dialogs.asked);
     if (subject == "message") return First(dialogs.messages);
     if (subject == "menu") return StateOf(Word());

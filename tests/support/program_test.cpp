@@ -31,13 +31,14 @@ void Empty(Handles&... handles) {
 void EmptyHandlesAndHooks() {
   Form1 = Form7 = nullptr;
   Picture1 = DesignerCanvas = nullptr;
-  FontLabel = CursorLabel = NoteLabel = nullptr;
+  FontLabel = CursorLabel = NoteLabel = PageCountLabel = nullptr;
   PageBox = Text1 = Text4 = Form7_Text1 = Form7_Text2 = nullptr;
-  Command6 = nullptr;
+  ShapingButton = nullptr;
   Form7 = nullptr;
   Form7_Text1 = Form7_Text2 = nullptr;
-  Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons);
+  Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons, ShapeButtons);
   PageEdited = ViewMoved = nullptr;
+  PaintFinds = nullptr;
   FocusedControl = nullptr;
 }
 
@@ -70,6 +71,7 @@ ProgramTest::ProgramTest() {
   TheFiles = &files;
   TheDialogs = &dialogs;
   TheToolkit = &toolkit;
+  TheClipboard = &clipboard;
   ProgramFolder = "\\Kelvane\\";
   StateFolder = "\\State\\";
   toolkit.NewWindow(true);
@@ -85,6 +87,7 @@ ProgramTest::~ProgramTest() {
   TheFiles = &DiskFiles();
   TheDialogs = nullptr;
   TheToolkit = nullptr;
+  TheClipboard = nullptr;
 }
 
 void ProgramTest::TearDown() {
