@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include "app/about_window.h"
+#include "app/contact_window.h"
 #include "app/exit.h"
 #include "app/find_window.h"
 #include "app/foot.h"
+#include "app/samples.h"
 #include "app/typing_view.h"
+#include "app/web_window.h"
 #include "document/paper.h"
 #include "editing/arrange.h"
 #include "editing/bezier.h"
@@ -18,6 +22,7 @@
 #include "editing/selection.h"
 #include "editing/shaping.h"
 #include "editing/undo.h"
+#include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
@@ -452,6 +457,19 @@ void AddMacroMenu(Table& table) {
   }
 }
 
+void AddSampleMenu(Table& table) {
+  for (const SamplePaper& paper : SamplePapers()) {
+    for (int page = 1; page <= paper.pages; ++page) {
+      const std::string number = std::to_string(page);
+      table.push_back({.menu = std::string("&Help/&Sample Papers/") + paper.caption,
+                       .id = std::string("mSample") + paper.name + number,
+                       .caption = "Page &" + number,
+                       .run = [&paper, page] { return OpenSample(paper, page); },
+                       .endsEditing = true});
+    }
+  }
+}
+
 void AddButtons(Table& table) {
   static constexpr const char* kScripts[12] = {
       "Superscript",        "Back from Superscript",        "Forward from Superscript",
@@ -495,11 +513,12 @@ Table MakeTable() {
   table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer"});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
-  table.push_back({"&Help", "mHelpContents", "&Contents", "F1"});
-  table.push_back({"&Help", "mHelpContact", "C&ontact"});
-  table.push_back({"&Help", "mHelpWeb", "&Web Page"});
+  table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});
+  AddSampleMenu(table);
+  table.push_back({"&Help", "mHelpContact", "C&ontact", "", Run<ShowContact>});
+  table.push_back({"&Help", "mHelpWeb", "&Web Page", "", Run<ShowWebPage>});
   table.push_back(Separator("&Help"));
-  table.push_back({"&Help", "mHelpAbout", "&About"});
+  table.push_back({"&Help", "mHelpAbout", "&About", "", Run<ShowAbout>});
   AddButtons(table);
   return table;
 }

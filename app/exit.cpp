@@ -3,6 +3,7 @@
 #include <string>
 
 #include "app/after_editing.h"
+#include "app/contact_window.h"
 #include "app/settings.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"

@@ -7,6 +7,7 @@
 #include "app/commands.h"
 #include "app/context_menu.h"
 #include "app/exit.h"
+#include "app/first_minutes.h"
 #include "app/foot.h"
 #include "app/icons.h"
 #include "app/menus.h"
@@ -185,7 +186,10 @@ void AddRunRow(Window& window) {
 
 void AddCanvasAndBars(Window& window) {
   Picture1 = window.AddCanvas();
-  Picture1->OnPaint = PaintLayer;
+  Picture1->OnPaint = [](Layer layer, const Box& area) {
+    if (layer == Layer::Overlay) PaintHint(*Picture1, CurrentView());
+    PaintLayer(layer, area);
+  };
   Picture1->OnKeyPress = Form1_Picture1_KeyPress;
   Picture1->OnUntypable = NoteUntypable;
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;

@@ -1,10 +1,15 @@
 #include "app/startup.h"
 
+#include "app/about_window.h"
+#include "app/contact_window.h"
+#include "app/context_help.h"
+#include "app/first_minutes.h"
 #include "app/find_window.h"
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
 #include "app/settings.h"
+#include "app/web_window.h"
 #include "designer/character_files.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
@@ -16,6 +21,7 @@
 #include "editing/select_tool.h"
 #include "editing/shaping.h"
 #include "help/help_files.h"
+#include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
@@ -38,7 +44,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr int kMacroInterval = 200;  // milliseconds
+constexpr int kInterval = 200;  // milliseconds
 
 // A file of settings, macros or ink boxes that is there and cannot be read must not keep the person from the
 // editor.
@@ -65,10 +71,13 @@ void ShowChoices() {
   ShowFontLabel(CurrentFont, FontSize);
 }
 
-void StartMacroTimer() {
+void StartTimer() {
   Timer* timer = TheToolkit->NewTimer();
-  timer->OnTick = RefreshMacros;
-  timer->Start(kMacroInterval);
+  timer->OnTick = [] {
+    RefreshMacros();
+    FollowFirstMinutes();
+  };
+  timer->Start(kInterval);
 }
 
 void LoadProgramFiles() {
@@ -104,6 +113,11 @@ void ResetProgram() {
   ResetMacros();
   ResetPlainText();
   ResetFoot();
+  ResetFirstMinutes();
+  ResetHelpWindow();
+  ResetContactWindow();
+  ResetWebWindow();
+  ResetAboutWindow();
   ResizeGuard = true;
   ConnectSubjects();
 }
@@ -128,7 +142,10 @@ bool StartUp(const std::string& executableFolder) {
   BuildFindWindow();
   ShowPageNumber();
   ShowChoices();
-  StartMacroTimer();
+  AddHelpKeys(*Form7, "Macros");
+  AddPointedHelpKey(*Form1, "The window");
+  AddHelpOfDialogs();
+  StartTimer();
   return true;
 }
 
@@ -138,7 +155,11 @@ void ShowEditor(const std::string& pageFile) {
   Form1->Show();
   Form1_Resize();
   Picture1->Focus();
-  if (!pageFile.empty()) RunHandler([&] { OpenPaperFile(pageFile); });
+  if (pageFile.empty()) {
+    BeginFirstMinutes();
+  } else {
+    RunHandler([&] { OpenPaperFile(pageFile); });
+  }
   RefreshMenus();
 }
 

@@ -86,6 +86,14 @@ std::string ListHeadings(std::string_view help, int levels, std::string (*makeLi
 
 }  // namespace
 
+std::string ContentsOfHelp(std::string_view help) {
+  return ListHeadings(help, kContentsLevels, ContentsLine);
+}
+
+std::string IndexOfHelp(std::string_view help) {
+  return ListHeadings(help, kIndexLevels, IndexLine);
+}
+
 void IndexHelpFile() {
   const std::string path = ProgramFolder + "QRX.HLP";
   if (!TheFiles->Exists(path)) throw Failure("ERROR: Missing file QRX.HLP");
@@ -96,9 +104,9 @@ void IndexHelpFile() {
   const std::string index = ProgramFolder + "QRX.HIX";
   try {
     if (!TheFiles->Exists(contents)) {
-      WriteFileSafely(contents, ListHeadings(help, kContentsLevels, ContentsLine));
+      WriteFileSafely(contents, ContentsOfHelp(help));
     }
-    if (!TheFiles->Exists(index)) WriteFileSafely(index, ListHeadings(help, kIndexLevels, IndexLine));
+    if (!TheFiles->Exists(index)) WriteFileSafely(index, IndexOfHelp(help));
   } catch (const Failure& failure) {
     // The program folder may be one that the person cannot write to. The editor works without the two lists,
     // so this must not end the start of the program.

@@ -276,6 +276,15 @@ bool OpenPaperFile(const std::string& chosenFile) {
   return OfferToSavePage(true) && OpenChosen(chosenFile);
 }
 
+bool OpenCopyOf(const std::string& pageFile) {
+  FinishEditing();
+  if (!OfferToSavePage(true)) return false;
+  LoadedPage loaded = LoadPage(pageFile);
+  loaded.seen = {};
+  ShowOtherPage(std::move(loaded), 1);
+  return true;
+}
+
 bool PageUp() {
   FinishEditing();
   if (CurrentPageNumber == 1) return StayAtTheEnd(false, "The current page equals 1.");

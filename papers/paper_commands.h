@@ -29,6 +29,8 @@ bool SavePaperAs();
 bool NewPaper();
 bool OpenPaper();
 bool OpenPaperFile(const std::string& chosenFile);
+// Opens a copy of one page as a paper that has no name yet, so that its file is not written to.
+bool OpenCopyOf(const std::string& pageFile);
 // They write the page that is left if its file does not hold it, and return false, too, if there is no page
 // to go to.
 bool PageUp();

@@ -26,10 +26,18 @@ struct Place {
   int height = 0;
 };
 
+// Declared in platform/text_view.h.
+class TextView;
+class Tabs;
+class List;
+class TextArea;
+class Browser;
+
 class Control {
  public:
   virtual ~Control() = default;
   virtual void SetPlace(const Place& place) = 0;
+  virtual void SetVisible(bool visible) = 0;
 };
 
 class Label : public Control {
@@ -56,6 +64,7 @@ class Button : public Control {
  public:
   // A button that stays down shows a mode; the owner sets it.
   virtual void SetDown(bool down) = 0;
+  virtual void SetEnabled(bool enabled) = 0;
   std::function<void()> OnClick;
 };
 
@@ -150,13 +159,29 @@ class Window {
   // `accessibleName` says what the box is for. `fixedPitch` boxes show the characters of a run in the face
   // "Letter Gothic" or the nearest fixed-pitch one, control codes as visible signs.
   virtual TextBox* AddTextBox(const std::string& accessibleName, bool fixedPitch) = 0;
+  // A box for a line of the person's own language, UTF-8.
+  virtual TextBox* AddPlainTextBox(const std::string& accessibleName) = 0;
   virtual ScrollBar* AddScrollBar(bool horizontal) = 0;
+  virtual TextView* AddTextView(const std::string& accessibleName) = 0;
+  virtual Tabs* AddTabs(const std::string& accessibleName) = 0;
+  virtual List* AddList(const std::string& accessibleName) = 0;
+  virtual TextArea* AddTextArea(const std::string& accessibleName) = 0;
+  // Null where the engine that shows pages of the web is not installed.
+  virtual Browser* AddBrowser(const std::string& accessibleName) = 0;
   // A text at the foot of the window, behind those that were added before. It has room for `width` pixels,
   // and the last one all that is free; what is longer is shortened in its middle, and the tool tip has it
   // whole.
   virtual Label* AddStatusText(int width) = 0;
   // Keys that work wherever the focus is in this window, e.g. "PgUp".
   virtual void AddShortcut(const std::string& key, std::function<void()> handler) = 0;
+
+  // Height of a row of boxes and buttons in the person's font, pixels.
+  virtual int RowHeight() const = 0;
+  // Places the window where the person left it the last time, which the desktop keeps under `name`; the first
+  // time at `first`.
+  virtual void KeepPlaceAs(const std::string& name, const WindowPlace& first) = 0;
+  // The accessible name of the control under the mouse pointer; empty if none is.
+  virtual std::string NameUnderPointer() const = 0;
 
   std::function<void()> OnResize;
   // Escape was pressed on a control that has no use for it, such as a button.
@@ -178,6 +203,8 @@ enum class Answer { Yes, No, Neither };
 class Dialogs {
  public:
   virtual ~Dialogs() = default;
+  // F1 was pressed in a dialog: the text of the message or question, or the title of the file dialog.
+  std::function<void(const std::string&)> OnHelp;
   virtual void Message(const std::string& text) = 0;
   // Yes and No; Escape and closing the box mean No. `yesIsDefault` says which one Enter takes.
   virtual bool Ask(const std::string& text, bool yesIsDefault) = 0;
@@ -208,8 +235,13 @@ class Toolkit {
   virtual ~Toolkit() = default;
   // `main`: the window whose closing ends the program; others are tool windows above it.
   virtual Window* NewWindow(bool main) = 0;
+  // A window of its own beside the main one; it can be used while a dialog stands above that.
+  virtual Window* NewSeparateWindow() = 0;
   virtual Timer* NewTimer() = 0;
   virtual void Quit() = 0;
+  // What it is made of, with its version.
+  virtual std::string Version() const = 0;
+  virtual void CopyText(const std::string& text) = 0;
 };
 
 // In use by the whole program; start-up and tests set them.

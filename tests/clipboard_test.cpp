@@ -7,6 +7,7 @@
 
 #include "editing/cursor.h"
 #include "editing/item_edits.h"
+#include "editing/edit.h"
 #include "editing/undo.h"
 #include "tests/support/editor_test.h"
 
@@ -39,7 +40,7 @@ TEST_F(ClipboardTest, UndoAndRedoReturnThePageByteByByte) {
       "100.25 99 m 11 F0 (a) 3 s\r\nnobody knows this line\r\n 7   8 m 9 F1 (b) 5 60 a\r\n"
       "72 140 m 0.5 lw 120 0 rl stroke\r\n100 200 m 120.25 lw 0 -20 40 0 rb -40 0 rl fill\r\n",
       "a page");
-  ResetUndo();
+  ResetEdits();
   std::vector<Page> pages = {ThePage};
   for (int step = 0; step < 1000; ++step) {
     SelectSome();

@@ -93,10 +93,13 @@ TEST_F(MainWindowTest, KeysAreUniqueAndMnemonicsInTheirMenu) {
   for (const Command& command : Commands()) {
     EXPECT_TRUE(command.key.empty() || keys.insert(command.key).second) << command.key;
     if (command.menu.empty()) continue;
-    const std::size_t slash = command.menu.find('/');
-    const std::string top = command.menu.substr(0, slash);
-    if (menus.insert(top).second) note("", top);
-    if (top != command.menu && menus.insert(command.menu).second) note(top, command.menu.substr(slash + 1));
+    std::string above;
+    for (std::size_t end = 0; end != std::string::npos;) {
+      end = command.menu.find('/', above.empty() ? 0 : above.size() + 1);
+      const std::string menu = command.menu.substr(0, end);
+      if (menus.insert(menu).second) note(above, menu.substr(above.empty() ? 0 : above.size() + 1));
+      above = menu;
+    }
     if (!command.literal) note(command.menu, command.caption);
   }
 }

@@ -204,13 +204,18 @@ void QtButton::SetDown(bool down) {
   widget_->setChecked(down);
 }
 
-QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, bool fixedPitch)
-    : QtControl(new BoxEdit(parent)) {
+QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, Holds holds)
+    : QtControl(new BoxEdit(parent)), holds_(holds) {
   static_cast<BoxEdit*>(widget_)->Box = this;
   widget_->setAccessibleName(PlainText(accessibleName));
   widget_->setToolTip(PlainText(accessibleName).toHtmlEscaped());
   widget_->setMaxLength(kLongestText);
-  if (fixedPitch) {
+  if (holds == Holds::Words) {
+    widget_->setPlaceholderText(PlainText(accessibleName));
+    QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { RunHandler(OnChange); });
+    return;
+  }
+  if (holds == Holds::Run) {
     widget_->setFont(FixedPitchFont());
     static_cast<BoxEdit*>(widget_)->HoldsRun = true;
   }
@@ -241,6 +246,10 @@ void QtTextBox::SetPlace(const Place& place) {
 }
 
 void QtTextBox::SetText(const std::string& text) {
+  if (holds_ == Holds::Words) {
+    widget_->setText(PlainText(text));
+    return;
+  }
   std::string run = text;
   std::replace_if(
       run.begin(), run.end(), [](char byte) { return EntersNoRun(static_cast<unsigned char>(byte)); }, ' ');
@@ -248,7 +257,7 @@ void QtTextBox::SetText(const std::string& text) {
 }
 
 std::string QtTextBox::Text() const {
-  return RunOfVisible(widget_->text());
+  return holds_ == Holds::Words ? widget_->text().toStdString() : RunOfVisible(widget_->text());
 }
 void QtTextBox::Focus() {
   widget_->setFocus(Qt::OtherFocusReason);

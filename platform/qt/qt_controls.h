@@ -26,6 +26,7 @@ class QtControl : public Interface {
   void SetPlace(const Place& place) override {
     widget_->setGeometry(place.left, place.top, place.width, place.height);
   }
+  void SetVisible(bool visible) override { widget_->setVisible(visible); }
   Widget* GetWidget() const { return widget_; }
 
  protected:
@@ -61,11 +62,14 @@ class QtButton final : public QtControl<Button, QPushButton> {
   // A caption too long for its place is set smaller.
   void SetPlace(const Place& place) override;
   void SetDown(bool down) override;
+  void SetEnabled(bool enabled) override { widget_->setEnabled(enabled); }
 };
 
 class QtTextBox final : public QtControl<TextBox, QLineEdit> {
  public:
-  QtTextBox(QWidget* parent, const std::string& accessibleName, bool fixedPitch);
+  enum class Holds { Codes, Run, Words };  // codes; codes, shown in a fixed-pitch face; UTF-8
+
+  QtTextBox(QWidget* parent, const std::string& accessibleName, Holds holds);
   void SetText(const std::string& text) override;
   std::string Text() const override;
   void Focus() override;
@@ -75,6 +79,8 @@ class QtTextBox final : public QtControl<TextBox, QLineEdit> {
 
  private:
   void Edited(bool accepted);
+
+  Holds holds_;
 };
 
 class QtScrollBar final : public QtControl<ScrollBar, QScrollBar> {

@@ -11,11 +11,13 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 #include <algorithm>
 
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/handlers.h"
 #include "platform/qt/qt_text.h"
 
 namespace kelvane {
@@ -41,6 +43,19 @@ class Asker {
  private:
   QPointer<QWidget> window_;
 };
+
+// Shows a dialog until it is answered. It blocks the window below it and no other, so that the help opened
+// from it with F1 can be read.
+int Run(QDialog& dialog, const std::string& about) {
+  dialog.setWindowModality(Qt::WindowModal);
+  const QShortcut help(QKeySequence(Qt::Key_F1), &dialog);
+  QObject::connect(&help, &QShortcut::activated, &dialog, [&about] {
+    RunHandler([&about] {
+      if (TheDialogs->OnHelp) TheDialogs->OnHelp(about);
+    });
+  });
+  return dialog.exec();
+}
 
 // "caption|pattern|caption|pattern" as Qt's list of filters.
 QStringList NameFilters(const std::string& filter) {
@@ -83,7 +98,7 @@ void QtDialogs::Message(const std::string& text) {
   const Asker asker;
   QMessageBox box(QMessageBox::Information, kTitle, PlainText(text), QMessageBox::Ok, asker.Window());
   box.setTextFormat(Qt::PlainText);
-  box.exec();
+  Run(box, text);
 }
 
 bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
@@ -93,7 +108,7 @@ bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(yesIsDefault ? QMessageBox::Yes : QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
-  return box.exec() == QMessageBox::Yes;
+  return Run(box, text) == QMessageBox::Yes;
 }
 
 Answer QtDialogs::AskBeforeLosing(const std::string& text) {
@@ -116,7 +131,7 @@ int QtDialogs::Choose(const std::string& text, const std::vector<std::string>& l
     if (number == onEnter) box.setDefaultButton(button);
     if (number == onEscape) box.setEscapeButton(button);
   }
-  box.exec();
+  Run(box, text);
   const auto pressed = static_cast<int>(buttons.indexOf(box.clickedButton()));
   return pressed < 0 ? onEscape : pressed;
 }
@@ -177,7 +192,7 @@ std::string QtDialogs::ChooseFile(const std::string& title, const std::string& f
     dialog.setNameFilters(NameFilters(filter));
     StartAt(dialog, start);
     LetTypedPathsCount(dialog);
-    if (dialog.exec() != QDialog::Accepted) return {};
+    if (Run(dialog, title) != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
     const std::string name = QFile::encodeName(chosen).toStdString();
     try {

@@ -1,8 +1,11 @@
 #include "platform/qt/qt_toolkit.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include "platform/handlers.h"
+#include "platform/qt/qt_text.h"
 
 namespace kelvane {
 
@@ -21,10 +24,15 @@ QtToolkit::~QtToolkit() {
 }
 
 Window* QtToolkit::NewWindow(bool main) {
-  windows_.push_back(std::make_unique<QtWindow>(main ? nullptr : main_));
+  const auto kind = main ? QtWindow::Kind::Main : QtWindow::Kind::Tool;
+  windows_.push_back(std::make_unique<QtWindow>(kind, main ? nullptr : main_));
   QtWindow* window = windows_.back().get();
   if (main) main_ = window;
   return window;
+}
+
+Window* QtToolkit::NewSeparateWindow() {
+  return windows_.emplace_back(std::make_unique<QtWindow>(QtWindow::Kind::Separate, main_)).get();
 }
 
 Timer* QtToolkit::NewTimer() {
@@ -33,6 +41,14 @@ Timer* QtToolkit::NewTimer() {
 
 void QtToolkit::Quit() {
   QuitLater();
+}
+
+std::string QtToolkit::Version() const {
+  return std::string("Qt ") + qVersion();
+}
+
+void QtToolkit::CopyText(const std::string& text) {
+  QGuiApplication::clipboard()->setText(PlainText(text));
 }
 
 void QtToolkit::QuitLater() {

@@ -4,6 +4,7 @@
 
 #include <QTimer>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/controls.h"
@@ -25,8 +26,11 @@ class QtToolkit final : public Toolkit {
  public:
   ~QtToolkit() override;
   Window* NewWindow(bool main) override;
+  Window* NewSeparateWindow() override;
   Timer* NewTimer() override;
   void Quit() override;
+  std::string Version() const override;
+  void CopyText(const std::string& text) override;
 
   // Ends the event loop when it is next idle, also one that is yet to begin. Asks nobody.
   static void QuitLater();

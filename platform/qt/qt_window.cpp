@@ -6,13 +6,17 @@
 #include <QLayout>
 #include <QMenuBar>
 #include <QScreen>
+#include <QSettings>
 #include <QShortcut>
 #include <QStatusBar>
 #include <algorithm>
 #include <cmath>
 
 #include "platform/handlers.h"
+#include "platform/qt/qt_browser.h"
+#include "platform/qt/qt_lists.h"
 #include "platform/qt/qt_text.h"
+#include "platform/qt/qt_text_view.h"
 #include "platform/qt/qt_toolkit.h"
 
 namespace kelvane {
@@ -54,8 +58,11 @@ QPoint OnScreen(const QRect& window) {
 
 class QtWindow::MainFrame final : public QMainWindow {
  public:
-  MainFrame(QtWindow& window, QWidget* parent)
-      : QMainWindow(parent, parent == nullptr ? Qt::Window : Qt::Dialog), window_(window) {
+  MainFrame(QtWindow& window, Kind kind, QWidget* editor)
+      : QMainWindow(kind == Kind::Tool ? editor : nullptr, kind == Kind::Tool ? Qt::Dialog : Qt::Window),
+        window_(window),
+        kind_(kind),
+        editor_(editor) {
     setWindowFlag(Qt::WindowMinMaxButtonsHint);
     setWindowFlag(Qt::WindowCloseButtonHint);
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -71,13 +78,14 @@ class QtWindow::MainFrame final : public QMainWindow {
       return;
     }
     QMainWindow::closeEvent(event);
-    if (parentWidget() == nullptr) QtToolkit::QuitLater();
+    if (kind_ == Kind::Main) QtToolkit::QuitLater();
   }
 
-  // A tool window that goes gives the keys back to the editor: not every desktop sees to that.
+  // A window beside the editor that goes gives the keys back to the editor: not every desktop sees to that.
   void hideEvent(QHideEvent* event) override {
     QMainWindow::hideEvent(event);
-    if (parentWidget() != nullptr && !event->spontaneous()) parentWidget()->activateWindow();
+    if (!event->spontaneous()) window_.StorePlace();
+    if (editor_ != nullptr && !event->spontaneous()) editor_->activateWindow();
   }
 
   void moveEvent(QMoveEvent* event) override {
@@ -90,6 +98,8 @@ class QtWindow::MainFrame final : public QMainWindow {
 
  private:
   QtWindow& window_;
+  Kind kind_;
+  QWidget* editor_;
   QPoint margin_;
 };
 
@@ -112,13 +122,15 @@ class QtWindow::ClientArea final : public QWidget {
   QtWindow& window_;
 };
 
-QtWindow::QtWindow(QtWindow* parent) {
-  frame_ = std::make_unique<MainFrame>(*this, parent == nullptr ? nullptr : parent->frame_.get());
+QtWindow::QtWindow(Kind kind, QtWindow* main) {
+  frame_ = std::make_unique<MainFrame>(*this, kind, main == nullptr ? nullptr : main->frame_.get());
   client_ = new ClientArea(*this, frame_.get());
   frame_->setCentralWidget(client_);
 }
 
 QtWindow::~QtWindow() {
+  if (frame_->isVisible()) StorePlace();
+  placeKeptAs_.clear();
   // Resizing and the like while the widgets go must not reach the owner.
   OnResize = nullptr;
   OnCloseRequest = nullptr;
@@ -238,12 +250,38 @@ Button* QtWindow::AddButton(const std::string& caption, const IconDrawing& icon,
 }
 
 TextBox* QtWindow::AddTextBox(const std::string& accessibleName, bool fixedPitch) {
-  return Keep(std::make_unique<QtTextBox>(client_, accessibleName, fixedPitch));
+  const auto holds = fixedPitch ? QtTextBox::Holds::Run : QtTextBox::Holds::Codes;
+  return Keep(std::make_unique<QtTextBox>(client_, accessibleName, holds));
+}
+
+TextBox* QtWindow::AddPlainTextBox(const std::string& accessibleName) {
+  return Keep(std::make_unique<QtTextBox>(client_, accessibleName, QtTextBox::Holds::Words));
 }
 
 ScrollBar* QtWindow::AddScrollBar(bool horizontal) {
   ++(horizontal ? horizontalBars_ : verticalBars_);
   return Keep(std::make_unique<QtScrollBar>(client_, horizontal));
+}
+
+TextView* QtWindow::AddTextView(const std::string& accessibleName) {
+  return Keep(std::make_unique<QtTextView>(client_, accessibleName));
+}
+
+Tabs* QtWindow::AddTabs(const std::string& accessibleName) {
+  return Keep(std::make_unique<QtTabs>(client_, accessibleName));
+}
+
+List* QtWindow::AddList(const std::string& accessibleName) {
+  return Keep(std::make_unique<QtList>(client_, accessibleName));
+}
+
+TextArea* QtWindow::AddTextArea(const std::string& accessibleName) {
+  return Keep(std::make_unique<QtTextArea>(client_, accessibleName));
+}
+
+Browser* QtWindow::AddBrowser(const std::string& accessibleName) {
+  std::unique_ptr<QtBrowser> browser = QtBrowser::Make(client_, accessibleName);
+  return browser == nullptr ? nullptr : Keep(std::move(browser));
 }
 
 Label* QtWindow::AddStatusText(int width) {
@@ -256,6 +294,48 @@ void QtWindow::AddShortcut(const std::string& key, std::function<void()> handler
       new QShortcut(QKeySequence::fromString(PlainText(key), QKeySequence::PortableText), frame_.get());
   QObject::connect(shortcut, &QShortcut::activated, frame_.get(),
                    [handler = std::move(handler)] { RunHandler(handler); });
+}
+
+int QtWindow::RowHeight() const {
+  constexpr int kUsual = 26;
+  constexpr int kAroundText = 10;
+  return std::max(kUsual, QFontMetrics(frame_->font()).height() + kAroundText);
+}
+
+void QtWindow::KeepPlaceAs(const std::string& name, const WindowPlace& first) {
+  const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+  WindowPlace fitting = first;
+  fitting.width = std::min(first.width, ToTwips(screen.width()));
+  fitting.height = std::min(first.height, ToTwips(screen.height()));
+  SetWindowPlace(fitting);
+  if (!frame_->screen()->availableGeometry().contains(frame_->frameGeometry()))
+    frame_->move(OnScreen(frame_->frameGeometry()));
+  placeKeptAs_ = name;
+  const QStringList kept = QSettings().value(PlainText(name)).toString().split(u' ');
+  float sides[4];
+  if (kept.size() != 4) return;
+  for (int i = 0; i < 4; ++i) {
+    bool isNumber = false;
+    sides[i] = kept[i].toFloat(&isNumber);
+    if (!isNumber) return;
+  }
+  SetWindowPlace({sides[0], sides[1], sides[2], sides[3]});
+}
+
+void QtWindow::StorePlace() const {
+  if (placeKeptAs_.empty()) return;
+  const WindowPlace place = GetWindowPlace();
+  QSettings().setValue(
+      PlainText(placeKeptAs_),
+      QStringLiteral("%1 %2 %3 %4").arg(place.left).arg(place.top).arg(place.width).arg(place.height));
+}
+
+std::string QtWindow::NameUnderPointer() const {
+  const QWidget* widget = frame_->childAt(frame_->mapFromGlobal(QCursor::pos()));
+  for (; widget != nullptr; widget = widget->parentWidget()) {
+    if (!widget->accessibleName().isEmpty()) return widget->accessibleName().toStdString();
+  }
+  return {};
 }
 
 }  // namespace kelvane

@@ -17,8 +17,10 @@ namespace kelvane {
 
 class QtWindow final : public Window {
  public:
-  // `parent`: the window it stays above; null for the main window, whose closing ends the program.
-  explicit QtWindow(QtWindow* parent);
+  enum class Kind { Main, Tool, Separate };  // closing the main one ends the program
+
+  // `main`: the main window, which a tool window stays above; null for itself.
+  QtWindow(Kind kind, QtWindow* main);
   ~QtWindow() override;
   QtWindow(const QtWindow&) = delete;
   QtWindow& operator=(const QtWindow&) = delete;
@@ -40,9 +42,18 @@ class QtWindow final : public Window {
   Label* AddLabel(const std::string& text) override;
   Button* AddButton(const std::string& caption, const IconDrawing& icon, const std::string& toolTip) override;
   TextBox* AddTextBox(const std::string& accessibleName, bool fixedPitch) override;
+  TextBox* AddPlainTextBox(const std::string& accessibleName) override;
   ScrollBar* AddScrollBar(bool horizontal) override;
+  TextView* AddTextView(const std::string& accessibleName) override;
+  Tabs* AddTabs(const std::string& accessibleName) override;
+  List* AddList(const std::string& accessibleName) override;
+  TextArea* AddTextArea(const std::string& accessibleName) override;
+  Browser* AddBrowser(const std::string& accessibleName) override;
   Label* AddStatusText(int width) override;
   void AddShortcut(const std::string& key, std::function<void()> handler) override;
+  int RowHeight() const override;
+  void KeepPlaceAs(const std::string& name, const WindowPlace& first) override;
+  std::string NameUnderPointer() const override;
 
   QMainWindow& Frame() const;
 
@@ -53,12 +64,13 @@ class QtWindow final : public Window {
   // Asks the owner; true if the window may close.
   bool MayClose();
   void LayOut() const;
+  void StorePlace() const;
   void ShowTitle();
   // Takes over a control and shows it.
-  template <class Kind>
-  Kind* Keep(std::unique_ptr<Kind> control) {
+  template <class Kept>
+  Kept* Keep(std::unique_ptr<Kept> control) {
     control->GetWidget()->show();
-    Kind* kept = control.get();
+    Kept* kept = control.get();
     controls_.push_back(std::move(control));
     return kept;
   }
@@ -66,6 +78,7 @@ class QtWindow final : public Window {
   std::unique_ptr<MainFrame> frame_;
   ClientArea* client_;
   std::string title_;
+  std::string placeKeptAs_;
   bool changed_ = false;
   int horizontalBars_ = 0;
   int verticalBars_ = 0;

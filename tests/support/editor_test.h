@@ -15,7 +15,11 @@ namespace kelvane {
 
 class EditorTest : public ProgramTest {
  protected:
-  EditorTest() { PutProgramFiles(files); }
+  EditorTest() {
+    PutProgramFiles(files);
+    // Somebody who has used the program before: the canvas gives no hint.
+    files.contents[StateFolder + "used"];
+  }
 
   // Starts the editor; `window` and `canvas` are those of the real main window from here on.
   void Start(const std::string& pageFile = {}) {

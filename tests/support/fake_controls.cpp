@@ -1,5 +1,7 @@
 #include "tests/support/fake_controls.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 namespace kelvane {
@@ -14,6 +16,53 @@ void FakeScrollBar::SetRange(float newLeast, float newMost, float newPage, float
   most = newMost;
   page = newPage;
   value = newValue;
+}
+
+void FakeTextView::Show(const std::vector<TextBlock>& newBlocks) {
+  blocks = newBlocks;
+  top = {};
+  marked.clear();
+}
+
+bool FakeTextView::Find(const std::string& text, bool) {
+  found = text;
+  return Words().find(text) != std::string::npos;
+}
+
+std::string FakeTextView::Words() const {
+  std::string words;
+  for (const TextBlock& block : blocks)
+    for (const TextLine& line : block.lines) words += WordsOf(line) + "\n";
+  return words;
+}
+
+void FakeTabs::Click(const std::string& caption) {
+  const auto found = std::ranges::find(captions, caption);
+  ASSERT_NE(found, captions.end()) << "No tab " << caption;
+  chosen = static_cast<int>(found - captions.begin());
+  if (OnChosen) OnChosen(chosen);
+}
+
+void FakeList::SetRows(const std::vector<Row>& newRows) {
+  rows = newRows;
+  chosen = -1;
+}
+
+void FakeList::Click(const std::string& text) {
+  const auto found = std::ranges::find(rows, text, &Row::text);
+  ASSERT_NE(found, rows.end()) << "No row " << text;
+  chosen = static_cast<int>(found - rows.begin());
+  if (OnChosen) OnChosen(chosen);
+}
+
+void FakeTextArea::Type(const std::string& newText) {
+  text = newText;
+  if (OnChange) OnChange();
+}
+
+void FakeBrowser::Open(const std::string& newHome, const std::string& newOffline) {
+  home = newHome;
+  offline = newOffline;
 }
 
 void FakeMenuEntry::Choose() {

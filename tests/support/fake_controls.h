@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/controls.h"
+#include "platform/text_view.h"
 #include "tests/support/recording_canvas.h"
 
 namespace kelvane {
@@ -26,6 +27,8 @@ class FakeControl : public Base {
  public:
   Place place;
   void SetPlace(const Place& newPlace) override { place = newPlace; }
+  bool shown = true;
+  void SetVisible(bool isShown) override { shown = isShown; }
 };
 
 class FakeLabel : public FakeControl<Label> {
@@ -47,8 +50,11 @@ class FakeButton : public FakeControl<Button> {
   IconDrawing icon;
   bool down = false;
   void SetDown(bool isDown) override { down = isDown; }
+  bool enabled = true;
+  void SetEnabled(bool isEnabled) override { enabled = isEnabled; }
+  // One that is not enabled does not hear it.
   void Click() {
-    if (OnClick) OnClick();
+    if (enabled && OnClick) OnClick();
   }
 };
 
@@ -80,6 +86,72 @@ class FakeScrollBar : public FakeControl<ScrollBar> {
   float value = 0;
   void SetRange(float newLeast, float newMost, float newPage, float newValue) override;
   void Scroll(float newValue) { OnScroll(value = newValue); }
+};
+
+class FakeTextView : public FakeControl<TextView> {
+ public:
+  std::vector<TextBlock> blocks;
+  TextPlace top;
+  std::vector<std::string> marked;
+  std::string found;  // what was last looked for
+  int textSize = 0;
+  std::string printed;  // title
+  bool copied = false;
+  void Show(const std::vector<TextBlock>& newBlocks) override;
+  void GoTo(TextPlace newTop) override { top = newTop; }
+  TextPlace Top() const override { return top; }
+  void Mark(const std::vector<std::string>& words) override { marked = words; }
+  bool Find(const std::string& text, bool backwards) override;
+  void ChangeTextSize(int steps) override { textSize = steps == 0 ? 0 : textSize + steps; }
+  void KeepTextSizeAs(const std::string&) override {}
+  void Print(const std::string& title) override { printed = title; }
+  void CopyAll() override { copied = true; }
+  void Focus() override { FocusedControl = static_cast<TextView*>(this); }
+  // All words, a line for each line.
+  std::string Words() const;
+};
+
+class FakeTabs : public FakeControl<Tabs> {
+ public:
+  std::vector<std::string> captions;
+  int chosen = 0;
+  void AddTab(const std::string& caption) override { captions.push_back(caption); }
+  void Choose(int tab) override { chosen = tab; }
+  int Chosen() const override { return chosen; }
+  // The person chooses a tab.
+  void Click(const std::string& caption);
+};
+
+class FakeList : public FakeControl<List> {
+ public:
+  std::vector<Row> rows;
+  int chosen = -1;
+  void SetRows(const std::vector<Row>& newRows) override;
+  void Choose(int row) override { chosen = row; }
+  void Focus() override { FocusedControl = static_cast<List*>(this); }
+  // The person chooses the first row of that text; a missing one fails the test.
+  void Click(const std::string& text);
+};
+
+class FakeTextArea : public FakeControl<TextArea> {
+ public:
+  std::string text;
+  void SetText(const std::string& newText) override { text = newText; }
+  std::string Text() const override { return text; }
+  void Focus() override { FocusedControl = static_cast<TextArea*>(this); }
+  void Type(const std::string& newText);
+};
+
+class FakeBrowser : public FakeControl<Browser> {
+ public:
+  std::string home;
+  std::string offline;
+  std::string done;  // "back forward reload stop "
+  void Open(const std::string& newHome, const std::string& newOffline) override;
+  void Back() override { done += "back "; }
+  void Forward() override { done += "forward "; }
+  void Reload() override { done += "reload "; }
+  void Stop() override { done += "stop "; }
 };
 
 class FakeMenuEntry : public MenuEntry {
@@ -140,6 +212,13 @@ class FakeWindow : public Window {
   std::vector<std::unique_ptr<FakeButton>> buttons;
   std::vector<std::unique_ptr<FakeTextBox>> boxes;
   std::vector<std::unique_ptr<FakeScrollBar>> bars;
+  std::vector<std::unique_ptr<FakeTextView>> views;
+  std::vector<std::unique_ptr<FakeTabs>> tabs;
+  std::vector<std::unique_ptr<FakeList>> lists;
+  std::vector<std::unique_ptr<FakeTextArea>> areas;
+  std::vector<std::unique_ptr<FakeBrowser>> browsers;
+  bool hasEngine = true;  // whether browsers can be made
+  std::string pointed;    // name of the control under the pointer
   std::vector<std::pair<std::string, std::function<void()>>> shortcuts;
 
   // What a person does. ChooseEntry opens the menus first; a missing entry, button, box or shortcut fails the
@@ -178,11 +257,20 @@ class FakeWindow : public Window {
   TextBox* AddTextBox(const std::string& name, bool fixedPitch) override {
     return Add(boxes, name, fixedPitch);
   }
+  TextBox* AddPlainTextBox(const std::string& name) override { return AddTextBox(name, false); }
   ScrollBar* AddScrollBar(bool horizontal) override { return Add(bars, horizontal); }
+  TextView* AddTextView(const std::string&) override { return Add(views); }
+  Tabs* AddTabs(const std::string&) override { return Add(tabs); }
+  List* AddList(const std::string&) override { return Add(lists); }
+  TextArea* AddTextArea(const std::string&) override { return Add(areas); }
+  Browser* AddBrowser(const std::string&) override { return hasEngine ? Add(browsers) : nullptr; }
   Label* AddStatusText(int width) override;
   void AddShortcut(const std::string& key, std::function<void()> handler) override {
     shortcuts.emplace_back(key, std::move(handler));
   }
+  int RowHeight() const override { return 26; }
+  void KeepPlaceAs(const std::string&, const WindowPlace& first) override { place = first; }
+  std::string NameUnderPointer() const override { return pointed; }
 };
 
 class FakeTimer : public Timer {
@@ -201,7 +289,16 @@ class FakeToolkit : public Toolkit {
   std::vector<std::unique_ptr<FakeWindow>> windows;
   std::vector<std::unique_ptr<FakeTimer>> timers;
   bool quit = false;
-  Window* NewWindow(bool main) override { return Add(windows, main); }
+  bool hasEngine = true;   // of windows made from now on
+  std::string copiedText;  // on the clipboard
+  Window* NewWindow(bool main) override {
+    FakeWindow* window = Add(windows, main);
+    window->hasEngine = hasEngine;
+    return window;
+  }
+  Window* NewSeparateWindow() override { return NewWindow(false); }
+  std::string Version() const override { return "Qt 6"; }
+  void CopyText(const std::string& text) override { copiedText = text; }
   Timer* NewTimer() override { return Add(timers); }
   void Quit() override { quit = true; }
   // One interval of every timer that runs.

@@ -1,0 +1,37 @@
+#pragma once
+
+// A painter onto an image: what a canvas shows, without a window.
+
+#include <QImage>
+#include <vector>
+
+#include "platform/canvas.h"
+#include "platform/qt/qt_layer.h"
+
+namespace kelvane {
+
+class QtImagePainter final : public Painter {
+ public:
+  // `pixels` device pixels show the logical rectangle `shown`, of which `ratio` make a logical pixel. A
+  // transparent background keeps what is not painted see-through.
+  QtImagePainter(QSize pixels, const Box& shown, double ratio, const QColor& background);
+
+  const QImage& Image() { return layer_.Image(); }
+
+  void FillBox(const Box& box, ColourValue colour) override;
+  void DrawLine(Point from, Point to, const Pen& pen) override;
+  void StrokePath(const Path& path, const Pen& pen) override;
+  void FillPath(const Path& path, ColourValue colour) override;
+  void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
+                ColourValue colour) override;
+
+ private:
+  QPointF ToDevice(Point point) const { return toDevice_.map(QPointF(point.x, point.y)); }
+
+  QtLayer layer_;
+  QTransform toDevice_;
+  double ratio_;
+  std::vector<QPointF> origins_;  // reused from call to call
+};
+
+}  // namespace kelvane
