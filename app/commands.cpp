@@ -180,7 +180,7 @@ void AddAnchorMenu(Table& table) {
 }
 
 void AddArrangeMenu(Table& table) {
-  const char* const menu = "&Edit/Arran&ge";
+  const char* const menu = "&Edit/Arrang&e";
   const auto addAlign = [&](const char* id, const char* caption, Side side) {
     const auto align = [side] {
       AlignSelected(side);
