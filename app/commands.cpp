@@ -5,21 +5,29 @@
 #include "app/about_window.h"
 #include "app/contact_window.h"
 #include "app/exit.h"
+#include "app/find_window.h"
 #include "app/foot.h"
 #include "app/samples.h"
 #include "app/typing_view.h"
 #include "app/web_window.h"
+#include "designer/designer_window.h"
 #include "document/paper.h"
-#include "editing/item_edits.h"
+#include "editing/arrange.h"
+#include "editing/bezier.h"
+#include "editing/clipboard.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/properties.h"
 #include "editing/select_tool.h"
+#include "editing/selection.h"
+#include "editing/shaping.h"
 #include "editing/undo.h"
 #include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
+#include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
@@ -56,18 +64,40 @@ bool Outputting() {
   return true;
 }
 
-bool CanUndo() {
-  return !UndoLabel().empty();
+// The step that Undo or Redo takes: one through the row of pages, if that was the last that was done, else
+// one through the edits of the page.
+bool PagesGoBack() {
+  return PageStepBack().next && !RunIsOpen() && !PathIsOpen();
 }
-bool CanRedo() {
-  return !RedoLabel().empty();
+bool PagesGoForward() {
+  return PageStepForward().next && !RunIsOpen() && !PathIsOpen();
+}
+bool UndoStep() {
+  return PagesGoBack() ? UndoPageOperation() : Run<Undo>();
+}
+bool RedoStep() {
+  return PagesGoForward() ? RedoPageOperation() : Run<Redo>();
+}
+std::string LabelBack() {
+  return PagesGoBack() ? PageStepBack().label : UndoLabel();
+}
+std::string LabelForward() {
+  return PagesGoForward() ? PageStepForward().label : RedoLabel();
 }
 
-std::string UndoCaption() {
-  return CanUndo() ? "&Undo " + UndoLabel() : "&Undo";
+// "&Undo" and what it would take back.
+std::string CaptionWith(const char* command, const std::string& label) {
+  return label.empty() ? command : command + (" " + label);
 }
-std::string RedoCaption() {
-  return CanRedo() ? "&Redo " + RedoLabel() : "&Redo";
+
+template <bool Forwards>
+bool Finding() {
+  FindAgain(Forwards);
+  return true;
+}
+
+bool PaperHasName() {
+  return !CurrentPaperFile.empty();
 }
 
 bool Refresh() {
@@ -87,9 +117,21 @@ bool IsOn() {
 }
 
 void SelectEverything() {
+  if (RunIsOpen()) return SelectWholeRun();
   LeaveEditing();
   SelectAll();
   ShowCursor();
+}
+
+// What changes the run takes the view along.
+template <auto Routine>
+bool Editing() {
+  Routine();
+  FollowTyping();
+  return true;
+}
+void PasteAtPointer() {
+  Paste(PointerOnPaper());
 }
 
 Command Separator(const char* menu) {
@@ -115,23 +157,120 @@ void AddFileMenu(Table& table) {
   table.push_back({"&File", "mFileExit", "Exit", "Ctrl+Q", Run<LeaveProgram>});
 }
 
+bool IsSelecting() {
+  return SelectedProperties().Count() > 0;
+}
+
+std::string OpenCaption() {
+  return SelectedProperties().drawings > 0 ? "Shape Drawing b&y Its Points" : "Ret&ype Run";
+}
+
+void AddAnchorMenu(Table& table) {
+  for (int anchor = 1; anchor <= 9; ++anchor) {
+    const auto choose = [anchor] {
+      SetAnchor(anchor);
+      return true;
+    };
+    table.push_back({"&Edit/Anc&hor", "mAnchor" + std::to_string(anchor),
+                     "&" + std::to_string(anchor) + " " + kAnchorNames[anchor], "", choose,
+                     [] { return SelectedProperties().texts > 0; },
+                     [anchor] { return ShowsAnchor(anchor); }});
+  }
+}
+
+void AddArrangeMenu(Table& table) {
+  const char* const menu = "&Edit/Arran&ge";
+  const auto addAlign = [&](const char* id, const char* caption, Side side) {
+    const auto align = [side] {
+      AlignSelected(side);
+      return true;
+    };
+    table.push_back({menu, id, caption, "", align, [side] { return CanAlign(side); }});
+  };
+  addAlign("mAlignLeft", "Align &Left", Side::Left);
+  addAlign("mAlignCentre", "Align &Centre", Side::Centre);
+  addAlign("mAlignRight", "Align &Right", Side::Right);
+  addAlign("mAlignTop", "Align &Top", Side::Top);
+  addAlign("mAlignMiddle", "Align &Middle", Side::Middle);
+  addAlign("mAlignBottom", "Align B&ottom", Side::Bottom);
+  addAlign("mAlignBaseline", "Align &Baselines", Side::Baseline);
+  const auto add = [&](const char* id, const char* caption, void (*run)(bool), bool argument,
+                       bool (*enabled)()) {
+    const auto act = [run, argument] {
+      run(argument);
+      return true;
+    };
+    table.push_back({menu, id, caption, "", act, enabled});
+  };
+  table.push_back(Separator(menu));
+  add("mDistributeAcross", "Distribute &Horizontally", DistributeSelected, true, CanDistribute);
+  add("mDistributeDown", "Distribute &Vertically", DistributeSelected, false, CanDistribute);
+  table.push_back(Separator(menu));
+  add("mOrderFront", "Bring to &Front", ReorderSelected, true, IsSelecting);
+  add("mOrderBack", "Send to Bac&k", ReorderSelected, false, IsSelecting);
+  table.push_back(Separator(menu));
+  table.push_back({menu, "mArrangeScale", "&Scale...", "", Run<AskScale>, IsSelecting});
+  table.push_back({menu, "mArrangeTurn", "Rot&ate...", "", Run<AskTurn>, CanTurn});
+}
+
 void AddEditMenu(Table& table) {
   const char* const menu = "&Edit";
-  // Both keep the mode.
-  table.push_back({menu, "mEditUndo", "&Undo", "Ctrl+Z", Run<Undo>, CanUndo, {}, false, {}, UndoCaption});
-  table.push_back(
-      {menu, "mEditRedo", "&Redo", "Ctrl+Shift+Z", Run<Redo>, CanRedo, {}, false, {}, RedoCaption});
+  // These keep the mode.
+  const auto addStep = [&](const std::string& path, const char* id, const char* caption, const char* key,
+                           bool (*run)(), std::string (*label)()) {
+    table.push_back({.menu = path,
+                     .id = id,
+                     .caption = caption,
+                     .key = key,
+                     .run = run,
+                     .enabled = [label] { return !label().empty(); },
+                     .captionNow = [caption, label] { return CaptionWith(caption, label()); }});
+  };
+  addStep(menu, "mEditUndo", "&Undo", "Ctrl+Z", UndoStep, LabelBack);
+  addStep(menu, "mEditRedo", "&Redo", "Ctrl+Shift+Z", RedoStep, LabelForward);
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditMove", "&Move", "", Run<StartMove>, AnythingSelected});
-  table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X"});
-  table.push_back({menu, "mEditCopy", "&Copy", "Ctrl+C"});
-  table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V"});
-  table.push_back({menu, "mEditDelete", "&Delete", "Del", Run<DeleteSelected>, AnythingSelected});
+  table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X", Editing<Cut>, CanCopy});
+  table.push_back({menu, "mEditCopy", "&Copy", "Ctrl+C", Run<Copy>, CanCopy});
+  table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V", Editing<PasteAtPointer>});
+  table.push_back({menu, "mEditDelete", "&Delete", "Del", Editing<Delete>, CanDelete});
   table.push_back({menu, "mEditDuplicate", "Dup&licate", "Ctrl+D", Run<DuplicateSelected>, AnythingSelected});
+  table.push_back({.menu = menu,
+                   .id = "mEditOpen",
+                   .caption = "Ret&ype Run",
+                   .run = Run<OpenSelected>,
+                   .enabled = CanOpenSelected,
+                   .captionNow = OpenCaption});
+  table.push_back({menu, "mEditPosition", "Pos&ition...", "Ctrl+Shift+X", Run<AskPosition>, IsSelecting});
+  AddAnchorMenu(table);
+  AddArrangeMenu(table);
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditSelectAll", "Select &All", "Ctrl+A", Run<SelectEverything>});
-  table.push_back(
-      {menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
+  table.push_back({menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
+  table.push_back(Separator(menu));
+  table.push_back({menu, "mEditFind", "&Find", "Ctrl+F", Run<ShowFindWindow>});
+  table.push_back({menu, "mEditFindNext", "Find &Next", "F3", Finding<true>});
+  table.push_back({menu, "mEditFindPrevious", "Find Pre&vious", "Shift+F3", Finding<false>});
+  table.push_back(Separator(menu));
+  const std::string pages = "&Edit/Pa&ges";
+  const auto add = [&](const char* id, const char* caption, const char* key, bool (*run)(), bool (*can)()) {
+    table.push_back({.menu = pages,
+                     .id = id,
+                     .caption = caption,
+                     .key = key,
+                     .run = run,
+                     .enabled = can,
+                     .endsEditing = true});
+  };
+  add("mPagesBefore", "Insert &Before", "", InsertPageBefore, nullptr);
+  add("mPagesAfter", "Insert &After", "", InsertPageAfter, nullptr);
+  add("mPagesDuplicate", "Du&plicate", "", DuplicatePage, nullptr);
+  add("mPagesDelete", "&Delete", "", DeletePage, PaperHasName);
+  add("mPagesEarlier", "Move &Earlier", "Alt+PgUp", MovePageEarlier, CanMovePageEarlier);
+  add("mPagesLater", "Move &Later", "Alt+PgDown", MovePageLater, CanMovePageLater);
+  table.push_back(Separator(pages.c_str()));
+  addStep(pages, "mPagesUndo", "&Undo", "", UndoPageOperation, [] { return PageStepBack().label; });
+  addStep(pages, "mPagesRedo", "&Redo", "", RedoPageOperation, [] { return PageStepForward().label; });
 }
 
 // The entries named mGridV set the horizontal lines and those named mGridH the vertical ones: the letter is
@@ -175,14 +314,14 @@ void AddFontMenu(Table& table) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   for (std::int16_t font = 0; font < kTypefaces; ++font) {
     const auto choose = [font] {
-      ChooseFont(font);
+      SetFont(font);
       return true;
     };
     table.push_back({.menu = "F&ormat/Font &Name",
                      .id = std::string("mFont") + kDigits[font],
                      .caption = kTypefaceNames[font].menuCaption,
                      .run = choose,
-                     .checked = [font] { return BaseFont == font; },
+                     .checked = [font] { return ShowsFont(font); },
                      .handle = &FontMenu[font]});
   }
 }
@@ -200,14 +339,14 @@ void AddColourMenu(Table& table) {
   };
   for (std::int16_t colour = 0; colour < 16; ++colour) {
     const auto choose = [colour] {
-      ChooseColour(colour);
+      SetColour(colour);
       return ShowPathInNewStyle();
     };
     table.push_back({.menu = "F&ormat/&Line Colour",
                      .id = "mColour" + std::to_string(colour),
                      .caption = kCaptions[colour],
                      .run = choose,
-                     .checked = [colour] { return LineColour == colour; },
+                     .checked = [colour] { return ShowsColour(colour); },
                      .handle = &ColourMenu[colour]});
   }
 }
@@ -219,16 +358,84 @@ void AddThicknessMenu(Table& table) {
   for (std::size_t i = 0; i < kThicknesses.size(); ++i) {
     const double width = kThicknesses[i];
     const auto choose = [width] {
-      ChooseThickness(width);
+      SetThickness(width);
       return ShowPathInNewStyle();
     };
     table.push_back({.menu = "F&ormat/Line &Thickness",
                      .id = std::string("mThickness") + kNames[i],
                      .caption = kCaptions[i],
                      .run = choose,
-                     .checked = [width] { return LineWidth == width; },
+                     .checked = [width] { return ShowsThickness(width); },
                      .handle = &ThicknessMenu[i]});
   }
+}
+
+// What is filled: the drawing being shaped if it is closed, else those that are drawn from now on.
+bool FillIsOn() {
+  return ShapedLooksClosed() ? ShapedIsFilled() : FillClosed();
+}
+bool ToggleFill() {
+  if (ShapedLooksClosed()) {
+    SetShapedFilled(!ShapedIsFilled());
+  } else {
+    FillClosed() = !FillClosed();
+    ShowCursor();
+  }
+  return true;
+}
+
+bool ToggleArrow() {
+  ArrowAtEnd = !ArrowAtEnd;
+  return true;
+}
+
+// A drawing that is selected is the one to be shaped.
+void ShapeSelected() {
+  const SelectedItems selected = Selection();
+  ShapeDrawing(selected.drawings.empty() ? 0 : selected.drawings.front()->id);
+}
+
+void AddDrawMenu(Table& table) {
+  const char* const menu = "F&ormat/&Draw";
+  static constexpr struct {
+    const char* caption;
+    const char* key;
+    const char* toolTip;
+  } kRows[kShapes] = {{"Draw &Bezier", "Ctrl+Shift+B", "Draw Bezier (Ctrl+Shift+B)"},
+                      {"Draw &Line", "Ctrl+Shift+L", "Draw Line (Ctrl+Shift+L)"},
+                      {"Draw &Arrow", "Ctrl+Shift+W", "Draw Arrow (Ctrl+Shift+W)"},
+                      {"Draw &Rectangle", "Ctrl+Shift+R", "Draw Rectangle (Ctrl+Shift+R)"},
+                      {"Draw &Ellipse", "Ctrl+Shift+E", "Draw Ellipse (Ctrl+Shift+E)"},
+                      {"Draw &Polygon", "Ctrl+Shift+G", "Draw Polygon (Ctrl+Shift+G)"}};
+  for (int i = 0; i < kShapes; ++i) {
+    const auto shape = static_cast<Shape>(i);
+    const auto choose = [shape] {
+      ChooseShape(shape);
+      return true;
+    };
+    table.push_back({.menu = menu,
+                     .id = ShapeCommand(shape),
+                     .caption = kRows[i].caption,
+                     .key = kRows[i].key,
+                     .run = choose,
+                     .checked = [shape] { return CursorMode == kBezierMode && DrawnShape == shape; },
+                     .toolTip = kRows[i].toolTip});
+  }
+  table.push_back(Separator(menu));
+  table.push_back({menu, "mDrawFill", "&Fill Closed Drawings", "", ToggleFill, {}, FillIsOn});
+  table.push_back({menu, "mDrawHead", "Arrow&heads on Open Ones", "", ToggleArrow, {}, IsOn<ArrowAtEnd>});
+  table.push_back(Separator(menu));
+  table.push_back({.menu = menu,
+                   .id = "mDrawShape",
+                   .caption = "&Shape Drawing",
+                   .key = "Ctrl+Shift+D",
+                   .run = Run<ShapeSelected>,
+                   .checked = [] { return CursorMode == kShapingMode; },
+                   .toolTip = "Shape Drawing (Ctrl+Shift+D)"});
+  table.push_back({menu, "mDrawAddPoint", "Add Poi&nt", "", Run<AddPoints>, CanAddPoints});
+  table.push_back({menu, "mDrawRemovePoint", "Re&move Point", "", Run<RemovePoints>, CanRemovePoints});
+  table.push_back({menu, "mDrawSplit", "Spli&t", "", Run<SplitShaped>, CanSplit});
+  table.push_back({menu, "mDrawJoin", "&Join", "", Run<JoinShaped>, CanJoin});
 }
 
 void AddMacroMenu(Table& table) {
@@ -290,7 +497,6 @@ void AddButtons(Table& table) {
     };
     add("Cur" + std::to_string(mode), kAnchorNames[mode], "", choose, kAnchorNames[mode]);
   }
-  add("Command6", "Draw Bezier", "", Run<ChooseBezier>, "Draw Bezier");
 }
 
 Table MakeTable() {
@@ -301,8 +507,9 @@ Table MakeTable() {
   AddFontMenu(table);
   AddColourMenu(table);
   AddThicknessMenu(table);
+  AddDrawMenu(table);
   table.push_back(Separator("F&ormat"));
-  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer"});
+  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", Run<ShowDesigner>});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
   table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});
@@ -320,6 +527,10 @@ Table MakeTable() {
 const std::vector<Command>& Commands() {
   static const Table table = MakeTable();
   return table;
+}
+
+std::string ShapeCommand(Shape shape) {
+  return shape == Shape::Bezier ? "Command6" : "mDraw" + std::to_string(static_cast<int>(shape));
 }
 
 const Command& CommandOf(std::string_view id) {

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "editing/cursor.h"
 #include "platform/controls.h"
 
 namespace kelvane {
@@ -32,6 +33,8 @@ struct Command {
 // Menus from left to right and their rows from top to bottom, then the commands that have buttons.
 const std::vector<Command>& Commands();
 const Command& CommandOf(std::string_view id);
+// The id of the command that chooses a shape to draw.
+std::string ShapeCommand(Shape shape);
 
 // Whether it can be chosen now.
 bool Available(const Command& command);

@@ -5,6 +5,7 @@
 #include "app/after_editing.h"
 #include "app/contact_window.h"
 #include "app/settings.h"
+#include "designer/designer_window.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "macros/macros.h"
@@ -46,7 +47,7 @@ bool MayDropLooseText() {
 }
 
 bool SaveAndWriteSettings() {
-  if (!MayDropLooseText() || !OfferToSave()) return false;
+  if (!MayLeaveDesigner() || !MayDropLooseText() || !OfferToSave()) return false;
   if (Form1) FormPlace = Form1->GetWindowPlace();
   // What was applied in the Define Macro window a moment ago has not met the timer yet.
   RefreshMacros();

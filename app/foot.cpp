@@ -13,9 +13,12 @@ float PointerX;  // canvas pixels
 float PointerY;
 std::string Warning;
 
+Point PointerPoint() {
+  return {VisibleLeft + PointerX / SCALE, VisibleTop + PointerY / SCALE};
+}
+
 std::string PointerPlace() {
-  const float x = VisibleLeft + PointerX / SCALE;
-  const float y = VisibleTop + PointerY / SCALE;
+  const auto [x, y] = PointerPoint();
   return FormatFixed(x, 1, true) + ", " + FormatFixed(y, 1, true) + " pt     on the grid " +
          FormatSingle(SnapToGrid(x, GridStepH)) + ", " + FormatSingle(SnapToGrid(y, GridStepV)) + " pt";
 }
@@ -41,6 +44,12 @@ void PointerLeft() {
 
 void ShowPointerPlace() {
   if (PointerInside) ShowNote(PointerPlace());
+}
+
+std::optional<Point> PointerOnPaper() {
+  const Point at = PointerPoint();
+  const bool onPaper = at.x >= 0 && at.x <= PaperWidth && at.y >= 0 && at.y <= PaperHeight;
+  return PointerInside && onPaper ? std::optional(at) : std::nullopt;
 }
 
 void ShowWarning(const std::string& text) {

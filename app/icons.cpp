@@ -66,6 +66,8 @@ IconDrawing ScriptIcon(int index) {
   return icon;
 }
 
+namespace {
+
 IconDrawing BezierIcon() {
   // A curve of short lines with its two handles.
   return {Line(4, 18, 6, 12, true),
@@ -77,6 +79,47 @@ IconDrawing BezierIcon() {
           Line(20, 17, 17, 5, false),
           {Kind::Disc, 7, 5, 1.5F, 0, false, false, {}},
           {Kind::Disc, 17, 5, 1.5F, 0, false, false, {}}};
+}
+
+// A closed line through points.
+IconDrawing Ring(std::initializer_list<Point> points) {
+  IconDrawing icon;
+  Point from = *(points.end() - 1);
+  for (const Point to : points) {
+    icon.push_back(Line(from.x, from.y, to.x, to.y, true));
+    from = to;
+  }
+  return icon;
+}
+
+}  // namespace
+
+IconDrawing ShapeIcon(Shape shape) {
+  switch (shape) {
+    case Shape::Bezier:
+      return BezierIcon();
+    case Shape::Line:
+      return {Line(5, 19, 19, 5, true)};
+    case Shape::Arrow:
+      return {Line(5, 19, 19, 5, true), Line(19, 5, 12, 7, true), Line(19, 5, 17, 12, true)};
+    case Shape::Rectangle:
+      return {{Kind::Box, 4, 7, 20, 17, true, false, {}}};
+    case Shape::Ellipse:
+      return Ring(
+          {{12, 6}, {17, 7}, {20, 10}, {20, 14}, {17, 17}, {12, 18}, {7, 17}, {4, 14}, {4, 10}, {7, 7}});
+    case Shape::Polygon:
+      return Ring({{5, 9}, {13, 4}, {20, 11}, {16, 19}, {7, 18}});
+  }
+  return {};
+}
+
+IconDrawing ShapingIcon() {
+  // A corner whose point is taken.
+  return {Line(4, 19, 9, 8, true),
+          Line(9, 8, 20, 8, true),
+          {Kind::Box, 6, 5, 12, 11, false, false, {}},
+          {Kind::Disc, 4, 19, 1.5F, 0, false, false, {}},
+          {Kind::Disc, 20, 8, 1.5F, 0, false, false, {}}};
 }
 
 }  // namespace kelvane

@@ -9,10 +9,12 @@
 
 #include "app/arguments.h"
 #include "app/startup.h"
+#include "platform/clipboard.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
+#include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_toolkit.h"
 
@@ -34,8 +36,10 @@ int Run(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   kelvane::QtToolkit toolkit;
   kelvane::QtDialogs dialogs;
+  kelvane::QtClipboard clipboard;
   kelvane::TheToolkit = &toolkit;
   kelvane::TheDialogs = &dialogs;
+  kelvane::TheClipboard = &clipboard;
 
   bool started = false;
   kelvane::RunHandler([&] {

@@ -5,17 +5,20 @@
 #include <string>
 
 #include "app/commands.h"
+#include "app/context_menu.h"
 #include "app/exit.h"
 #include "app/first_minutes.h"
 #include "app/foot.h"
 #include "app/icons.h"
 #include "app/menus.h"
 #include "app/typing_view.h"
+#include "document/fields.h"
 #include "document/numbers.h"
 #include "document/paper.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/properties.h"
 #include "papers/paper_commands.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
@@ -43,6 +46,7 @@ constexpr float kBesideBox = 855;  // what "OK" takes of the run box's row
 // Pixels.
 constexpr int kButton = 24;
 constexpr int kRow = 24;
+constexpr int kAnchorButtons = 10;
 constexpr float kScrollPixels = 48;  // a notch of the wheel
 constexpr float kArrowPixels = 24;   // an arrow key in Select
 constexpr float kWheelZoom = 1.15F;  // a notch of the wheel with Ctrl
@@ -66,24 +70,39 @@ void FocusCanvas() {
 // The button of a command, and the key that does the same.
 Button* AddCommandButton(Window& window, const std::string& id, const IconDrawing& icon, const Place& place) {
   const Command& command = CommandOf(id);
-  Button* button = window.AddButton(command.caption, icon, command.toolTip);
+  Button* button = window.AddButton(ReplaceAll(command.caption, "&", ""), icon, command.toolTip);
   button->SetPlace(place);
   button->OnClick = [&command] {
     RunCommand(command);
     FocusCanvas();
   };
-  if (!command.key.empty()) window.AddShortcut(command.key, button->OnClick);
+  // The key of one that has a menu entry, too, is the entry's.
+  if (!command.key.empty() && command.menu.empty()) window.AddShortcut(command.key, button->OnClick);
   return button;
 }
 
 void AddColumn(Window& window) {
-  constexpr int kTop = static_cast<int>(kStrip / kTwipsPerPixel);
-  for (std::int16_t mode = 0; mode < 10; ++mode) {
-    AnchorButtons[mode] = AddCommandButton(window, "Cur" + std::to_string(mode), AnchorIcon(mode),
-                                           {0, kTop + mode * kButton, kButton, kButton});
+  for (int mode = 0; mode < kAnchorButtons; ++mode)
+    AnchorButtons[mode] = AddCommandButton(window, "Cur" + std::to_string(mode), AnchorIcon(mode), {});
+  for (int i = 0; i < kShapes; ++i) {
+    const auto shape = static_cast<Shape>(i);
+    ShapeButtons[i] = AddCommandButton(window, ShapeCommand(shape), ShapeIcon(shape), {});
   }
-  Command6 = AddCommandButton(window, "Command6", BezierIcon(),
-                              {0, kTop + 10 * kButton + kButton / 4, kButton, kButton});
+  ShapingButton = AddCommandButton(window, "mDrawShape", ShapingIcon(), {});
+}
+
+// In a low window the buttons are lower.
+void PlaceColumn(int top, int height) {
+  constexpr int kButtons = kAnchorButtons + kShapes + 1;
+  constexpr int kLeast = 20;
+  constexpr int kGap = 4;
+  const int step = std::clamp((height - kGap) / kButtons, kLeast, kButton);
+  const auto place = [&](Button* button, int number, int shift) {
+    button->SetPlace({0, top + number * step + shift, kButton, step});
+  };
+  for (int i = 0; i < kAnchorButtons; ++i) place(AnchorButtons[i], i, 0);
+  for (int i = 0; i < kShapes; ++i) place(ShapeButtons[i], kAnchorButtons + i, kGap);
+  place(ShapingButton, kAnchorButtons + kShapes, kGap);
 }
 
 void AddScriptButtons(Window& window) {
@@ -110,29 +129,39 @@ void PageBox_Enter() {
 }
 
 void AddPageRow(Window& window) {
-  Form1Parts.pageUp = AddCommandButton(window, "PageUp", {}, {280, 0, 40, kRow});
+  Form1Parts.pageUp = AddCommandButton(window, "PageUp", {}, {279, 0, 38, kRow});
   PageBox = window.AddTextBox("Page Number", false);
-  PageBox->SetPlace({322, 1, 32, kRow - 2});
+  PageBox->SetPlace({319, 1, 30, kRow - 2});
   PageBox->OnEnter = PageBox_Enter;
   PageBox->OnEscape = [] {
     ShowPageNumber();
     FocusCanvas();
   };
-  Form1Parts.pageDown = AddCommandButton(window, "PageDown", {}, {356, 0, 40, kRow});
+  PageCountLabel = window.AddLabel("");
+  PageCountLabel->SetPlace({352, 0, 38, kRow});
+  Form1Parts.pageDown = AddCommandButton(window, "PageDown", {}, {391, 0, 38, kRow});
 }
 
 void AddSizeRow(Window& window) {
   Form1Parts.sizeLabel = window.AddLabel("Font Size");
-  Form1Parts.sizeLabel->SetPlace({401, 0, 56, kRow});
+  Form1Parts.sizeLabel->SetPlace({434, 0, 54, kRow});
   Text1 = window.AddTextBox("Font Size", false);
-  Text1->SetPlace({458, 1, 38, kRow - 2});
+  Text1->SetPlace({489, 1, 36, kRow - 2});
   Text1->SetText(FormatSingle(FontSize));
   Text1->OnChange = [] {
-    SizeBoxChanged(Text1->Text());
+    SizeBoxTyped();
     ShowCursor();
     WarnOfTyping();
   };
-  Text1->OnEnter = Text1->OnEscape = FocusCanvas;
+  Text1->OnEnter = [] {
+    if (!EnterSize()) return Text1->SelectAll();
+    RefreshMenus();
+    FocusCanvas();
+  };
+  Text1->OnEscape = [] {
+    ShowProperties();
+    FocusCanvas();
+  };
   FontLabel = window.AddLabel("");
 }
 
@@ -203,10 +232,11 @@ void LayOut(float W, float H) {
   const int bar = kScrollBarPixels;
   Text4->SetPlace({canvas.left, row + 1, box, kRow - 2});
   Form1Parts.apply->SetPlace({canvas.left + box + 2, row, Pixels(kBesideBox) - 4, kRow});
-  FontLabel->SetPlace({500, 0, std::max(Pixels(W) + bar - 502, 0), kRow});
+  FontLabel->SetPlace({529, 0, std::max(Pixels(W) + bar - 531, 0), kRow});
   Form1->SetCanvasPlace(Picture1, canvas);
   Form1Parts.horizontal->SetPlace({canvas.left, canvas.top + canvas.height, canvas.width, bar});
   Form1Parts.vertical->SetPlace({canvas.left + canvas.width, canvas.top, bar, canvas.height});
+  PlaceColumn(canvas.top, canvas.height + bar);
 }
 
 }  // namespace
@@ -216,6 +246,7 @@ void BuildForm1() {
   Form1 = TheToolkit->NewWindow(true);
   Form1->SetTitle(kProgramTitle);
   BuildMenus(*Form1);
+  BuildContextMenus(*Form1);
   // In the order in which Tab goes through them.
   AddCanvasAndBars(*Form1);
   AddRunRow(*Form1);
@@ -293,7 +324,7 @@ void Form1_Picture1_MouseUp(const MouseEvent& event) {
       WarnOfTyping();
       break;
     case MouseButton::Right:
-      ToolInForce().RightClick();
+      OpenContextMenu(event);
       break;
   }
   RefreshMenus();

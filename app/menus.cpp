@@ -3,6 +3,7 @@
 #include <map>
 
 #include "app/after_editing.h"
+#include "editing/properties.h"
 
 namespace kelvane {
 
@@ -38,12 +39,12 @@ class MenuTree {
   std::map<std::string, Menu*> menus_;
 };
 
-void AddEntry(Menu& menu, const Command& command) {
+MenuEntry* AddEntry(Menu& menu, const Command& command) {
   MenuEntry* entry = menu.AddEntry(command.literal ? "" : command.caption, command.key);
-  if (command.handle) *command.handle = entry;
   if (command.run) entry->OnChosen = [&command] { RunCommand(command); };
   entry->SetEnabled(false);
   Built.push_back({&command, entry, false});
+  return entry;
 }
 
 void Refresh(BuiltEntry& built) {
@@ -68,13 +69,39 @@ void BuildMenus(Window& window) {
   for (const Command& command : Commands()) {
     if (command.menu.empty()) continue;
     Menu* menu = menus.Find(command.menu);
-    command.id.empty() ? menu->AddSeparator() : AddEntry(*menu, command);
+    if (command.id.empty()) {
+      menu->AddSeparator();
+      continue;
+    }
+    MenuEntry* entry = AddEntry(*menu, command);
+    if (command.handle) *command.handle = entry;
   }
   RefreshMenus();
 }
 
+Menu* BuildPopup(Window& window, std::initializer_list<std::string_view> rows) {
+  Menu* popup = window.AddPopup();
+  popup->OnOpen = RefreshMenus;
+  for (const std::string_view row : rows) {
+    const std::size_t slash = row.rfind('/');
+    if (row.empty()) {
+      popup->AddSeparator();
+    } else if (slash == std::string_view::npos) {
+      AddEntry(*popup, CommandOf(row));
+    } else {
+      Menu* menu = popup->AddMenu(std::string(row.substr(slash + 1)));
+      for (const Command& command : Commands()) {
+        if (command.menu != row) continue;
+        command.id.empty() ? menu->AddSeparator() : static_cast<void>(AddEntry(*menu, command));
+      }
+    }
+  }
+  return popup;
+}
+
 void RefreshMenus() {
   for (BuiltEntry& built : Built) Refresh(built);
+  ShowProperties();
 }
 
 void RunCommand(const Command& command) {

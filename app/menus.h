@@ -2,6 +2,9 @@
 
 // The menus of the main window, as the table of commands has them, and the running of commands.
 
+#include <initializer_list>
+#include <string_view>
+
 #include "app/commands.h"
 #include "platform/controls.h"
 
@@ -11,8 +14,13 @@ namespace kelvane {
 // can be chosen.
 void BuildMenus(Window& window);
 
-// Captions, check marks and what can be chosen, as the rows' functions say. Needed after whatever may change
-// one of them outside of a command: an entry that cannot be chosen does not hear its key either.
+// A menu that is opened by itself: of the commands of such ids, of the menus of such paths with all their
+// rows; "" for a separator.
+Menu* BuildPopup(Window& window, std::initializer_list<std::string_view> rows);
+
+// Captions, check marks, what can be chosen and the values of the boxes, as the rows' functions say. Needed
+// after whatever may change one of them outside of a command: an entry that cannot be chosen does not hear
+// its key either.
 void RefreshMenus();
 
 // What menu entries, buttons and keys do. Nothing while the command is not available.

@@ -4,25 +4,30 @@
 #include "app/contact_window.h"
 #include "app/context_help.h"
 #include "app/first_minutes.h"
+#include "app/find_window.h"
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
 #include "app/settings.h"
 #include "app/web_window.h"
 #include "designer/character_files.h"
+#include "designer/designer_window.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
+#include "editing/change_mark.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
-#include "editing/undo.h"
+#include "editing/shaping.h"
 #include "help/help_files.h"
 #include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
+#include "papers/find.h"
+#include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -55,6 +60,8 @@ void ReadOrReport(void (*read)()) {
 void ConnectSubjects() {
   PageEdited = ShowPaperState;
   OpenText = RetypeItem;
+  PaintFinds = PaintMatches;
+  OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };
 }
 
 void ShowChoices() {
@@ -92,12 +99,17 @@ void ResetProgram() {
   ResetSettings();
   ResetPaper();
   ResetPaperCommands();
+  ResetPageOperations();
+  ResetFind();
   ResetKeyboard();
   ResetBezier();
+  ResetShaping();
   ResetModes();
   ResetSelectTool();
-  ResetUndo();
+  ResetEdits();
+  ResetChangeMark();
   ResetMacros();
+  ResetDesigner();
   ResetPlainText();
   ResetFoot();
   ResetFirstMinutes();
@@ -126,6 +138,7 @@ bool StartUp(const std::string& executableFolder) {
   }
   BuildForm1();
   BuildForm7();
+  BuildFindWindow();
   ShowPageNumber();
   ShowChoices();
   AddHelpKeys(*Form7, "Macros");

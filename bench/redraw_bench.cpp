@@ -1,5 +1,6 @@
 // How long a full redraw of a page takes beside the same characters drawn by bare Qt, and how long a key
-// press takes until it is painted. Prints the medians and, at the end, the ratios.
+// press and a movement of the mouse take until they are painted. Prints the medians and, at the end, the
+// ratios.
 
 #include <benchmark/benchmark.h>
 
@@ -8,6 +9,7 @@
 #include <QGlyphRun>
 #include <QImage>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QRawFont>
 #include <cstdio>
@@ -21,6 +23,7 @@
 #include "app/startup.h"
 #include "document/lines.h"
 #include "document/page.h"
+#include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
@@ -144,14 +147,19 @@ class PaintCounter : public QObject {
   int count_ = 0;
 };
 
-// From the key to the painted widget, in the whole editor on a page of 10,000 runs. A run of 40 characters is
-// typed and taken back again.
-void KeyPress(benchmark::State& state) {
+// The whole editor with room for the paper.
+void ShowWholeEditor() {
   constexpr float kAround = 100;  // pixels that the controls around the canvas take at most
   FormPlace = {0, 0, (kWidth + kAround) * kTwipsPerPixel, (kHeight + kAround) * kTwipsPerPixel};
   ShowEditor({});
-  FillPage(10000, 24);
   ShowWholePaper();
+}
+
+// From the key to the painted widget, in the whole editor on a page of 10,000 runs. A run of 40 characters is
+// typed and taken back again.
+void KeyPress(benchmark::State& state) {
+  ShowWholeEditor();
+  FillPage(10000, 24);
   CursorMode = -3;
   CursorX = 100;
   CursorY = 400;
@@ -173,6 +181,36 @@ void KeyPress(benchmark::State& state) {
   widget->removeEventFilter(&paintings);
 }
 
+// From a movement of the mouse to the painted widget, while a path of 1,000 pieces all over the paper is
+// drawn.
+void DrawPath(benchmark::State& state) {
+  ShowWholeEditor();
+  FillPage(0, 24);
+  ChooseShape(Shape::Bezier);
+  std::minstd_rand random(1);
+  std::uniform_real_distribution<float> across(0, PaperWidth);
+  std::uniform_real_distribution<float> down(0, PaperHeight);
+  Points path;
+  for (int i = 0; i < 2001; ++i) path.push_back({across(random), down(random)});
+  KeepPath(path);
+  RedrawPage();
+  auto* widget = dynamic_cast<QWidget*>(Picture1);
+  PaintCounter paintings;
+  widget->installEventFilter(&paintings);
+  QCoreApplication::processEvents();
+  int step = 0;
+  for (auto _ : state) {
+    ++step;
+    const QPointF at(400 + 4 * (step % 100), 400 + 4 * (step % 70));
+    QMouseEvent move(QEvent::MouseMove, at, at, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    const int before = paintings.Count();
+    QCoreApplication::sendEvent(widget, &move);
+    while (paintings.Count() == before) QCoreApplication::processEvents();
+  }
+  widget->removeEventFilter(&paintings);
+  DropDrawing();
+}
+
 void Sizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgNames({"runs", "px"})
       ->ArgsProduct({{1000, 10000}, {12, 24, 96}})
@@ -182,6 +220,7 @@ void Sizes(benchmark::internal::Benchmark* benchmark) {
 }
 BENCHMARK(BareQt)->Apply(Sizes);
 BENCHMARK(Redraw)->Apply(Sizes);
+BENCHMARK(DrawPath)->Unit(benchmark::kMillisecond)->Repetitions(kRepetitions)->MinTime(0.05);
 BENCHMARK(KeyPress)->Unit(benchmark::kMillisecond)->Repetitions(kRepetitions)->MinTime(0.05);
 
 // Keeps the medians for the table of ratios.

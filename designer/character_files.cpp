@@ -22,9 +22,7 @@
 namespace kelvane {
 namespace {
 
-constexpr float kBaseline = 40;    // design y of the baseline
-constexpr float kDesignSide = 50;  // side of the design grid, one em
-constexpr float kBoxMargin = 2;    // bounding boxes reach this far beyond the advance
+constexpr float kBoxMargin = 2;  // bounding boxes reach this far beyond the advance
 constexpr int kCodesEnd = kFirstGlyph + kGlyphs;
 constexpr int kSections = 3;  // advance widths, bounding boxes, procedures
 
@@ -48,10 +46,25 @@ std::string_view BetweenBraces(std::string_view line) {
   return TrimBlanks(line.substr(open + 1, close - open - 1));
 }
 
-// Takes a line that must be there for the font's definition to be whole.
-std::string_view TakeFontLine(std::string_view& rest) {
-  if (rest.empty()) throw Failure("ERROR: MATH0.PSF file format");
-  return TakeLine(rest);
+using Procedures = std::array<std::string, kGlyphs>;
+
+// The procedures of a font definition in the program folder.
+Procedures ReadProcedures(const std::string& name) {
+  const std::string path = ProgramFolder + name;
+  if (!TheFiles->Exists(path)) throw Failure("ERROR: Missing file " + name);
+  const std::string content = TheFiles->ReadWhole(path);
+  std::string_view rest = content;
+  // Lines that must be there for the definition to be whole.
+  const auto take = [&] {
+    if (rest.empty()) throw Failure("ERROR: " + name + " file format");
+    return TakeLine(rest);
+  };
+  while (take().find("CharacterDefs") == std::string_view::npos) {
+  }
+  take();  // ".notdef"
+  Procedures procedures;
+  for (std::string& procedure : procedures) procedure = BetweenBraces(take());
+  return procedures;
 }
 
 // A stroke's numbers with y turned upwards from the baseline. Fields past the end count as 0.
@@ -64,7 +77,7 @@ class Stroke {
   }
 
   int Count() const { return static_cast<int>(numbers.size()); }
-  Point At(int xField) const { return {Field(xField), kBaseline - Field(xField + 1)}; }
+  Point At(int xField) const { return {Field(xField), kDesignBaseline - Field(xField + 1)}; }
 
  private:
   float Field(int index) const {
@@ -252,16 +265,12 @@ void WriteAllOrNone(const std::vector<FileChange>& changes) {
 }  // namespace
 
 void LoadCharacterDefs() {
-  const std::string path = ProgramFolder + "MATH0.PSF";
-  if (!TheFiles->Exists(path)) throw Failure("ERROR: Missing file MATH0.PSF");
-  const std::string content = TheFiles->ReadWhole(path);
-  std::string_view rest = content;
-  while (TakeFontLine(rest).find("CharacterDefs") == std::string_view::npos) {
-  }
-  TakeFontLine(rest);  // ".notdef"
-  std::array<std::string, kGlyphs> procedures;
-  for (std::string& procedure : procedures) procedure = BetweenBraces(TakeFontLine(rest));
+  Procedures procedures = ReadProcedures("MATH0.PSF");
   for (std::size_t i = 0; i < procedures.size(); ++i) CharacterDefs[i][0] = std::move(procedures[i]);
+}
+
+std::string ShippedProcedure(std::int16_t code) {
+  return ReadProcedures("MATH0.ORG").at(static_cast<std::size_t>(code - kFirstGlyph));
 }
 
 GlyphProcedure BuildGlyph(const std::vector<std::string>& strokes) {
@@ -281,7 +290,7 @@ GlyphProcedure BuildGlyph(const std::vector<std::string>& strokes) {
       current = end;
     }
   }
-  return {path.text + (closed ? " fill" : " st"), path.largestX + path.smallestX};
+  return {path.text + (closed ? " fill" : " st"), path.largestX + path.smallestX, path.smallestX};
 }
 
 void SaveGlyph(std::int16_t code, const std::vector<std::string>& strokes) {

@@ -9,6 +9,10 @@
 
 namespace kelvane {
 
+// The design grid: x to the right, y downwards, one em wide and high.
+inline constexpr float kDesignSide = 50;
+inline constexpr float kDesignBaseline = 40;
+
 // Fills CharacterDefs from MATH0.PSF. Throws Failure "ERROR: Missing file MATH0.PSF" or
 // "ERROR: MATH0.PSF file format".
 void LoadCharacterDefs();
@@ -18,11 +22,16 @@ void LoadCharacterDefs();
 struct GlyphProcedure {
   std::string text;
   float width = 0;
+  float bearing = 0;  // from the origin to the leftmost end of a segment, and as much on the right
 };
 GlyphProcedure BuildGlyph(const std::vector<std::string>& strokes);
 
 // Puts a glyph (code 32 to 127) into the four files and then into memory. The files are checked first; on
 // Failure each file is whole, old or new, and memory is as it was.
 void SaveGlyph(std::int16_t code, const std::vector<std::string>& strokes);
+
+// The procedure with which a character was shipped, from MATH0.ORG. Throws Failure if there is no such file,
+// or it is no font.
+std::string ShippedProcedure(std::int16_t code);
 
 }  // namespace kelvane

@@ -74,6 +74,16 @@ float ReadSingle(std::string_view text) {
   return ReadNumber<float>(text);
 }
 
+std::optional<float> NumberOf(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  text = text.substr(0, text.find_last_not_of(' ') + 1);
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
+  float value = 0;
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+  const bool whole = read.ec == std::errc{} && read.ptr == text.data() + text.size();
+  return whole && std::isfinite(value) ? std::optional(value) : std::nullopt;
+}
+
 double ReadDouble(std::string_view text) {
   return ReadNumber<double>(text);
 }

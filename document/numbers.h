@@ -3,6 +3,7 @@
 // The one writer and the one reader of numbers in files and boxes. Never the machine's locale.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,7 +17,11 @@ std::string FormatSingle(float value);
 // sign.
 float ReadSingle(std::string_view text);
 
-// The same in double precision, for values that are not page coordinates.
+// The number that makes up the whole text, blanks at its ends aside; nothing for what is no number, or one
+// out of range.
+std::optional<float> NumberOf(std::string_view text);
+
+// The same as ReadSingle in double precision, for values that are not page coordinates.
 double ReadDouble(std::string_view text);
 
 // Nearest whole number, ties to even, held within 16 bits.

@@ -130,7 +130,8 @@ Page PageOfContent(std::string_view content, const std::string& path) {
   CheckSize(task, content.size());
   Page page;
   std::size_t drawingCount = 0;
-  std::size_t written = 0;  // what the page takes in a file: some lines are written longer than they were read
+  std::size_t written =
+      0;  // what the page takes in a file: some lines are written longer than they were read
   int lineNumber = 0;
   for (std::string_view rest = content; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
@@ -147,7 +148,8 @@ Page PageOfContent(std::string_view content, const std::string& path) {
     written += kLineEnd.size() +
                (content.size() > kLargestPage / 4 ? DrawingRecordToLine(record).size() : line.size());
   }
-  if (written > kLargestPage) throw Failure(task + ": it would take more than 32 MB when it is written again.");
+  if (written > kLargestPage)
+    throw Failure(task + ": it would take more than 32 MB when it is written again.");
   page.drawingCount = static_cast<std::int16_t>(drawingCount);
   return page;
 }

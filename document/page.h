@@ -60,8 +60,12 @@ bool FindRun(std::string_view line, std::size_t& begin, std::size_t& end);
 struct LineStyle {
   std::int16_t colour = 0;
   float width = 0;
+  bool operator==(const LineStyle&) const = default;
 };
 LineStyle DecodeLineStyle(float value);
+// The same style without the error that the width has from the colour's digits, and its token in a record.
+LineStyle CleanStyle(const LineStyle& style);
+std::string TokenOfStyle(const LineStyle& style);
 
 // A drawing record taken apart.
 struct Drawing {

@@ -193,6 +193,15 @@ LineStyle DecodeLineStyle(float value) {
   return {static_cast<std::int16_t>(colour), static_cast<float>(value - 10 * colour)};
 }
 
+LineStyle CleanStyle(const LineStyle& style) {
+  constexpr double kParts = 10000;  // of a point: less than singles up to 160 can tell
+  return {style.colour, static_cast<float>(std::round(style.width * kParts) / kParts)};
+}
+
+std::string TokenOfStyle(const LineStyle& style) {
+  return FormatSingle(static_cast<float>(style.colour * 10.0 + CleanStyle(style).width));
+}
+
 bool IsStraight(Point start, Point control, Point end) {
   return Middle(start.x, end.x) == control.x && Middle(start.y, end.y) == control.y;
 }

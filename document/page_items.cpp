@@ -1,6 +1,7 @@
 #include "document/page_items.h"
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -42,9 +43,26 @@ void Carry(DrawingItem& item, DrawingItem& from) {
   item.draws = from.draws;
 }
 
-// Reads the lines of `content` as items. What equals a line of `old` takes over its identity and what was read
-// of it: lines before the first and behind the last difference, and lines that were moved between these. If
-// as many lines stand between them as before, each is the changed form of the one in its place.
+template <typename Item>
+bool SameInAnyOrder(std::vector<Item>& a, std::vector<Item>& b, std::size_t from, std::size_t to) {
+  // Sums that differ tell the usual case without sorting.
+  const std::hash<std::string_view> hash;
+  std::size_t sum = 0;
+  for (std::size_t i = from; i < to; ++i) sum += hash(TextOf(a[i])) - hash(TextOf(b[i]));
+  if (sum != 0) return false;
+  std::vector<std::string_view> lines[2];
+  for (std::size_t i = from; i < to; ++i) {
+    lines[0].push_back(TextOf(a[i]));
+    lines[1].push_back(TextOf(b[i]));
+  }
+  for (auto& side : lines) std::sort(side.begin(), side.end());
+  return lines[0] == lines[1];
+}
+
+// Reads the lines of `content` as items. What equals a line of `old` takes over its identity and what was
+// read of it: lines before the first and behind the last difference, and lines that were moved between these.
+// If as many lines stand between them as before, and not the same ones in another order, each is the changed
+// form of the one in its place.
 template <typename Item>
 void Take(std::vector<Item>& items, std::string_view content, std::vector<Item> old) {
   items.clear();
@@ -68,7 +86,7 @@ void Take(std::vector<Item>& items, std::string_view content, std::vector<Item> 
     ++back;
   }
   const std::size_t end = items.size() - back;
-  const bool inPlace = items.size() == old.size();
+  const bool inPlace = items.size() == old.size() && !SameInAnyOrder(items, old, front, end);
   std::unordered_multimap<std::string_view, Item*> moved;
   for (std::size_t i = front; i < old.size() - back && !inPlace; ++i) moved.emplace(TextOf(old[i]), &old[i]);
   for (std::size_t i = front; i < end; ++i) {
@@ -86,15 +104,15 @@ void Take(std::vector<Item>& items, std::string_view content, std::vector<Item> 
 }  // namespace
 
 void PageItems::Follow(const Page& page) {
-  drawingCount = page.drawingCount;
+  drawingCount_ = page.drawingCount;
   // What the old views point into must live until all is taken over.
-  if (*text != page.text) {
-    const auto before = std::exchange(text, std::make_unique<const std::string>(page.text));
-    Take(texts, *text, std::move(texts));
+  if (*text_ != page.text) {
+    const auto before = std::exchange(text_, std::make_unique<const std::string>(page.text));
+    Take(texts_, *text_, std::move(texts_));
   }
-  if (*records != page.drawings) {
-    const auto before = std::exchange(records, std::make_unique<const std::string>(page.drawings));
-    Take(drawings, *records, std::move(drawings));
+  if (*records_ != page.drawings) {
+    const auto before = std::exchange(records_, std::make_unique<const std::string>(page.drawings));
+    Take(drawings_, *records_, std::move(drawings_));
   }
 }
 

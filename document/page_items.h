@@ -43,20 +43,20 @@ class PageItems {
   void Follow(const Page& page);
 
   // The page that the items were taken from.
-  const std::string& Text() const { return *text; }
-  const std::string& Records() const { return *records; }
-  std::int16_t DrawingCount() const { return drawingCount; }
+  const std::string& Text() const { return *text_; }
+  const std::string& Records() const { return *records_; }
+  std::int16_t DrawingCount() const { return drawingCount_; }
 
-  const std::vector<TextItem>& Texts() const { return texts; }
-  const std::vector<DrawingItem>& Drawings() const { return drawings; }
+  const std::vector<TextItem>& Texts() const { return texts_; }
+  const std::vector<DrawingItem>& Drawings() const { return drawings_; }
 
  private:
   // On the heap, so that views into them outlive a change of hands.
-  std::unique_ptr<const std::string> text = std::make_unique<std::string>();
-  std::unique_ptr<const std::string> records = std::make_unique<std::string>();
-  std::int16_t drawingCount = 0;
-  std::vector<TextItem> texts;
-  std::vector<DrawingItem> drawings;
+  std::unique_ptr<const std::string> text_ = std::make_unique<std::string>();
+  std::unique_ptr<const std::string> records_ = std::make_unique<std::string>();
+  std::int16_t drawingCount_ = 0;
+  std::vector<TextItem> texts_;
+  std::vector<DrawingItem> drawings_;
 };
 
 // The items of the page in memory as it is now. The reference stays; what it holds changes with the page.

@@ -1,9 +1,8 @@
 #include "editing/bezier.h"
 
-#include <cmath>
+#include <algorithm>
 #include <limits>
-#include <string_view>
-#include <vector>
+#include <utility>
 
 #include "document/fields.h"
 #include "document/numbers.h"
@@ -15,7 +14,12 @@
 
 namespace kelvane {
 
+bool ArrowAtEnd = false;
+
 namespace {
+
+bool FillPaths = true;
+bool FillShapes;
 
 constexpr float kPullPixels = 4;   // the pointer moved this far with the button down bends the piece
 constexpr float kClosePixels = 5;  // a click this near the start closes the path
@@ -26,88 +30,110 @@ Point PressedAt;  // where the button went down, unsnapped
 bool Pressed;
 bool Pulling;
 
-using Points = std::vector<Point>;  // the start, then a control point and an end point for each piece
-
-Point Snap(Point at) {
-  return {SnapToGrid(at.x, GridStepH), SnapToGrid(at.y, GridStepV)};
-}
+// CurrentDrawing taken apart, and what it was then: a long path is not read anew for each movement of the
+// mouse.
+Points ReadPath;
+std::string ReadFrom;
 
 bool Near(Point a, Point b, float pixels) {
-  return std::hypot(a.x - b.x, a.y - b.y) * SCALE <= pixels;
-}
-
-Point Middle(Point a, Point b) {
-  return {(a.x + b.x) * 0.5F, (a.y + b.y) * 0.5F};
+  return DistanceOf(a, b) * SCALE <= pixels;
 }
 
 LineStyle StyleInForce() {
   return {LineColour, static_cast<float>(LineWidth)};
 }
 
-// The path being drawn, from its record.
-Points OpenPath() {
-  Points points;
-  const std::vector<std::string_view> tokens = SplitFields(CurrentDrawing, " ");
-  for (std::size_t i = 0; i + 2 < tokens.size(); i += 2)
-    points.push_back({ReadSingle(tokens[i]), ReadSingle(tokens[i + 1])});
-  return points;
+std::string StyleToken() {
+  return FormatSingle(static_cast<float>(LineColour * 10 + LineWidth));
 }
 
-void KeepPath(const Points& points) {
-  CurrentDrawing.clear();
-  if (points.empty()) return;
-  for (const Point& point : points)
-    CurrentDrawing += FormatSingle(point.x) + ' ' + FormatSingle(point.y) + ' ';
-  CurrentDrawing += FormatSingle(static_cast<float>(LineColour * 10 + LineWidth));
+Drawing DrawingOf(Points path) {
+  Drawing drawing;
+  drawing.points = std::move(path);
+  drawing.style = StyleInForce();
+  drawing.closed = EndsAtStart(drawing.points);
+  return drawing;
 }
 
-void AddPoint(Points& path, Point end) {
-  if (!path.empty()) path.push_back(Middle(path.back(), end));
-  path.push_back(end);
+// What a path becomes when it is finished: it, and its arrowhead. Nothing if there is nothing to see of it.
+std::vector<Points> FinishedForms(Points path) {
+  if (path.size() < 3 || !HasExtent(path)) return {};
+  if (DrawnShape == Shape::Polygon && path.size() > 4 && !EndsAtStart(path)) AddPiece(path, path.front());
+  std::vector<Points> heads;
+  if (!EndsAtStart(path)) {
+    if (ArrowAtEnd || DrawnShape == Shape::Arrow)
+      heads.push_back(TakeArrowhead(path, static_cast<float>(LineWidth)));
+  } else if (!FillClosed()) {
+    EndAsOutline(path);
+  }
+  heads.insert(heads.begin(), std::move(path));
+  return heads;
 }
 
-class Drawer : public Tool {
+// Paints the pieces of a path that are seen: only a few while the mouse moves the next one.
+void StrokeSeen(Painter& painter, const View& view, const Points& path) {
+  Drawing part = DrawingOf({});
+  const auto stroke = [&] {
+    if (!part.points.empty()) StrokeDrawing(painter, view, part);
+    part.points.clear();
+  };
+  Drawing piece = part;
+  for (std::size_t i = 0; i + 2 < path.size(); i += 2) {
+    const auto begin = path.begin() + static_cast<std::ptrdiff_t>(i);
+    piece.points.assign(begin, begin + 3);
+    const Box box = BoundsOf(piece);
+    if (box.right < view.area.left || box.left > view.area.right || box.bottom < view.area.top ||
+        box.top > view.area.bottom) {
+      stroke();
+      continue;
+    }
+    part.points.insert(part.points.end(), begin + (part.points.empty() ? 0 : 1), begin + 3);
+  }
+  stroke();
+}
+
+class PathDrawer : public Tool {
  public:
   void Press(const Pointer& pointer) override {
-    const Point at = pointer.at;
     Points path = OpenPath();
-    Point end = Snap(at);
-    if (path.size() > 3 && Near(at, path.front(), kClosePixels)) end = path.front();
+    Point end = Target(pointer);
+    if (path.size() > 3 && Near(pointer.at, path.front(), kClosePixels)) end = path.front();
     Hover = end;
     if (!path.empty() && end == path.back()) {
       FinishDrawing();
       return;
     }
-    AddPoint(path, end);
+    AddPiece(path, end);
     KeepPath(path);
-    PressedAt = at;
+    PressedAt = pointer.at;
     Pressed = true;
     Pulling = false;
     ShowCursor();
   }
 
   void Move(const Pointer& pointer) override {
-    const Point at = pointer.at;
     if (!PathIsOpen()) return;
-    Hover = Snap(at);
-    Points path = OpenPath();
-    if (Pressed && path.size() > 1) {
-      Pulling = Pulling || !Near(at, PressedAt, kPullPixels);
-      if (Pulling) path[path.size() - 2] = Hover;
-      KeepPath(path);
+    ShowMoving();
+    Hover = Pressed && OpenPath().size() > 1 ? PlaceOf(pointer) : Target(pointer);
+    if (Pressed && OpenPath().size() > 1 && DrawnShape != Shape::Polygon) {
+      Pulling = Pulling || !Near(pointer.at, PressedAt, kPullPixels);
+      if (Pulling) {
+        Points path = OpenPath();
+        path[path.size() - 2] = Hover;
+        KeepPath(path);
+      }
     }
-    ShowCursor();
+    ShowMoving();
   }
 
   void Release(const Pointer& pointer) override {
-    const Point at = pointer.at;
     if (!Pressed) return;
     Points path = OpenPath();
-    const bool dragged = path.size() == 1 && !Near(at, PressedAt, kPullPixels);
-    if (dragged && Snap(at) != path.back()) AddPoint(path, Snap(at));
+    const bool dragged = path.size() == 1 && !Near(pointer.at, PressedAt, kPullPixels);
+    if (dragged && Target(pointer) != path.back()) AddPiece(path, Target(pointer));
     KeepPath(path);
     Pressed = Pulling = false;
-    if (path.size() > 3 && path.front() == path.back()) {
+    if (EndsAtStart(path)) {
       FinishDrawing();
     } else {
       ShowCursor();
@@ -124,12 +150,9 @@ class Drawer : public Tool {
   }
 
   void Paint(Painter& painter, const View& view) const override {
-    Drawing drawing;
-    drawing.points = OpenPath();
-    if (drawing.points.empty()) return;
-    drawing.style = StyleInForce();
-    const Points& path = drawing.points;
-    if (path.size() > 1) StrokeDrawing(painter, view, drawing);
+    const Points& path = OpenPath();
+    if (path.empty()) return;
+    StrokeSeen(painter, view, path);
     const Pen thin{PaletteColour(kBlue), 1};
     if (Pulling) {
       Path handle;
@@ -147,23 +170,66 @@ class Drawer : public Tool {
 
   void Finish() override { FinishDrawing(); }
 
-  std::string Hint() const override { return "Click for points, pull to bend; Enter ends it"; }
+  std::string Hint() const override {
+    return DrawnShape == Shape::Polygon ? "Click for the corners; Enter closes it"
+                                        : "Click for points, pull to bend; Enter ends it";
+  }
+
+ private:
+  // Where the next point would go.
+  static Point Target(const Pointer& pointer) {
+    const Point place = PlaceOf(pointer);
+    return pointer.shift && PathIsOpen() ? InDirection(OpenPath().back(), place) : place;
+  }
+
+  // Has the overlay painted anew where the mouse changes it: the last piece and the one that would follow.
+  static void ShowMoving() {
+    const Points& path = OpenPath();
+    Drawing moving = DrawingOf(
+        {path.end() - static_cast<std::ptrdiff_t>(std::min<std::size_t>(path.size(), 3)), path.end()});
+    moving.points.push_back(Hover);
+    Box box = BoundsOf(moving);
+    const float margin = kMarkPixels / SCALE;
+    box = {box.left - margin, box.top - margin, box.right + margin, box.bottom + margin};
+    if (CanvasIsLaidOut()) Picture1->Invalidate(Layer::Overlay, box);
+  }
 };
 
 }  // namespace
 
 void ResetBezier() {
+  FillPaths = true;
+  FillShapes = false;
+  ArrowAtEnd = false;
   CurrentDrawing.clear();
   Pressed = Pulling = false;
 }
 
-Tool& DrawingTool() {
-  static Drawer tool;
+Tool& PathTool() {
+  static PathDrawer tool;
   return tool;
+}
+
+bool& FillClosed() {
+  return DrawnShape == Shape::Bezier ? FillPaths : FillShapes;
 }
 
 bool PathIsOpen() {
   return !CurrentDrawing.empty();
+}
+
+const Points& OpenPath() {
+  if (ReadFrom == CurrentDrawing) return ReadPath;
+  ReadFrom = CurrentDrawing;
+  ReadPath.clear();
+  const std::vector<std::string_view> tokens = SplitFields(CurrentDrawing, " ");
+  for (std::size_t i = 0; i + 2 < tokens.size(); i += 2)
+    ReadPath.push_back({ReadSingle(tokens[i]), ReadSingle(tokens[i + 1])});
+  return ReadPath;
+}
+
+void KeepPath(const Points& path) {
+  CurrentDrawing = path.empty() ? "" : RecordOf(path, StyleToken());
 }
 
 void TakeBackPoint() {
@@ -176,26 +242,29 @@ void TakeBackPoint() {
 }
 
 bool FinishDrawing() {
-  const Points path = OpenPath();
-  const bool joins = path.size() > 1;
-  if (joins) {
-    if (DrawingCount == std::numeric_limits<std::int16_t>::max()) {
+  const std::vector<Points> forms = FinishedForms(OpenPath());
+  if (!forms.empty()) {
+    if (DrawingCount > std::numeric_limits<std::int16_t>::max() - static_cast<int>(forms.size())) {
       throw Failure("The page can hold no more drawings. Press Escape to give up the one being drawn.");
     }
-    KeepPath(path);  // in the style that is in force now
-    EditPage("drawing", [](Page& page) {
-      page.drawings += CurrentDrawing + "\r\n";
-      ++page.drawingCount;
+    EditPage("drawing", [&](Page& page) {
+      for (const Points& form : forms) page.drawings += RecordOf(form, StyleToken()) + "\r\n";
+      page.drawingCount = static_cast<std::int16_t>(page.drawingCount + static_cast<int>(forms.size()));
     });
   }
   DropDrawing();
-  return joins;
+  return !forms.empty();
 }
 
 void DropDrawing() {
   if (!PathIsOpen()) return;
-  ResetBezier();
+  CurrentDrawing.clear();
+  Pressed = Pulling = false;
   ShowCursor();
+}
+
+void PaintFinished(Painter& painter, const View& view) {
+  for (Points& form : FinishedForms(OpenPath())) PaintDrawing(painter, view, DrawingOf(std::move(form)));
 }
 
 }  // namespace kelvane

@@ -11,7 +11,9 @@ std::int16_t CursorMode;
 float CursorX;
 float CursorY;
 Button* AnchorButtons[10];
-Button* Command6;
+Shape DrawnShape;
+Button* ShapeButtons[kShapes];
+Button* ShapingButton;
 
 const char* const kAnchorNames[10] = {"Select",        "Top Left",     "Centre Left",  "Bottom Left",
                                       "Bottom Centre", "Bottom Right", "Centre Right", "Top Right",
@@ -33,6 +35,7 @@ std::string Missing;
 void ResetCursor() {
   Missing.clear();
   CursorMode = 0;
+  DrawnShape = Shape::Bezier;
   CursorX = 0;
   CursorY = 0;
   ClearMarkedBox();
@@ -44,7 +47,10 @@ void SetCanvasPointer(std::int16_t mode) {
   for (int i = 0; i <= kLastAnchor; ++i) {
     if (AnchorButtons[i]) AnchorButtons[i]->SetDown(i == number);
   }
-  if (Command6) Command6->SetDown(number == kBezierMode);
+  for (int i = 0; i < kShapes; ++i) {
+    if (ShapeButtons[i]) ShapeButtons[i]->SetDown(number == kBezierMode && i == static_cast<int>(DrawnShape));
+  }
+  if (ShapingButton) ShapingButton->SetDown(number == kShapingMode);
   if (!Picture1) return;
   Missing.clear();
   if (number == 0) {

@@ -11,11 +11,16 @@
 
 namespace kelvane {
 
-// 0 Select, 1 to 9 the anchors, 10 Bezier drawing, 11 mouse editing. Negative once a cursor point is placed:
+// 0 Select, 1 to 9 the anchors, 10 drawing, 11 shaping a drawing. Negative once a cursor point is placed:
 // typing goes to it.
 extern std::int16_t CursorMode;
 inline constexpr std::int16_t kBezierMode = 10;
+inline constexpr std::int16_t kShapingMode = 11;
 inline constexpr int kLastMode = 11;
+// What mode 10 draws.
+enum class Shape : std::uint8_t { Bezier, Line, Arrow, Rectangle, Ellipse, Polygon };
+inline constexpr int kShapes = 6;
+extern Shape DrawnShape;
 extern float CursorX;  // points
 extern float CursorY;
 
@@ -23,7 +28,9 @@ extern float CursorY;
 extern const char* const kAnchorNames[10];
 // Buttons Cur0 to Cur9; the one of the mode in force is down.
 extern Button* AnchorButtons[10];
-extern Button* Command6;  // "Draw Bezier"
+// Those of the shapes, Command6 "Draw Bezier" first, and the one of mode 11.
+extern Button* ShapeButtons[kShapes];
+extern Button* ShapingButton;
 
 void ResetCursor();
 

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <utility>
 #include <vector>
 
 #include "document/lines.h"
-#include "document/page_items.h"
 #include "editing/cursor.h"
+#include "editing/differences.h"
 #include "platform/failure.h"
 #include "typography/renderer.h"
 
@@ -20,56 +21,33 @@ namespace {
 // A larger difference is shown by painting the whole page, which costs less than measuring what differs.
 constexpr std::size_t kMostShownBytes = 16384;
 
-// Whole lines of a text that were replaced by others.
-struct Difference {
-  std::size_t at = 0;
-  std::string before;
-  std::string after;
-};
-
 struct Step {
   std::string label;
-  Difference text;
-  Difference drawings;
+  Differences text;
+  Differences drawings;
   int countChange = 0;  // of drawings
   Point cursorBefore;
   Point cursorAfter;
   int place = 0;
 };
 
-std::vector<Step> Back;
-std::vector<Step> Forward;
+struct Steps {
+  std::vector<Step> back;
+  std::vector<Step> forward;
+};
+
+Steps Now;
+// By number, the pages that are not in memory and have steps.
+struct LeftPage {
+  Steps steps;
+  Page page;
+};
+std::map<int, LeftPage> LeftPages;
 // The page as the last step left it. The page in memory differs from it only inside an edit, or after
 // something else changed it.
 Page Known;
 int Places = 0;
-
-bool EndsLine(std::string_view text, std::size_t end, std::size_t start) {
-  return end == start || text[end - 1] == '\n';
-}
-
-Difference Compare(std::string_view before, std::string_view after) {
-  const std::size_t shorter = std::min(before.size(), after.size());
-  auto front = static_cast<std::size_t>(
-      std::mismatch(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(shorter), after.begin())
-          .first -
-      before.begin());
-  while (front > 0 && before[front - 1] != '\n') --front;
-  std::size_t back = 0;
-  while (back < shorter - front && before[before.size() - 1 - back] == after[after.size() - 1 - back]) ++back;
-  while (back > 0 &&
-         !(EndsLine(before, before.size() - back, front) && EndsLine(after, after.size() - back, front))) {
-    --back;
-  }
-  return {front, std::string(before.substr(front, before.size() - back - front)),
-          std::string(after.substr(front, after.size() - back - front))};
-}
-
-void Replace(std::string& text, const Difference& difference, bool forward) {
-  const std::string& from = forward ? difference.before : difference.after;
-  const std::string& to = forward ? difference.after : difference.before;
-  text.replace(difference.at, from.size(), to);
-}
+int Edits = 0;
 
 void Apply(Page& page, const Step& step, bool forward) {
   Replace(page.text, step.text, forward);
@@ -92,57 +70,72 @@ Step TakeStep(const std::string& label) {
 void NoteOtherChanges() {
   if (ThePage == Known) return;
   Step step = TakeStep("change");
-  Forward.clear();
-  if (Back.empty()) return;
+  Now.forward.clear();
+  if (Now.back.empty()) return;
   step.cursorBefore = step.cursorAfter = {CursorX, CursorY};
-  Back.push_back(std::move(step));
+  Now.back.push_back(std::move(step));
+}
+
+// What is drawn on the page where a text stood or stands.
+using BoundsOfRun = Box (*)(const TextEntry&);
+Box CellsOfRun(const TextEntry& entry) {
+  return CellsOf(entry, 0, entry.text.size());
 }
 
 class Area {
  public:
-  void Add(const Box& box) {
-    if (empty) {
-      all = box;
-    } else {
-      all = {std::min(all.left, box.left), std::min(all.top, box.top), std::max(all.right, box.right),
-             std::max(all.bottom, box.bottom)};
+  // The lines that stand there at one end of a step. Runs take the room that `bounds` gives them.
+  void Add(const Step& step, bool after, BoundsOfRun bounds) {
+    for (const Difference& lines : step.text) {
+      TextEntry entry;
+      for (std::string_view rest = after ? lines.after : lines.before; !rest.empty();)
+        if (ParseTextEntry(TakeLine(rest), entry)) Add(bounds(entry));
     }
-    empty = false;
-  }
-  void AddText(std::string_view lines) {
-    TextEntry entry;
-    while (!lines.empty()) {
-      if (ParseTextEntry(TakeLine(lines), entry)) Add(BoundsOf(entry));
+    for (const Difference& records : step.drawings) {
+      Drawing drawing;
+      for (std::string_view rest = after ? records.after : records.before; !rest.empty();)
+        if (ParseDrawing(TakeLine(rest), drawing)) Add(BoundsOf(drawing));
     }
   }
-  void AddDrawings(std::string_view records) {
-    Drawing drawing;
-    while (!records.empty()) {
-      if (ParseDrawing(TakeLine(records), drawing)) Add(BoundsOf(drawing));
-    }
-  }
-  void Show() const {
-    if (!empty) ShowPage(all);
-  }
+  const std::optional<Box>& All() const { return all; }
 
  private:
-  Box all;
-  bool empty = true;
+  void Add(const Box& box) {
+    all = !all ? box
+               : Box{std::min(all->left, box.left), std::min(all->top, box.top),
+                     std::max(all->right, box.right), std::max(all->bottom, box.bottom)};
+  }
+
+  std::optional<Box> all;
 };
 
+bool IsLarge(const Step& step) {
+  std::size_t bytes = 0;
+  for (const Differences* all : {&step.text, &step.drawings})
+    for (const Difference& difference : *all) bytes += difference.before.size() + difference.after.size();
+  return bytes > kMostShownBytes;
+}
+
 void ShowStep(const Step& step) {
-  const std::size_t bytes = step.text.before.size() + step.text.after.size() + step.drawings.before.size() +
-                            step.drawings.after.size();
-  if (bytes > kMostShownBytes) {
+  if (IsLarge(step)) {
     ShowPage();
     return;
   }
   Area area;
-  area.AddText(step.text.before);
-  area.AddText(step.text.after);
-  area.AddDrawings(step.drawings.before);
-  area.AddDrawings(step.drawings.after);
-  area.Show();
+  area.Add(step, false, BoundsOf);
+  area.Add(step, true, BoundsOf);
+  if (area.All()) ShowPage(*area.All());
+}
+
+// Where the step has put something, or else has taken something away.
+std::optional<Box> AreaOf(const Step& step, bool forward) {
+  if (IsLarge(step)) return {};
+  for (const bool after : {forward, !forward}) {
+    Area area;
+    area.Add(step, after, CellsOfRun);
+    if (area.All()) return area.All();
+  }
+  return {};
 }
 
 StepTaken Take(std::vector<Step>& from, std::vector<Step>& to, bool forward) {
@@ -157,15 +150,42 @@ StepTaken Take(std::vector<Step>& from, std::vector<Step>& to, bool forward) {
   FollowPage();
   ShowStep(step);
   if (PageEdited) PageEdited();
-  return {true, step.label, step.text.before, step.text.after, step.cursorBefore, step.cursorAfter, step.place};
+  ++Edits;
+  StepTaken taken{true,       step.label, !step.text.empty(), {}, step.cursorBefore, step.cursorAfter,
+                  step.place, {}};
+  if (step.text.size() == 1 && step.text[0].before.empty()) taken.added = step.text[0].after;
+  taken.area = AreaOf(step, forward);
+  return taken;
 }
 
 }  // namespace
 
 void ResetEdits() {
-  Back.clear();
-  Forward.clear();
+  Now = {};
+  LeftPages.clear();
   Known = ThePage;
+}
+
+void KeepEdits(int page) {
+  NoteOtherChanges();
+  LeftPages.erase(page);
+  if (!Now.back.empty() || !Now.forward.empty()) LeftPages[page] = {std::move(Now), Known};
+}
+
+void TakeUpEdits(int page, bool same) {
+  Now = {};
+  auto left = LeftPages.extract(page);
+  if (same && !left.empty()) {
+    Now = std::move(left.mapped().steps);
+    ThePage = std::move(left.mapped().page);
+  }
+  Known = ThePage;
+}
+
+void RenumberEdits(const std::function<int(int)>& numberOf) {
+  std::map<int, LeftPage> renumbered;
+  for (auto& [number, left] : LeftPages) renumbered[numberOf(number)] = std::move(left);
+  LeftPages = std::move(renumbered);
 }
 
 void EditPage(const std::string& label, const std::function<void(Page&)>& change) {
@@ -182,27 +202,32 @@ void EditPage(const std::string& label, const std::function<void(Page&)>& change
   Step step = TakeStep(label);
   step.cursorBefore = step.cursorAfter = cursor;
   step.place = Places;
-  Back.push_back(std::move(step));
-  Forward.clear();
+  Now.back.push_back(std::move(step));
+  Now.forward.clear();
+  ++Edits;
   FollowPage();
-  ShowStep(Back.back());
+  ShowStep(Now.back.back());
   if (PageEdited) PageEdited();
 }
 
 std::string StepBackLabel() {
-  return Back.empty() ? "" : Back.back().label;
+  return Now.back.empty() ? "" : Now.back.back().label;
 }
 
 std::string StepForwardLabel() {
-  return Forward.empty() ? "" : Forward.back().label;
+  return Now.forward.empty() ? "" : Now.forward.back().label;
+}
+
+int EditsMade() {
+  return Edits;
 }
 
 StepTaken StepBack() {
-  return Take(Back, Forward, false);
+  return Take(Now.back, Now.forward, false);
 }
 
 StepTaken StepForward() {
-  return Take(Forward, Back, true);
+  return Take(Now.forward, Now.back, true);
 }
 
 void NotePlaceChosen() {

@@ -3,6 +3,7 @@
 // The one door through which the page in memory changes, and the steps back and forward through its changes.
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,8 +11,16 @@
 
 namespace kelvane {
 
-// Forgets all steps: another page came into memory.
+// Forgets the steps of all pages: another paper came into memory.
 void ResetEdits();
+
+// Each page of a paper has steps of its own. Before a page is left: keeps them, and the page as it is left.
+void KeepEdits(int page);
+// After a page was read. Puts it back as it was left, with its steps, if it is `same`: what was read then is
+// what was written. Otherwise its steps are forgotten, for they would lead elsewhere.
+void TakeUpEdits(int page, bool same);
+// Pages that are not in memory get other numbers.
+void RenumberEdits(const std::function<int(int)>& numberOf);
 
 // Runs `change` on the page in memory and does what every edit needs: the step back, the painting of what
 // differs, and telling PageEdited. `label` is what the person would call the edit ("typing"). A change that
@@ -25,16 +34,19 @@ extern std::function<void()> PageEdited;
 // Labels of the next steps, empty if there is none.
 std::string StepBackLabel();
 std::string StepForwardLabel();
+// Counts up with every edit and every step, so that one can tell whether there was one since.
+int EditsMade();
 
-// What a step changed of the page's text, in whole lines, and where the cursor point stood at either end.
+// What a step changed, and where the cursor point stood at either end.
 struct StepTaken {
   bool taken = false;
   std::string_view label;
-  std::string_view linesBefore;  // valid until the next edit
-  std::string_view linesAfter;
+  bool changesText = false;
+  std::string_view added;  // lines, if the edit did nothing else to the text; valid until the next edit
   Point cursorBefore;
   Point cursorAfter;
-  int place = 0;  // number of the person's choice of a cursor point at the time of the edit
+  int place = 0;            // number of the person's choice of a cursor point at the time of the edit
+  std::optional<Box> area;  // of what the step put on the page, or else of what it took away, points
 };
 StepTaken StepBack();
 StepTaken StepForward();

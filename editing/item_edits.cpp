@@ -6,6 +6,7 @@
 
 #include "document/lines.h"
 #include "editing/edit.h"
+#include "editing/tool.h"
 #include "platform/failure.h"
 
 namespace kelvane {
@@ -50,6 +51,7 @@ void Rewrite(const std::string& label, const Changes& texts, const Changes& draw
     if (!drawings.empty()) page.drawings = std::move(newDrawings);
     page.drawingCount = static_cast<std::int16_t>(page.drawingCount - removedDrawings);
   });
+  ShowCursor();  // the marks go with the items
 }
 
 Point Moved(Point point, float dx, float dy) {
@@ -100,13 +102,35 @@ void MoveSelected(float dx, float dy) {
       });
 }
 
-void DeleteSelected() {
+void DeleteSelected(const std::string& label) {
   Changes texts;
   Changes drawings;
   const SelectedItems selected = Selection();
   for (const TextItem* item : selected.texts) texts[item];
   for (const DrawingItem* item : selected.drawings) drawings[item];
-  if (selected.Count() > 0) Rewrite("delete", texts, drawings);
+  if (selected.Count() > 0) Rewrite(label, texts, drawings);
+}
+
+namespace {
+
+template <typename Item>
+std::string Reordered(const std::vector<Item>& items, bool toFront) {
+  std::string selected;
+  std::string others;
+  for (const Item& item : items)
+    (IsSelected(item.id) ? selected : others).append(TextOf(item)).append(kLineEnd);
+  return toFront ? others + selected : selected + others;
+}
+
+}  // namespace
+
+void ReorderSelected(bool toFront) {
+  const SelectedItems selected = Selection();
+  const PageItems& items = ItemsOfPage();
+  EditPage("order", [&](Page& page) {
+    if (!selected.texts.empty()) page.text = Reordered(items.Texts(), toFront);
+    if (!selected.drawings.empty()) page.drawings = Reordered(items.Drawings(), toFront);
+  });
 }
 
 std::string LinesOfSelected() {
@@ -118,18 +142,26 @@ std::string LinesOfSelected() {
   return lines;
 }
 
+Page ReadItems(std::string_view lines) {
+  // What a page file may hold, read as one.
+  Page page = PageOfContent(lines, "on the clipboard");
+  for (std::string_view rest = page.text; !rest.empty();) {
+    const std::string_view line = TakeLine(rest);
+    TextEntry entry;
+    if (!line.empty() && !ParseTextEntry(line, entry))
+      throw Failure("This is no line of a page: " + std::string(line.substr(0, 60)));
+  }
+  return page;
+}
+
 void AddItems(const std::string& label, std::string_view lines, float dx, float dy) {
   std::string texts;
   std::string drawings;
   std::size_t count = 0;
-  // What a page file may hold, read as one.
-  const Page added = PageOfContent(lines, "the clipboard");
+  const Page added = ReadItems(lines);
   for (std::string_view rest = added.text; !rest.empty();) {
-    const std::string_view line = TakeLine(rest);
     TextEntry entry;
-    if (line.empty()) continue;
-    if (!ParseTextEntry(line, entry))
-      throw Failure("This is no line of a page: " + std::string(line.substr(0, 60)));
+    if (!ParseTextEntry(TakeLine(rest), entry)) continue;
     texts.append(MovedLine(entry, dx, dy)).append(kLineEnd);
   }
   for (std::string_view rest = added.drawings; !rest.empty(); ++count) {

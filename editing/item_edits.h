@@ -12,20 +12,25 @@
 
 namespace kelvane {
 
-// Rewrites the selected items: `text` and `drawing` change an item and return true, or false to leave it as it
-// is. A drawing's style is the last token of its record.
+// Rewrites the selected items: `text` and `drawing` change an item and return true, or false to leave it as
+// it is. They are called in the page's order, for runs first. A drawing's style is the last token of its
+// record.
 using ChangeText = std::function<bool(TextEntry& entry)>;
 using ChangeDrawing = std::function<bool(Drawing& drawing, std::string& style)>;
 void ChangeSelected(const std::string& label, const ChangeText& text, const ChangeDrawing& drawing);
 
 // Moves the selected items by so many points.
 void MoveSelected(float dx, float dy);
-void DeleteSelected();
+void DeleteSelected(const std::string& label = "delete");
+// Puts the selected runs and drawings behind all others of their kind, so that they lie on top, or before
+// them. Among each other they keep their order.
+void ReorderSelected(bool toFront);
 
 // The selected items as the lines of a page file.
 std::string LinesOfSelected();
-// Adds the items that such lines hold, moved by so many points, and selects them. Throws Failure if a line is
-// neither a text entry nor a drawing; nothing is changed then.
+// The items that such lines hold. Throws Failure if a line is neither a text entry nor a drawing.
+Page ReadItems(std::string_view lines);
+// Adds them, moved by so many points, and selects them. Throws as ReadItems does; nothing is changed then.
 void AddItems(const std::string& label, std::string_view lines, float dx, float dy);
 
 // Replaces the line of one text item, in its place; an empty line takes it away.

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <utility>
 #include <limits>
+#include <utility>
 
 #include "document/numbers.h"
 #include "document/page.h"
@@ -28,10 +28,20 @@ namespace {
 
 constexpr int kFirstScriptCode = 240;
 constexpr float kMarkArm = 4;  // pixels
+constexpr ColourValue kSelectedColour = 0xFFD7BE;
+// How far the caret and the box behind a selected part reach from the baseline, ems.
+constexpr float kRise = 0.8F;
+constexpr float kFall = 0.2F;
 constexpr char kTooLong[] = "The run is too long for a page file: a line holds 65,535 characters";
 
-// The caret counts from the run's end, so that it stays there whoever fills the run.
+// The caret counts from the run's end, so that it stays there whoever fills the run; so does the other end of
+// the selected part. At the caret itself it means that nothing is selected.
 std::size_t CaretFromEnd = 0;
+std::size_t FixedFromEnd = 0;
+
+// What the held button began: choosing a place, or selecting in the run.
+enum class Pressing { Nothing, Place, Run };
+Pressing Pressed = Pressing::Nothing;
 
 // A run that an undone edit gave back, and all that its entry will be made of.
 struct OpenRun {
@@ -53,8 +63,28 @@ OpenRun RunNow() {
   return {PendingRun, CursorX, CursorY, FontSize, BaseFont, CursorMode};
 }
 
+std::size_t IndexOf(std::size_t fromEnd) {
+  return PendingRun.size() - std::min(fromEnd, PendingRun.size());
+}
+
 std::size_t Caret() {
-  return PendingRun.size() - std::min(CaretFromEnd, PendingRun.size());
+  return IndexOf(CaretFromEnd);
+}
+
+void PutCaret(std::size_t fromEnd) {
+  CaretFromEnd = FixedFromEnd = fromEnd;
+}
+
+// The selected part of the run; of no length if nothing is selected.
+struct Part {
+  std::size_t first;
+  std::size_t last;
+  bool Empty() const { return first == last; }
+};
+Part SelectedPart() {
+  const std::size_t caret = Caret();
+  const std::size_t fixed = IndexOf(FixedFromEnd);
+  return {std::min(caret, fixed), std::max(caret, fixed)};
 }
 
 void ShowRun() {
@@ -83,16 +113,16 @@ char SwitchTo(std::int16_t font) {
   return static_cast<char>(kFirstSwitchCode + font);
 }
 
-// The typeface in force at the caret.
-std::int16_t FontAtCaret() {
-  const std::string_view before = std::string_view(PendingRun).substr(0, Caret());
+// The typeface in force behind so much of the run.
+std::int16_t FontBehind(std::size_t length) {
+  const std::string_view before = std::string_view(PendingRun).substr(0, length);
   const auto last = std::find_if(before.rbegin(), before.rend(), IsSwitch);
   if (last == before.rend()) return BaseFont;
   return static_cast<std::int16_t>(static_cast<unsigned char>(*last) - kFirstSwitchCode);
 }
 
 void ShowFontAtCaret() {
-  CurrentFont = FontAtCaret();
+  CurrentFont = FontBehind(Caret());
   ShowFontLabel(CurrentFont, FontSize);
 }
 
@@ -103,14 +133,56 @@ void EraseTo(std::size_t to) {
   const bool switches = std::any_of(erased.begin(), erased.end(), IsSwitch);
   const std::size_t behind = PendingRun.size() - last;
   PendingRun.erase(first, last - first);
-  CaretFromEnd = behind;
+  PutCaret(behind);
   ShowRun();
   if (switches) ShowFontAtCaret();
 }
 
-void MoveCaret(std::size_t to) {
+// What is selected gives way to what is entered.
+void EraseSelected() {
+  if (!SelectedPart().Empty()) EraseTo(IndexOf(FixedFromEnd));
+}
+
+// `extending` leaves the other end of the selected part where it is.
+void MoveCaret(std::size_t to, bool extending = false) {
   CaretFromEnd = PendingRun.size() - to;
+  if (!extending) FixedFromEnd = CaretFromEnd;
   ShowFontAtCaret();
+}
+
+void SelectPart(std::size_t first, std::size_t last) {
+  MoveCaret(first);
+  MoveCaret(last, true);
+}
+
+// The word around a place, without the blanks beside it.
+void SelectWordAt(std::size_t at) {
+  std::size_t first = at;
+  std::size_t last = at;
+  while (first > 0 && PendingRun[first - 1] != ' ') --first;
+  while (last < PendingRun.size() && PendingRun[last] != ' ') ++last;
+  SelectPart(first, last);
+}
+
+// Codes around what is selected; the caret is then behind them.
+void Surround(char before, char after) {
+  const auto [first, last] = SelectedPart();
+  PendingRun.insert(last, 1, after);
+  PendingRun.insert(first, 1, before);
+  ShowRun();
+  MoveCaret(last + 2);
+}
+
+// Sets what is selected in a typeface; what stands behind it keeps its own.
+void SetSelectedIn(std::int16_t font) {
+  const auto [first, last] = SelectedPart();
+  std::string part = PendingRun.substr(first, last - first);
+  std::erase_if(part, IsSwitch);
+  part.insert(0, 1, SwitchTo(font));
+  const std::size_t end = first + part.size();
+  if (last < PendingRun.size() && !IsSwitch(PendingRun[last])) part += SwitchTo(FontBehind(last));
+  PendingRun.replace(first, last - first, part);
+  MoveCaret(end);
 }
 
 // The next place to the left or right of the caret where a word begins.
@@ -127,12 +199,22 @@ std::size_t WordRight() {
   return at;
 }
 
-// Keys that move the caret or erase at it; false for others, and while there is no run.
+// Keys that move the caret, with Shift one end of the selected part, or erase at it; false for others, and
+// while there is no run.
 bool EditingKey(int code) {
   if (PendingRun.empty()) return false;
   const std::size_t at = Caret();
   const std::size_t end = PendingRun.size();
-  switch (code) {
+  const bool extending = code & kWithShift;
+  const Part selected = SelectedPart();
+  const bool erases = code == kKeyBackspace || code == kKeyDelete || code == kKeyWordBackspace;
+  if (erases && !selected.Empty()) {
+    EraseSelected();
+    return true;
+  }
+  // Without Shift the caret leaves a selected part at its side.
+  const bool leaving = !extending && !selected.Empty();
+  switch (code & ~kWithShift) {
     case kKeyBackspace:
       EraseTo(at - std::min<std::size_t>(at, 1));
       return true;
@@ -143,22 +225,24 @@ bool EditingKey(int code) {
       EraseTo(WordLeft());
       return true;
     case kKeyLeft:
-      MoveCaret(at - std::min<std::size_t>(at, 1));
+      MoveCaret(leaving ? selected.first : at - std::min<std::size_t>(at, 1), extending);
       return true;
     case kKeyRight:
-      MoveCaret(std::min(at + 1, end));
+      MoveCaret(leaving ? selected.last : std::min(at + 1, end), extending);
       return true;
     case kKeyWordLeft:
-      MoveCaret(WordLeft());
+      MoveCaret(WordLeft(), extending);
       return true;
     case kKeyWordRight:
-      MoveCaret(WordRight());
+      MoveCaret(WordRight(), extending);
       return true;
     case kKeyHome:
-      MoveCaret(0);
+    case kKeyHome | kWithControl:
+      MoveCaret(0, extending);
       return true;
     case kKeyEnd:
-      MoveCaret(end);
+    case kKeyEnd | kWithControl:
+      MoveCaret(end, extending);
       return true;
     default:
       return false;
@@ -192,12 +276,6 @@ bool ArrowKey(int code) {
   }
 }
 
-void NewLine() {
-  const double lines = std::floor((static_cast<double>(FontSize) + CursorY + GridStepV) / GridStepV);
-  constexpr double kMost = std::numeric_limits<float>::max();
-  CursorY = static_cast<float>(std::min(lines * GridStepV, kMost));
-}
-
 void StayPlaced() {
   if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
 }
@@ -211,7 +289,7 @@ void EnterKey(bool justify) {
     if (!PendingRun.empty() || CursorMode == 0) return;  // it could not be taken, or an item has its place
     StayPlaced();
   }
-  NewLine();
+  CursorY = NextLine(CursorY);
 }
 
 TextEntry EntryForRun() {
@@ -224,6 +302,13 @@ TextEntry EntryForRun() {
   entry.anchor = AnchorOfMode(CursorMode);
   entry.amount = Retyped != 0 ? RetypedAmount : JustifyRun ? JustificationAmount(CursorX) : 0;
   entry.justified = entry.amount != 0;
+  return entry;
+}
+
+// The open run as it shows: stretched only once it is completed.
+TextEntry ShownEntry() {
+  TextEntry entry = EntryForRun();
+  entry.justified = false;
   return entry;
 }
 
@@ -242,11 +327,36 @@ RunPen PenBehind(std::size_t length) {
   return pen;
 }
 
+// From the tops of the letters to the ends of their tails, whether or not there is ink.
+Box LineBox(const RunPen& pen, float width) {
+  return {pen.x, pen.y - kRise * pen.size, pen.x + width, pen.y + kFall * pen.size};
+}
+
+bool IsOnRun(Point at) {
+  const RunPen pen = PenAt(RunOrigin(), BaseFont, FontSize);
+  const TextEntry entry = ShownEntry();
+  return DistanceTo(LineBox(pen, MeasureRun(PendingRun, BaseFont, FontSize)), at) == 0 ||
+         DistanceTo(entry, at, 0) == 0;
+}
+
+// The box around the characters of the selected part.
+void PaintSelected(Painter& painter) {
+  const Part part = SelectedPart();
+  constexpr float kFar = std::numeric_limits<float>::max();
+  Box all{kFar, kFar, -kFar, -kFar};
+  WalkRun(PendingRun, PenAt(RunOrigin(), BaseFont, FontSize), 0, [&](std::size_t index, const RunPen& pen) {
+    if (index < part.first || index >= part.last) return;
+    const Box box = LineBox(pen, Advance(static_cast<unsigned char>(PendingRun[index]), pen.font, pen.size));
+    all = {std::min(all.left, box.left), std::min(all.top, box.top), std::max(all.right, box.right),
+           std::max(all.bottom, box.bottom)};
+  });
+  if (all.left <= all.right) painter.FillBox(all, kSelectedColour);
+}
+
 void PaintCaret(Painter& painter) {
   const RunPen pen = PenBehind(Caret());
-  const float rise = 0.8F * pen.size;
-  const float fall = 0.2F * pen.size;
-  painter.DrawLine({pen.x, pen.y - rise}, {pen.x, pen.y + fall}, Pen{PaletteColour(kBlue), 1, true});
+  const Box line = LineBox(pen, 0);
+  painter.DrawLine({line.left, line.top}, {line.left, line.bottom}, Pen{PaletteColour(kBlue), 1, true});
 }
 
 void PaintMark(Painter& painter, const View& view) {
@@ -258,17 +368,30 @@ void PaintMark(Painter& painter, const View& view) {
 
 class Typing : public Tool {
  public:
+  void Press(const Pointer& pointer) override {
+    Pressed = RunIsOpen() && IsOnRun(pointer.at) ? Pressing::Run : Pressing::Place;
+    if (Pressed == Pressing::Place) return;
+    const std::size_t at = CaretAt(ShownEntry(), pointer.at);
+    pointer.clicks == 2 ? SelectWordAt(at) : MoveCaret(at, pointer.shift);
+    ShowCursor();
+  }
+  void Move(const Pointer& pointer) override {
+    if (Pressed != Pressing::Run || pointer.clicks == 2) return;
+    MoveCaret(CaretAt(ShownEntry(), pointer.at), true);
+    ShowCursor();
+  }
+  // The press that opened an item's run was not for this tool.
   void Release(const Pointer& pointer) override {
-    // A click on the run being typed sets its caret.
-    if (RunIsOpen() && DistanceTo(EntryForRun(), pointer.at, 0) == 0) {
-      MoveCaret(CaretAt(EntryForRun(), pointer.at));
-      ShowCursor();
-      return;
-    }
+    if (std::exchange(Pressed, Pressing::Nothing) != Pressing::Place) return;
     PlaceCursor(pointer.at.x, pointer.at.y);
     NotePlaceChosen();
   }
   bool Key(int code) override {
+    if (code == kKeyEscape && !SelectedPart().Empty()) {
+      MoveCaret(Caret());
+      ShowCursor();
+      return true;
+    }
     if (code == kKeyEscape && Retyped != 0) {
       GiveUpRetyping();
       return true;
@@ -285,6 +408,7 @@ class Typing : public Tool {
   void Paint(Painter& painter, const View& view) const override {
     if (CursorMode >= 0) return;
     if (!PendingRun.empty()) {
+      PaintSelected(painter);
       RunPainter(painter, view).Paint({PendingRun, BaseFont, FontSize, RunOrigin(), kBlack});
       PaintCaret(painter);
     }
@@ -305,7 +429,8 @@ class Typing : public Tool {
 void ResetKeyboard() {
   PendingRun.clear();
   JustifyRun = false;
-  CaretFromEnd = 0;
+  PutCaret(0);
+  Pressed = Pressing::Nothing;
   GivenBack = {};
   Retyped = 0;
   ShowRun();
@@ -323,6 +448,7 @@ bool RunIsOpen() {
 void TypeKey(int code) {
   if (CursorMode >= 0) return;
   if (code >= 32 && code <= 127) {
+    EraseSelected();
     PendingRun.insert(Caret(), 1, static_cast<char>(code));
     ShowRun();
   } else if (code == kKeyEnter) {
@@ -336,12 +462,21 @@ void TypeKey(int code) {
 }
 
 void InsertScript(int index) {
-  InsertText(std::string(1, static_cast<char>(kFirstScriptCode + index)));
+  constexpr int kCodes = 3;  // of each script: begin, back, forward
+  constexpr int kForward = 2;
+  const auto code = static_cast<char>(kFirstScriptCode + index);
+  if (CursorMode < 0 && index % kCodes == 0 && !SelectedPart().Empty()) {
+    Surround(code, static_cast<char>(code + kForward));
+    ShowCursor();
+  } else {
+    InsertText(std::string(1, code));
+  }
   if (Picture1) Picture1->Focus();
 }
 
 void InsertText(const std::string& text) {
   if (CursorMode >= 0) return;
+  EraseSelected();
   PendingRun.insert(Caret(), text);
   CleanRun();
   ShowRun();
@@ -353,13 +488,15 @@ void ChooseFont(std::int16_t font) {
   if (PendingRun.empty()) {
     BaseFont = font;
     CheckFontMenu(font);
+  } else if (!SelectedPart().Empty()) {
+    SetSelectedIn(font);
   } else if (CurrentFont != font) {
     const std::size_t at = Caret();
     PendingRun.insert(at, 1, SwitchTo(font));
     // What stands behind the caret keeps its typeface.
     if (at + 1 < PendingRun.size() && !IsSwitch(PendingRun[at + 1])) {
       PendingRun.insert(at + 1, 1, SwitchTo(CurrentFont));
-      ++CaretFromEnd;
+      PutCaret(CaretFromEnd + 1);
     }
   }
   CurrentFont = font;
@@ -370,7 +507,7 @@ void ChooseFont(std::int16_t font) {
 
 void ControlCodeBoxChanged() {
   TakeRunFromBox();
-  CaretFromEnd = 0;
+  PutCaret(0);
   ShowFontAtCaret();
   ShowCursor();
 }
@@ -440,7 +577,7 @@ void RetypeItem(std::uint64_t id, Point at) {
   }
   PendingRun = entry.text;
   const std::size_t caret = CaretAt(entry, at);
-  CaretFromEnd = PendingRun.size() - std::min(caret, PendingRun.size());
+  PutCaret(PendingRun.size() - std::min(caret, PendingRun.size()));
   CursorX = entry.x;
   CursorY = entry.y;
   BaseFont = entry.font;
@@ -491,6 +628,22 @@ void AddTextRun(bool ResetSelection) {
   PageText += LineOfEntry(EntryForRun()) + "\r\n";
 }
 
+float NextLine(float y) {
+  const double lines = std::floor((static_cast<double>(FontSize) + y + GridStepV) / GridStepV);
+  constexpr double kMost = std::numeric_limits<float>::max();
+  return static_cast<float>(std::min(lines * GridStepV, kMost));
+}
+
+std::string SelectedText() {
+  const auto [first, last] = SelectedPart();
+  return PendingRun.substr(first, last - first);
+}
+
+void SelectWholeRun() {
+  SelectPart(0, PendingRun.size());
+  ShowCursor();
+}
+
 RunEnds EndsOfRun() {
   const Point cursor{CursorX, CursorY};
   if (!RunIsOpen()) return {cursor, cursor, cursor};
@@ -505,7 +658,7 @@ bool GiveBackRun(std::string_view line) {
                     entry.anchor != 0 && PendingRun.empty();
   if (!fits) return false;
   PendingRun = entry.text;
-  CaretFromEnd = 0;
+  PutCaret(0);
   CursorX = entry.x;
   CursorY = entry.y;
   StayPlaced();
@@ -525,7 +678,7 @@ bool RunIsAsGivenBack() {
 
 void DropRun() {
   PendingRun.clear();
-  CaretFromEnd = 0;
+  PutCaret(0);
   GivenBack = {};
   ShowRun();
   ShowCursor();

@@ -29,11 +29,15 @@ bool RunIsOpen();
 
 // A key on the canvas, by character code.
 void TypeKey(int code);
-// Script button 0 to 11 puts code 240 + index into the run.
+// Script button 0 to 11 puts code 240 + index into the run. One that begins a script puts what is selected
+// into it.
 void InsertScript(int index);
-// Puts text into the run at the caret if a cursor point is placed (macros).
+// Puts text into the run at the caret, or in the place of what is selected, if a cursor point is placed.
 void InsertText(const std::string& text);
-// A typeface chosen from the Font Name menu.
+// The selected part of the run being typed, empty if there is none.
+std::string SelectedText();
+void SelectWholeRun();
+// A typeface chosen from the Font Name menu: for what is selected, else for what is typed next.
 void ChooseFont(std::int16_t font);
 // The person edited the control-code box.
 void ControlCodeBoxChanged();
@@ -47,12 +51,15 @@ void PlaceCursor(float x, float y);
 // where it is. False in modes 0, 10 and 11.
 bool StepCursor(int stepsX, int stepsY);
 
-// Turns the pending run into a text entry of the page, whether or not a point was placed for it. An empty run,
-// or a mode that is no anchor, changes nothing; a run too long for a page file stays, with a note. A run that
-// was committed makes the mode positive.
+// Turns the pending run into a text entry of the page, whether or not a point was placed for it. An empty
+// run, or a mode that is no anchor, changes nothing; a run too long for a page file stays, with a note. A run
+// that was committed makes the mode positive.
 void CommitPendingRun(bool ResetSelection);
 // The entry-building half of a commit: appends the run, which is not empty, to PageText.
 void AddTextRun(bool ResetSelection);
+
+// The y of the line below one at y, both in points, as Enter goes there.
+float NextLine(float y);
 
 // Where the run being typed begins and ends and where its caret is, on its baseline, points; all the cursor
 // point while none is open.
@@ -69,8 +76,8 @@ void RetypeItem(std::uint64_t id, Point at);
 bool Retyping();
 void GiveUpRetyping();
 
-// Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself is
-// no longer on the page. Only in its own anchor mode and while nothing is being typed.
+// Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself
+// is no longer on the page. Only in its own anchor mode and while nothing is being typed.
 bool GiveBackRun(std::string_view line);
 // Whether the open run is as it was given back.
 bool RunIsAsGivenBack();

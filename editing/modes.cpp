@@ -4,18 +4,22 @@
 
 #include "document/page_items.h"
 #include "editing/bezier.h"
+#include "editing/change_mark.h"
 #include "editing/keyboard.h"
 #include "editing/select_tool.h"
+#include "editing/shapes.h"
+#include "editing/shaping.h"
 #include "typography/renderer.h"
 
 namespace kelvane {
 
+std::function<void(Painter&, const View&)> PaintFinds;
+
 namespace {
 
-void Change(std::int16_t mode) {
+void Complete() {
   if (RunIsOpen()) CommitPendingRun(true);
   FinishDrawing();
-  TakeMode(mode);
 }
 
 }  // namespace
@@ -24,15 +28,25 @@ void ResetModes() {
   std::fill(std::begin(Tools), std::end(Tools), &TypingTool());
   Tools[0] = &SelectTool();
   Tools[kBezierMode] = &DrawingTool();
-  Tools[kLastMode] = nullptr;
+  Tools[kShapingMode] = &ShapingTool();
 }
 
 void ChooseAnchor(std::int16_t mode) {
-  Change(mode);
+  Complete();
+  TakeMode(mode);
 }
 
-void ChooseBezier() {
-  Change(kBezierMode);
+void ChooseShape(Shape shape) {
+  Complete();
+  DrawnShape = shape;
+  Tools[kBezierMode] = &DrawingTool();
+  TakeMode(kBezierMode);
+}
+
+void ShapeDrawing(std::uint64_t id) {
+  Complete();
+  TakeToShape(id);
+  TakeMode(kShapingMode);
 }
 
 void FinishEditing() {
@@ -53,13 +67,17 @@ void TakeMode(std::int16_t mode) {
 
 void PaintOverlay(Painter& painter, const View& view) {
   ToolInForce().Paint(painter, view);
+  if (view.printed) return;
+  PaintChangeMark(painter, view);
+  if (PaintFinds) PaintFinds(painter, view);
 }
 
 void PaintLayer(Layer layer, const Box& area) {
-  const View view = CurrentView();
+  View view = CurrentView();
   if (layer == Layer::Page) {
     PaintPage(*Picture1, view, ItemsOfPage(), area);
   } else {
+    view.area = area;
     PaintOverlay(*Picture1, view);
   }
 }

@@ -6,7 +6,9 @@
 #include <vector>
 
 #include "document/numbers.h"
+#include "editing/handles.h"
 #include "editing/item_edits.h"
+#include "editing/properties.h"
 #include "typography/colours.h"
 #include "typography/item_boxes.h"
 #include "typography/metrics.h"
@@ -20,16 +22,16 @@ OpenItem OpenDrawing = nullptr;
 
 namespace {
 
-constexpr float kPickPixels = 4;        // a click this near to an item's ink picks it
-constexpr float kDragPixels = 3;        // a press that moves this far is a drag
-constexpr float kAttractPixels = 4;     // how far guides and neighbours attract what is moved
-constexpr float kMarkPixels = 2;        // between an item's ink and its mark
+constexpr float kPickPixels = 4;         // a click this near to an item's ink picks it
+constexpr float kDragPixels = 3;         // a press that moves this far is a drag
+constexpr float kAttractPixels = 4;      // how far guides and neighbours attract what is moved
+constexpr float kMarkPixels = 2;         // between an item's ink and its mark
 constexpr std::size_t kMostShown = 300;  // more items are marked and moved as one box
-constexpr float kFineStep = 0.1F;       // points
+constexpr float kFineStep = 0.1F;        // points
 
-enum class Doing { Nothing, Pressing, Boxing, Dragging };
+enum class Doing { Nothing, Pressing, Boxing, Dragging, Handling };
 Doing Now = Doing::Nothing;
-bool Sticky;        // a move that was started by its command: no button is held
+bool Sticky;  // a move that was started by its command: no button is held
 Point PressedAt;
 Point PointerAt;
 std::uint64_t Pressed;  // the item under the press, 0 for none
@@ -45,8 +47,8 @@ std::uint64_t Clicked;
 // Of the items being moved.
 float DX;
 float DY;
-Point Reference;            // point that snaps to the grid
-Box Moved;                  // their box before
+Point Reference;  // point that snaps to the grid
+Box Moved;        // their box before
 float MovedBaseline;
 std::vector<float> LinesX;  // what attracts: guides, edges and middles of neighbours
 std::vector<float> LinesY;
@@ -166,7 +168,8 @@ void BeginMoving() {
 }
 
 // The line nearest to one of some places, if it attracts; `shift` takes the place there.
-bool Attract(const std::vector<float>& lines, std::initializer_list<float> places, float& shift, float& line) {
+bool Attract(const std::vector<float>& lines, std::initializer_list<float> places, float& shift,
+             float& line) {
   float best = Pixels(kAttractPixels);
   bool found = false;
   for (const float place : places) {
@@ -242,17 +245,6 @@ void Open(std::uint64_t id, Point at) {
   if (!isText && OpenDrawing) OpenDrawing(id, at);
 }
 
-void OpenSelected() {
-  const SelectedItems selected = Selection();
-  if (selected.Count() != 1) return;
-  constexpr float kFarRight = 1e9F;  // the caret at the end of the run
-  if (!selected.texts.empty()) {
-    Open(selected.texts.front()->id, {kFarRight, selected.texts.front()->entry.y});
-  } else {
-    Open(selected.drawings.front()->id, selected.drawings.front()->drawing.points.front());
-  }
-}
-
 bool Nudge(int code) {
   const int key = code & ~(kWithShift | kWithControl);
   const int x = key == kKeyRight ? 1 : key == kKeyLeft ? -1 : 0;
@@ -283,27 +275,44 @@ Box ShiftedBox(const Box& box, float dx, float dy) {
   return {box.left + dx, box.top + dy, box.right + dx, box.bottom + dy};
 }
 
+// The items as `change` makes them.
+template <typename Change>
+void PaintChanged(Painter& painter, const View& view, const SelectedItems& selected, Change change) {
+  for (const DrawingItem* item : selected.drawings) {
+    Drawing drawing = item->drawing;
+    change(drawing);
+    PaintDrawing(painter, view, drawing);
+  }
+  for (const TextItem* item : selected.texts) {
+    TextEntry entry = item->entry;
+    change(entry);
+    PaintEntry(painter, view, entry);
+  }
+}
+
+void ShiftByDrag(Drawing& drawing) {
+  MapDrawing(drawing, [](Point point) { return Point{point.x + DX, point.y + DY}; });
+}
+void ShiftByDrag(TextEntry& entry) {
+  entry.x += DX;
+  entry.y += DY;
+}
+
 void PaintMoving(Painter& painter, const View& view, const SelectedItems& selected) {
   if (selected.Count() > kMostShown) {
     Outline(painter, Around(ShiftedBox(Moved, DX, DY)), PaletteColour(kBlue));
   } else {
-    for (const DrawingItem* item : selected.drawings) {
-      Drawing drawing = item->drawing;
-      MapDrawing(drawing, [](Point point) { return Point{point.x + DX, point.y + DY}; });
-      PaintDrawing(painter, view, drawing);
-    }
-    for (const TextItem* item : selected.texts) {
-      TextEntry entry = item->entry;
-      entry.x += DX;
-      entry.y += DY;
-      PaintEntry(painter, view, entry);
-    }
+    PaintChanged(painter, view, selected, [](auto& item) { ShiftByDrag(item); });
   }
   const Pen thin{PaletteColour(kMagenta), 1, true};
-  if (IsAttractedX)
-    painter.DrawLine({AttractedX, view.area.top}, {AttractedX, view.area.bottom}, thin);
-  if (IsAttractedY)
-    painter.DrawLine({view.area.left, AttractedY}, {view.area.right, AttractedY}, thin);
+  if (IsAttractedX) painter.DrawLine({AttractedX, view.area.top}, {AttractedX, view.area.bottom}, thin);
+  if (IsAttractedY) painter.DrawLine({view.area.left, AttractedY}, {view.area.right, AttractedY}, thin);
+}
+
+void PaintHandling(Painter& painter, const View& view, const SelectedItems& selected) {
+  PaintFrame(painter);
+  if (selected.Count() <= kMostShown)
+    PaintChanged(painter, view, selected, [](auto& item) { ChangeByHandle(item); });
 }
 
 void PaintMarks(Painter& painter, const SelectedItems& selected) {
@@ -330,6 +339,20 @@ std::string Rounded(float points) {
   return FormatSingle(std::round(points * 100) / 100);
 }
 
+// Handles are marks, which the printed view lacks.
+Handle ShownHandleAt(Point at) {
+  return PrintView ? Handle::None : HandleAt(at);
+}
+
+// The pointer tells what a press would do.
+void ShowShape(Point at) {
+  if (!Picture1) return;
+  const Handle handle = ShownHandleAt(at);
+  Picture1->SetPointerShape(handle != Handle::None ? ShapeOf(handle)
+                            : Hovered != 0         ? PointerShape::Move
+                                                   : PointerShape::Arrow);
+}
+
 class Selecting : public Tool {
  public:
   void Press(const Pointer& pointer) override {
@@ -337,6 +360,11 @@ class Selecting : public Tool {
     PressedAt = PointerAt = pointer.at;
     WithShift = pointer.shift;
     Copying = pointer.control;
+    if (const Handle handle = ShownHandleAt(pointer.at); handle != Handle::None) {
+      TakeHandle(handle, pointer.at);
+      Now = Doing::Handling;
+      return;
+    }
     const std::vector<std::uint64_t> ids = ItemsAt(pointer.at);
     if (pointer.clicks == 2 && !ids.empty()) {
       EndDoing();
@@ -366,12 +394,14 @@ class Selecting : public Tool {
         Hovered = next;
         ShowCursor();
       }
+      ShowShape(pointer.at);
       return;
     }
     if (Now == Doing::Pressing && !Near(pointer.at, PressedAt, kDragPixels)) {
       Pressed == 0 ? static_cast<void>(Now = Doing::Boxing) : BeginMoving();
     }
     if (Now == Doing::Dragging) MoveTo(pointer);
+    if (Now == Doing::Handling) DragHandle(pointer);
     ShowCursor();
   }
 
@@ -382,11 +412,21 @@ class Selecting : public Tool {
       SelectInBox();
     } else if (Now == Doing::Dragging) {
       PutDown();
+    } else if (Now == Doing::Handling) {
+      EndDoing();
+      ReleaseHandle();
     } else if (Now == Doing::Pressing) {
       EndDoing();
       if (Pressed == 0 && !WithShift) ClearMarkedBox();
       if (Pressed != 0 && PressedSelected) Click();
     }
+    ShowShape(pointer.at);
+    ShowCursor();
+  }
+
+  // Gives up what the left button does.
+  void RightClick() override {
+    EndDoing();
     ShowCursor();
   }
 
@@ -397,14 +437,19 @@ class Selecting : public Tool {
   }
 
   void Paint(Painter& painter, const View& view) const override {
-    if (view.printed && Now != Doing::Dragging) return;
+    if (view.printed && Now != Doing::Dragging && Now != Doing::Handling) return;
     const SelectedItems selected = Selection();
+    if (Now == Doing::Handling) {
+      PaintHandling(painter, view, selected);
+      return;
+    }
     if (Now == Doing::Dragging) {
       PaintMoving(painter, view, selected);
       return;
     }
     PaintHovered(painter);
     PaintMarks(painter, selected);
+    if (Now == Doing::Nothing) PaintHandles(painter);
     if (Now == Doing::Boxing) Outline(painter, Between(PressedAt, PointerAt), PaletteColour(kBlue));
   }
 
@@ -413,6 +458,7 @@ class Selecting : public Tool {
   }
 
   std::string Hint() const override {
+    if (Now == Doing::Handling) return HandleHint();
     if (Now == Doing::Dragging && ShowDistance)
       return "dx " + Rounded(DX) + ", dy " + Rounded(DY) + ", " + Rounded(std::hypot(DX, DY)) + " pt";
     if (!AnythingSelected()) return "Click an item to select it, or choose an anchor at the left to type";
@@ -459,6 +505,34 @@ void ResetSelectTool() {
 Tool& SelectTool() {
   static Selecting tool;
   return tool;
+}
+
+bool CanOpenSelected() {
+  const Properties& selected = SelectedProperties();
+  if (selected.Count() != 1) return false;
+  return selected.texts == 1 ? OpenText != nullptr : OpenDrawing != nullptr;
+}
+
+void OpenSelected() {
+  const SelectedItems selected = Selection();
+  if (selected.Count() != 1) return;
+  constexpr float kFarRight = 1e9F;  // the caret at the end of the run
+  if (!selected.texts.empty()) {
+    Open(selected.texts.front()->id, {kFarRight, selected.texts.front()->entry.y});
+  } else {
+    Open(selected.drawings.front()->id, selected.drawings.front()->drawing.points.front());
+  }
+}
+
+bool SelectUnder(Point at) {
+  const std::vector<std::uint64_t> ids = ItemsAt(at);
+  if (std::ranges::any_of(ids, IsSelected)) return true;
+  if (ids.empty()) {
+    return AnythingSelected() && DistanceTo(Box{MarkedLeft, MarkedBottom, MarkedRight, MarkedTop}, at) == 0;
+  }
+  Select({ids.front()});
+  ShowCursor();
+  return true;
 }
 
 void StartMove() {

@@ -16,6 +16,7 @@ float MarkedTop;
 namespace {
 
 std::unordered_set<std::uint64_t> Ids;
+std::uint64_t Revision = 1;
 
 void TakeBox(const Box& box) {
   MarkedLeft = box.left;
@@ -34,7 +35,12 @@ void Enclose(Box& all, const Box& box, bool first) {
 
 void ClearMarkedBox() {
   Ids.clear();
+  ++Revision;
   TakeBox({});
+}
+
+std::uint64_t SelectionRevision() {
+  return Revision;
 }
 
 SelectedItems Selection() {
@@ -91,6 +97,7 @@ Box BoxOf(const SelectedItems& items) {
 }
 
 void FollowPage() {
+  ++Revision;
   if (Ids.empty()) return TakeBox({});
   const SelectedItems selected = Selection();
   Ids.clear();

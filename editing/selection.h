@@ -10,8 +10,8 @@
 
 namespace kelvane {
 
-// The marked box: that of the selection's ink in points, all 0 while nothing is selected. Bottom is the lesser
-// y.
+// The marked box: that of the selection's ink in points, all 0 while nothing is selected. Bottom is the
+// lesser y.
 extern float MarkedLeft;
 extern float MarkedBottom;
 extern float MarkedRight;
@@ -37,6 +37,9 @@ void SelectAll();
 
 // The box around the ink of items, points; all 0 for none.
 Box BoxOf(const SelectedItems& items);
+
+// Another number whenever the selection or a selected item may have changed.
+std::uint64_t SelectionRevision();
 
 // Brings the marked box up to date after an edit, and forgets items that are gone.
 void FollowPage();

@@ -4,6 +4,7 @@
 
 #include "document/lines.h"
 #include "editing/bezier.h"
+#include "editing/change_mark.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
@@ -23,22 +24,24 @@ bool CompleteRun() {
 
 // The line of a step that did nothing but add one.
 std::string_view AddedLine(const StepTaken& step) {
-  std::string_view lines = step.linesAfter;
-  if (!step.linesBefore.empty() || lines.empty()) return {};
+  std::string_view lines = step.added;
+  if (lines.empty()) return {};
   const std::string_view line = TakeLine(lines);
   return lines.empty() ? line : std::string_view{};
 }
 
 // Steps through the text take the cursor along while it stands where the person last chose to type.
 bool MovesCursor(const StepTaken& step) {
-  return step.linesBefore != step.linesAfter && step.place == PlaceChosen();
+  return step.changesText && step.place == PlaceChosen();
+}
+
+StepTaken StepAndShow(StepTaken (*take)()) {
+  const StepTaken step = take();
+  if (step.area) MarkChange(*step.area);
+  return step;
 }
 
 }  // namespace
-
-void ResetUndo() {
-  ResetEdits();
-}
 
 std::string UndoLabel() {
   if (RunIsOpen()) return "typing";
@@ -54,14 +57,14 @@ void Undo() {
   if (RunIsOpen() && RunIsAsGivenBack()) {
     DropRun();  // Redo brings it back; what is undone is the edit before it
   } else if (RunIsOpen()) {
-    if (CompleteRun()) StepBack();
+    if (CompleteRun()) StepAndShow(StepBack);
     return;
   }
   if (PathIsOpen()) {
-    if (FinishDrawing()) StepBack();
+    if (FinishDrawing()) StepAndShow(StepBack);
     return;
   }
-  const StepTaken step = StepBack();
+  const StepTaken step = StepAndShow(StepBack);
   ShowCursor();
   if (!step.taken || !MovesCursor(step)) return;
   if (step.label == "typing" && GiveBackRun(AddedLine(step))) return;
@@ -80,7 +83,7 @@ void Redo() {
     }
   }
   FinishDrawing();
-  const StepTaken step = StepForward();
+  const StepTaken step = StepAndShow(StepForward);
   ShowCursor();
   if (!step.taken || !MovesCursor(step)) return;
   CursorX = step.cursorAfter.x;

@@ -1,6 +1,8 @@
 #include "papers/paper_commands.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <map>
 #include <string_view>
 #include <utility>
 
@@ -9,8 +11,9 @@
 #include "document/numbers.h"
 #include "document/page.h"
 #include "document/paper.h"
+#include "editing/edit.h"
 #include "editing/modes.h"
-#include "editing/undo.h"
+#include "editing/notes.h"
 #include "papers/seen_file.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -21,11 +24,30 @@ namespace kelvane {
 
 Window* Form1 = nullptr;
 TextBox* PageBox = nullptr;
+Label* PageCountLabel = nullptr;
 
 namespace {
 
 // The file of the page in memory. Without a path nothing is known of it.
 SeenFile Seen;
+// The files of the paper's other pages as they were when the pages were left, by number.
+std::map<int, SeenFile> LeftFiles;
+
+// The paper whose pages were counted, and the last one.
+std::string CountedPaper;
+int LastPage = 0;
+
+int Shown = 0;  // see PagesShown
+
+std::string NameOfPaper() {
+  return PageFileName(CurrentPaperFile, 0);
+}
+
+void CountPages() {
+  CountedPaper = NameOfPaper();
+  LastPage = CurrentPaperFile.empty() ? 0 : kLastPage;
+  while (LastPage > 0 && !TheFiles->Exists(PageFileName(CurrentPaperFile, LastPage))) --LastPage;
+}
 
 void ShowPaper() {
   ShowPaperState();
@@ -97,6 +119,7 @@ bool WriteInto(const std::string& paperFile, const std::string& chosen, PageOrde
   CurrentPaperFile = file;
   Seen = SeenWith(file, content);
   PageChanged = 0;
+  if (CountedPaper == NameOfPaper()) LastPage = std::max<int>(LastPage, CurrentPageNumber);
   ShowPaper();
   return true;
 }
@@ -120,17 +143,33 @@ bool OfferToSavePage(bool warnOfNoName) {
   return WriteCurrentPage(PageOrder::ByPosition);
 }
 
-// Takes a page into memory as page `number`.
-void ShowOtherPage(LoadedPage loaded, int number) {
+// Takes a page into memory as page `number`, in the place of the one that is there.
+void TakePage(LoadedPage loaded, int number) {
+  ++Shown;
   ClearPage();
   ThePage = std::move(loaded.page);
   Seen = std::move(loaded.seen);
-  PageChanged = 0;
   CurrentPaperFile = Seen.path;
   CurrentPageNumber = static_cast<std::int16_t>(number);
+  const auto left = LeftFiles.find(number);
+  TakeUpEdits(number, left != LeftFiles.end() && left->second == Seen);
+  PageChanged = 0;
   ShowPaper();
-  ResetUndo();
   ShowTopOfPage();
+}
+
+void ShowOtherPage(LoadedPage loaded, int number) {
+  KeepEdits(CurrentPageNumber);
+  LeftFiles[CurrentPageNumber] = Seen;
+  TakePage(std::move(loaded), number);
+}
+
+void ShowOtherPaper(LoadedPage loaded) {
+  LeftFiles.clear();
+  ResetEdits();
+  CountedPaper.clear();
+  LastPage = 0;
+  TakePage(std::move(loaded), 1);
 }
 
 // Gives the paper a name, which writes the page, if it has none. Going from page to page needs one.
@@ -194,7 +233,7 @@ bool OpenChosen(const std::string& chosen) {
     return false;
   }
   if (chosen.find('\\') != std::string::npos) PaperFolder = FolderOf(chosen) + "\\";
-  ShowOtherPage(std::move(loaded), 1);
+  ShowOtherPaper(std::move(loaded));
   return true;
 }
 
@@ -202,6 +241,9 @@ bool OpenChosen(const std::string& chosen) {
 
 void ResetPaperCommands() {
   Seen = {};
+  LeftFiles.clear();
+  CountedPaper.clear();
+  LastPage = 0;
 }
 
 bool SavePaper() {
@@ -217,7 +259,7 @@ bool SavePaperAs() {
 bool NewPaper() {
   FinishEditing();
   if (!OfferToSavePage(false)) return false;
-  ShowOtherPage({}, 1);
+  ShowOtherPaper({});
   return true;
 }
 
@@ -252,7 +294,9 @@ bool PageUp() {
 bool PageDown() {
   FinishEditing();
   if (CurrentPageNumber == kLastPage) return StayAtTheEnd(true, "Page 999 is the last page of a paper.");
-  return TurnToPage(CurrentPageNumber + 1);
+  if (!TurnToPage(CurrentPageNumber + 1)) return false;
+  if (!Seen.there) ShowNote("Page " + std::to_string(CurrentPageNumber) + " is new");
+  return true;
 }
 
 bool GoToPage(int number) {
@@ -260,6 +304,42 @@ bool GoToPage(int number) {
   if (number < 1 || number > kLastPage || number == CurrentPageNumber) return false;
   FinishEditing();
   return TurnToPage(number);
+}
+
+int LastPageOfPaper() {
+  if (CountedPaper != NameOfPaper()) CountPages();
+  return LastPage;
+}
+
+int PagesShown() {
+  return Shown;
+}
+
+bool StorePageOfPaper() {
+  FinishEditing();
+  if (!NamePaper()) return false;
+  const std::string paper = NameOfPaper();
+  return StoreBeforeTurning(false) && NameOfPaper() == paper;  // not if it went to another paper
+}
+
+void ShowPageOfPaper(int number) {
+  if (number == CurrentPageNumber) return;
+  ShowOtherPage(LoadPageOrEmpty(PageFileName(CurrentPaperFile, number)), number);
+}
+
+void RenumberPages(const std::function<int(int)>& numberOf) {
+  std::map<int, SeenFile> renumbered;
+  for (auto& [number, seen] : LeftFiles) {
+    SeenFile& moved = renumbered[numberOf(number)] = std::move(seen);
+    moved.path = PageFileName(CurrentPaperFile, numberOf(number));
+  }
+  LeftFiles = std::move(renumbered);
+  ++Shown;
+  RenumberEdits(numberOf);
+  CurrentPageNumber = static_cast<std::int16_t>(numberOf(CurrentPageNumber));
+  CurrentPaperFile = Seen.path = PageFileName(CurrentPaperFile, CurrentPageNumber);
+  CountPages();
+  ShowPaper();
 }
 
 bool OfferToSave() {
@@ -286,6 +366,8 @@ void ShowPaperState() {
 
 void ShowPageNumber() {
   if (PageBox) PageBox->SetText(std::to_string(CurrentPageNumber));
+  if (PageCountLabel)
+    PageCountLabel->SetText("of " + std::to_string(std::max<int>(LastPageOfPaper(), CurrentPageNumber)));
 }
 
 }  // namespace kelvane

@@ -6,6 +6,7 @@
 // Failure when a file cannot be read or written; page, name and number are then as they were. All return
 // false if the person gave the command up, with the same left as it was.
 
+#include <functional>
 #include <string>
 
 #include "platform/controls.h"
@@ -15,6 +16,7 @@ namespace kelvane {
 // The window whose title names the paper, and the box that shows the page number.
 extern Window* Form1;
 extern TextBox* PageBox;
+extern Label* PageCountLabel;  // "of 3", beside it
 
 inline constexpr char kProgramTitle[] = "Kelvane ver 1.7";
 inline constexpr char kPageFilter[] = "*.001|*.001";
@@ -36,6 +38,20 @@ bool PageDown();
 // Goes to a page as "Pg Up" and "Pg Dn" do, in one step. False for the current page and for a number that no
 // page has, too.
 bool GoToPage(int number);
+
+// The highest number among the paper's pages that have files; 0 for none.
+int LastPageOfPaper();
+
+// Counts up whenever a page comes into memory or pages get other numbers.
+int PagesShown();
+
+// What the commands that change the row of pages begin with: completes what is half typed, gives the paper a
+// name and has the page stored in its file.
+bool StorePageOfPaper();
+// Shows a page of the paper, as its file holds it, once the one in memory is stored. Nothing is asked.
+void ShowPageOfPaper(int number);
+// Page files have other names now: page `n` is page `numberOf(n)`, with all that is known of it.
+void RenumberPages(const std::function<int(int)>& numberOf);
 
 // Asks whether to save a changed page that is not empty, and saves it.
 bool OfferToSave();

@@ -75,6 +75,15 @@ struct ScreenFace {
 
 enum class Layer { Page, Overlay };
 
+// What the pointer says that a press would do.
+enum class PointerShape {
+  Arrow,
+  Move,
+  ResizeFalling,  // along the diagonal from top left to bottom right
+  ResizeRising,   // along the other one
+  Turn,
+};
+
 enum class MouseButton { Left, Middle, Right };
 
 struct MouseEvent {
@@ -164,8 +173,13 @@ class Canvas : public Painter {
   // marked point. SetPointerIcon returns false and shows the arrow if the file cannot be loaded.
   virtual void SetPointerArrow() = 0;
   virtual bool SetPointerIcon(const std::string& path) = 0;
+  // The system's pointer of that shape.
+  virtual void SetPointerShape(PointerShape shape) = 0;
 
   virtual void Focus() = 0;
+
+  // What readers of the screen call the canvas, and its tool tip.
+  virtual void SetName(const std::string& accessibleName, const std::string& toolTip) = 0;
 
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;

@@ -7,6 +7,7 @@
 // windows are twips, 15 to a logical pixel. Texts are 8-bit.
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -146,6 +147,9 @@ class Window {
   virtual bool Visible() const = 0;
 
   virtual Menu* AddMenu(const std::string& caption) = 0;
+  // A menu that is not in the menu bar; its keys do nothing. ShowPopup opens it at a pixel of a canvas.
+  virtual Menu* AddPopup() = 0;
+  virtual void ShowPopup(Menu* popup, Canvas* canvas, float pixelX, float pixelY) = 0;
   virtual Canvas* AddCanvas() = 0;
   virtual void SetCanvasPlace(Canvas* canvas, const Place& place) = 0;
   virtual Label* AddLabel(const std::string& text) = 0;
@@ -190,6 +194,7 @@ class Timer {
  public:
   virtual ~Timer() = default;
   virtual void Start(int milliseconds) = 0;
+  virtual void Stop() = 0;
   std::function<void()> OnTick;
 };
 
@@ -210,6 +215,11 @@ class Dialogs {
   // mnemonics. Enter takes the one numbered `onEnter`; Escape and closing the box take `onEscape`.
   virtual int Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
                      int onEscape) = 0;
+  // A text that the person enters, `value` at first; nothing if they cancelled. What `check` refuses keeps
+  // the box open, with the reason it gave; empty accepts.
+  virtual std::optional<std::string> AskText(const std::string& title, const std::string& label,
+                                             const std::string& value,
+                                             const std::function<std::string(const std::string&)>& check) = 0;
   // The chosen path in backslash form, empty if the person cancelled. `start` is where the dialog starts: a
   // folder, or a file that Enter then takes; empty for the current folder. `accept` is on the button that
   // takes the choice. ChooseToSave asks itself before it returns an existing file.

@@ -15,6 +15,7 @@
 #include "platform/files.h"
 #include "platform/handlers.h"
 #include "tests/support/editor_test.h"
+#include "typography/metrics.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
@@ -186,6 +187,9 @@ TEST_F(FileFailuresTest, SavingAGlyph) {
         EXPECT_EQ(CharacterDefs[65 - kFirstGlyph][0], "0 0 moveto 65 0 rlineto st");
         EXPECT_EQ(TypefaceTable[12].Widths[65], TestWidth(12, 65));
         EXPECT_TRUE(lastingFailure || files.contents == stored);
+        // A program that was stopped there starts again.
+        EXPECT_NO_THROW(LoadCharacterDefs());
+        EXPECT_NO_THROW(LoadWidthTables());
       });
 }
 

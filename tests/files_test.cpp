@@ -226,13 +226,14 @@ TEST_F(FilesOnDisk, WhatCannotBeReplacedIsWrittenInPlace) {
 }
 
 TEST_F(FilesOnDisk, AWriterThatIsKilledLeavesNothing) {
-  if (fork() == 0) {
+  const pid_t writer = fork();
+  if (writer == 0) {
     const Files::Handle handle = DiskFiles().Create(Path("a.~001"), Path("a.001"));
     DiskFiles().Write(handle, "half");
     _exit(0);
   }
   int status = 0;
-  ASSERT_GT(wait(&status), 0);
+  ASSERT_EQ(waitpid(writer, &status, 0), writer);
   ExpectOldFileAlone();
 }
 

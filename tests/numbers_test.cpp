@@ -55,6 +55,14 @@ TEST(Numbers, ReadsWhatIsNoNumberOrTooSmallAsZero) {
   EXPECT_FALSE(std::signbit(ReadSingle("-0")));
 }
 
+TEST(Numbers, TellsNumbersFromOtherTexts) {
+  EXPECT_EQ(NumberOf(" 12.5 "), 12.5F);
+  EXPECT_EQ(NumberOf("+3"), 3.0F);
+  EXPECT_EQ(NumberOf("-.5"), -0.5F);
+  for (const char* text : {"", " ", "12x", "1 2", "1,5", "+-3", "+", "nan", "inf", "1e99"})
+    EXPECT_EQ(NumberOf(text), std::nullopt) << text;
+}
+
 TEST(Numbers, StaysInRange) {
   for (const std::string& text : {std::string(60, '9'), std::string("1e39"), std::string("0.001e60"),
                                   std::string("2E9223372036854775807")})

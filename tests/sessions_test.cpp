@@ -30,20 +30,15 @@ struct Line {
   Strings block;
 };
 
-const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},
-                                                {"Ctrl+Enter", kKeyCtrlEnter},
-                                                {"Backspace", kKeyBackspace},
-                                                {"Escape", kKeyEscape},
-                                                {"Left", kKeyLeft},
-                                                {"Up", kKeyUp},
-                                                {"Right", kKeyRight},
-                                                {"Down", kKeyDown},
-                                                {"Home", kKeyHome},
-                                                {"End", kKeyEnd},
-                                                {"Delete", kKeyDelete},
-                                                {"Ctrl+Left", kKeyWordLeft},
-                                                {"Ctrl+Right", kKeyWordRight},
-                                                {"Ctrl+Backspace", kKeyWordBackspace}};
+const std::map<std::string, int> kCanvasKeys = {
+    {"Enter", kKeyEnter},         {"Ctrl+Enter", kKeyCtrlEnter},
+    {"Backspace", kKeyBackspace}, {"Escape", kKeyEscape},
+    {"Left", kKeyLeft},           {"Up", kKeyUp},
+    {"Right", kKeyRight},         {"Down", kKeyDown},
+    {"Home", kKeyHome},           {"End", kKeyEnd},
+    {"Delete", kKeyDelete},       {"Ctrl+Backspace", kKeyWordBackspace}};
+
+constexpr const char* kPointerShapes[] = {"arrow", "move", "falling", "rising", "turn"};
 
 // A script's text as bytes, and bytes as a script shows them.
 std::string Bytes(const std::string& shown) {
@@ -81,7 +76,7 @@ std::string Lines(const std::string& content) {
 class Session : public EditorTest {
  public:
   explicit Session(const std::string& scriptFile) : script(scriptFile) {
-    for (const char* name : {"tplt", "left", "btlt", "bot", "btrt", "right", "tprt", "top", "mid", "point"})
+    for (const char* name : {"tplt", "left", "btlt", "bot", "btrt", "right", "tprt", "top", "mid", "point", "cross"})
       files.contents["\\Kelvane\\PVQ" + std::string(name) + ".ICO"] = "an icon";
   }
 
@@ -173,13 +168,35 @@ class Session : public EditorTest {
     ADD_FAILURE() << "No menu entry " << path;
   }
 
+  // The entries of the open popup that can be chosen, without those of menus below it.
+  std::string Popup() {
+    Strings captions;
+    if (!Main().popup) return {};
+    for (const auto& entry : Main().popup->entries)
+      if (entry->enabled) captions.push_back(Caption(*entry));
+    return Joined(captions, " | ");
+  }
+  void ChooseFromPopup(const std::string& caption) {
+    std::vector<FakeMenuEntry*> all;
+    if (Main().popup) Main().popup->Collect(all);
+    for (FakeMenuEntry* entry : all)
+      if (Caption(*entry) == caption) return entry->Choose();
+    ADD_FAILURE() << "No such entry of the popup";
+  }
+
   // A key of the page or of the window, once or so many times, or "in" a box.
   void Key(const std::string& key) {
-    const auto code = kCanvasKeys.find(key);
     const std::string how = Word();
+    auto code = kCanvasKeys.find(key);
+    int held = 0;
+    if (code == kCanvasKeys.end()) {
+      code = kCanvasKeys.find(key.substr(key.rfind('+') + 1));
+      if (key.find("Shift+") != std::string::npos) held |= kWithShift;
+      if (key.find("Ctrl+") != std::string::npos) held |= kWithControl;
+    }
     if (how == "in") return key == "Enter" ? Box(Text()).PressEnter() : Box(Text()).PressEscape();
     for (int times = how.empty() ? 1 : std::stoi(how); times > 0; --times)
-      code != kCanvasKeys.end() ? canvas->Press(code->second) : Main().PressShortcut(key);
+      code != kCanvasKeys.end() ? canvas->Press(code->second | held) : Main().PressShortcut(key);
   }
 
   // At one or, behind commas, several points; keys are held "with" it.
@@ -234,6 +251,14 @@ class Session : public EditorTest {
     canvas->Wheel(event);
   }
 
+  // "text" or "items", as another program or another of these editors leaves it.
+  void FillClipboard(const std::string& kind) {
+    std::string content = Bytes(Text());
+    for (const std::string& line : block) content += Bytes(line) + "\r\n";
+    clipboard.items = kind == "items" ? content : "";
+    clipboard.text = kind == "text" ? content : "";
+  }
+
   void Answer(const std::string& word) {
     if (word == "yes") return dialogs.AnswerYes();
     if (word == "no") return dialogs.AnswerNo();
@@ -241,6 +266,7 @@ class Session : public EditorTest {
     if (word == "choice") return dialogs.AnswerChoice(std::stoi(Text()));
     if (word == "open") return dialogs.AnswerOpen(Text());
     if (word == "save") return dialogs.AnswerSave(Text());
+    if (word == "text") return Text().empty() ? dialogs.CancelText() : dialogs.AnswerText(Text());
     ADD_FAILURE() << "That is no answer";
   }
 
@@ -276,6 +302,7 @@ class Session : public EditorTest {
     if (word == "unreadable") return (void)files.unreadable.insert(rest);
     if (word == "fail") return rest == "all" ? files.FailAnyStep(1, true) : files.FailStep(FileStep::Create);
     if (word == "answer") return Answer(Word());
+    if (word == "clipboard") return FillClipboard(Word());
     if (word == "start") return Begin(rest);
     FakeWindow& main = Main();
     // The page.
@@ -295,6 +322,7 @@ class Session : public EditorTest {
     if (word == "draw") return main.ClickButton("Draw Bezier");
     if (word == "press") return Front().ClickButton(rest);
     if (word == "menu") return Choose(rest);
+    if (word == "popup") return ChooseFromPopup(rest);
     if (word == "font") return Choose("Format/Font Name/" + rest);
     if (word == "colour") return Choose("Format/Line Colour/" + rest);
     if (word == "thickness") return Choose("Format/Line Thickness/" + rest);
@@ -302,6 +330,10 @@ class Session : public EditorTest {
     if (word == "page") return Turn();
     if (word == "define") return Define(Word());
     if (word == "box") return Box("Control Codes").Type(Bytes(Text()));
+    if (word == "put") {
+      FakeTextBox& into = Box(Word());
+      return into.Type(Bytes(Text()));
+    }
     if (word == "size") return Box("Font Size").Type(Text());
     // The windows, time, and all of it again.
     if (word == "resize") return Resize(Number());
@@ -367,13 +399,17 @@ class Session : public EditorTest {
     if (subject == "cursor") return FormatSingle(CursorX) + ' ' + FormatSingle(CursorY);
     if (subject == "mode") return std::to_string(CursorMode);
     if (subject == "tool") return Tool();
+    if (subject == "pointer") return kPointerShapes[static_cast<std::size_t>(canvas->shape)];
+    if (subject == "popup") return Popup();
     if (subject == "box") return Shown(Text4->Text());
     if (subject == "label") return FontLabel->Text();
     if (subject == "status") return CursorLabel->Text();
     if (subject == "note") return NoteLabel->Text();
+    if (subject == "pages") return PageCountLabel->Text();
     if (subject == "title") return window->title;
     if (subject == "focus") return FocusedName();
     if (subject == "in") return Shown(Box(Word()).text);
+    if (subject == "clipboard") return ReplaceAll(Shown(clipboard.text), "\\x0D\\x0A", "\n");
     if (subject == "asked") return First(dialogs.asked);
     if (subject == "message") return First(dialogs.messages);
     if (subject == "menu") return StateOf(Word());

@@ -15,3 +15,5 @@ foreach(name IN LISTS names)
   endif()
   configure_file(${FROM}/${name} ${TO}/${name} COPYONLY)
 endforeach()
+# The font as it is shipped, from which the designer brings characters back.
+configure_file(${FROM}/MATH0.PSF ${TO}/MATH0.ORG COPYONLY)

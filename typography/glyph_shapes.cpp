@@ -98,8 +98,8 @@ class Interpreter {
   bool begun = false;  // whether the path stands at the current point
 };
 
-// The area that the parts of a path enclose, counters taken off, and the length of their lines. A part without
-// area runs to its end and back, and its two lines lie on each other. Curves count as eight chords.
+// The area that the parts of a path enclose, counters taken off, and the length of their lines. A part
+// without area runs to its end and back, and its two lines lie on each other. Curves count as eight chords.
 struct Extent {
   double area = 0;
   double length = 0;

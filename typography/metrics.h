@@ -74,6 +74,9 @@ RunPen WalkRun(std::string_view text, RunPen pen, float extraSpace, Character ch
   return pen;
 }
 
+// Anchors 1 to 3 lie at the left end of a run.
+inline constexpr int kLastLeftAnchor = 3;
+
 // The origin of a run of `width` points and size `size` whose `anchor` lies on `at`; y is the baseline. An
 // anchor outside 1 to 9 leaves the point.
 Point AlignAtAnchor(Point at, int anchor, float width, float size);

@@ -8,6 +8,7 @@
 #include "typography/curves.h"
 #include "typography/metrics.h"
 #include "typography/run_painter.h"
+#include "typography/typefaces.h"
 
 namespace kelvane {
 
@@ -52,13 +53,15 @@ void PaintGrid(Painter& painter, const View& view) {
   if (!view.grid || view.scale < 1) return;
   if (GridStepV >= kFirstHorizontalChoice) {
     const Pen pen = GridPen(2 * GridStepV, view.scale);
-    ForGrid(2 * GridStepV, PaperHeight, view.area.top, view.area.bottom,
-            [&](float y) { painter.DrawLine({0, y}, {PaperWidth, y}, pen); });
+    ForGrid(2 * GridStepV, PaperHeight, view.area.top, view.area.bottom, [&](float y) {
+      painter.DrawLine({0, y}, {PaperWidth, y}, pen);
+    });
   }
   if (GridStepH >= kFirstVerticalChoice) {
     const Pen pen = GridPen(2 * GridStepH, view.scale);
-    ForGrid(2 * GridStepH, PaperWidth, view.area.left, view.area.right,
-            [&](float x) { painter.DrawLine({x, 0}, {x, PaperHeight}, pen); });
+    ForGrid(2 * GridStepH, PaperWidth, view.area.left, view.area.right, [&](float x) {
+      painter.DrawLine({x, 0}, {x, PaperHeight}, pen);
+    });
   }
 }
 
@@ -144,6 +147,33 @@ Box BoundsOf(const TextEntry& entry) {
   const auto [x, y] = placed.origin;
   return {x + run.box.left + std::min(stretch, 0.0F) - reach, y + run.box.top - reach,
           x + run.box.right + std::max(stretch, 0.0F) + reach, y + run.box.bottom + reach};
+}
+
+Box CellsOf(const TextEntry& entry, std::size_t begin, std::size_t end) {
+  const PlacedRun placed = PlaceRun(entry);
+  RunPen pen;
+  pen.font = entry.font;
+  pen.size = entry.size;
+  pen.x = placed.origin.x;
+  pen.y = placed.origin.y;
+  Box box{pen.x, pen.y, pen.x, pen.y};
+  bool any = false;
+  for (std::size_t i = 0; i < end; ++i) {
+    const int code = static_cast<unsigned char>(entry.text[i]);
+    if (code >= kFirstSwitchCode) {
+      ApplyRunCode(pen, code);
+      continue;
+    }
+    const float left = pen.x;
+    pen.x += Advance(code, pen.font, pen.size) + (code == ' ' ? placed.extraSpace : 0);
+    if (i < begin) continue;
+    const Box cell{left, pen.y - 0.8F * pen.size, pen.x, pen.y + 0.2F * pen.size};
+    box = !any ? cell
+               : Box{std::min(box.left, cell.left), std::min(box.top, cell.top),
+                     std::max(box.right, cell.right), std::max(box.bottom, cell.bottom)};
+    any = true;
+  }
+  return box;
 }
 
 Box BoundsOf(const Drawing& drawing) {

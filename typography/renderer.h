@@ -2,6 +2,7 @@
 
 // The page renderer: paints the page from its items, on whatever painter it is given.
 
+#include <cstddef>
 #include <string_view>
 
 #include "document/page_items.h"
@@ -22,6 +23,10 @@ void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing);
 // The rectangle that surely holds all ink of an item, points.
 Box BoundsOf(const TextEntry& entry);
 Box BoundsOf(const Drawing& drawing);
+
+// The cells of the characters `begin` to `end` of an entry's text, 0.8 of their size above and 0.2 below
+// their baseline: where a mark round them goes. Points.
+Box CellsOf(const TextEntry& entry, std::size_t begin, std::size_t end);
 
 // Paints the page on the canvas at once; the overlay follows when the canvas is shown. A canvas of no size is
 // left alone.

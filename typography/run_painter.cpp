@@ -38,40 +38,40 @@ void RunPainter::PaintCharacter(int code, const RunPen& pen, ColourValue colour,
 }
 
 void RunPainter::HoldBack(int code, const RunPen& pen, ColourValue colour) {
-  if (pen.font != heldFont || pen.size != heldSize || colour != heldColour) Flush();
-  heldFont = pen.font;
-  heldSize = pen.size;
-  heldColour = colour;
-  heldCodes.push_back(static_cast<char>(code));
-  heldOrigins.push_back({pen.x, pen.y});
+  if (pen.font != heldFont_ || pen.size != heldSize_ || colour != heldColour_) Flush();
+  heldFont_ = pen.font;
+  heldSize_ = pen.size;
+  heldColour_ = colour;
+  heldCodes_.push_back(static_cast<char>(code));
+  heldOrigins_.push_back({pen.x, pen.y});
 }
 
 void RunPainter::Flush() {
-  if (!heldCodes.empty()) {
-    painter.DrawText(kTypefaceNames[heldFont].screen, heldSize * view.scale, heldCodes, heldOrigins,
-                     heldColour);
+  if (!heldCodes_.empty()) {
+    painter_.DrawText(kTypefaceNames[heldFont_].screen, heldSize_ * view_.scale, heldCodes_, heldOrigins_,
+                      heldColour_);
   }
-  heldCodes.clear();
-  heldOrigins.clear();
+  heldCodes_.clear();
+  heldOrigins_.clear();
 }
 
 void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   const GlyphShape* shape = ShapeOfGlyph(code, pen.font);
   if (!shape || shape->path.Empty()) return;
   const float unit = kGlyphUnit * pen.size;
-  path.steps = shape->path.steps;
-  path.points.clear();
+  path_.steps = shape->path.steps;
+  path_.points.clear();
   for (const Point& point : shape->path.points)
-    path.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
-  const float line = shape->lineWidth * unit * view.scale;
-  if (!view.printed) {
+    path_.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
+  const float line = shape->lineWidth * unit * view_.scale;
+  if (!view_.printed) {
     // On the screen glyphs are lines, as wide as gives them the ink of the print.
-    const float device = std::clamp(line * view.ratio, kLeastGlyphLine, kMostGlyphLine);
-    painter.StrokePath(path, {colour, device / view.ratio});
+    const float device = std::clamp(line * view_.ratio, kLeastGlyphLine, kMostGlyphLine);
+    painter_.StrokePath(path_, {colour, device / view_.ratio});
   } else if (shape->filled) {
-    painter.FillPath(path, colour);
+    painter_.FillPath(path_, colour);
   } else {
-    painter.StrokePath(path, {colour, line});
+    painter_.StrokePath(path_, {colour, line});
   }
 }
 
@@ -83,7 +83,7 @@ void RunPainter::PaintFrame(int code, const RunPen& pen, ColourValue colour) {
   box.MoveTo({pen.x, bottom});
   for (const Point corner : {Point{right, bottom}, {right, top}, {pen.x, top}, {pen.x, bottom}})
     box.LineTo(corner);
-  painter.StrokePath(box, {colour, 1});
+  painter_.StrokePath(box, {colour, 1});
 }
 
 }  // namespace kelvane

@@ -15,7 +15,7 @@ namespace kelvane {
 
 class RunPainter {
  public:
-  RunPainter(Painter& to, const View& shown) : painter(to), view(shown) {}
+  RunPainter(Painter& to, const View& shown) : painter_(to), view_(shown) {}
 
   struct Run {
     std::string_view text;
@@ -39,15 +39,15 @@ class RunPainter {
   void PaintGlyph(int code, const RunPen& pen, ColourValue colour);
   void PaintFrame(int code, const RunPen& pen, ColourValue colour);
 
-  Painter& painter;
-  const View& view;
+  Painter& painter_;
+  const View& view_;
 
-  std::int16_t heldFont = 0;
-  float heldSize = 0;
-  ColourValue heldColour = 0;
-  std::string heldCodes;
-  std::vector<Point> heldOrigins;
-  Path path;  // reused from glyph to glyph
+  std::int16_t heldFont_ = 0;
+  float heldSize_ = 0;
+  ColourValue heldColour_ = 0;
+  std::string heldCodes_;
+  std::vector<Point> heldOrigins_;
+  Path path_;  // reused from glyph to glyph
 };
 
 }  // namespace kelvane

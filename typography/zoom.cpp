@@ -111,8 +111,10 @@ void FitPage() {
 }
 
 void FitWidth() {
+  const float top = STARTY - 0.5F * CanvasHeight() / SCALE;
   STARTX = PaperWidth / 2;
-  ZoomTo(FittingScale(CanvasWidth(), PaperWidth));
+  SCALE = std::clamp(FittingScale(CanvasWidth(), PaperWidth), kLeastScale, kMostScale);
+  ScrollToTop(std::max(top, -kMarginPixels / SCALE));
 }
 
 }  // namespace kelvane

@@ -185,8 +185,20 @@ bool QtCanvas::SetPointerIcon(const std::string& path) {
   return pointer != nullptr;
 }
 
+void QtCanvas::SetPointerShape(PointerShape shape) {
+  static constexpr Qt::CursorShape kShapes[] = {Qt::ArrowCursor, Qt::SizeAllCursor, Qt::SizeFDiagCursor,
+                                                Qt::SizeBDiagCursor, Qt::OpenHandCursor};
+  const Qt::CursorShape wanted = kShapes[static_cast<std::size_t>(shape)];
+  if (cursor().shape() != wanted) setCursor(wanted);
+}
+
 void QtCanvas::Focus() {
   setFocus(Qt::OtherFocusReason);
+}
+
+void QtCanvas::SetName(const std::string& accessibleName, const std::string& toolTip) {
+  setAccessibleName(PlainText(accessibleName));
+  setToolTip(PlainText(toolTip).toHtmlEscaped());
 }
 
 void QtCanvas::Drawn() {
@@ -257,8 +269,7 @@ void QtCanvas::SendKey(int code) {
 
 void QtCanvas::keyPressEvent(QKeyEvent* event) {
   const bool control = event->modifiers() & Qt::ControlModifier;
-  const int held =
-      (control ? kWithControl : 0) | (event->modifiers() & Qt::ShiftModifier ? kWithShift : 0);
+  const int held = (control ? kWithControl : 0) | (event->modifiers() & Qt::ShiftModifier ? kWithShift : 0);
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -31,7 +31,9 @@ class QtCanvas final : public QWidget, public Canvas {
                 ColourValue colour) override;
   void SetPointerArrow() override;
   bool SetPointerIcon(const std::string& path) override;
+  void SetPointerShape(PointerShape shape) override;
   void Focus() override;
+  void SetName(const std::string& accessibleName, const std::string& toolTip) override;
 
   // Takes effect at once, shown or not.
   void SetPlace(const Place& place);

@@ -1,15 +1,18 @@
 #include "platform/qt/qt_dialogs.h"
 
 #include <QApplication>
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "platform/failure.h"
@@ -131,6 +134,37 @@ int QtDialogs::Choose(const std::string& text, const std::vector<std::string>& l
   Run(box, text);
   const auto pressed = static_cast<int>(buttons.indexOf(box.clickedButton()));
   return pressed < 0 ? onEscape : pressed;
+}
+
+std::optional<std::string> QtDialogs::AskText(const std::string& title, const std::string& label,
+                                              const std::string& value,
+                                              const std::function<std::string(const std::string&)>& check) {
+  const Asker asker;
+  QDialog dialog(asker.Window());
+  dialog.setWindowTitle(PlainText(title));
+  auto* const question = new QLabel(PlainText(label));
+  auto* const box = new QLineEdit(PlainText(value));
+  auto* const refusal = new QLabel;
+  for (QLabel* text : {question, refusal}) text->setTextFormat(Qt::PlainText);
+  question->setBuddy(box);
+  box->setAccessibleName(PlainText(label));
+  box->selectAll();
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  auto* const layout = new QVBoxLayout(&dialog);
+  for (QWidget* part : std::initializer_list<QWidget*>{question, box, refusal, buttons})
+    layout->addWidget(part);
+  const auto entered = [&] { return box->text().toUtf8().toStdString(); };
+  QObject::connect(box, &QLineEdit::textEdited, refusal, &QLabel::clear);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, [&] {
+    const std::string reason = check(entered());
+    if (reason.empty()) return dialog.accept();
+    refusal->setText(PlainText(reason));
+    box->setFocus();
+    box->selectAll();
+  });
+  if (dialog.exec() != QDialog::Accepted) return {};
+  return entered();
 }
 
 std::string QtDialogs::ChooseToOpen(const std::string& title, const std::string& filter,

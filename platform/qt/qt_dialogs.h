@@ -16,6 +16,9 @@ class QtDialogs final : public Dialogs {
   Answer AskBeforeLosing(const std::string& text) override;
   int Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
              int onEscape) override;
+  std::optional<std::string> AskText(const std::string& title, const std::string& label,
+                                     const std::string& value,
+                                     const std::function<std::string(const std::string&)>& check) override;
   std::string ChooseToOpen(const std::string& title, const std::string& filter, const std::string& start,
                            const std::string& accept = "Open") override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,

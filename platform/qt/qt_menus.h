@@ -43,6 +43,8 @@ class QtMenu final : public Menu {
   MenuEntry* AddEntry(const std::string& caption, const std::string& key) override;
   void AddSeparator() override;
 
+  void Popup(QPoint at) { menu_->popup(at); }
+
  private:
   QMenu* menu_;
   std::deque<QtMenu> menus_;

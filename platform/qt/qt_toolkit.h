@@ -16,6 +16,7 @@ class QtTimer final : public Timer {
  public:
   QtTimer();
   void Start(int milliseconds) override;
+  void Stop() override { timer_.stop(); }
 
  private:
   QTimer timer_;

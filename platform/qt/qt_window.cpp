@@ -219,6 +219,15 @@ Menu* QtWindow::AddMenu(const std::string& caption) {
   return &menus_.emplace_back(frame_->menuBar()->addMenu(PlainText(caption)));
 }
 
+Menu* QtWindow::AddPopup() {
+  return &menus_.emplace_back(new QMenu(frame_.get()));
+}
+
+void QtWindow::ShowPopup(Menu* popup, Canvas* canvas, float pixelX, float pixelY) {
+  const QPointF at = static_cast<QtCanvas*>(canvas)->mapToGlobal(QPointF(pixelX, pixelY));
+  static_cast<QtMenu*>(popup)->Popup(at.toPoint());
+}
+
 Canvas* QtWindow::AddCanvas() {
   auto* canvas = new QtCanvas(client_);
   canvas->OnLost = [this] {

@@ -35,6 +35,8 @@ class QtWindow final : public Window {
   void Hide() override;
   bool Visible() const override;
   Menu* AddMenu(const std::string& caption) override;
+  Menu* AddPopup() override;
+  void ShowPopup(Menu* popup, Canvas* canvas, float pixelX, float pixelY) override;
   Canvas* AddCanvas() override;
   void SetCanvasPlace(Canvas* canvas, const Place& place) override;
   Label* AddLabel(const std::string& text) override;

@@ -291,7 +291,7 @@ TEST_F(CanvasTest, MouseReportsLogicalPositions) {
   canvas->OnMouseDown = canvas->OnMouseUp = [&](const MouseEvent& event) { events.push_back(event); };
   Show();
   QTest::mouseClick(canvas, Qt::LeftButton, {}, QPoint(100, 30));
-  QTest::mouseClick(canvas, Qt::MiddleButton, {}, QPoint(0, 150));
+  QTest::mouseClick(canvas, Qt::MiddleButton, Qt::ShiftModifier, QPoint(0, 150));
   QTest::mouseClick(canvas, Qt::BackButton, {}, QPoint(0, 150));
   ASSERT_EQ(events.size(), 4u);
   EXPECT_FLOAT_EQ(events[0].x, 0);
@@ -300,6 +300,8 @@ TEST_F(CanvasTest, MouseReportsLogicalPositions) {
   EXPECT_EQ(events[1].button, MouseButton::Left);
   EXPECT_EQ(events[2].button, MouseButton::Middle);
   EXPECT_FLOAT_EQ(events[2].y, 400);
+  EXPECT_FALSE(events[0].shift);
+  EXPECT_TRUE(events[2].shift);
 }
 
 TEST_F(CanvasTest, LettersBeyondAnySizeLeaveNoInk) {

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -79,6 +80,30 @@ TEST(DialogsTest, AChoiceIsTheNumberOfItsButton) {
     Next<QMessageBox>([key = key](QMessageBox& box) { Press(box, key); });
     EXPECT_EQ(dialogs.Choose("The file was changed.", labels, 1, 2), number);
   }
+}
+
+TEST(DialogsTest, ARefusedTextKeepsItsBoxOpenWithTheReason) {
+  QtDialogs dialogs;
+  const auto ask = [&] {
+    return dialogs.AskText("Size", "Size in <b>points</b>:", "11",
+                           [](const std::string& text) { return text == "12" ? "" : "No size: " + text; });
+  };
+  Next<QDialog>([](QDialog& dialog) {
+    auto* box = dialog.findChild<QLineEdit*>();
+    EXPECT_EQ(box->selectedText(), QStringLiteral("11"));
+    QTest::keyClicks(box, QStringLiteral("x"));
+    Press(*box, Qt::Key_Return);
+    EXPECT_TRUE(dialog.isVisible());
+    const QList<QLabel*> labels = dialog.findChildren<QLabel*>();
+    EXPECT_EQ(labels.at(1)->text(), QStringLiteral("No size: x"));
+    QTest::keyClicks(box, QStringLiteral("12"));
+    EXPECT_EQ(labels.at(1)->text(), QString());
+    Press(*box, Qt::Key_Return);
+    if (dialog.isVisible()) dialog.reject();
+  });
+  EXPECT_EQ(ask(), "12");
+  Next<QDialog>([](QDialog& dialog) { Press(dialog, Qt::Key_Escape); });
+  EXPECT_EQ(ask(), std::nullopt);
 }
 
 class FileDialogsTest : public ::testing::Test {

@@ -1,6 +1,7 @@
 // Windows and menus: who decides about check marks, closing, keys and places.
 
 #include <QAction>
+#include <QApplication>
 #include <QMenu>
 #include <QScreen>
 #include <QShortcut>
@@ -94,6 +95,29 @@ TEST_F(WindowTest, KeysWorkWhereverTheFocusIs) {
   box->Focus();
   press(TheOnly<QLineEdit>());
   EXPECT_EQ(keys, "up refresh up refresh ");
+}
+
+// The same key stands in the menu bar and in a popup, where it only shows.
+TEST_F(WindowTest, APopupOpensAtItsPixelAndLeavesTheKeysToTheMenuBar) {
+  int deleted = 0;
+  window->AddMenu("&Edit")->AddEntry("&Delete", "Del")->OnChosen = [&] { ++deleted; };
+  Menu* popup = window->AddPopup();
+  popup->AddEntry("&Delete", "Del")->OnChosen = [&] { deleted += 10; };
+  int opened = 0;
+  popup->OnOpen = [&] { ++opened; };
+  Canvas* canvas = window->AddCanvas();
+  window->SetCanvasPlace(canvas, {20, 30, 100, 100});
+  Show();
+  auto* page = static_cast<QtCanvas*>(canvas);
+  QTest::keyClick(page, Qt::Key_Delete);
+  EXPECT_EQ(deleted, 1);
+  window->ShowPopup(popup, canvas, 40, 50);
+  QWidget* menu = QApplication::activePopupWidget();
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->pos(), page->mapToGlobal(QPoint(40, 50)));
+  EXPECT_EQ(opened, 1);
+  QTest::keyClick(menu, Qt::Key_D);
+  EXPECT_EQ(deleted, 11);
 }
 
 TEST_F(WindowTest, PlaceIsKeptAndBroughtOntoAScreen) {

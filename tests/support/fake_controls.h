@@ -205,6 +205,8 @@ class FakeWindow : public Window {
   WindowPlace place{0, 0, 9600, 7200};
   bool visible = false;
   std::vector<std::unique_ptr<FakeMenu>> menus;
+  std::vector<std::unique_ptr<FakeMenu>> popups;
+  FakeMenu* popup = nullptr;  // the one that was opened last
   std::vector<std::unique_ptr<RecordingCanvas>> canvases;
   std::vector<std::unique_ptr<FakeLabel>> labels;  // those of the status line too
   std::vector<std::unique_ptr<FakeButton>> buttons;
@@ -241,6 +243,11 @@ class FakeWindow : public Window {
   void Hide() override { visible = false; }
   bool Visible() const override { return visible; }
   Menu* AddMenu(const std::string& caption) override { return Add(menus, caption); }
+  Menu* AddPopup() override { return Add(popups, std::string()); }
+  void ShowPopup(Menu* menu, Canvas*, float, float) override {
+    popup = static_cast<FakeMenu*>(menu);
+    popup->Open();
+  }
   Canvas* AddCanvas() override { return Add(canvases); }
   void SetCanvasPlace(Canvas* canvas, const Place& canvasPlace) override;
   Label* AddLabel(const std::string& text) override { return Add(labels, text); }
@@ -270,6 +277,7 @@ class FakeTimer : public Timer {
  public:
   int interval = 0;  // milliseconds; 0 until it is started
   void Start(int milliseconds) override { interval = milliseconds; }
+  void Stop() override { interval = 0; }
   // Lets one interval pass; nothing happens before it is started.
   void Tick() {
     if (interval > 0 && OnTick) OnTick();

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "app/startup.h"
+#include "designer/designer_window.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
@@ -31,13 +32,17 @@ void Empty(Handles&... handles) {
 void EmptyHandlesAndHooks() {
   Form1 = Form7 = nullptr;
   Picture1 = DesignerCanvas = nullptr;
-  FontLabel = CursorLabel = NoteLabel = nullptr;
+  FontLabel = CursorLabel = NoteLabel = PageCountLabel = nullptr;
   PageBox = Text1 = Text4 = Form7_Text1 = Form7_Text2 = nullptr;
-  Command6 = nullptr;
+  ShapingButton = nullptr;
+  DesignerWindow = nullptr;
+  DesignerSide = nullptr;
+  DesignerBackground = nullptr;
   Form7 = nullptr;
   Form7_Text1 = Form7_Text2 = nullptr;
-  Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons);
+  Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons, ShapeButtons);
   PageEdited = ViewMoved = nullptr;
+  PaintFinds = nullptr;
   FocusedControl = nullptr;
 }
 
@@ -70,6 +75,7 @@ ProgramTest::ProgramTest() {
   TheFiles = &files;
   TheDialogs = &dialogs;
   TheToolkit = &toolkit;
+  TheClipboard = &clipboard;
   ProgramFolder = "\\Kelvane\\";
   StateFolder = "\\State\\";
   toolkit.NewWindow(true);
@@ -85,6 +91,7 @@ ProgramTest::~ProgramTest() {
   TheFiles = &DiskFiles();
   TheDialogs = nullptr;
   TheToolkit = nullptr;
+  TheClipboard = nullptr;
 }
 
 void ProgramTest::TearDown() {

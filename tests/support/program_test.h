@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/failure.h"
+#include "tests/support/fake_clipboard.h"
 #include "tests/support/fake_controls.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recording_canvas.h"
@@ -45,6 +46,7 @@ class ProgramTest : public ::testing::Test {
   MemoryFiles files;
   ScriptedDialogs dialogs;
   FakeToolkit toolkit;
+  FakeClipboard clipboard;
   // The window behind Form1, and the canvas behind Picture1, until a test builds the real main window.
   FakeWindow* window = nullptr;
   RecordingCanvas* canvas = nullptr;

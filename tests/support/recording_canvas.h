@@ -18,7 +18,10 @@ class RecordingCanvas : public Canvas {
   // "left top width height" of the last SetCoordinates.
   std::string coordinates;
   // Path of the icon in use, empty for the arrow.
+  std::string name;
+  std::string toolTip;
   std::string pointer;
+  PointerShape shape = PointerShape::Arrow;
   // Keys held while the mouse does something.
   bool shift = false;
   bool control = false;
@@ -69,9 +72,17 @@ class RecordingCanvas : public Canvas {
   void FillPath(const Path& path, ColourValue colour) override;
   void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
                 ColourValue colour) override;
-  void SetPointerArrow() override { pointer.clear(); }
+  void SetPointerArrow() override {
+    pointer.clear();
+    shape = PointerShape::Arrow;
+  }
+  void SetPointerShape(PointerShape newShape) override { shape = newShape; }
   bool SetPointerIcon(const std::string& path) override;
   void Focus() override;
+  void SetName(const std::string& accessibleName, const std::string& canvasToolTip) override {
+    name = accessibleName;
+    toolTip = canvasToolTip;
+  }
 
  private:
   static std::size_t Index(Layer layer) { return layer == Layer::Page ? 0 : 1; }

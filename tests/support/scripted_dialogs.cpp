@@ -25,6 +25,17 @@ int ScriptedDialogs::Choose(const std::string& text, const std::vector<std::stri
   return index < 0 ? onEscape : index;
 }
 
+std::optional<std::string> ScriptedDialogs::AskText(
+    const std::string& title, const std::string& label, const std::string& value,
+    const std::function<std::string(const std::string&)>& check) {
+  for (std::string what = title + ": " + label + " " + value;;) {
+    const Reply reply = Next(Kind::Text, what);
+    if (reply.answer == Answer::No) return {};
+    what = check(reply.path);
+    if (what.empty()) return reply.path;
+  }
+}
+
 std::string ScriptedDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
                                           const std::string& folder, const std::string& accept) {
   const std::string button = accept == "Open" ? "" : ", " + accept;

@@ -15,7 +15,8 @@ class ScriptedDialogs : public Dialogs {
   // Texts of the messages shown, in order.
   std::vector<std::string> messages;
   // What was asked: "<text> [Yes]" with the button that Enter takes, "Open: <title>, <filter>, <folder>" with
-  // the caption of its button behind that unless it is "Open", "Save: ..." likewise.
+  // the caption of its button behind that unless it is "Open", "Save: ..." likewise, "<title>: <label>
+  // <value>" and behind it why an answer was refused.
   std::vector<std::string> asked;
 
   // The answers to come, in the order in which they are needed.
@@ -27,6 +28,9 @@ class ScriptedDialogs : public Dialogs {
   void AnswerOpen(const std::string& path) { script.push_back({Kind::Open, Answer::No, path}); }
   void AnswerSave(const std::string& path) { script.push_back({Kind::Save, Answer::No, path}); }
 
+  void AnswerText(const std::string& text) { script.push_back({Kind::Text, Answer::Yes, text}); }
+  void CancelText() { script.push_back({Kind::Text, Answer::No, {}}); }
+
   // True when every answer was needed. The fixture expects it at the end of each test.
   bool AllAnswered() const { return script.empty(); }
 
@@ -35,13 +39,16 @@ class ScriptedDialogs : public Dialogs {
   Answer AskBeforeLosing(const std::string& text) override;
   int Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
              int onEscape) override;
+  std::optional<std::string> AskText(const std::string& title, const std::string& label,
+                                     const std::string& value,
+                                     const std::function<std::string(const std::string&)>& check) override;
   std::string ChooseToOpen(const std::string& title, const std::string& filter, const std::string& folder,
                            const std::string& accept = "Open") override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,
                            const std::string& folder) override;
 
  private:
-  enum class Kind { Question, Choice, Open, Save };
+  enum class Kind { Question, Choice, Text, Open, Save };
   struct Reply {
     Kind kind;
     Answer answer;

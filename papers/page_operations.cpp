@@ -1,0 +1,272 @@
+#include "papers/page_operations.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "document/fields.h"
+#include "document/paper.h"
+#include "editing/edit.h"
+#include "papers/paper_commands.h"
+#include "platform/controls.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+
+namespace kelvane {
+
+namespace {
+
+enum class Kind { Insert, Remove, Move };
+
+struct Operation {
+  Kind kind = Kind::Insert;
+  int page = 0;  // that is inserted, removed or moved
+  int to = 0;    // where it is moved; which page is shown when it is removed, 0 for the one in its place
+  // What its file holds when it is inserted, or held when it was inserted before; none for no file.
+  std::optional<std::string> content = {};
+  int keptAs = 0;  // the number by which the steps of a page that was removed are kept
+  std::string label = {};
+  int edits = 0;  // EditsMade at its end
+};
+
+// Numbers that no page can have, for what is known of pages that were removed.
+constexpr int kFirstKept = 2000;
+
+std::vector<Operation> Done;
+std::vector<Operation> Undone;
+std::string PaperOfThem;
+int Kept = kFirstKept;
+
+std::string FileOf(int page) {
+  return PageFileName(CurrentPaperFile, page);
+}
+
+std::optional<std::string> ContentOfFile(int page) {
+  return TheFiles->Exists(FileOf(page)) ? std::optional(TheFiles->ReadWhole(FileOf(page))) : std::nullopt;
+}
+
+// A page that is new and has no file yet is the last one all the same.
+int LastNumber() {
+  return std::max<int>(LastPageOfPaper(), CurrentPageNumber);
+}
+
+// Pages that take other numbers, one after the other; each number is free when it is taken.
+using Renamings = std::vector<std::pair<int, int>>;
+
+void RenameFile(int from, int to) {
+  if (!TheFiles->Exists(FileOf(from))) return;
+  if (TheFiles->Exists(FileOf(to)))
+    throw Failure("Cannot rename " + MachinePath(FileOf(from)) + ": there is " + MachinePath(FileOf(to)) +
+                  ".");
+  TheFiles->Rename(FileOf(from), FileOf(to));
+}
+
+void FollowRenamings(const Renamings& renamings) {
+  RenumberPages([&renamings](int number) {
+    for (const auto& [from, to] : renamings)
+      if (number == from) number = to;
+    return number;
+  });
+}
+
+void RenamePages(const Renamings& renamings) {
+  Renamings done;
+  try {
+    for (const auto& [from, to] : renamings) {
+      RenameFile(from, to);
+      done.emplace_back(from, to);
+    }
+  } catch (const Failure& failure) {
+    const std::string reason = failure.what();
+    try {
+      for (; !done.empty(); done.pop_back()) RenameFile(done.back().second, done.back().first);
+    } catch (const Failure&) {
+      // Where the pages are now is what counts, and the first failure is the one to hear of.
+      FollowRenamings(done);
+      throw Failure(reason + "\nSome pages of the paper have other numbers now; all of them are there.");
+    }
+    throw Failure(reason + "\nThe pages are as they were.");
+  }
+  FollowRenamings(renamings);
+}
+
+Renamings MakingRoom(int page) {
+  Renamings renamings;
+  for (int number = LastNumber(); number >= page; --number) renamings.emplace_back(number, number + 1);
+  return renamings;
+}
+
+// Takes a page out by way of the first number behind the paper, and closes or shifts the gap up to `to`.
+Renamings Taking(int page, int to) {
+  Renamings renamings = {{page, LastNumber() + 1}};
+  const int step = to > page ? 1 : -1;
+  for (int number = page; number != to; number += step) renamings.emplace_back(number + step, number);
+  return renamings;
+}
+
+Operation Insert(const Operation& operation) {
+  const int page = operation.page;
+  if (std::max(page, LastNumber() + (page <= LastNumber() ? 1 : 0)) > kLastPage)
+    throw Failure("There is no room for another page: a paper has 999 at most.");
+  const int shown = CurrentPageNumber;
+  const Renamings room = MakingRoom(page);
+  RenamePages(room);
+  if (operation.content) {
+    try {
+      WriteFileSafely(FileOf(page), *operation.content);
+    } catch (const Failure&) {  // no gap where no page came
+      Renamings back;
+      for (const auto& [from, to] : room) back.insert(back.begin(), {to, from});
+      RenamePages(back);
+      throw;
+    }
+  }
+  RenumberPages([&operation](int number) { return number == operation.keptAs ? operation.page : number; });
+  ShowPageOfPaper(page);
+  return {Kind::Remove, page, shown, operation.content};
+}
+
+Operation Remove(const Operation& operation) {
+  const int page = operation.page;
+  const int last = LastNumber();
+  Operation inverse = {Kind::Insert, page, 0, ContentOfFile(page), ++Kept};
+  RenamePages(Taking(page, last));
+  ShowPageOfPaper(std::clamp(operation.to > 0 ? operation.to : page, 1, std::max(last - 1, 1)));
+  // Only now that all others are in their places. If it fails, the page is the last one of the paper.
+  if (inverse.content) TheFiles->Remove(FileOf(last + 1));
+  RenumberPages([&](int number) { return number == last + 1 ? inverse.keptAs : number; });
+  return inverse;
+}
+
+Operation Move(const Operation& operation) {
+  Renamings renamings = Taking(operation.page, operation.to);
+  renamings.emplace_back(renamings.front().second, operation.to);
+  RenamePages(renamings);
+  ShowPageOfPaper(operation.to);
+  return {Kind::Move, operation.to, operation.page};
+}
+
+// Does it and returns what takes it back.
+Operation Perform(const Operation& operation) {
+  Operation inverse = operation.kind == Kind::Insert   ? Insert(operation)
+                      : operation.kind == Kind::Remove ? Remove(operation)
+                                                       : Move(operation);
+  inverse.label = operation.label;
+  inverse.edits = EditsMade();
+  return inverse;
+}
+
+bool OfThisPaper() {
+  return !PaperOfThem.empty() && PaperOfThem == FileOf(0);
+}
+
+// To be called with the current page stored.
+bool Do(const Operation& operation) {
+  Operation inverse = Perform(operation);
+  if (!OfThisPaper()) Done.clear();
+  PaperOfThem = FileOf(0);
+  Undone.clear();
+  Done.push_back(std::move(inverse));
+  return true;
+}
+
+bool InsertEmptyPage(int page) {
+  return Do({.kind = Kind::Insert, .page = page, .label = "insert page"});
+}
+
+bool Exchange(int step) {
+  if (!StorePageOfPaper()) return false;
+  return Do(
+      {.kind = Kind::Move, .page = CurrentPageNumber, .to = CurrentPageNumber + step, .label = "move page"});
+}
+
+PageStep Top(const std::vector<Operation>& steps) {
+  if (!OfThisPaper() || steps.empty()) return {};
+  return {steps.back().label, steps.back().edits == EditsMade()};
+}
+
+bool Step(std::vector<Operation>& from, std::vector<Operation>& to) {
+  if (Top(from).label.empty() || !StorePageOfPaper()) return false;
+  const Operation& operation = from.back();
+  if (operation.kind == Kind::Remove && ContentOfFile(operation.page) != operation.content &&
+      !TheDialogs->Ask("Page " + std::to_string(operation.page) +
+                           " has changed since it was inserted. Take it away all the same?",
+                       false)) {
+    return false;
+  }
+  Operation inverse = Perform(operation);
+  from.pop_back();
+  to.push_back(std::move(inverse));
+  return true;
+}
+
+}  // namespace
+
+void ResetPageOperations() {
+  Done.clear();
+  Undone.clear();
+  PaperOfThem.clear();
+}
+
+bool InsertPageBefore() {
+  return StorePageOfPaper() && InsertEmptyPage(CurrentPageNumber);
+}
+
+bool InsertPageAfter() {
+  return StorePageOfPaper() && InsertEmptyPage(CurrentPageNumber + 1);
+}
+
+bool DuplicatePage() {
+  if (!StorePageOfPaper()) return false;
+  return Do({.kind = Kind::Insert,
+             .page = CurrentPageNumber + 1,
+             .content = ContentOfFile(CurrentPageNumber),
+             .label = "duplicate page"});
+}
+
+bool DeletePage() {
+  if (!StorePageOfPaper()) return false;
+  const std::string number = std::to_string(CurrentPageNumber);
+  const std::string content = ContentOfFile(CurrentPageNumber).value_or("");
+  if (!content.empty() && !TheDialogs->Ask("Delete page " + number + " of " + FileTitleOf(CurrentPaperFile) +
+                                               "?\r\nUndo brings it back as long as the paper is open.",
+                                           false)) {
+    return false;
+  }
+  return Do({.kind = Kind::Remove, .page = CurrentPageNumber, .label = "delete page " + number});
+}
+
+bool MovePageEarlier() {
+  return Exchange(-1);
+}
+
+bool MovePageLater() {
+  return Exchange(1);
+}
+
+bool CanMovePageEarlier() {
+  return CurrentPageNumber > 1;
+}
+
+bool CanMovePageLater() {
+  return CurrentPageNumber < LastPageOfPaper();
+}
+
+PageStep PageStepBack() {
+  return Top(Done);
+}
+
+PageStep PageStepForward() {
+  return Top(Undone);
+}
+
+bool UndoPageOperation() {
+  return Step(Done, Undone);
+}
+
+bool RedoPageOperation() {
+  return Step(Undone, Done);
+}
+
+}  // namespace kelvane

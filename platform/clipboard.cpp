@@ -1,0 +1,7 @@
+#include "platform/clipboard.h"
+
+namespace kelvane {
+
+Clipboard* TheClipboard = nullptr;
+
+}  // namespace kelvane

@@ -1,0 +1,17 @@
+#pragma once
+
+// The desktop's clipboard through Qt.
+
+#include "platform/clipboard.h"
+
+namespace kelvane {
+
+class QtClipboard final : public Clipboard {
+ public:
+  void Put(const std::string& items, const std::string& text) override;
+  std::string Items() const override;
+  std::string Text() const override;
+  std::string CodesOf(const std::string& utf8, std::string& untypable) const override;
+};
+
+}  // namespace kelvane
