@@ -57,15 +57,20 @@ std::string ReadList(const char* name, const std::string& help, std::string (*ma
   return make(help);
 }
 
-// Tells of a list that does not fit the text: it is never made anew while it is there.
-void CheckList(const char* name, const std::vector<HelpEntry>& entries, std::size_t expected) {
-  const bool stale = entries.size() != expected || std::ranges::any_of(entries, [](const HelpEntry& entry) {
-                       HelpPlace place;
-                       return !FindEntry(Book, entry, place) || place.page != entry.page;
-                     });
-  if (stale)
-    ListFaults +=
-        std::string(name) + " is not that of this help text. Delete it and start the program again. ";
+// Whether a list is of another text: it is never made anew while it is there.
+bool IsStale(const std::vector<HelpEntry>& entries, std::size_t expected) {
+  return entries.size() != expected || std::ranges::any_of(entries, [](const HelpEntry& entry) {
+           HelpPlace place;
+           return !FindEntry(Book, entry, place) || place.page != entry.page;
+         });
+}
+
+void CheckLists(const std::string& help) {
+  const bool contents = IsStale(Contents, ReadHelpContents(ContentsOfHelp(help)).size());
+  const bool index = IsStale(Index, ReadHelpIndex(IndexOfHelp(help)).size());
+  if (!contents && !index) return;
+  const std::string names = contents && index ? "QRX.HCT and QRX.HIX" : contents ? "QRX.HCT" : "QRX.HIX";
+  ListFaults += "Of another help text: " + names + ". Delete that and start the program again. ";
 }
 
 void FilterIndex() {
@@ -102,8 +107,7 @@ void ReadBook() {
   const std::string index = ReadList("QRX.HIX", help, IndexOfHelp);
   Contents = ReadHelpContents(contents);
   Index = ReadHelpIndex(index);
-  CheckList("QRX.HCT", Contents, ReadHelpContents(ContentsOfHelp(help)).size());
-  CheckList("QRX.HIX", Index, ReadHelpIndex(IndexOfHelp(help)).size());
+  CheckLists(help);
   ShowLists();
 }
 

@@ -139,7 +139,7 @@ TEST_F(HelpWindowTest, SaysThatTheListsAreOfAnotherText) {
       "Roots" + std::string(80, ' ') + "<#3>\r\nGone" + std::string(80, ' ') + "<#400>\r\n";
   Open();
   EXPECT_EQ(HelpParts.note->Text(),
-            "QRX.HIX is not that of this help text. Delete it and start the program again. ");
+            "Of another help text: QRX.HIX. Delete that and start the program again. ");
   Index().Click("Roots");
   EXPECT_EQ(AtTop(), "Roots") << "where it is now";
   Index().Click("Gone");

@@ -103,6 +103,7 @@ QtTextArea::QtTextArea(QWidget* parent, const std::string& accessibleName)
 void QtTextArea::SetText(const std::string& text) {
   const QSignalBlocker silent(widget_);
   widget_->setPlainText(PlainText(text));
+  widget_->moveCursor(QTextCursor::End);
 }
 
 std::string QtTextArea::Text() const {
