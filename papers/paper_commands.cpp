@@ -158,6 +158,7 @@ void TakePage(LoadedPage loaded, int number) {
   PageChanged = 0;
   ShowPaper();
   ShowTopOfPage();
+  ShowCursor();
 }
 
 void ShowOtherPage(LoadedPage loaded, int number) {
