@@ -26,6 +26,8 @@ void RedrawPage();
 // The same before the canvas is next shown: all of the page, or an area of it in points.
 void ShowPage();
 void ShowPage(const Box& area);
+// The same after the view was moved and nothing else changed.
+void ScrollPage();
 
 // The origin of a run of `width` points and size `size` whose `anchor` lies on `at`; y is the baseline. An
 // anchor outside 1 to 9 leaves the point.

@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/qt/coverage.h"
+
 namespace kelvane {
 
 class QtFace;
@@ -41,15 +43,28 @@ class GlyphImages {
   const GlyphImage& At(QtFace& face, unsigned char code, int stepX, int stepY);
 
  private:
-  using Positions = std::array<GlyphImage, std::size_t{kSteps} * kSteps>;
+  struct Glyph {
+    Shape outline;
+    std::array<GlyphImage, std::size_t{kSteps} * kSteps> images;
+  };
+
+  void Make(GlyphImage& image, const Shape& outline, FixedPoint shift);
 
   double em_;
   std::size_t bytes_;
-  std::array<std::unique_ptr<Positions>, 256> images_;
+  std::array<std::unique_ptr<Glyph>, 256> glyphs_;
 };
 
-// Blends a glyph's image into a 32-bit image, RGB32 or premultiplied; (x, y) is the pixel of its origin.
-// Parts outside the clip, which lies within the target, are left out.
+// The outline of a code at an em in pixels, its origin at (0, 0).
+Shape OutlineOf(QtFace& face, unsigned char code, double em);
+
+// Blends `colour` into a row of pixels, RGB32 or premultiplied, as far as each is covered.
+void BlendRow(QRgb* pixels, const uchar* coverage, int count, QRgb colour);
+// The same, pixel by pixel: what the other one does for machines without vectors and for the last few.
+void BlendRowPlainly(QRgb* pixels, const uchar* coverage, int count, QRgb colour);
+
+// Blends a glyph's image into a 32-bit image; (x, y) is the pixel of its origin. Parts outside the clip, which
+// lies within the target, are left out.
 void BlendGlyph(QImage& target, const QRect& clip, int x, int y, const GlyphImage& glyph, QRgb colour);
 
 }  // namespace kelvane
