@@ -33,8 +33,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr int kMacroInterval = 200;  // milliseconds
-
 // A macro file or a settings file that is there and cannot be read must not keep the person from the editor.
 void ReadOrReport(void (*read)()) {
   try {
@@ -51,12 +49,6 @@ void ConnectSubjects() {
 void ShowChoices() {
   SetCanvasPointer(CursorMode);
   ShowFontLabel(CurrentFont, FontSize);
-}
-
-void StartMacroTimer() {
-  Timer* timer = TheToolkit->NewTimer();
-  timer->OnTick = RefreshMacros;
-  timer->Start(kMacroInterval);
 }
 
 void LoadProgramFiles() {
@@ -109,7 +101,6 @@ bool StartUp(const std::string& executableFolder) {
   BuildForm7();
   ShowPageNumber();
   ShowChoices();
-  StartMacroTimer();
   return true;
 }
 

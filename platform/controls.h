@@ -165,6 +165,7 @@ class Timer {
  public:
   virtual ~Timer() = default;
   virtual void Start(int milliseconds) = 0;
+  virtual void Stop() = 0;
   std::function<void()> OnTick;
 };
 

@@ -59,13 +59,15 @@ void PaintGrid(Painter& painter, const View& view, const Box& area) {
   const float reach = 1 / view.scale;  // of a line, points
   if (GridStepV >= kFirstHorizontalChoice) {
     const Pen pen = GridPen(2 * GridStepV, view.scale);
-    ForGrid(2 * GridStepV, PaperHeight, area.top - reach, area.bottom + reach,
-            [&](float y) { painter.DrawLine({0, y}, {PaperWidth, y}, pen); });
+    ForGrid(2 * GridStepV, PaperHeight, area.top - reach, area.bottom + reach, [&](float y) {
+      painter.DrawLine({0, y}, {PaperWidth, y}, pen);
+    });
   }
   if (GridStepH >= kFirstVerticalChoice) {
     const Pen pen = GridPen(2 * GridStepH, view.scale);
-    ForGrid(2 * GridStepH, PaperWidth, area.left - reach, area.right + reach,
-            [&](float x) { painter.DrawLine({x, 0}, {x, PaperHeight}, pen); });
+    ForGrid(2 * GridStepH, PaperWidth, area.left - reach, area.right + reach, [&](float x) {
+      painter.DrawLine({x, 0}, {x, PaperHeight}, pen);
+    });
   }
 }
 

@@ -54,9 +54,9 @@ void Shape::CurveTo(FixedPoint control1, FixedPoint control2, FixedPoint to) {
   const FixedPoint from = points_.back();
   const double x1 = control1.x - from.x, x2 = control2.x - from.x, x3 = to.x - from.x;
   const double y1 = control1.y - from.y, y2 = control2.y - from.y, y3 = to.y - from.y;
-  const double bend = std::sqrt(std::max((x2 - 2 * x1) * (x2 - 2 * x1) + (y2 - 2 * y1) * (y2 - 2 * y1),
-                                         (x3 - 2 * x2 + x1) * (x3 - 2 * x2 + x1) +
-                                             (y3 - 2 * y2 + y1) * (y3 - 2 * y2 + y1)));
+  const double bend =
+      std::sqrt(std::max((x2 - 2 * x1) * (x2 - 2 * x1) + (y2 - 2 * y1) * (y2 - 2 * y1),
+                         (x3 - 2 * x2 + x1) * (x3 - 2 * x2 + x1) + (y3 - 2 * y2 + y1) * (y3 - 2 * y2 + y1)));
   const int lines =
       std::clamp(static_cast<int>(std::ceil(std::sqrt(0.75 * bend / kFlatness))), 1, kMostCurveLines);
   for (int i = 1; i < lines; ++i) {
@@ -98,7 +98,8 @@ double Dot(Vector a, Vector b) {
 }
 
 FixedPoint Beside(FixedPoint point, Vector by) {
-  return {point.x + static_cast<int>(std::floor(by.x + 0.5)), point.y + static_cast<int>(std::floor(by.y + 0.5))};
+  return {point.x + static_cast<int>(std::floor(by.x + 0.5)),
+          point.y + static_cast<int>(std::floor(by.y + 0.5))};
 }
 
 // Walks along one side of a line and round its end, then back along the other and round its start.
@@ -161,7 +162,8 @@ class Stroker {
     Emit(point, before);
     if (Cross(before, after) > 0 || cosine < -kAlmostBack) {
       Vector normal = Turned(before);
-      for (int i = 1; i < capSteps_ && Cross(normal, after) > 0; ++i, normal = Turned(normal)) Emit(point, normal);
+      for (int i = 1; i < capSteps_ && Cross(normal, after) > 0; ++i, normal = Turned(normal))
+        Emit(point, normal);
     } else {
       Emit(point, {});  // the inner side, within what is covered anyway
     }
@@ -231,7 +233,8 @@ void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
     AddStretch(first, from.x, to.x, to.y - from.y, sign);
     return;
   }
-  // Where the edge crosses into the next row, from its own ends whatever the band is; from row to row by sums.
+  // Where the edge crosses into the next row, from its own ends whatever the band is; from row to row by
+  // sums.
   const std::int64_t dx = to.x - from.x, dy = to.y - from.y;
   const std::int64_t rowStep = FloorDivide(dx * kPixel, dy), rowRest = dx * kPixel - rowStep * dy;
   const int start = std::max(first * kPixel, from.y);
@@ -296,14 +299,15 @@ void Coverage::Add(int row, int column, int inside, int height) {
   Row& touched = rows_[static_cast<std::size_t>(row - bandTop_)];
   if (column >= box_.width()) {
     // Beyond the clip; up to there what was covered stays covered.
-    touched.last = box_.width() - 1;
+    touched.last = std::max(touched.last, box_.width() - 1);
     return;
   }
   if (column < 0) {
     column = 0;
     inside = 0;
   }
-  std::int32_t* const rise = rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * (box_.width() + 1) + column;
+  std::int32_t* const rise =
+      rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * (box_.width() + 1) + column;
   rise[0] += height * (2 * kPixel - inside);
   rise[1] += height * inside;
   touched.first = std::min(touched.first, column);

@@ -1,8 +1,8 @@
 #pragma once
 
-// How much of each pixel a shape covers, exactly, in whole numbers: a shape that is moved by whole pixels, or of
-// which only a part is asked for, covers its pixels by the very same amounts. So a picture that was scrolled,
-// or painted in part, equals one that was painted whole.
+// How much of each pixel a shape covers, exactly, in whole numbers: a shape that is moved by whole pixels, or
+// of which only a part is asked for, covers its pixels by the very same amounts. So a picture that was
+// scrolled, or painted in part, equals one that was painted whole.
 
 #include <QPoint>
 #include <QRect>
@@ -20,7 +20,8 @@ struct FixedPoint {
   int y = 0;
   bool operator==(const FixedPoint&) const = default;
 };
-// The point nearest to a place in device pixels, counted from a pixel; one that is absurdly far away comes nearer.
+// The point nearest to a place in device pixels, counted from a pixel; one that is absurdly far away comes
+// nearer.
 FixedPoint ToFixed(double x, double y, QPoint origin = {});
 
 // Parts of straight lines, each begun by MoveTo. As an area each part is joined to its start.
@@ -58,7 +59,8 @@ class Coverage {
       AddBand(shape, shift, top);
       for (std::size_t row = 0; row < rows_.size(); ++row) {
         const int count = SumRow(row);
-        if (count > 0) take(top + static_cast<int>(row), box_.left() + rows_[row].first, coverage_.data(), count);
+        if (count > 0)
+          take(top + static_cast<int>(row), box_.left() + rows_[row].first, coverage_.data(), count);
       }
     }
   }
@@ -76,7 +78,7 @@ class Coverage {
   void Add(int row, int column, int inside, int height);
   int SumRow(std::size_t row);
 
-  QRect box_;        // what of the shape's bounds lies in the clip
+  QRect box_;  // what of the shape's bounds lies in the clip
   int bandRows_ = 0;
   int bandTop_ = 0;
   int bandBottom_ = 0;

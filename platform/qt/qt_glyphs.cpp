@@ -26,16 +26,43 @@ QRgb Blend(QRgb under, QRgb over, unsigned coverage) {
 __m128i BlendFour(__m128i under, __m128i over, __m128i coverage) {
   const __m128i all = _mm_set1_epi16(255), half = _mm_set1_epi16(128);
   const auto mix = [&](__m128i below, __m128i above, __m128i covered) {
-    const __m128i sum = _mm_add_epi16(_mm_mullo_epi16(above, covered),
-                                      _mm_mullo_epi16(below, _mm_sub_epi16(all, covered)));
+    const __m128i sum =
+        _mm_add_epi16(_mm_mullo_epi16(above, covered), _mm_mullo_epi16(below, _mm_sub_epi16(all, covered)));
     return _mm_srli_epi16(_mm_add_epi16(_mm_add_epi16(sum, _mm_srli_epi16(sum, 8)), half), 8);
   };
   const __m128i zero = _mm_setzero_si128();
-  return _mm_packus_epi16(
-      mix(_mm_unpacklo_epi8(under, zero), over, _mm_unpacklo_epi8(coverage, zero)),
-      mix(_mm_unpackhi_epi8(under, zero), over, _mm_unpackhi_epi8(coverage, zero)));
+  return _mm_packus_epi16(mix(_mm_unpacklo_epi8(under, zero), over, _mm_unpacklo_epi8(coverage, zero)),
+                          mix(_mm_unpackhi_epi8(under, zero), over, _mm_unpackhi_epi8(coverage, zero)));
 }
 #endif
+
+// The outline of a code at an em in pixels.
+Shape OutlineOf(QtFace& face, unsigned char code, double em) {
+  const QPainterPath& path = face.Outline(code);
+  const double scale = em / QtFace::kOutlineEm;
+  const auto at = [&](int i) {
+    const QPainterPath::Element element = path.elementAt(i);
+    return ToFixed(element.x * scale, element.y * scale);
+  };
+  Shape shape;
+  for (int i = 0; i < path.elementCount(); ++i) {
+    switch (path.elementAt(i).type) {
+      case QPainterPath::MoveToElement:
+        shape.MoveTo(at(i));
+        break;
+      case QPainterPath::LineToElement:
+        shape.LineTo(at(i));
+        break;
+      case QPainterPath::CurveToElement:
+        shape.CurveTo(at(i), at(i + 1), at(i + 2));
+        i += 2;
+        break;
+      case QPainterPath::CurveToDataElement:
+        break;
+    }
+  }
+  return shape;
+}
 
 std::size_t heldBytes = 0;
 
@@ -76,33 +103,6 @@ void BlendRow(QRgb* pixels, const uchar* coverage, int count, QRgb colour) {
   BlendRowPlainly(pixels + i, coverage + i, count - i, colour);
 }
 
-Shape OutlineOf(QtFace& face, unsigned char code, double em) {
-  const QPainterPath& path = face.Outline(code);
-  const double scale = em / QtFace::kOutlineEm;
-  const auto at = [&](int i) {
-    const QPainterPath::Element element = path.elementAt(i);
-    return ToFixed(element.x * scale, element.y * scale);
-  };
-  Shape shape;
-  for (int i = 0; i < path.elementCount(); ++i) {
-    switch (path.elementAt(i).type) {
-      case QPainterPath::MoveToElement:
-        shape.MoveTo(at(i));
-        break;
-      case QPainterPath::LineToElement:
-        shape.LineTo(at(i));
-        break;
-      case QPainterPath::CurveToElement:
-        shape.CurveTo(at(i), at(i + 1), at(i + 2));
-        i += 2;
-        break;
-      case QPainterPath::CurveToDataElement:
-        break;
-    }
-  }
-  return shape;
-}
-
 GlyphImages::GlyphImages(double em) : em_(em), bytes_(sizeof(GlyphImages)) {
   heldBytes += bytes_;
 }
@@ -132,22 +132,31 @@ void GlyphImages::Make(GlyphImage& image, const Shape& outline, FixedPoint shift
   });
 }
 
-const GlyphImage& GlyphImages::At(QtFace& face, unsigned char code, int stepX, int stepY) {
+GlyphImages::Glyph& GlyphImages::Of(QtFace& face, unsigned char code) {
   std::unique_ptr<Glyph>& glyph = glyphs_[code];
-  const std::size_t before = bytes_;
   if (glyph == nullptr) {
     glyph = std::make_unique<Glyph>();
     glyph->outline = OutlineOf(face, code, em_);
-    bytes_ += sizeof(Glyph) + glyph->outline.Points().size_bytes();
+    Hold(sizeof(Glyph) + glyph->outline.Points().size_bytes());
   }
-  GlyphImage& image = glyph->images[static_cast<std::size_t>(stepY) * kSteps + static_cast<std::size_t>(stepX)];
+  return *glyph;
+}
+
+const GlyphImage& GlyphImages::At(QtFace& face, unsigned char code, int stepX, int stepY) {
+  Glyph& glyph = Of(face, code);
+  GlyphImage& image =
+      glyph.images[static_cast<std::size_t>(stepY) * kSteps + static_cast<std::size_t>(stepX)];
   if (!image.made) {
     constexpr int kStep = kPixel / kSteps;
-    Make(image, glyph->outline, {stepX * kStep, stepY * kStep});
-    bytes_ += image.coverage.capacity();
+    Make(image, glyph.outline, {stepX * kStep, stepY * kStep});
+    Hold(image.coverage.capacity());
   }
-  heldBytes += bytes_ - before;
   return image;
+}
+
+void GlyphImages::Hold(std::size_t bytes) {
+  bytes_ += bytes;
+  heldBytes += bytes;
 }
 
 void BlendGlyph(QImage& target, const QRect& clip, int x, int y, const GlyphImage& glyph, QRgb colour) {

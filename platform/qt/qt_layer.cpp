@@ -197,12 +197,13 @@ void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::s
   }
 }
 
-void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes, std::span<const FixedPoint> origins,
-                           QRgb colour) {
+void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes,
+                           std::span<const FixedPoint> origins, QRgb colour) {
+  GlyphImages& images = face.At(em);
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const auto code = static_cast<unsigned char>(codes[i]);
     if (face.Glyph(code) == 0 || !Around(origins.subspan(i, 1), em * kGlyphReach).intersects(clip_)) continue;
-    Fill(OutlineOf(face, code, em), origins[i], colour);
+    Fill(images.Outline(face, code), origins[i], colour);
   }
 }
 

@@ -3,8 +3,8 @@
 // One layer of a canvas: an image in device pixels, painted on at once. What is painted lands on the same
 // pixels with the same colours wherever the clip and the edges of the image are.
 //
-// `Inked` covers everything drawn since the layer was cleared, `TakeDirty` everything that changed since it was
-// last asked.
+// `Inked` covers everything drawn since the layer was cleared, `TakeDirty` everything that changed since it
+// was last asked.
 
 #include <QColor>
 #include <QImage>
@@ -46,8 +46,8 @@ class QtLayer {
   // The points are those of the path.
   void StrokePath(const Path& path, std::span<const FixedPoint> points, QRgb colour, double width);
   void FillPath(const Path& path, std::span<const FixedPoint> points, QRgb colour);
-  void DrawText(const ScreenFace& face, double em, std::string_view codes, std::span<const FixedPoint> origins,
-                QRgb colour);
+  void DrawText(const ScreenFace& face, double em, std::string_view codes,
+                std::span<const FixedPoint> origins, QRgb colour);
 
  private:
   // Marks a rectangle as changed; false if nothing of it is within the clip.

@@ -15,6 +15,7 @@ class QtTimer final : public Timer {
  public:
   QtTimer();
   void Start(int milliseconds) override;
+  void Stop() override;
 
  private:
   QTimer timer_;

@@ -25,7 +25,9 @@ struct Random {
   explicit Random(unsigned seed) {
     std::minstd_rand random(seed);
     std::uniform_real_distribution<double> place(-20, kSide + 20);
-    const auto point = [&] { return ToFixed(std::round(place(random) * 64) / 64, std::round(place(random) * 64) / 64); };
+    const auto point = [&] {
+      return ToFixed(std::round(place(random) * 64) / 64, std::round(place(random) * 64) / 64);
+    };
     shape.MoveTo(point());
     for (int i = 0; i < 2; ++i) {
       shape.LineTo(point());
@@ -45,7 +47,7 @@ struct Random {
 QImage Covered(const Shape& shape, FixedPoint shift, const QRect& clip) {
   QImage image(kSide, kSide, QImage::Format_Grayscale8);
   image.fill(0);
-  Coverage coverage;
+  static Coverage coverage;  // one for all, as the canvas has it
   coverage.Cover(shape, shift, clip, [&](int y, int x, const unsigned char* covered, int count) {
     std::copy_n(covered, count, image.scanLine(y) + x);
   });

@@ -182,6 +182,7 @@ class FakeTimer : public Timer {
  public:
   int interval = 0;  // milliseconds; 0 until it is started
   void Start(int milliseconds) override { interval = milliseconds; }
+  void Stop() override { interval = 0; }
   // Lets one interval pass; nothing happens before it is started.
   void Tick() {
     if (interval > 0 && OnTick) OnTick();
