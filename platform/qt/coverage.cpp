@@ -222,6 +222,58 @@ void Coverage::AddBand(const Shape& shape, FixedPoint shift, int top) {
   }
 }
 
+// A stretch of an edge within one row, whose ends are `height` apart; the sign tells which way it goes.
+inline void Coverage::AddStretch(int row, int from, int to, int height, int sign) {
+  if (from > to) std::swap(from, to);
+  const int width = box_.width();
+  Row& touched = rows_[static_cast<std::size_t>(row - bandTop_)];
+  std::int32_t* const rises = rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * (width + 1);
+  // `inside` is twice the way from the column's left side to the middle of the edge.
+  const auto add = [rises, sign](int column, int inside, int part) {
+    rises[column] += sign * part * (2 * kPixel - inside);
+    rises[column + 1] += sign * part * inside;
+  };
+  int column = PixelOf(from) - box_.left();
+  const int lastColumn = PixelOf(to) - box_.left();
+  if (column >= width) {
+    // Beyond the clip; up to there what was covered stays covered.
+    touched.last = std::max(touched.last, width - 1);
+    return;
+  }
+  touched.first = std::min(touched.first, std::max(column, 0));
+  touched.last = std::max(touched.last, std::min(std::max(lastColumn, 0) + 1, width));
+  if (lastColumn < 0) {
+    add(0, 0, height);
+    return;
+  }
+  if (column == lastColumn) {
+    add(column, (from & (kPixel - 1)) + (to & (kPixel - 1)), height);
+    return;
+  }
+  const int dx = to - from;
+  const auto heightAt = [=](int x) {
+    constexpr int kShort = 1 << 22;  // products of that and a height fit into 32 bits, which divide quicker
+    return dx < kShort ? height * (x - from) / dx
+                       : static_cast<int>(static_cast<std::int64_t>(height) * (x - from) / dx);
+  };
+  int inside = from & (kPixel - 1);
+  int done = 0;
+  if (column < 0) {
+    inside = 0;
+    done = heightAt(box_.left() * kPixel);
+    add(0, 0, done);
+    column = 0;
+  }
+  const int end = std::min(lastColumn, width);
+  for (; column < end; ++column) {
+    const int next = heightAt((box_.left() + column + 1) * kPixel);
+    add(column, inside + kPixel, next - done);
+    inside = 0;
+    done = next;
+  }
+  if (column < width) add(column, inside + (to & (kPixel - 1)), height - done);
+}
+
 void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
   if (from.y == to.y) return;
   const int sign = from.y < to.y ? 1 : -1;
@@ -259,61 +311,6 @@ void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
   }
 }
 
-// A stretch of an edge within one row, whose ends are `height` apart; the sign tells which way it goes.
-void Coverage::AddStretch(int row, int from, int to, int height, int sign) {
-  if (from > to) std::swap(from, to);
-  int column = PixelOf(from) - box_.left();
-  const int lastColumn = PixelOf(to) - box_.left();
-  if (column == lastColumn || lastColumn < 0) {
-    Add(row, column, (from & (kPixel - 1)) + (to & (kPixel - 1)), sign * height);
-    return;
-  }
-  if (column >= box_.width()) {
-    Add(row, column, 0, sign * height);
-    return;
-  }
-  const int dx = to - from;
-  const auto heightAt = [&](int x) {
-    return static_cast<int>(static_cast<std::int64_t>(height) * (x - from) / dx);
-  };
-  int x = from;
-  int done = 0;
-  if (column < 0) {
-    x = box_.left() * kPixel;
-    done = heightAt(x);
-    Add(row, -1, 0, sign * done);
-    column = 0;
-  }
-  for (; column < lastColumn && column < box_.width(); ++column) {
-    const int nextX = (box_.left() + column + 1) * kPixel;
-    const int next = heightAt(nextX);
-    Add(row, column, (x & (kPixel - 1)) + kPixel, sign * (next - done));
-    x = nextX;
-    done = next;
-  }
-  Add(row, column, column == lastColumn ? to & (kPixel - 1) : 0, sign * (height - done));
-}
-
-// `inside` is twice the way from the column's left side to the middle of the edge.
-void Coverage::Add(int row, int column, int inside, int height) {
-  Row& touched = rows_[static_cast<std::size_t>(row - bandTop_)];
-  if (column >= box_.width()) {
-    // Beyond the clip; up to there what was covered stays covered.
-    touched.last = std::max(touched.last, box_.width() - 1);
-    return;
-  }
-  if (column < 0) {
-    column = 0;
-    inside = 0;
-  }
-  std::int32_t* const rise =
-      rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * (box_.width() + 1) + column;
-  rise[0] += height * (2 * kPixel - inside);
-  rise[1] += height * inside;
-  touched.first = std::min(touched.first, column);
-  touched.last = std::max(touched.last, column + 1);
-}
-
 int Coverage::SumRow(std::size_t row) {
   const auto [first, last] = rows_[row];
   std::int32_t* const rises = rises_.data() + static_cast<std::ptrdiff_t>(row) * (box_.width() + 1);
@@ -322,7 +319,7 @@ int Coverage::SumRow(std::size_t row) {
   for (int column = first; column <= last; ++column) {
     sum += rises[column];
     rises[column] = 0;
-    const int whole = std::min(std::abs(sum), kFull);
+    const auto whole = static_cast<unsigned>(std::min(std::abs(sum), kFull));
     *covered++ = static_cast<unsigned char>((whole * 255 + kFull / 2) / kFull);
   }
   return std::min(last, box_.width() - 1) - first + 1;

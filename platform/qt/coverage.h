@@ -75,7 +75,6 @@ class Coverage {
   void AddBand(const Shape& shape, FixedPoint shift, int top);
   void AddEdge(FixedPoint from, FixedPoint to);
   void AddStretch(int row, int from, int to, int height, int sign);
-  void Add(int row, int column, int inside, int height);
   int SumRow(std::size_t row);
 
   QRect box_;  // what of the shape's bounds lies in the clip
