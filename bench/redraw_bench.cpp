@@ -214,18 +214,12 @@ void Text(benchmark::State& state) {
   for (auto _ : state) RedrawPage();
 }
 
-// Scales that were not seen for long, near the usual one.
-class NewScales {
- public:
-  // A factor of the usual scale.
-  float Next() {
-    step_ = (step_ + 1) % 1500;
-    return 0.6F + 0.0004F * static_cast<float>(step_);
-  }
-
- private:
-  int step_ = 0;
-};
+// A factor of the usual scale that was not seen for long.
+float NewScale() {
+  static int step = 0;
+  step = (step + 1) % 1000;
+  return 0.6F + 0.0008F * static_cast<float>(step);
+}
 
 void BareZoom(benchmark::State& state) {
   const Stage stage;
@@ -233,9 +227,8 @@ void BareZoom(benchmark::State& state) {
   FillPage(static_cast<int>(state.range(0)), pixels);
   const std::vector<QGlyphRun> runs = GlyphRunsOfPage(pixels);
   QImage image = BlankPage();
-  NewScales scales;
   for (auto _ : state) {
-    const float scale = scales.Next();
+    const float scale = NewScale();
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -247,9 +240,8 @@ void BareZoom(benchmark::State& state) {
 void Zoom(benchmark::State& state) {
   const Stage stage;
   FillPage(static_cast<int>(state.range(0)), static_cast<float>(state.range(1)));
-  NewScales scales;
   for (auto _ : state) {
-    SCALE = kDefaultScale * scales.Next();
+    SCALE = kDefaultScale * NewScale();
     RedrawPage();
   }
 }
