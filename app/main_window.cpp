@@ -293,6 +293,7 @@ Pointer PointerOf(const MouseEvent& event) {
 void Form1_Picture1_KeyPress(int code) {
   if (!ToolInForce().Key(code)) ArrowKey(code);
   FollowTyping();
+  FollowFirstMinutes();
   RefreshMenus();
 }
 
@@ -322,6 +323,7 @@ void Form1_Picture1_MouseUp(const MouseEvent& event) {
     case MouseButton::Left:
       ToolInForce().Release(PointerOf(event));
       WarnOfTyping();
+      FollowFirstMinutes();
       break;
     case MouseButton::Right:
       OpenContextMenu(event);

@@ -45,8 +45,6 @@ namespace kelvane {
 
 namespace {
 
-constexpr int kInterval = 200;  // milliseconds
-
 // A file of settings, macros or ink boxes that is there and cannot be read must not keep the person from the
 // editor.
 void ReadOrReport(void (*read)()) {
@@ -70,15 +68,6 @@ void ConnectSubjects() {
 void ShowChoices() {
   SetCanvasPointer(CursorMode);
   ShowFontLabel(CurrentFont, FontSize);
-}
-
-void StartTimer() {
-  Timer* timer = TheToolkit->NewTimer();
-  timer->OnTick = [] {
-    RefreshMacros();
-    FollowFirstMinutes();
-  };
-  timer->Start(kInterval);
 }
 
 void LoadProgramFiles() {
@@ -147,7 +136,6 @@ bool StartUp(const std::string& executableFolder) {
   AddHelpKeys(*Form7, "Macros");
   AddPointedHelpKey(*Form1, "The window");
   AddHelpOfDialogs();
-  StartTimer();
   return true;
 }
 

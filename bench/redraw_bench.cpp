@@ -1,6 +1,6 @@
-// How long a full redraw of a page takes beside the same characters drawn by bare Qt, and how long a key
-// press and a movement of the mouse take until they are painted. Prints the medians and, at the end, the
-// ratios.
+// What a person waits for: a page painted, zoomed, scrolled, edited, undone, turned, opened, saved and
+// printed, a key that reaches the screen. Beside it, where there is such a thing, bare Qt or the bare system
+// doing the same work. Prints the medians and, at the end, a table of them with the ratios.
 
 #include <benchmark/benchmark.h>
 
@@ -9,25 +9,35 @@
 #include <QGlyphRun>
 #include <QImage>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QRawFont>
-#include <algorithm>
+#include <QWidget>
+#include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <random>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/settings.h"
 #include "app/startup.h"
 #include "document/lines.h"
 #include "document/page.h"
+#include "document/page_items.h"
+#include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
+#include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/tool.h"
+#include "editing/undo.h"
+#include "output/postscript.h"
+#include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "platform/qt/qt_canvas.h"
 #include "platform/qt/qt_dialogs.h"
@@ -37,6 +47,7 @@
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
+#include "typography/zoom.h"
 
 namespace kelvane {
 namespace {
@@ -52,9 +63,25 @@ void ShowWholePaper() {
   STARTY = PaperHeight / 2;
 }
 
+// Counts the paintings of a widget.
+class PaintCounter : public QObject {
+ public:
+  int Count() const { return count_; }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++count_;
+    return false;
+  }
+
+ private:
+  int count_ = 0;
+};
+
 // A canvas of its own, without a window around it.
 struct Stage {
   QtCanvas canvas{nullptr};
+  PaintCounter paintings;
   Canvas* editorCanvas = Picture1;
 
   Stage() {
@@ -69,8 +96,19 @@ struct Stage {
     Picture1 = &canvas;
     ShowWholePaper();
     canvas.OnPaint = PaintLayer;
+    canvas.installEventFilter(&paintings);
+    RedrawPage();
+    QCoreApplication::processEvents();
   }
   ~Stage() { Picture1 = editorCanvas; }
+
+  // Does something and waits until it is painted.
+  template <typename Act>
+  void Show(Act act) const {
+    const int before = paintings.Count();
+    act();
+    while (paintings.Count() == before) QCoreApplication::processEvents();
+  }
 };
 
 // Runs all over the paper, the same ones each time.
@@ -113,54 +151,180 @@ std::vector<QGlyphRun> GlyphRunsOfPage(float pixels) {
   return runs;
 }
 
-void BareQt(benchmark::State& state) {
+QImage BlankPage() {
+  return QImage(kWidth, kHeight, QImage::Format_RGB32);
+}
+
+void DrawBare(QImage& image, const std::vector<QGlyphRun>& runs) {
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  for (const QGlyphRun& run : runs) painter.drawGlyphRun(QPointF(), run);
+}
+
+void BareText(benchmark::State& state) {
   const Stage stage;
   const auto pixels = static_cast<float>(state.range(1));
   FillPage(static_cast<int>(state.range(0)), pixels);
   const std::vector<QGlyphRun> runs = GlyphRunsOfPage(pixels);
-  QImage image(kWidth, kHeight, QImage::Format_RGB32);
+  QImage image = BlankPage();
+  for (auto _ : state) DrawBare(image, runs);
+}
+
+// The same characters as ready-made pictures at whole pixels, the barest form that there is.
+void ImagesText(benchmark::State& state) {
+  const Stage stage;
+  const auto pixels = static_cast<float>(state.range(1));
+  FillPage(static_cast<int>(state.range(0)), pixels);
+  std::map<quint32, std::pair<QPoint, QImage>> glyphs;
+  struct Placed {
+    QPoint at;
+    const QImage* image;
+  };
+  std::vector<Placed> placed;
+  for (const QGlyphRun& run : GlyphRunsOfPage(pixels)) {
+    const QList<quint32> codes = run.glyphIndexes();
+    for (qsizetype i = 0; i < codes.size(); ++i) {
+      auto& [corner, image] = glyphs[codes[i]];
+      if (image.isNull()) {
+        const QPainterPath outline = run.rawFont().pathForGlyph(codes[i]);
+        const QRect box = outline.controlPointRect().toAlignedRect();
+        corner = box.topLeft();
+        image = QImage(box.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(-corner);
+        painter.fillPath(outline, Qt::black);
+      }
+      placed.push_back({run.positions()[i].toPoint() + corner, &image});
+    }
+  }
+  QImage image = BlankPage();
   for (auto _ : state) {
     image.fill(Qt::white);
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (const QGlyphRun& run : runs) painter.drawGlyphRun(QPointF(), run);
+    for (const auto& [at, glyph] : placed) painter.drawImage(at, *glyph);
   }
 }
 
-void Redraw(benchmark::State& state) {
+void Text(benchmark::State& state) {
   const Stage stage;
   FillPage(static_cast<int>(state.range(0)), static_cast<float>(state.range(1)));
   for (auto _ : state) RedrawPage();
 }
 
-// Counts the paintings of a widget.
-class PaintCounter : public QObject {
- public:
-  int Count() const { return count_; }
+// A factor of the usual scale that was not seen for long.
+float NewScale() {
+  static int step = 0;
+  step = (step + 1) % 1000;
+  return 0.6F + 0.0008F * static_cast<float>(step);
+}
 
- protected:
-  bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::Paint) ++count_;
-    return false;
+void BareZoom(benchmark::State& state) {
+  const Stage stage;
+  const auto pixels = static_cast<float>(state.range(1));
+  FillPage(static_cast<int>(state.range(0)), pixels);
+  const std::vector<QGlyphRun> runs = GlyphRunsOfPage(pixels);
+  QImage image = BlankPage();
+  for (auto _ : state) {
+    const float scale = NewScale();
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, scale);
+    for (const QGlyphRun& run : runs) painter.drawGlyphRun(QPointF(), run);
   }
+}
 
- private:
-  int count_ = 0;
-};
+void Zoom(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), static_cast<float>(state.range(1)));
+  for (auto _ : state) {
+    SCALE = kDefaultScale * NewScale();
+    RedrawPage();
+  }
+}
 
-// The whole editor with room for the paper.
-void ShowWholeEditor() {
-  constexpr float kAround = 100;  // pixels that the controls around the canvas take at most
-  FormPlace = {0, 0, (kWidth + kAround) * kTwipsPerPixel, (kHeight + kAround) * kTwipsPerPixel};
-  ShowEditor({});
-  ShowWholePaper();
+// Drawings of a line, a curve and a line, the same ones each time, as wide as so many pixels.
+void FillDrawings(int drawings, float pixels) {
+  std::minstd_rand random(1);
+  std::uniform_real_distribution<float> across(60, PaperWidth - 60), down(60, PaperHeight - 60), way(-50, 50);
+  PageText.clear();
+  DrawingList.clear();
+  for (int i = 0; i < drawings; ++i) {
+    float x = across(random), y = down(random);
+    std::string record = std::to_string(x) + ' ' + std::to_string(y);
+    for (int piece = 0; piece < 3; ++piece) {
+      const float toX = x + way(random), toY = y + way(random);
+      const float bend = piece == 1 ? 20.0F : 0.0F;
+      record += ' ' + std::to_string((x + toX) / 2 + bend) + ' ' + std::to_string((y + toY) / 2 + bend);
+      record += ' ' + std::to_string(toX) + ' ' + std::to_string(toY);
+      x = toX;
+      y = toY;
+    }
+    DrawingList += record + ' ' + std::to_string(pixels / kDefaultScale) + "\r\n";
+  }
+  DrawingCount = static_cast<std::int16_t>(drawings);
+}
+
+void BareDrawings(benchmark::State& state) {
+  const Stage stage;
+  FillDrawings(static_cast<int>(state.range(0)), static_cast<float>(state.range(1)));
+  std::vector<QPainterPath> paths;
+  for (const DrawingItem& item : ItemsOfPage().Drawings()) {
+    const auto at = [&item](std::size_t i) {
+      return QPointF(item.drawing.points[i].x, item.drawing.points[i].y) * SCALE;
+    };
+    QPainterPath& path = paths.emplace_back(at(0));
+    path.lineTo(at(2));
+    path.quadTo(at(3), at(4));
+    path.lineTo(at(6));
+  }
+  const QPen pen(Qt::black, static_cast<double>(state.range(1)), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  QImage image = BlankPage();
+  for (auto _ : state) {
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(pen);
+    for (const QPainterPath& path : paths) painter.drawPath(path);
+  }
+}
+
+void Drawings(benchmark::State& state) {
+  const Stage stage;
+  FillDrawings(static_cast<int>(state.range(0)), static_cast<float>(state.range(1)));
+  for (auto _ : state) RedrawPage();
+}
+
+// One path of many pieces while it is being drawn.
+void DrawnPath(benchmark::State& state) {
+  const Stage stage;
+  FillDrawings(1, 2);
+  std::minstd_rand random(1);
+  CurrentDrawing = "300 400";
+  for (std::int64_t piece = 0; piece < state.range(0); ++piece) {
+    const std::string x = std::to_string(random() % 590), y = std::to_string(random() % 830);
+    CurrentDrawing += ' ' + x + ' ' + y + ' ' + x + ' ' + y;
+  }
+  CurrentDrawing += " 1";
+  CursorMode = kBezierMode;
+  for (auto _ : state) {
+    stage.Show([] { ShowCursor(); });
+  }
+  CurrentDrawing.clear();
+  CursorMode = 0;
 }
 
 // From the key to the painted widget, in the whole editor on a page of 10,000 runs. A run of 40 characters is
 // typed and taken back again.
 void KeyPress(benchmark::State& state) {
-  ShowWholeEditor();
+  constexpr float kAround = 100;  // pixels that the controls around the canvas take at most
+  FormPlace = {0, 0, (kWidth + kAround) * kTwipsPerPixel, (kHeight + kAround) * kTwipsPerPixel};
+  ShowEditor({});
   FillPage(10000, 24);
+  ShowWholePaper();
   CursorMode = -3;
   CursorX = 100;
   CursorY = 400;
@@ -182,60 +346,211 @@ void KeyPress(benchmark::State& state) {
   widget->removeEventFilter(&paintings);
 }
 
-// From a movement of the mouse to the painted widget, while a path of 1,000 pieces is drawn that wanders over
-// the paper: where the next piece would go, or pulling the last one.
-void DrawPath(benchmark::State& state) {
-  ShowWholeEditor();
-  FillPage(0, 24);
-  ChooseShape(Shape::Bezier);
-  std::minstd_rand random(1);
-  std::uniform_real_distribution<float> step(-20, 20);
-  Points path = {{PaperWidth / 2, PaperHeight / 2}};
-  while (path.size() < 2001) {
-    const Point from = path.back();
-    path.push_back({std::clamp(from.x + step(random), 0.0F, PaperWidth),
-                    std::clamp(from.y + step(random), 0.0F, PaperHeight)});
-  }
-  KeepPath(path);
-  RedrawPage();
-  auto* widget = dynamic_cast<QWidget*>(Picture1);
-  PaintCounter paintings;
-  widget->installEventFilter(&paintings);
-  QCoreApplication::processEvents();
-  const auto send = [&](QEvent::Type type, QPointF at) {
-    const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, at, at, button, button, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
-  };
-  if (state.range(0) != 0) send(QEvent::MouseButtonPress, {400, 400});
-  int moves = 0;
+void Scroll(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), 24);
+  ShowPage();
+  float way = 48;
   for (auto _ : state) {
-    ++moves;
-    const int before = paintings.Count();
-    send(QEvent::MouseMove, QPointF(400 + 4 * (moves % 100), 400 + 4 * (moves % 70)));
-    while (paintings.Count() == before) QCoreApplication::processEvents();
+    stage.Show([&] { ScrollBy(0, way); });
+    way = -way;
   }
-  widget->removeEventFilter(&paintings);
-  DropDrawing();
 }
 
-void Sizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgNames({"runs", "px"})
-      ->ArgsProduct({{1000, 10000}, {12, 24, 96}})
-      ->Unit(benchmark::kMillisecond)
-      ->Repetitions(kRepetitions)
-      ->MinTime(0.05);
+// A widget that shows an image: what is left when nothing has to be drawn anew.
+class ImageWidget : public QWidget {
+ public:
+  QImage image = BlankPage();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QPainter(this).drawImage(event->rect(), image, event->rect());
+  }
+};
+
+// The strip that comes into view drawn by bare Qt, and all of the widget painted.
+void BareScroll(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), 24);
+  std::vector<QGlyphRun> strip;
+  for (const QGlyphRun& run : GlyphRunsOfPage(24)) {
+    if (run.positions()[0].y() < 48 + 24) strip.push_back(run);
+  }
+  ImageWidget widget;
+  widget.setAttribute(Qt::WA_OpaquePaintEvent);
+  widget.resize(kWidth, kHeight);
+  widget.show();
+  PaintCounter paintings;
+  widget.installEventFilter(&paintings);
+  for (auto _ : state) {
+    const int before = paintings.Count();
+    QPainter painter(&widget.image);
+    painter.drawImage(0, 48, widget.image.copy(0, 0, kWidth, kHeight - 48));
+    painter.setClipRect(0, 0, kWidth, 48);
+    painter.fillRect(0, 0, kWidth, 48, Qt::white);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const QGlyphRun& run : strip) painter.drawGlyphRun(QPointF(), run);
+    painter.end();
+    widget.update();
+    while (paintings.Count() == before) QCoreApplication::processEvents();
+  }
 }
-BENCHMARK(BareQt)->Apply(Sizes);
-BENCHMARK(Redraw)->Apply(Sizes);
-BENCHMARK(DrawPath)
-    ->ArgName("pulling")
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMillisecond)
-    ->Repetitions(kRepetitions)
-    ->MinTime(0.05);
-BENCHMARK(KeyPress)->Unit(benchmark::kMillisecond)->Repetitions(kRepetitions)->MinTime(0.05);
+
+// A run that is put on the page, and taken back.
+void CommitAndUndo(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), 24);
+  ResetEdits();
+  for (auto _ : state) {
+    stage.Show([] {
+      EditPage("typing", [](Page& page) { page.text += "100 300 m 12 F0 (A run of text) 3 s\r\n"; });
+    });
+    stage.Show(Undo);
+  }
+}
+
+std::string ScratchFile(const std::string& name) {
+  return BackslashPath((std::filesystem::temp_directory_path() / name).string());
+}
+
+void Save(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), 24);
+  const std::string path = ScratchFile("kelvane-bench.001");
+  for (auto _ : state) WritePageSorted(path);
+  TheFiles->Remove(path);
+}
+
+// The same bytes, safely put in the place of the old file.
+void BareSave(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), 24);
+  const std::string path = ScratchFile("kelvane-bench.001");
+  for (auto _ : state) WriteFileSafely(path, PageText);
+  TheFiles->Remove(path);
+}
+
+void Open(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), 24);
+  const std::string path = ScratchFile("kelvane-bench.001");
+  WritePageSorted(path);
+  for (auto _ : state) {
+    ReadPage(path);
+    benchmark::DoNotOptimize(ItemsOfPage().Texts().data());
+  }
+  TheFiles->Remove(path);
+}
+
+void BareOpen(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), 24);
+  const std::string path = ScratchFile("kelvane-bench.001");
+  WritePageSorted(path);
+  for (auto _ : state) benchmark::DoNotOptimize(TheFiles->ReadWhole(path));
+  TheFiles->Remove(path);
+}
+
+// A paper of pages with 100 runs each, as long as it is needed.
+class ScratchPaper {
+ public:
+  explicit ScratchPaper(int pages) : pages_(pages) {
+    FillPage(100, 24);
+    for (int number = 1; number <= pages; ++number) WritePagePlain(Page(number));
+    // Nothing that one would be asked about.
+    ClearPage();
+    PageChanged = 0;
+  }
+  ~ScratchPaper() {
+    for (int number = 1; number <= pages_; ++number) TheFiles->Remove(Page(number));
+    TheFiles->Remove(Output());
+  }
+  ScratchPaper(const ScratchPaper&) = delete;
+  ScratchPaper& operator=(const ScratchPaper&) = delete;
+
+  std::string Page(int number) const { return PageFileName(first_, number); }
+  std::string Output() const { return ScratchFile("kelvane-bench.ps"); }
+
+ private:
+  int pages_;
+  std::string first_ = ScratchFile("kelvane-bench-paper.001");
+};
+
+void Print(benchmark::State& state) {
+  const Stage stage;
+  const ScratchPaper paper(static_cast<int>(state.range(0)));
+  WriteFileSafely(paper.Output(), "");
+  for (auto _ : state) WriteFileSafely(paper.Output(), WholePaperJob(paper.Page(1)));
+}
+
+// The paper's bytes copied.
+void BarePrint(benchmark::State& state) {
+  const Stage stage;
+  const ScratchPaper paper(static_cast<int>(state.range(0)));
+  WriteFileSafely(paper.Output(), "");
+  for (auto _ : state) {
+    std::string all;
+    for (int number = 1; number <= state.range(0); ++number) all += TheFiles->ReadWhole(paper.Page(number));
+    WriteFileSafely(paper.Output(), all);
+  }
+}
+
+// There and back, in the whole editor.
+void TurnPage(benchmark::State& state) {
+  const ScratchPaper paper(static_cast<int>(state.range(0)));
+  ShowEditor(paper.Page(1));
+  QCoreApplication::processEvents();
+  PaintCounter paintings;
+  auto* widget = dynamic_cast<QWidget*>(Picture1);
+  widget->installEventFilter(&paintings);
+  std::int16_t to = 2;
+  for (auto _ : state) {
+    const int before = paintings.Count();
+    GoToPage(to);
+    while (paintings.Count() == before) QCoreApplication::processEvents();
+    to = static_cast<std::int16_t>(3 - to);
+  }
+  widget->removeEventFilter(&paintings);
+}
+
+// What waits for the disk takes long, however little it computes.
+void MeasureDisk(benchmark::internal::Benchmark* benchmark) {
+  benchmark->Unit(benchmark::kMillisecond)->Repetitions(5)->Iterations(4)->MeasureProcessCPUTime();
+}
+void Measure(benchmark::internal::Benchmark* benchmark) {
+  benchmark->Unit(benchmark::kMillisecond)->Repetitions(kRepetitions)->MinTime(0.05)->MeasureProcessCPUTime();
+}
+void TextSizes(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgNames({"runs", "px"})->ArgsProduct({{1000, 10000}, {12, 24, 96}})->Apply(Measure);
+}
+void ZoomSizes(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgNames({"runs", "px"})->ArgsProduct({{1000, 10000}, {24}})->Apply(Measure);
+}
+void DrawingSizes(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgNames({"drawings", "px"})->ArgsProduct({{1000, 10000}, {1, 2, 4}})->Apply(Measure);
+}
+void RunCounts(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgNames({"runs"})->Arg(1000)->Arg(10000)->Apply(Measure);
+}
+BENCHMARK(BareText)->Apply(TextSizes);
+BENCHMARK(ImagesText)->Apply(TextSizes);
+BENCHMARK(Text)->Apply(TextSizes);
+BENCHMARK(BareZoom)->Apply(ZoomSizes);
+BENCHMARK(Zoom)->Apply(ZoomSizes);
+BENCHMARK(BareDrawings)->Apply(DrawingSizes);
+BENCHMARK(Drawings)->Apply(DrawingSizes);
+BENCHMARK(DrawnPath)->ArgNames({"pieces"})->Arg(100)->Arg(1000)->Apply(Measure);
+BENCHMARK(BareScroll)->Apply(RunCounts);
+BENCHMARK(Scroll)->Apply(RunCounts);
+BENCHMARK(CommitAndUndo)->Apply(RunCounts);
+BENCHMARK(BareOpen)->Apply(RunCounts);
+BENCHMARK(Open)->Apply(RunCounts);
+BENCHMARK(BareSave)->ArgNames({"runs"})->Arg(10000)->Apply(MeasureDisk);
+BENCHMARK(Save)->ArgNames({"runs"})->Arg(10000)->Apply(MeasureDisk);
+BENCHMARK(BarePrint)->ArgNames({"pages"})->Arg(999)->Apply(MeasureDisk);
+BENCHMARK(Print)->ArgNames({"pages"})->Arg(999)->Apply(MeasureDisk);
+BENCHMARK(TurnPage)->ArgNames({"pages"})->Arg(3)->Apply(MeasureDisk);
+BENCHMARK(KeyPress)->Apply(Measure);
 
 // Keeps the medians for the table of ratios.
 class MedianReporter : public benchmark::ConsoleReporter {
@@ -246,24 +561,37 @@ class MedianReporter : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       if (run.aggregate_name != "median") continue;
-      const std::string& name = run.run_name.function_name;
       // Processor time: what else the machine does must not decide a ratio.
-      medians_[run.run_name.args][name] = run.GetAdjustedCPUTime();
+      medians_[run.run_name.function_name][run.run_name.args] = run.GetAdjustedCPUTime();
     }
   }
 
-  void PrintRatios() const {
-    for (const auto& [arguments, times] : medians_) {
-      if (!times.contains("BareQt") || !times.contains("Redraw")) continue;
-      const double bare = times.at("BareQt");
-      const double ours = times.at("Redraw");
-      std::printf("%-20s bare %8.2f ms   redraw %8.2f ms   ratio %.2f\n", arguments.c_str(), bare, ours,
-                  ours / bare);
+  // Milliseconds, and how many times those of the bare forms.
+  void PrintTable() const {
+    std::printf("\n| | | Kelvane | bare | ratio | images | ratio |\n|---|---|---|---|---|---|---|\n");
+    for (const auto& [name, times] : medians_) {
+      if (name.starts_with("Bare") || name.starts_with("Images")) continue;
+      for (const auto& [arguments, time] : times) {
+        std::printf("| %s | %s | %.2f |", name.c_str(), arguments.c_str(), time);
+        for (const char* form : {"Bare", "Images"}) PrintRatio(form + name, arguments, time);
+        std::printf("\n");
+      }
     }
   }
 
  private:
-  std::map<std::string, std::map<std::string, double>> medians_;
+  void PrintRatio(const std::string& name, const std::string& arguments, double time) const {
+    const auto form = medians_.find(name);
+    const auto other = form == medians_.end() ? Times::const_iterator() : form->second.find(arguments);
+    if (form == medians_.end() || other == form->second.end()) {
+      std::printf(" | |");
+    } else {
+      std::printf(" %.2f | %.2f |", other->second, time / other->second);
+    }
+  }
+
+  using Times = std::map<std::string, double>;  // by arguments
+  std::map<std::string, Times> medians_;
 };
 
 }  // namespace
@@ -287,5 +615,5 @@ int main(int argc, char** argv) {
   if (!kelvane::StartUp(kelvane::BackslashPath(KELVANE_PROGRAM_FOLDER))) return 1;
   kelvane::MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintRatios();
+  reporter.PrintTable();
 }

@@ -12,6 +12,7 @@ namespace kelvane {
 namespace {
 
 std::uint64_t LastId = 0;
+std::uint64_t LastReading = 0;
 
 std::string_view& TextOf(TextItem& item) {
   return item.line;
@@ -21,6 +22,7 @@ std::string_view& TextOf(DrawingItem& item) {
 }
 
 void Read(TextItem& item) {
+  item.reading = ++LastReading;
   item.entry = {};
   item.draws = ParseTextEntry(item.line, item.entry);
 }
@@ -37,6 +39,7 @@ void Carry(TextItem& item, TextItem& from) {
                                        from.entry.text.size());
   }
   item.draws = from.draws;
+  item.reading = from.reading;
 }
 void Carry(DrawingItem& item, DrawingItem& from) {
   item.drawing = std::move(from.drawing);

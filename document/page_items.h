@@ -16,8 +16,9 @@ namespace kelvane {
 
 // A line of the page's text. One that is no text entry draws nothing and is kept as it stands.
 struct TextItem {
-  std::uint64_t id = 0;   // stays with the item while edits change it
-  std::string_view line;  // without its end
+  std::uint64_t id = 0;       // stays with the item while edits change it
+  std::uint64_t reading = 0;  // stays while the line is the same; no other line ever has it
+  std::string_view line;      // without its end
   bool draws = false;
   TextEntry entry;  // if it draws
 };

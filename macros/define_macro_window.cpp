@@ -15,6 +15,15 @@ TextBox* Form7_Text2;
 
 namespace {
 
+// Refreshes the captions while the window is open and once after it was closed; an idle program is not woken.
+Timer* RefreshTimer;
+constexpr int kRefreshInterval = 200;  // milliseconds
+
+void RefreshTimer_Tick() {
+  RefreshMacros();
+  if (!Form7->Visible()) RefreshTimer->Stop();
+}
+
 // What Form7_Text1_Change put into the definition box. A text that the person typed there before the number
 // is not replaced.
 std::string ShownDefinition;
@@ -77,6 +86,8 @@ void BuildForm7() {
   AddButton("Cancel", 324, Form7_Command1_Click);
   Form7->OnEscape = Form7_Command1_Click;
   Form7->OnCloseRequest = Form7_CloseRequest;
+  RefreshTimer = TheToolkit->NewTimer();
+  RefreshTimer->OnTick = RefreshTimer_Tick;
 }
 
 void ShowDefineMacro() {
@@ -88,6 +99,7 @@ void ShowDefineMacro() {
   ShowDefinition("");
   if (!Form7->Visible()) PlaceOverEditor();
   Form7->Show();
+  RefreshTimer->Start(kRefreshInterval);
   Form7_Text1->Focus();
 }
 

@@ -1,8 +1,11 @@
 #include "typography/renderer.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <limits>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include "typography/colours.h"
 #include "typography/curves.h"
@@ -49,17 +52,18 @@ Pen GridPen(int spacing, float scale) {
   return {MixedWithWhite(PaletteColour(kCyan), part), 1, true};
 }
 
-void PaintGrid(Painter& painter, const View& view) {
+void PaintGrid(Painter& painter, const View& view, const Box& area) {
   if (!view.grid || view.scale < 1) return;
+  const float reach = 1 / view.scale;  // of a line, points
   if (GridStepV >= kFirstHorizontalChoice) {
     const Pen pen = GridPen(2 * GridStepV, view.scale);
-    ForGrid(2 * GridStepV, PaperHeight, view.area.top, view.area.bottom, [&](float y) {
+    ForGrid(2 * GridStepV, PaperHeight, area.top - reach, area.bottom + reach, [&](float y) {
       painter.DrawLine({0, y}, {PaperWidth, y}, pen);
     });
   }
   if (GridStepH >= kFirstVerticalChoice) {
     const Pen pen = GridPen(2 * GridStepH, view.scale);
-    ForGrid(2 * GridStepH, PaperWidth, view.area.left, view.area.right, [&](float x) {
+    ForGrid(2 * GridStepH, PaperWidth, area.left - reach, area.right + reach, [&](float x) {
       painter.DrawLine({x, 0}, {x, PaperHeight}, pen);
     });
   }
@@ -87,33 +91,103 @@ bool CanBeFilled(const Path& path) {
   return points <= kMostFillPoints;
 }
 
-// Whether a run may leave ink at the height of an area.
-bool Reaches(const TextEntry& entry, const Box& area) {
-  const float reach = HeightReach(entry.size);
-  return !(entry.y + reach < area.top || entry.y - reach > area.bottom);
-}
-
 bool Meet(const Box& a, const Box& b) {
   // Written so that a box with a value that is no number meets everything.
   return !(a.right < b.left || b.right < a.left || a.bottom < b.top || b.bottom < a.top);
 }
 
+Box BoxOf(const TextEntry& entry, const RunReach& run, const PlacedRun& placed) {
+  const auto blanks = static_cast<float>(std::count(entry.text.begin(), entry.text.end(), ' '));
+  const float stretch = placed.extraSpace * blanks;
+  const float reach = kGlyphReach * std::abs(entry.size);
+  const auto [x, y] = placed.origin;
+  return {x + run.box.left + std::min(stretch, 0.0F) - reach, y + run.box.top - reach,
+          x + run.box.right + std::max(stretch, 0.0F) + reach, y + run.box.bottom + reach};
+}
+
+// Where the runs of a page lie. Measured once: again when a line is another or when widths have changed.
+class Placements {
+ public:
+  struct Placement {
+    std::uint64_t reading = 0;
+    Box box;
+    PlacedRun run;
+  };
+
+  // One for each item.
+  const std::vector<Placement>& Of(const std::vector<TextItem>& items) {
+    if (TakeWidths()) placements.clear();
+    const auto same = [](const Placement& placement, const TextItem& item) {
+      return placement.reading == item.reading;
+    };
+    const auto front = std::mismatch(placements.begin(), placements.end(), items.begin(), items.end(), same);
+    if (front.first == placements.end() && front.second == items.end()) return placements;
+    const auto begin = static_cast<std::size_t>(front.second - items.begin());
+    const std::size_t most = std::min(placements.size(), items.size()) - begin;
+    std::size_t back = 0;
+    while (back < most && same(*(placements.end() - 1 - static_cast<std::ptrdiff_t>(back)),
+                               *(items.end() - 1 - static_cast<std::ptrdiff_t>(back)))) {
+      ++back;
+    }
+    std::vector<Placement> changed;
+    for (std::size_t i = begin; i < items.size() - back; ++i) changed.push_back(Place(items[i]));
+    const auto at = placements.erase(front.first, placements.end() - static_cast<std::ptrdiff_t>(back));
+    placements.insert(at, changed.begin(), changed.end());
+    return placements;
+  }
+
+ private:
+  struct Widths {
+    std::array<float, 256> widths{};
+    float unit = 0;
+    bool operator==(const Widths&) const = default;
+  };
+
+  // Whether they are others than last time.
+  bool TakeWidths() {
+    bool changed = false;
+    for (std::size_t font = 0; font < kTypefaces; ++font) {
+      const TypefaceRecord& face = TypefaceTable[font];
+      Widths& known = taken[font];
+      if (known.unit == face.WidthUnit && known.widths == face.Widths) continue;
+      known = {face.Widths, face.WidthUnit};
+      changed = true;
+    }
+    return changed;
+  }
+
+  static Placement Place(const TextItem& item) {
+    Placement placement;
+    placement.reading = item.reading;
+    if (!item.draws) return placement;
+    const RunReach reach = ReachOfRun(item.entry.text, item.entry.font, item.entry.size);
+    placement.run = PlaceRun(item.entry, reach.width);
+    placement.box = BoxOf(item.entry, reach, placement.run);
+    return placement;
+  }
+
+  std::vector<Placement> placements;
+  std::array<Widths, kTypefaces> taken{};
+};
+
 }  // namespace
 
 void PaintPage(Painter& painter, const View& view, const PageItems& items, const Box& area) {
   painter.FillBox({0, 0, PaperWidth, PaperHeight}, PaletteColour(kWhite));
-  PaintGrid(painter, view);
+  PaintGrid(painter, view, area);
   PaintGuides(painter, view);
   for (const DrawingItem& item : items.Drawings()) {
     if (!item.draws || item.id == view.hidden) continue;
     if (Meet(BoundsOf(item.drawing), area)) PaintDrawing(painter, view, item.drawing);
   }
   RunPainter runs(painter, view);
-  for (const TextItem& item : items.Texts()) {
-    if (!item.draws || item.id == view.hidden || !Reaches(item.entry, area)) continue;
-    const TextEntry& entry = item.entry;
-    const PlacedRun placed = PlaceRun(entry);
-    runs.Paint({entry.text, entry.font, entry.size, placed.origin, kBlack, placed.extraSpace});
+  static Placements placements;
+  const std::vector<Placements::Placement>& placed = placements.Of(items.Texts());
+  for (std::size_t i = 0; i < placed.size(); ++i) {
+    const TextItem& item = items.Texts()[i];
+    if (!item.draws || item.id == view.hidden || !Meet(placed[i].box, area)) continue;
+    const auto& [origin, extraSpace] = placed[i].run;
+    runs.Paint({item.entry.text, item.entry.font, item.entry.size, origin, kBlack, extraSpace});
   }
 }
 
@@ -140,13 +214,7 @@ void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing) {
 
 Box BoundsOf(const TextEntry& entry) {
   const RunReach run = ReachOfRun(entry.text, entry.font, entry.size);
-  const PlacedRun placed = PlaceRun(entry, run.width);
-  const auto blanks = static_cast<float>(std::count(entry.text.begin(), entry.text.end(), ' '));
-  const float stretch = placed.extraSpace * blanks;
-  const float reach = kGlyphReach * std::abs(entry.size);
-  const auto [x, y] = placed.origin;
-  return {x + run.box.left + std::min(stretch, 0.0F) - reach, y + run.box.top - reach,
-          x + run.box.right + std::max(stretch, 0.0F) + reach, y + run.box.bottom + reach};
+  return BoxOf(entry, run, PlaceRun(entry, run.width));
 }
 
 Box CellsOf(const TextEntry& entry, std::size_t begin, std::size_t end) {
@@ -191,16 +259,16 @@ Box BoundsOf(const Drawing& drawing) {
 
 namespace {
 
-// The canvas shows what the view tells from here on.
-View TakeView() {
+// The canvas shows what the view tells from here on, by way of SetCoordinates or ScrollTo.
+View TakeView(void (Canvas::*take)(float, float, float, float)) {
   const View view = CurrentView();
   VisibleLeft = view.area.left;
   VisibleTop = view.area.top;
   VisibleRight = view.area.right;
   VisibleBottom = view.area.bottom;
   // Not the difference of its edges, which far from the paper may be none.
-  Picture1->SetCoordinates(VisibleLeft, VisibleTop, static_cast<float>(Picture1->PixelWidth()) / SCALE,
-                           static_cast<float>(Picture1->PixelHeight()) / SCALE);
+  (Picture1->*take)(VisibleLeft, VisibleTop, static_cast<float>(Picture1->PixelWidth()) / SCALE,
+                    static_cast<float>(Picture1->PixelHeight()) / SCALE);
   return view;
 }
 
@@ -208,7 +276,7 @@ View TakeView() {
 
 void RedrawPage() {
   if (!CanvasIsLaidOut()) return;
-  const View view = TakeView();
+  const View view = TakeView(&Canvas::SetCoordinates);
   Picture1->SelectLayer(Layer::Page);
   Picture1->Clear();
   PaintPage(*Picture1, view, ItemsOfPage(), view.area);
@@ -217,13 +285,17 @@ void RedrawPage() {
 
 void ShowPage() {
   if (!CanvasIsLaidOut()) return;
-  TakeView();
+  TakeView(&Canvas::SetCoordinates);
   Picture1->Invalidate(Layer::Page);
   Picture1->Invalidate(Layer::Overlay);
 }
 
 void ShowPage(const Box& area) {
   if (CanvasIsLaidOut()) Picture1->Invalidate(Layer::Page, area);
+}
+
+void ScrollPage() {
+  if (CanvasIsLaidOut()) TakeView(&Canvas::ScrollTo);
 }
 
 }  // namespace kelvane

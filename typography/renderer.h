@@ -34,5 +34,7 @@ void RedrawPage();
 // The same before the canvas is next shown: all of the page, or an area of it in points.
 void ShowPage();
 void ShowPage(const Box& area);
+// The same after the view was moved and nothing else changed.
+void ScrollPage();
 
 }  // namespace kelvane

@@ -23,8 +23,8 @@ float CanvasHeight() {
   return Picture1 ? static_cast<float>(Picture1->PixelHeight()) : 0;
 }
 
-void ShowView() {
-  ShowPage();
+void ShowScrolled() {
+  ScrollPage();
   if (ViewMoved) ViewMoved();
 }
 
@@ -35,7 +35,8 @@ ScrollRange Range(float paper, float visibleFrom, float visibleTo) {
 
 void ZoomTo(float scale) {
   SCALE = std::clamp(scale, kLeastScale, kMostScale);
-  ShowView();
+  ShowPage();
+  if (ViewMoved) ViewMoved();
 }
 
 // How far a view from `from` to `to` must move for the point to be inside it with its room.
@@ -60,12 +61,12 @@ ScrollRange VerticalRange() {
 
 void ScrollToLeft(float left) {
   STARTX = left + 0.5F * CanvasWidth() / SCALE;
-  ShowView();
+  ShowScrolled();
 }
 
 void ScrollToTop(float top) {
   STARTY = top + 0.5F * CanvasHeight() / SCALE;
-  ShowView();
+  ShowScrolled();
 }
 
 void ShowTopOfPage() {
@@ -75,14 +76,14 @@ void ShowTopOfPage() {
 void ScrollBy(float pixelsX, float pixelsY) {
   STARTX = std::clamp(STARTX + pixelsX / SCALE, 0.0F, PaperWidth);
   STARTY = std::clamp(STARTY + pixelsY / SCALE, 0.0F, PaperHeight);
-  ShowView();
+  ShowScrolled();
 }
 
 void BringIntoView(float x, float y) {
   if (x >= VisibleLeft && x <= VisibleRight && y >= VisibleTop && y <= VisibleBottom) return;
   STARTX += WayIntoView(x, VisibleLeft, VisibleRight);
   STARTY += WayIntoView(y, VisibleTop, VisibleBottom);
-  ShowView();
+  ShowScrolled();
 }
 
 void ZoomAt(float factor, float pixelX, float pixelY) {

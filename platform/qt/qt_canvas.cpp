@@ -70,6 +70,7 @@ void QtCanvas::ResizeLayers() {
   ratio_ = devicePixelRatioF();
   const QSize pixels(static_cast<int>(std::lround(width() * ratio_)),
                      static_cast<int>(std::lround(height() * ratio_)));
+  UseCoordinates();
   if (pixels == page_.Size()) return;
   page_.Resize(pixels, DeskColour());
   overlay_.Resize(pixels, Qt::transparent);
@@ -80,28 +81,45 @@ void QtCanvas::SetCoordinates(float left, float top, float width, float height) 
   top_ = top;
   width_ = width;
   height_ = height;
+  UseCoordinates();
+}
+
+void QtCanvas::ScrollTo(float left, float top, float width, float height) {
+  const bool same = width == width_ && height == height_;
+  const QPoint before = corner_;
+  SetCoordinates(left, top, width, height);
+  const QPoint by = before - corner_;
+  Invalidate(Layer::Overlay);
+  if (!same) {
+    Invalidate(Layer::Page);
+  } else if (!by.isNull()) {
+    const QRect whole(QPoint(0, 0), page_.Size());
+    QRegion& invalid = invalid_[Index(Layer::Page)];
+    invalid = (invalid.translated(by) & whole) | QRegion(whole).subtracted(whole.translated(by));
+    page_.Move(by);
+  }
+}
+
+void QtCanvas::UseCoordinates() {
+  static constexpr double kFarthest = 1 << 28;
+  scaleX_ = width() * ratio_ / width_;
+  scaleY_ = height() * ratio_ / height_;
+  const auto whole = [](double position) {
+    // Written so that what is no number becomes 0.
+    return std::abs(position) < kFarthest ? static_cast<int>(std::floor(position + 0.5)) : 0;
+  };
+  corner_ = QPoint(whole(left_ * scaleX_), whole(top_ * scaleY_));
 }
 
 float QtCanvas::PixelRatio() const {
   return static_cast<float>(ratio_);
 }
 
-QTransform QtCanvas::ToDevice() const {
-  const double scaleX = width() * ratio_ / width_;
-  const double scaleY = height() * ratio_ / height_;
-  return QTransform(scaleX, 0, 0, scaleY, -left_ * scaleX, -top_ * scaleY);
-}
-
-QPointF QtCanvas::ToDevice(Point point) const {
-  return {(point.x - left_) / width_ * width() * ratio_, (point.y - top_) / height_ * height() * ratio_};
-}
-
-std::span<const QPointF> QtCanvas::ToDevice(std::span<const Point> points) {
-  const double scaleX = width() * ratio_ / width_;
-  const double scaleY = height() * ratio_ / height_;
+std::span<const FixedPoint> QtCanvas::ToDevice(std::span<const Point> points) {
   points_.clear();
   for (const Point& point : points) {
-    points_.emplace_back((point.x - left_) * scaleX, (point.y - top_) * scaleY);
+    if (!std::isfinite(point.x) || !std::isfinite(point.y)) return {};
+    points_.push_back(ToFixed(point.x * scaleX_, point.y * scaleY_, corner_));
   }
   return points_;
 }
@@ -121,57 +139,67 @@ void QtCanvas::Invalidate(Layer layer) {
 }
 
 void QtCanvas::Invalidate(Layer layer, const Box& area) {
-  const QRectF device(ToDevice(Point{area.left, area.top}), ToDevice(Point{area.right, area.bottom}));
-  const QRectF whole(QPointF(0, 0), page_.Size());
-  if (!std::isfinite(device.width()) || !std::isfinite(device.height())) {
+  const Point corners[] = {{area.left, area.top}, {area.right, area.bottom}};
+  const std::span<const FixedPoint> device = ToDevice(corners);
+  if (device.empty()) {
     Invalidate(layer);
     return;
   }
-  invalid_[Index(layer)] |= (device & whole).toAlignedRect();
+  const QRect pixels(QPoint(device[0].x / kPixel - 1, device[0].y / kPixel - 1),
+                     QPoint(device[1].x / kPixel + 1, device[1].y / kPixel + 1));
+  invalid_[Index(layer)] |= pixels & QRect(QPoint(0, 0), page_.Size());
   Drawn();
 }
 
 void QtCanvas::PaintInvalid() {
+  constexpr int kMostParts = 4;  // beyond that, one painting of all is quicker
   for (const Layer layer : {Layer::Page, Layer::Overlay}) {
-    const QRect rect = std::exchange(invalid_[Index(layer)], QRect());
-    if (rect.isEmpty() || !OnPaint) continue;
+    QRegion region = std::exchange(invalid_[Index(layer)], QRegion());
+    if (region.isEmpty() || !OnPaint) continue;
+    if (region.rectCount() > kMostParts) region = region.boundingRect();
     SelectLayer(layer);
-    layer_->SetClip(rect);
-    layer_->Clear(DeskColour());
-    const QRectF area = ToDevice().inverted().mapRect(QRectF(rect));
-    RunHandler([&] {
-      OnPaint(layer, {static_cast<float>(area.left()), static_cast<float>(area.top()),
-                      static_cast<float>(area.right()), static_cast<float>(area.bottom())});
-    });
+    for (const QRect& rect : region) {
+      layer_->SetClip(rect);
+      layer_->Clear(DeskColour());
+      const Box area = {static_cast<float>((corner_.x() + rect.left()) / scaleX_),
+                        static_cast<float>((corner_.y() + rect.top()) / scaleY_),
+                        static_cast<float>((corner_.x() + rect.right() + 1) / scaleX_),
+                        static_cast<float>((corner_.y() + rect.bottom() + 1) / scaleY_)};
+      RunHandler([&] { OnPaint(layer, area); });
+    }
     layer_->SetClip(QRect());
   }
   SelectLayer(Layer::Page);
 }
 
 void QtCanvas::FillBox(const Box& box, ColourValue colour) {
-  const QColor fill(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
-  layer_->FillBox(QRectF(ToDevice(Point{box.left, box.top}), ToDevice(Point{box.right, box.bottom})), fill);
+  const Point corners[] = {{box.left, box.top}, {box.right, box.bottom}};
+  const std::span<const FixedPoint> device = ToDevice(corners);
+  if (!device.empty()) layer_->FillBox(device[0], device[1], ToRgb(colour));
   Drawn();
 }
 
 void QtCanvas::DrawLine(Point from, Point to, const Pen& pen) {
-  layer_->DrawLine(ToDevice(from), ToDevice(to), pen.colour, pen.width * ratio_, pen.crisp);
+  const Point ends[] = {from, to};
+  const std::span<const FixedPoint> device = ToDevice(ends);
+  if (!device.empty())
+    layer_->DrawLine(device[0], device[1], ToRgb(pen.colour), pen.width * ratio_, pen.crisp);
   Drawn();
 }
 
 void QtCanvas::StrokePath(const Path& path, const Pen& pen) {
-  layer_->StrokePath(path, ToDevice(), pen.colour, pen.width * ratio_);
+  layer_->StrokePath(path, ToDevice(path.points), ToRgb(pen.colour), pen.width * ratio_);
   Drawn();
 }
 
 void QtCanvas::FillPath(const Path& path, ColourValue colour) {
-  layer_->FillPath(path, ToDevice(), colour);
+  layer_->FillPath(path, ToDevice(path.points), ToRgb(colour));
   Drawn();
 }
 
 void QtCanvas::DrawText(const ScreenFace& face, float em, std::string_view codes,
                         std::span<const Point> origins, ColourValue colour) {
-  layer_->DrawText(face, em * ratio_, codes, ToDevice(origins), colour);
+  layer_->DrawText(face, em * ratio_, codes, ToDevice(origins), ToRgb(colour));
   Drawn();
 }
 
@@ -341,8 +369,8 @@ MouseEvent QtCanvas::ToMouseEvent(const QMouseEvent& event, Qt::MouseButton butt
   const QPointF position = event.position();
   MouseEvent mouse;
   mouse.button = ToButton(button);
-  mouse.x = static_cast<float>(left_ + position.x() / std::max(width(), 1) * width_);
-  mouse.y = static_cast<float>(top_ + position.y() / std::max(height(), 1) * height_);
+  mouse.x = static_cast<float>((corner_.x() + position.x() * ratio_) / scaleX_);
+  mouse.y = static_cast<float>((corner_.y() + position.y() * ratio_) / scaleY_);
   mouse.pixelX = static_cast<float>(position.x());
   mouse.pixelY = static_cast<float>(position.y());
   mouse.shift = event.modifiers() & Qt::ShiftModifier;

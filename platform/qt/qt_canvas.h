@@ -2,7 +2,10 @@
 
 // The drawing canvas as a widget: two layers, logical coordinates, keys and mouse.
 
+#include <QPoint>
+#include <QRegion>
 #include <QWidget>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -18,6 +21,7 @@ class QtCanvas final : public QWidget, public Canvas {
   int PixelWidth() const override;
   int PixelHeight() const override;
   void SetCoordinates(float left, float top, float width, float height) override;
+  void ScrollTo(float left, float top, float width, float height) override;
   float PixelRatio() const override;
   void SelectLayer(Layer layer) override;
   void Clear() override;
@@ -56,9 +60,10 @@ class QtCanvas final : public QWidget, public Canvas {
  private:
   QColor DeskColour() const;
   void ResizeLayers();
-  QPointF ToDevice(Point point) const;
-  QTransform ToDevice() const;
-  std::span<const QPointF> ToDevice(std::span<const Point> points);
+  // Sets what follows from the coordinates and the size.
+  void UseCoordinates();
+  // The points on the layers; empty if one of them is no place.
+  std::span<const FixedPoint> ToDevice(std::span<const Point> points);
   MouseEvent ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button);
   void SendKey(int code);
   // Text that the keyboard or an input method gave.
@@ -76,7 +81,7 @@ class QtCanvas final : public QWidget, public Canvas {
   bool showPending_ = false;
   int clicks_ = 1;  // of the last press
   // The part of each layer, in device pixels, that is to be painted before it is shown.
-  QRect invalid_[2];
+  QRegion invalid_[2];
 
   // The logical rectangle of SetCoordinates.
   double left_ = 0;
@@ -84,7 +89,13 @@ class QtCanvas final : public QWidget, public Canvas {
   double width_ = 1;
   double height_ = 1;
 
-  std::vector<QPointF> points_;  // reused from call to call
+  // Device pixels per logical unit, and where the corner of the canvas lies in them. That is a whole number:
+  // what is scrolled would not lie on the pixels otherwise.
+  double scaleX_ = 1;
+  double scaleY_ = 1;
+  QPoint corner_;
+
+  std::vector<FixedPoint> points_;  // reused from call to call
 };
 
 }  // namespace kelvane

@@ -195,6 +195,8 @@ QtButton::QtButton(QWidget* parent, const std::string& caption, const IconDrawin
 void QtButton::SetPlace(const Place& place) {
   constexpr int kBorder = 2;
   QtControl::SetPlace(place);
+  // A font loaded for a caption that an icon stands for would only cost time.
+  if (dynamic_cast<IconButton*>(widget_) != nullptr) return;
   widget_->setFont(FittingFont(widget_->parentWidget()->font(), widget_->text().remove(u'&'),
                                place.width - 2 * kBorder, place.height - 2 * kBorder));
 }

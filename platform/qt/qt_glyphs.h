@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/qt/coverage.h"
+
 namespace kelvane {
 
 class QtFace;
@@ -39,17 +41,31 @@ class GlyphImages {
 
   // The image of a code whose origin lies stepX / kSteps and stepY / kSteps inside a pixel.
   const GlyphImage& At(QtFace& face, unsigned char code, int stepX, int stepY);
+  // Its outline, the origin at (0, 0).
+  const FlatPath& Outline(QtFace& face, unsigned char code) { return Of(face, code).outline; }
 
  private:
-  using Positions = std::array<GlyphImage, std::size_t{kSteps} * kSteps>;
+  struct Glyph {
+    FlatPath outline;
+    std::array<GlyphImage, std::size_t{kSteps} * kSteps> images;
+  };
+
+  void Hold(std::size_t bytes);
+  Glyph& Of(QtFace& face, unsigned char code);
+  void Make(GlyphImage& image, const FlatPath& outline, FixedPoint shift);
 
   double em_;
   std::size_t bytes_;
-  std::array<std::unique_ptr<Positions>, 256> images_;
+  std::array<std::unique_ptr<Glyph>, 256> glyphs_;
 };
 
-// Blends a glyph's image into a 32-bit image, RGB32 or premultiplied; (x, y) is the pixel of its origin.
-// Parts outside the clip, which lies within the target, are left out.
+// Blends `colour` into a row of pixels, RGB32 or premultiplied, as far as each is covered.
+void BlendRow(QRgb* pixels, const uchar* coverage, int count, QRgb colour);
+// The same, pixel by pixel: what the other one does for machines without vectors and for the last few.
+void BlendRowPlainly(QRgb* pixels, const uchar* coverage, int count, QRgb colour);
+
+// Blends a glyph's image into a 32-bit image; (x, y) is the pixel of its origin. Parts outside the clip,
+// which lies within the target, are left out.
 void BlendGlyph(QImage& target, const QRect& clip, int x, int y, const GlyphImage& glyph, QRgb colour);
 
 }  // namespace kelvane

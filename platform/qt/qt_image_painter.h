@@ -26,12 +26,15 @@ class QtImagePainter final : public Painter {
                 ColourValue colour) override;
 
  private:
-  QPointF ToDevice(Point point) const { return toDevice_.map(QPointF(point.x, point.y)); }
+  // The points on the image; empty if one of them is no place.
+  std::span<const FixedPoint> ToDevice(std::span<const Point> points);
 
   QtLayer layer_;
-  QTransform toDevice_;
+  const Box shown_;
+  double scaleX_ = 1;  // device pixels
+  double scaleY_ = 1;
   double ratio_;
-  std::vector<QPointF> origins_;  // reused from call to call
+  std::vector<FixedPoint> points_;  // reused from call to call
 };
 
 }  // namespace kelvane

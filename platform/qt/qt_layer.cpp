@@ -1,8 +1,8 @@
 #include "platform/qt/qt_layer.h"
 
-#include <QPen>
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <utility>
 
 #include "platform/qt/qt_fonts.h"
@@ -17,24 +17,27 @@ constexpr double kLargestImageEm = 128;
 constexpr double kLargestEm = 32000;
 // How far ink may lie from a character's origin, in ems.
 constexpr double kGlyphReach = 1.5;
-// Joining a stroke of wide lines that cross costs more than linearly, so long paths go to the painter in parts.
-// Thin lines can go together, which keeps the ink of glyphs from being laid twice where lines meet.
-constexpr double kThinLine = 2;  // device pixels
-constexpr int kMostWideSteps = 16;
-constexpr int kMostThinSteps = 512;
 
-QColor ToQColor(ColourValue colour) {
-  return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
+// The nearest edge between pixels.
+int EdgeAt(int position) {
+  return static_cast<int>(std::floor(static_cast<double>(position) / kPixel + 0.5));
+}
+
+// The pixels within a distance of any of the points.
+QRect Around(std::span<const FixedPoint> points, double reach) {
+  FixedPoint least = points[0], most = least;
+  for (const FixedPoint& point : points) {
+    least = {std::min(least.x, point.x), std::min(least.y, point.y)};
+    most = {std::max(most.x, point.x), std::max(most.y, point.y)};
+  }
+  const int margin = static_cast<int>(std::ceil(reach)) + 1;
+  return QRect(QPoint(least.x / kPixel, least.y / kPixel), QPoint(most.x / kPixel, most.y / kPixel))
+      .adjusted(-margin, -margin, margin, margin);
 }
 
 }  // namespace
 
-QtLayer::~QtLayer() {
-  if (painter_.isActive()) painter_.end();
-}
-
 void QtLayer::Resize(QSize size, const QColor& background) {
-  if (painter_.isActive()) painter_.end();
   clip_ = QRect(QPoint(0, 0), size);
   image_ = QImage(size, opaque_ ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
   if (!image_.isNull()) image_.fill(opaque_ ? background : QColor(Qt::transparent));
@@ -42,171 +45,133 @@ void QtLayer::Resize(QSize size, const QColor& background) {
   dirty_ = image_.rect();
 }
 
-const QImage& QtLayer::Image() {
-  if (painter_.isActive()) painter_.end();
-  return image_;
-}
-
 QRect QtLayer::TakeDirty() {
   return std::exchange(dirty_, QRect());
 }
 
-QPainter& QtLayer::Painter() {
-  if (!painter_.isActive()) {
-    painter_.begin(&image_);
-    painter_.setRenderHint(QPainter::Antialiasing);
-    if (clip_ != image_.rect()) painter_.setClipRect(clip_);
-    penWidth_ = -1;
-  }
-  return painter_;
-}
-
 void QtLayer::SetClip(const QRect& clip) {
-  const QRect next = clip.isNull() ? image_.rect() : clip & image_.rect();
-  if (next == clip_) return;
-  clip_ = next;
-  if (painter_.isActive()) painter_.end();
+  clip_ = clip.isNull() ? image_.rect() : clip & image_.rect();
 }
 
 void QtLayer::Clear(const QColor& background) {
   if (image_.isNull()) return;
   const QRect cleared = opaque_ ? clip_ : clip_ & inked_;
   if (!cleared.isEmpty()) {
-    QPainter& painter = Painter();
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.fillRect(cleared, opaque_ ? background : QColor(Qt::transparent));
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    FillPixels(cleared, opaque_ ? background.rgb() : QRgb{0});
     dirty_ |= cleared;
   }
   if (clip_ == image_.rect()) inked_ = QRect();
 }
 
-bool QtLayer::Touch(double left, double top, double right, double bottom) {
-  // Written so that a value which is no number touches nothing.
-  if (!(left < image_.width() && right > 0 && top < image_.height() && bottom > 0)) return false;
-  const int x0 = static_cast<int>(std::floor(std::max(left, 0.0)));
-  const int y0 = static_cast<int>(std::floor(std::max(top, 0.0)));
-  const int x1 = static_cast<int>(std::ceil(std::min<double>(right, image_.width())));
-  const int y1 = static_cast<int>(std::ceil(std::min<double>(bottom, image_.height())));
-  const QRect touched = QRect(x0, y0, x1 - x0, y1 - y0) & clip_;
+void QtLayer::Move(QPoint by) {
+  const QRect kept = image_.rect().translated(by) & image_.rect();
+  dirty_ = image_.rect();
+  inked_ = inked_.translated(by) & image_.rect();
+  uchar* const bits = image_.bits();
+  const qsizetype stride = image_.bytesPerLine();
+  constexpr auto kBytes = static_cast<qsizetype>(sizeof(QRgb));
+  // In the order in which no row is written before it was read.
+  for (int i = 0; i < kept.height(); ++i) {
+    const int y = by.y() > 0 ? kept.bottom() - i : kept.top() + i;
+    std::memmove(bits + y * stride + kept.left() * kBytes,
+                 bits + (y - by.y()) * stride + (kept.left() - by.x()) * kBytes,
+                 static_cast<std::size_t>(kept.width() * kBytes));
+  }
+}
+
+bool QtLayer::Touch(const QRect& box) {
+  const QRect touched = box & clip_;
   if (touched.isEmpty()) return false;
   inked_ |= touched;
   dirty_ |= touched;
   return true;
 }
 
-bool QtLayer::Touch(std::span<const QPointF> points, double margin) {
-  if (points.empty()) return false;
-  double left = points[0].x(), right = left, top = points[0].y(), bottom = top;
-  for (const QPointF& point : points) {
-    if (!std::isfinite(point.x()) || !std::isfinite(point.y())) return false;
-    left = std::min(left, point.x());
-    right = std::max(right, point.x());
-    top = std::min(top, point.y());
-    bottom = std::max(bottom, point.y());
+bool QtLayer::Touch(std::span<const FixedPoint> points, double reach) {
+  return !points.empty() && Touch(Around(points, reach));
+}
+
+void QtLayer::FillPixels(const QRect& box, QRgb colour) {
+  uchar* const bits = image_.bits();
+  for (int y = box.top(); y <= box.bottom(); ++y) {
+    auto* const row = reinterpret_cast<QRgb*>(bits + y * image_.bytesPerLine());
+    std::fill_n(row + box.left(), box.width(), colour);
   }
-  return Touch(left - margin, top - margin, right + margin, bottom + margin);
 }
 
-void QtLayer::UsePen(ColourValue colour, double width) {
-  QPainter& painter = Painter();
-  if (penColour_ == colour && penWidth_ == width) return;
-  painter.setPen(QPen(ToQColor(colour), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  penColour_ = colour;
-  penWidth_ = width;
+void QtLayer::FillBox(FixedPoint from, FixedPoint to, QRgb colour) {
+  const int left = EdgeAt(std::min(from.x, to.x)), top = EdgeAt(std::min(from.y, to.y));
+  const int right = std::max(EdgeAt(std::max(from.x, to.x)), left + 1);
+  const int bottom = std::max(EdgeAt(std::max(from.y, to.y)), top + 1);
+  const QRect box(QPoint(left, top), QPoint(right - 1, bottom - 1));
+  if (Touch(box)) FillPixels(box & clip_, colour);
 }
 
-void QtLayer::FillBox(QRectF box, const QColor& colour) {
-  box = box.normalized();
-  const double left = std::round(box.left());
-  const double top = std::round(box.top());
-  const double right = std::max(std::round(box.right()), left + 1);
-  const double bottom = std::max(std::round(box.bottom()), top + 1);
-  if (!Touch(left, top, right, bottom)) return;
-  const QRectF whole(QPointF(left, top), QPointF(right, bottom));
-  Painter().fillRect(whole.intersected(QRectF(image_.rect())).toRect(), colour);
-}
-
-void QtLayer::DrawLine(QPointF from, QPointF to, ColourValue colour, double width, bool crisp) {
-  const bool upright = from.x() == to.x();
-  if (!crisp || upright == (from.y() == to.y())) {
-    const QPointF points[] = {from, to};
-    if (!Touch(points, width / 2 + 1)) return;
-    UsePen(colour, width);
-    painter_.drawLine(from, to);
+void QtLayer::DrawLine(FixedPoint from, FixedPoint to, QRgb colour, double width, bool crisp) {
+  const bool upright = from.x == to.x;
+  if (!crisp || upright == (from.y == to.y)) {
+    const FixedPoint points[] = {from, to};
+    if (!Touch(points, width / 2)) return;
+    lines_.Clear();
+    lines_.MoveTo(from);
+    lines_.LineTo(to);
+    Stroke(colour, width);
     return;
   }
-  const double thick = std::max(std::round(width), 1.0);
-  const QPointF least(std::min(from.x(), to.x()), std::min(from.y(), to.y()));
-  const QPointF most(std::max(from.x(), to.x()), std::max(from.y(), to.y()));
   // The whole pixels that the line covers most of.
-  const double across = std::round((upright ? from.x() : from.y()) - thick / 2);
-  const QRectF box = upright ? QRectF(QPointF(across, least.y()), QPointF(across + thick, most.y()))
-                             : QRectF(QPointF(least.x(), across), QPointF(most.x(), across + thick));
-  FillBox(box, ToQColor(colour));
+  const int thick = std::max(static_cast<int>(std::lround(width)), 1) * kPixel;
+  (upright ? from.x : from.y) = EdgeAt((upright ? from.x : from.y) - thick / 2) * kPixel;
+  (upright ? to.x : to.y) = (upright ? from.x : from.y) + thick;
+  FillBox(from, to, colour);
 }
 
-std::span<const QPointF> QtLayer::Map(const Path& path, const QTransform& toDevice, double margin) {
-  mapped_.clear();
-  for (const Point& point : path.points) mapped_.push_back(toDevice.map(QPointF(point.x, point.y)));
-  if (!Touch(mapped_, margin)) return {};
-  return mapped_;
-}
-
-namespace {
-
-// Adds a step to a painter's path and moves on to the next one's points.
-void AddStep(QPainterPath& path, Path::Step step, const QPointF*& point) {
-  switch (step) {
-    case Path::Step::Move:
-      path.moveTo(*point++);
-      break;
-    case Path::Step::Line:
-      path.lineTo(*point++);
-      break;
-    case Path::Step::Curve:
-      path.cubicTo(point[0], point[1], point[2]);
-      point += 3;
-      break;
-  }
-}
-
-}  // namespace
-
-void QtLayer::StrokePath(const Path& path, const QTransform& toDevice, ColourValue colour, double width) {
-  const std::span<const QPointF> points = Map(path, toDevice, width / 2 + 1);
-  if (points.empty()) return;
-  UsePen(colour, width);
-  const QPointF* point = points.data();
-  QPainterPath part;
-  const int most = width <= kThinLine ? kMostThinSteps : kMostWideSteps;
-  int steps = 0;
+void QtLayer::Take(const Path& path, std::span<const FixedPoint> points) {
+  lines_.Clear();
+  const FixedPoint* point = points.data();
   for (const Path::Step step : path.steps) {
-    if (steps == most) {
-      const QPointF end = part.currentPosition();
-      painter_.drawPath(part);
-      part.clear();
-      part.moveTo(end);
-      steps = 0;
+    switch (step) {
+      case Path::Step::Move:
+        lines_.MoveTo(*point++);
+        break;
+      case Path::Step::Line:
+        lines_.LineTo(*point++);
+        break;
+      case Path::Step::Curve:
+        lines_.CurveTo(point[0], point[1], point[2]);
+        point += 3;
+        break;
     }
-    AddStep(part, step, point);
-    ++steps;
   }
-  painter_.drawPath(part);
 }
 
-void QtLayer::FillPath(const Path& path, const QTransform& toDevice, ColourValue colour) {
-  const std::span<const QPointF> points = Map(path, toDevice, 1);
-  if (points.empty()) return;
-  const QPointF* point = points.data();
-  QPainterPath area;
-  area.setFillRule(Qt::WindingFill);
-  for (const Path::Step step : path.steps) AddStep(area, step, point);
-  Painter().fillPath(area, ToQColor(colour));
+void QtLayer::Stroke(QRgb colour, double width) {
+  area_.Clear();
+  AddStroke(area_, lines_, width);
+  Fill(area_, {}, colour);
+}
+
+void QtLayer::Fill(const FlatPath& area, FixedPoint shift, QRgb colour) {
+  uchar* const bits = image_.bits();
+  const qsizetype stride = image_.bytesPerLine();
+  coverage_.Cover(area, shift, clip_, [&](int y, int x, const uchar* covered, int count) {
+    BlendRow(reinterpret_cast<QRgb*>(bits + y * stride) + x, covered, count, colour);
+  });
+}
+
+void QtLayer::StrokePath(const Path& path, std::span<const FixedPoint> points, QRgb colour, double width) {
+  if (!Touch(points, width / 2)) return;
+  Take(path, points);
+  Stroke(colour, width);
+}
+
+void QtLayer::FillPath(const Path& path, std::span<const FixedPoint> points, QRgb colour) {
+  if (!Touch(points, 0)) return;
+  Take(path, points);
+  Fill(lines_, {}, colour);
 }
 
 void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes,
-                       std::span<const QPointF> origins, ColourValue colour) {
+                       std::span<const FixedPoint> origins, QRgb colour) {
   if (!(em > 0 && em <= kLargestEm) || !Touch(origins, em * kGlyphReach)) return;
   QtFace& font = FaceFor(face);
   if (em > kLargestImageEm) {
@@ -216,47 +181,30 @@ void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes
   }
 }
 
-void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,
-                         ColourValue colour) {
-  constexpr int kSteps = GlyphImages::kSteps;
-  constexpr double kHalfStep = 0.5 / kSteps;
+void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::span<const FixedPoint> origins,
+                         QRgb colour) {
+  constexpr int kStep = kPixel / GlyphImages::kSteps;
   GlyphImages& images = face.At(em);
-  const QRectF reached = Reached(em);
-  const QRgb rgb = ToQColor(colour).rgb();
+  const int reach = static_cast<int>(std::ceil(em * kGlyphReach)) + 1;
+  const QRect reached = clip_.adjusted(-reach, -reach, reach, reach);
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const auto code = static_cast<unsigned char>(codes[i]);
-    if (face.Glyph(code) == 0 || !reached.contains(origins[i])) continue;
-    const double x = origins[i].x() + kHalfStep;
-    const double y = origins[i].y() + kHalfStep;
-    const int pixelX = static_cast<int>(std::floor(x));
-    const int pixelY = static_cast<int>(std::floor(y));
-    const GlyphImage& glyph = images.At(face, code, static_cast<int>((x - pixelX) * kSteps),
-                                        static_cast<int>((y - pixelY) * kSteps));
-    BlendGlyph(image_, clip_, pixelX, pixelY, glyph, rgb);
+    const int x = origins[i].x + kStep / 2, y = origins[i].y + kStep / 2;
+    const int pixelX = x >> 8, pixelY = y >> 8;
+    if (face.Glyph(code) == 0 || !reached.contains(pixelX, pixelY)) continue;
+    const GlyphImage& glyph = images.At(face, code, (x & (kPixel - 1)) / kStep, (y & (kPixel - 1)) / kStep);
+    BlendGlyph(image_, clip_, pixelX, pixelY, glyph, colour);
   }
 }
 
-QRectF QtLayer::Reached(double em) const {
-  const double reach = em * kGlyphReach;
-  return QRectF(clip_).adjusted(-reach, -reach, reach, reach);
-}
-
-void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes, std::span<const QPointF> origins,
-                           ColourValue colour) {
-  QPainter& painter = Painter();
-  const QBrush brush(ToQColor(colour));
-  const double scale = em / QtFace::kOutlineEm;
-  const QRectF reached = Reached(em);
+void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes,
+                           std::span<const FixedPoint> origins, QRgb colour) {
+  GlyphImages& images = face.At(em);
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const auto code = static_cast<unsigned char>(codes[i]);
-    if (face.Glyph(code) == 0 || !reached.contains(origins[i])) continue;
-    const QPainterPath& outline = face.Outline(code);
-    const QTransform place(scale, 0, 0, scale, origins[i].x(), origins[i].y());
-    if (!place.mapRect(outline.boundingRect()).intersects(QRectF(image_.rect()))) continue;
-    painter.setTransform(place);
-    painter.fillPath(outline, brush);
+    if (face.Glyph(code) == 0 || !Around(origins.subspan(i, 1), em * kGlyphReach).intersects(clip_)) continue;
+    Fill(images.Outline(face, code), origins[i], colour);
   }
-  painter.resetTransform();
 }
 
 }  // namespace kelvane

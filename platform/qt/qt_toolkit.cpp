@@ -17,6 +17,10 @@ void QtTimer::Start(int milliseconds) {
   timer_.start(milliseconds);
 }
 
+void QtTimer::Stop() {
+  timer_.stop();
+}
+
 QtToolkit::~QtToolkit() {
   timers_.clear();
   // The other windows hang on the main one, which was made before them.

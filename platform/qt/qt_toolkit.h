@@ -16,7 +16,7 @@ class QtTimer final : public Timer {
  public:
   QtTimer();
   void Start(int milliseconds) override;
-  void Stop() override { timer_.stop(); }
+  void Stop() override;
 
  private:
   QTimer timer_;

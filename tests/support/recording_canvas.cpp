@@ -156,6 +156,12 @@ void RecordingCanvas::SetCoordinates(float left, float top, float width, float h
   coordinates = Numbers({left, top, width, height}).substr(1);
 }
 
+void RecordingCanvas::ScrollTo(float left, float top, float width, float height) {
+  SetCoordinates(left, top, width, height);
+  Invalidate(Layer::Page);
+  Invalidate(Layer::Overlay);
+}
+
 void RecordingCanvas::Clear() {
   drawn[selected].clear();
   ++paints[selected];

@@ -60,6 +60,7 @@ class RecordingCanvas : public Canvas {
   int PixelWidth() const override { return pixelWidth; }
   int PixelHeight() const override { return pixelHeight; }
   void SetCoordinates(float left, float top, float width, float height) override;
+  void ScrollTo(float left, float top, float width, float height) override;
   void SelectLayer(Layer layer) override { selected = Index(layer); }
   float PixelRatio() const override { return 1; }
   void Clear() override;

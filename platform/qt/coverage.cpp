@@ -1,0 +1,328 @@
+#include "platform/qt/coverage.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace kelvane {
+namespace {
+
+// How far lines may lie from the curve that they stand for.
+constexpr double kFlatness = 0.06 * kPixel;
+constexpr int kMostCurveLines = 512;
+constexpr int kFarthest = 1 << 21;  // pixels
+
+// A band's sums stay within a processor's cache.
+constexpr int kBandSums = 1 << 16;
+constexpr int kLeastBandRows = 8;
+
+// What the rises of a fully covered pixel add up to.
+constexpr int kFull = 2 * kPixel * kPixel;
+
+std::int64_t FloorDivide(std::int64_t a, std::int64_t b) {
+  const std::int64_t quotient = a / b;
+  return quotient - (a % b < 0 ? 1 : 0);
+}
+
+int PixelOf(int position) {
+  return position >> 8;
+}
+static_assert(kPixel == 1 << 8);
+
+}  // namespace
+
+FixedPoint ToFixed(double x, double y, QPoint origin) {
+  static constexpr double kMost = static_cast<double>(kFarthest) * kPixel;
+  const auto fixed = [](double value, double from) {
+    return static_cast<int>(std::clamp(std::floor(value * kPixel + 0.5) - from * kPixel, -kMost, kMost));
+  };
+  return {fixed(x, origin.x()), fixed(y, origin.y())};
+}
+
+void FlatPath::Clear() {
+  points_.clear();
+  starts_.clear();
+}
+
+void FlatPath::MoveTo(FixedPoint to) {
+  starts_.push_back(points_.size());
+  points_.push_back(to);
+}
+
+void FlatPath::CurveTo(FixedPoint control1, FixedPoint control2, FixedPoint to) {
+  // From the start, so that a curve keeps its lines wherever it lies.
+  const FixedPoint from = points_.back();
+  const double x1 = control1.x - from.x, x2 = control2.x - from.x, x3 = to.x - from.x;
+  const double y1 = control1.y - from.y, y2 = control2.y - from.y, y3 = to.y - from.y;
+  const double bend =
+      std::sqrt(std::max((x2 - 2 * x1) * (x2 - 2 * x1) + (y2 - 2 * y1) * (y2 - 2 * y1),
+                         (x3 - 2 * x2 + x1) * (x3 - 2 * x2 + x1) + (y3 - 2 * y2 + y1) * (y3 - 2 * y2 + y1)));
+  const int lines =
+      std::clamp(static_cast<int>(std::ceil(std::sqrt(0.75 * bend / kFlatness))), 1, kMostCurveLines);
+  for (int i = 1; i < lines; ++i) {
+    const double t = static_cast<double>(i) / lines, u = 1 - t;
+    const double a = 3 * u * u * t, b = 3 * u * t * t, c = t * t * t;
+    points_.push_back({from.x + static_cast<int>(std::floor(a * x1 + b * x2 + c * x3 + 0.5)),
+                       from.y + static_cast<int>(std::floor(a * y1 + b * y2 + c * y3 + 0.5))});
+  }
+  points_.push_back(to);
+}
+
+std::span<const FixedPoint> FlatPath::Part(std::size_t part) const {
+  const std::size_t end = part + 1 < starts_.size() ? starts_[part + 1] : points_.size();
+  return std::span(points_).subspan(starts_[part], end - starts_[part]);
+}
+
+QRect FlatPath::Bounds() const {
+  if (points_.empty()) return {};
+  FixedPoint least = points_[0], most = least;
+  for (const FixedPoint& point : points_) {
+    least = {std::min(least.x, point.x), std::min(least.y, point.y)};
+    most = {std::max(most.x, point.x), std::max(most.y, point.y)};
+  }
+  return {QPoint(PixelOf(least.x), PixelOf(least.y)), QPoint(PixelOf(most.x), PixelOf(most.y))};
+}
+
+namespace {
+
+struct Vector {
+  double x = 0;
+  double y = 0;
+};
+
+double Cross(Vector a, Vector b) {
+  return a.x * b.y - a.y * b.x;
+}
+double Dot(Vector a, Vector b) {
+  return a.x * b.x + a.y * b.y;
+}
+
+FixedPoint Beside(FixedPoint point, Vector by) {
+  return {point.x + static_cast<int>(std::floor(by.x + 0.5)),
+          point.y + static_cast<int>(std::floor(by.y + 0.5))};
+}
+
+// Walks along one side of a line and round its end, then back along the other and round its start.
+class Stroker {
+ public:
+  Stroker(FlatPath& area, double width) : area_(area), half_(width * kPixel / 2) {
+    const double step = 2 * std::acos(std::max(1 - kFlatness / half_, 0.0));
+    capSteps_ = std::max(static_cast<int>(std::ceil(std::numbers::pi / step)), 2);
+    const double turn = std::numbers::pi / capSteps_;
+    cos_ = std::cos(turn);
+    sin_ = std::sin(turn);
+  }
+
+  void Add(std::span<const FixedPoint> line) {
+    points_.clear();
+    for (const FixedPoint& point : line) {
+      if (points_.empty() || points_.back() != point) points_.push_back(point);
+    }
+    normals_.clear();
+    for (std::size_t i = 0; i + 1 < points_.size(); ++i) {
+      const double dx = points_[i + 1].x - points_[i].x, dy = points_[i + 1].y - points_[i].y;
+      const double factor = half_ / std::sqrt(dx * dx + dy * dy);
+      normals_.push_back({dy * factor, -dx * factor});
+    }
+    if (normals_.empty()) normals_.push_back({half_, 0});  // a dot
+    begun_ = false;
+    const std::size_t segments = normals_.size();
+    const std::size_t last = points_.size() - 1;
+    Emit(points_[0], normals_[0]);
+    for (std::size_t i = 1; i < segments; ++i) Join(points_[i], normals_[i - 1], normals_[i]);
+    Emit(points_[last], normals_[segments - 1]);
+    Cap(points_[last], normals_[segments - 1]);
+    for (std::size_t i = segments; i-- > 1;) Join(points_[i], Back(normals_[i]), Back(normals_[i - 1]));
+    Emit(points_[0], Back(normals_[0]));
+    Cap(points_[0], Back(normals_[0]));
+  }
+
+ private:
+  static Vector Back(Vector normal) { return {-normal.x, -normal.y}; }
+  Vector Turned(Vector normal) const {
+    return {normal.x * cos_ - normal.y * sin_, normal.x * sin_ + normal.y * cos_};
+  }
+  void Emit(FixedPoint point, Vector normal) {
+    const FixedPoint at = Beside(point, normal);
+    begun_ ? area_.LineTo(at) : area_.MoveTo(at);
+    begun_ = true;
+  }
+  void Cap(FixedPoint point, Vector normal) {
+    for (int i = 1; i < capSteps_; ++i) Emit(point, normal = Turned(normal));
+    Emit(point, Turned(normal));
+  }
+  void Join(FixedPoint point, Vector before, Vector after) {
+    constexpr double kSmoothTurn = 0.95;  // cosine of what needs no arc
+    const double cosine = Dot(before, after) / (half_ * half_);
+    if (cosine > kSmoothTurn) {
+      const double factor = 1 / (1 + cosine);
+      Emit(point, {(before.x + after.x) * factor, (before.y + after.y) * factor});
+      return;
+    }
+    Emit(point, before);
+    if (Cross(before, after) > 0 || cosine < -kAlmostBack) {
+      Vector normal = Turned(before);
+      for (int i = 1; i < capSteps_ && Cross(normal, after) > 0; ++i, normal = Turned(normal))
+        Emit(point, normal);
+    } else {
+      Emit(point, {});  // the inner side, within what is covered anyway
+    }
+    Emit(point, after);
+  }
+
+  static constexpr double kAlmostBack = 0.9999;
+
+  FlatPath& area_;
+  double half_;
+  int capSteps_;
+  double cos_;
+  double sin_;
+  bool begun_ = false;
+  std::vector<FixedPoint> points_;
+  std::vector<Vector> normals_;
+};
+
+}  // namespace
+
+void AddStroke(FlatPath& area, const FlatPath& lines, double width) {
+  if (!(width > 0)) return;
+  Stroker stroker(area, width);
+  for (std::size_t part = 0; part < lines.Parts(); ++part) {
+    if (lines.Part(part).size() > 1) stroker.Add(lines.Part(part));
+  }
+}
+
+bool Coverage::Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip) {
+  if (shape.Empty()) return false;
+  // Moved by the whole pixels of the shift, and one more for the rest of it.
+  const QRect bounds = shape.Bounds().translated(PixelOf(shift.x), PixelOf(shift.y)).adjusted(0, 0, 1, 1);
+  box_ = bounds & clip;
+  if (box_.isEmpty()) return false;
+  const int sums = box_.width() + 1;
+  bandRows_ = std::min(std::max(kBandSums / sums, kLeastBandRows), box_.height());
+  const auto wanted = static_cast<std::size_t>(sums) * static_cast<std::size_t>(bandRows_);
+  if (rises_.size() < wanted) rises_.resize(wanted);
+  if (coverage_.size() < static_cast<std::size_t>(sums)) coverage_.resize(static_cast<std::size_t>(sums));
+  return true;
+}
+
+void Coverage::AddBand(const FlatPath& shape, FixedPoint shift, int top) {
+  bandTop_ = top;
+  bandBottom_ = std::min(top + bandRows_, box_.bottom() + 1);
+  rows_.assign(static_cast<std::size_t>(bandBottom_ - bandTop_), {box_.width(), -1});
+  const auto moved = [shift](FixedPoint point) { return FixedPoint{point.x + shift.x, point.y + shift.y}; };
+  for (std::size_t i = 0; i < shape.Parts(); ++i) {
+    const std::span<const FixedPoint> part = shape.Part(i);
+    FixedPoint from = moved(part.back());
+    for (const FixedPoint& point : part) {
+      const FixedPoint to = moved(point);
+      AddEdge(from, to);
+      from = to;
+    }
+  }
+}
+
+// A stretch of an edge within one row, whose ends are `height` apart; the sign tells which way it goes.
+inline void Coverage::AddStretch(int row, int from, int to, int height, int sign) {
+  if (from > to) std::swap(from, to);
+  const int width = box_.width();
+  Row& touched = rows_[static_cast<std::size_t>(row - bandTop_)];
+  std::int32_t* const rises = rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * (width + 1);
+  // `inside` is twice the way from the column's left side to the middle of the edge.
+  const auto add = [rises, sign](int column, int inside, int part) {
+    rises[column] += sign * part * (2 * kPixel - inside);
+    rises[column + 1] += sign * part * inside;
+  };
+  int column = PixelOf(from) - box_.left();
+  const int lastColumn = PixelOf(to) - box_.left();
+  if (column >= width) {
+    // Beyond the clip; up to there what was covered stays covered.
+    touched.last = std::max(touched.last, width - 1);
+    return;
+  }
+  touched.first = std::min(touched.first, std::max(column, 0));
+  touched.last = std::max(touched.last, std::min(std::max(lastColumn, 0) + 1, width));
+  if (lastColumn < 0) {
+    add(0, 0, height);
+    return;
+  }
+  if (column == lastColumn) {
+    add(column, (from & (kPixel - 1)) + (to & (kPixel - 1)), height);
+    return;
+  }
+  const int dx = to - from;
+  const auto heightAt = [=](int x) {
+    constexpr int kShort = 1 << 22;  // products of that and a height fit into 32 bits, which divide quicker
+    return dx < kShort ? height * (x - from) / dx
+                       : static_cast<int>(static_cast<std::int64_t>(height) * (x - from) / dx);
+  };
+  int inside = from & (kPixel - 1);
+  int done = 0;
+  if (column < 0) {
+    inside = 0;
+    done = heightAt(box_.left() * kPixel);
+    add(0, 0, done);
+    column = 0;
+  }
+  const int end = std::min(lastColumn, width);
+  for (; column < end; ++column) {
+    const int next = heightAt((box_.left() + column + 1) * kPixel);
+    add(column, inside + kPixel, next - done);
+    inside = 0;
+    done = next;
+  }
+  if (column < width) add(column, inside + (to & (kPixel - 1)), height - done);
+}
+
+void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
+  if (from.y == to.y) return;
+  const int sign = from.y < to.y ? 1 : -1;
+  if (sign < 0) std::swap(from, to);
+  const int first = std::max(PixelOf(from.y), bandTop_);
+  const int last = std::min(PixelOf(to.y - 1), bandBottom_ - 1);
+  if (first > last) return;
+  if (PixelOf(from.y) == PixelOf(to.y - 1)) {
+    AddStretch(first, from.x, to.x, to.y - from.y, sign);
+    return;
+  }
+  // Where the edge crosses into the next row, from its own ends whatever the band is; from row to row by
+  // sums.
+  const std::int64_t dx = to.x - from.x, dy = to.y - from.y;
+  const std::int64_t rowStep = FloorDivide(dx * kPixel, dy), rowRest = dx * kPixel - rowStep * dy;
+  const int start = std::max(first * kPixel, from.y);
+  int x = from.x + static_cast<int>(FloorDivide(dx * (start - from.y), dy));
+  int y = start;
+  const std::int64_t nextWay = dx * ((first + 1) * kPixel - from.y);
+  std::int64_t way = FloorDivide(nextWay, dy);
+  std::int64_t rest = nextWay - way * dy;
+  for (int row = first; row <= last; ++row) {
+    const bool ends = row == PixelOf(to.y - 1);
+    const int nextX = ends ? to.x : from.x + static_cast<int>(way);
+    const int nextY = ends ? to.y : (row + 1) * kPixel;
+    AddStretch(row, x, nextX, nextY - y, sign);
+    x = nextX;
+    y = nextY;
+    way += rowStep;
+    rest += rowRest;
+    if (rest >= dy) {
+      rest -= dy;
+      ++way;
+    }
+  }
+}
+
+int Coverage::SumRow(std::size_t row) {
+  const auto [first, last] = rows_[row];
+  std::int32_t* const rises = rises_.data() + static_cast<std::ptrdiff_t>(row) * (box_.width() + 1);
+  std::int32_t sum = 0;
+  unsigned char* covered = coverage_.data();
+  for (int column = first; column <= last; ++column) {
+    sum += rises[column];
+    rises[column] = 0;
+    const auto whole = static_cast<unsigned>(std::min(std::abs(sum), kFull));
+    *covered++ = static_cast<unsigned char>((whole * 255 + kFull / 2) / kFull);
+  }
+  return std::min(last, box_.width() - 1) - first + 1;
+}
+
+}  // namespace kelvane

@@ -1,0 +1,180 @@
+// What the canvas shows after scrolling, editing and undoing is what a full redraw shows, pixel for pixel.
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPixmap>
+#include <cmath>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "app/startup.h"
+#include "designer/character_files.h"
+#include "document/page.h"
+#include "document/paper.h"
+#include "editing/edit.h"
+#include "editing/modes.h"
+#include "editing/undo.h"
+#include "platform/files.h"
+#include "platform/qt/qt_canvas.h"
+#include "tests/support/scripted_dialogs.h"
+#include "typography/metrics.h"
+#include "typography/renderer.h"
+#include "typography/typefaces.h"
+#include "typography/view.h"
+#include "typography/zoom.h"
+
+namespace kelvane {
+namespace {
+
+class IncrementalTest : public ::testing::Test {
+ protected:
+  IncrementalTest() {
+    TheFiles = &DiskFiles();
+    TheDialogs = &dialogs_;
+    ProgramFolder = BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\";
+    ResetProgram();
+    LoadCharacterDefs();
+    LoadWidthTables();
+    canvas_.SetPlace({0, 0, 401, 283});
+    canvas_.OnPaint = PaintLayer;
+    Picture1 = &canvas_;
+  }
+  ~IncrementalTest() override {
+    Picture1 = nullptr;
+    TheDialogs = nullptr;
+    ClearPage();
+  }
+
+  QImage Shown() { return canvas_.grab().toImage(); }
+  void ExpectWhole(const std::string& act) {
+    const QImage shown = Shown();
+    ShowPage();
+    EXPECT_EQ(Differences(shown, Shown()), "") << act;
+  }
+
+  static std::string Differences(const QImage& one, const QImage& other) {
+    QRect box;
+    int count = 0;
+    for (int y = 0; y < one.height(); ++y) {
+      for (int x = 0; x < one.width(); ++x) {
+        if (one.pixel(x, y) == other.pixel(x, y)) continue;
+        box |= QRect(x, y, 1, 1);
+        ++count;
+      }
+    }
+    if (count == 0) return {};
+    return std::to_string(count) + " pixels in " + std::to_string(box.left()) + ' ' +
+           std::to_string(box.top()) + ' ' + std::to_string(box.right()) + ' ' + std::to_string(box.bottom());
+  }
+
+  void ScrollAbout() {
+    ShowPage();
+    Shown();
+    constexpr float kWays[][2] = {{0, 48}, {-3, -5}, {37.4F, 0.5F}, {-120, 90}, {0, -400}, {11, 7}};
+    for (const auto& [x, y] : kWays) {
+      ScrollBy(x, y);
+      if (x > 30) ScrollBy(-2 * y, x);  // two before one is shown
+      ExpectWhole("scroll by " + std::to_string(x) + ' ' + std::to_string(y));
+    }
+  }
+
+  void EditAbout() {
+    const auto undone = [this](const std::string& label, const std::function<void(Page&)>& change) {
+      EditPage(label, change);
+      ExpectWhole(label);
+      Undo();
+      ExpectWhole("undo " + label);
+      Redo();
+      ExpectWhole("redo " + label);
+      Undo();
+    };
+    undone("first line goes", [](Page& page) { page.text.erase(0, page.text.find('\n') + 1); });
+    undone("run comes", [](Page& page) {
+      page.text +=
+          "260 170 m 17.5 F2 (A slanted \xF0"
+          "g\xF1 and wide) 9 120 a\r\n";
+    });
+    undone("drawing comes", [](Page& page) {
+      page.drawings += "200 150 260 170 330 190 340 240 290 210 13.5\r\n";
+      ++page.drawingCount;
+    });
+  }
+
+  ScriptedDialogs dialogs_;
+  QtCanvas canvas_{nullptr};
+};
+
+// Runs of all faces and sizes, lines and areas, many of them across the edges of the view.
+Page GeneratedPage(unsigned seed) {
+  std::minstd_rand random(seed);
+  const auto number = [&](unsigned least, unsigned most) {
+    return std::to_string(static_cast<double>(least * 16 + random() % ((most - least) * 16)) / 16);
+  };
+  Page page;
+  for (int i = 0; i < 60; ++i) {
+    std::string run;
+    for (unsigned length = 3 + random() % 20; length > 0; --length)
+      run += static_cast<char>('A' + random() % 26);
+    page.text += number(0, 500) + ' ' + number(0, 840) + " m " + number(5, 60) + " F" +
+                 "0123456789ABCDEF"[i % 16] + " (" + run + ") " + std::to_string(1 + i % 9) + " s\r\n";
+  }
+  for (int i = 0; i < 40; ++i) {
+    const std::string start = number(0, 594) + ' ' + number(0, 840);
+    std::string record = start;
+    for (int piece = 0; piece < 3; ++piece)
+      for (int value = 0; value < 4; ++value) record += ' ' + number(0, 594);
+    if (i % 5 == 0) record += ' ' + number(0, 594) + ' ' + number(0, 594) + ' ' + start;
+    page.drawings += record + ' ' + std::to_string(i % 8 * 10 + 1 + i % 4) + "\r\n";
+    ++page.drawingCount;
+  }
+  return page;
+}
+
+TEST_F(IncrementalTest, SamplePages) {
+  for (const auto& file : std::filesystem::directory_iterator(KELVANE_SOURCE_DIR "/data")) {
+    const std::string extension = file.path().extension().string();
+    if (extension.size() != 4 || extension[1] != '0') continue;
+    SCOPED_TRACE(file.path().filename().string());
+    ReadPage(BackslashPath(file.path().string()));
+    ResetEdits();
+    for (const float scale : {0.73F, 1.0F, 4 / 3.0F, 2.0F, 3.1F}) {
+      SCOPED_TRACE(scale);
+      SCALE = scale;
+      ScrollAbout();
+      EditAbout();
+    }
+  }
+}
+
+TEST_F(IncrementalTest, GeneratedPages) {
+  for (unsigned seed = 1; seed <= 20; ++seed) {
+    ThePage = GeneratedPage(seed);
+    ResetEdits();
+    SCALE = 0.3F * std::pow(1.17F, static_cast<float>(seed));
+    STARTX = 200 + 3.1F * static_cast<float>(seed);
+    SCOPED_TRACE(SCALE);
+    ScrollAbout();
+    EditAbout();
+  }
+}
+
+// Widths that change, as by a glyph that was redrawn, move what stands beside them.
+TEST_F(IncrementalTest, NewWidthsAreMeasured) {
+  ThePage.text = "330 150 m 20 F0 (abc) 5 s\r\n";
+  ShowPage();
+  const QImage before = Shown();
+  TypefaceTable[0].Widths['b'] *= 2;
+  RedrawPage();
+  const QImage after = Shown();
+  EXPECT_NE(after, before);
+  ThePage.text = "330 150 m 20 F0 (abc) 5 s \r\n";  // measured for the first time
+  RedrawPage();
+  EXPECT_EQ(Shown(), after);
+}
+
+}  // namespace
+}  // namespace kelvane
