@@ -15,6 +15,7 @@
 #include "editing/arrange.h"
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
+#include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/properties.h"
@@ -179,7 +180,7 @@ void AddAnchorMenu(Table& table) {
 }
 
 void AddArrangeMenu(Table& table) {
-  const char* const menu = "&Edit/Arran&ge";
+  const char* const menu = "&Edit/Arrang&e";
   const auto addAlign = [&](const char* id, const char* caption, Side side) {
     const auto align = [side] {
       AlignSelected(side);

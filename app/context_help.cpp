@@ -28,6 +28,8 @@ constexpr Topic kTopics[] = {
     {"OK", "The control-code box"},
     {"Select", "Select"},
     {"Draw Bezier", "Drawing lines and curves"},
+    {"Draw ", "Drawing shapes"},
+    {"Shape Drawing", "Shaping drawings"},
     {"Page", "The view"},
     {"Scroll", "The view"},
     {"Macro", "Macros"},

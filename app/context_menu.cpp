@@ -23,7 +23,7 @@ Menu* MenuAt(Point at) {
 
 void BuildContextMenus(Window& window) {
   OfItem = BuildPopup(window, {"mEditCut", "mEditCopy", "mEditDelete", "mEditDuplicate", "", "mEditOpen",
-                               "mEditPosition", "&Edit/Anc&hor", "&Edit/Arran&ge", "", "F&ormat/Font &Name",
+                               "mEditPosition", "&Edit/Anc&hor", "&Edit/Arrang&e", "", "F&ormat/Font &Name",
                                "F&ormat/&Line Colour", "F&ormat/Line &Thickness"});
   OfPage = BuildPopup(window, {"mEditPaste", "", "mEditSelectAll"});
   OfRun = BuildPopup(window, {"mEditCut", "mEditCopy", "mEditPaste"});

@@ -58,7 +58,10 @@ void ReadOrReport(void (*read)()) {
 }
 
 void ConnectSubjects() {
-  PageEdited = ShowPaperState;
+  PageEdited = [] {
+    ShowPaperState();
+    ShowCursor();
+  };
   OpenText = RetypeItem;
   PaintFinds = PaintMatches;
   OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };

@@ -12,6 +12,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QRawFont>
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <random>
@@ -181,30 +182,37 @@ void KeyPress(benchmark::State& state) {
   widget->removeEventFilter(&paintings);
 }
 
-// From a movement of the mouse to the painted widget, while a path of 1,000 pieces all over the paper is
-// drawn.
+// From a movement of the mouse to the painted widget, while a path of 1,000 pieces is drawn that wanders over
+// the paper: where the next piece would go, or pulling the last one.
 void DrawPath(benchmark::State& state) {
   ShowWholeEditor();
   FillPage(0, 24);
   ChooseShape(Shape::Bezier);
   std::minstd_rand random(1);
-  std::uniform_real_distribution<float> across(0, PaperWidth);
-  std::uniform_real_distribution<float> down(0, PaperHeight);
-  Points path;
-  for (int i = 0; i < 2001; ++i) path.push_back({across(random), down(random)});
+  std::uniform_real_distribution<float> step(-20, 20);
+  Points path = {{PaperWidth / 2, PaperHeight / 2}};
+  while (path.size() < 2001) {
+    const Point from = path.back();
+    path.push_back({std::clamp(from.x + step(random), 0.0F, PaperWidth),
+                    std::clamp(from.y + step(random), 0.0F, PaperHeight)});
+  }
   KeepPath(path);
   RedrawPage();
   auto* widget = dynamic_cast<QWidget*>(Picture1);
   PaintCounter paintings;
   widget->installEventFilter(&paintings);
   QCoreApplication::processEvents();
-  int step = 0;
+  const auto send = [&](QEvent::Type type, QPointF at) {
+    const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, at, button, button, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &event);
+  };
+  if (state.range(0) != 0) send(QEvent::MouseButtonPress, {400, 400});
+  int moves = 0;
   for (auto _ : state) {
-    ++step;
-    const QPointF at(400 + 4 * (step % 100), 400 + 4 * (step % 70));
-    QMouseEvent move(QEvent::MouseMove, at, at, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    ++moves;
     const int before = paintings.Count();
-    QCoreApplication::sendEvent(widget, &move);
+    send(QEvent::MouseMove, QPointF(400 + 4 * (moves % 100), 400 + 4 * (moves % 70)));
     while (paintings.Count() == before) QCoreApplication::processEvents();
   }
   widget->removeEventFilter(&paintings);
@@ -220,7 +228,13 @@ void Sizes(benchmark::internal::Benchmark* benchmark) {
 }
 BENCHMARK(BareQt)->Apply(Sizes);
 BENCHMARK(Redraw)->Apply(Sizes);
-BENCHMARK(DrawPath)->Unit(benchmark::kMillisecond)->Repetitions(kRepetitions)->MinTime(0.05);
+BENCHMARK(DrawPath)
+    ->ArgName("pulling")
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(kRepetitions)
+    ->MinTime(0.05);
 BENCHMARK(KeyPress)->Unit(benchmark::kMillisecond)->Repetitions(kRepetitions)->MinTime(0.05);
 
 // Keeps the medians for the table of ratios.

@@ -164,6 +164,7 @@ void ResetEdits() {
   Now = {};
   LeftPages.clear();
   Known = ThePage;
+  ClearMarkedBox();
 }
 
 void KeepEdits(int page) {
@@ -180,6 +181,7 @@ void TakeUpEdits(int page, bool same) {
     ThePage = std::move(left.mapped().page);
   }
   Known = ThePage;
+  ClearMarkedBox();  // items of another page
 }
 
 void RenumberEdits(const std::function<int(int)>& numberOf) {

@@ -6,7 +6,6 @@
 
 #include "document/lines.h"
 #include "editing/edit.h"
-#include "editing/tool.h"
 #include "platform/failure.h"
 
 namespace kelvane {
@@ -51,7 +50,6 @@ void Rewrite(const std::string& label, const Changes& texts, const Changes& draw
     if (!drawings.empty()) page.drawings = std::move(newDrawings);
     page.drawingCount = static_cast<std::int16_t>(page.drawingCount - removedDrawings);
   });
-  ShowCursor();  // the marks go with the items
 }
 
 Point Moved(Point point, float dx, float dy) {

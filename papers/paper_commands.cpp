@@ -13,6 +13,7 @@
 #include "document/paper.h"
 #include "editing/edit.h"
 #include "editing/modes.h"
+#include "editing/selection.h"
 #include "editing/notes.h"
 #include "papers/seen_file.h"
 #include "platform/failure.h"
@@ -146,6 +147,7 @@ bool OfferToSavePage(bool warnOfNoName) {
 // Takes a page into memory as page `number`, in the place of the one that is there.
 void TakePage(LoadedPage loaded, int number) {
   ++Shown;
+  ClearMarkedBox();  // items of another page are others, whatever stands in their place
   ClearPage();
   ThePage = std::move(loaded.page);
   Seen = std::move(loaded.seen);
@@ -156,6 +158,7 @@ void TakePage(LoadedPage loaded, int number) {
   PageChanged = 0;
   ShowPaper();
   ShowTopOfPage();
+  ShowCursor();
 }
 
 void ShowOtherPage(LoadedPage loaded, int number) {
