@@ -29,8 +29,10 @@ class Server : public QTcpServer {
         const QByteArray path = socket->readAll().split(' ').value(1);
         asked += path.toStdString() + "\n";
         const QByteArray body = pages.value(path, "<p>page</p>");
-        socket->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\nContent-Length: " +
-                      QByteArray::number(body.size()) + "\r\n\r\n" + body);
+        socket->write(
+            "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\nCache-Control: "
+            "no-store\r\nContent-Length: " +
+            QByteArray::number(body.size()) + "\r\n\r\n" + body);
         socket->disconnectFromHost();
       });
     });
