@@ -99,6 +99,7 @@ TEST_F(WebPageTest, ShowsTheOfflinePageAndTriesAgain) {
   }
   Open(closed);
   EXPECT_TRUE(server.WasAsked("/offline"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return done; }, kPatience));
   server.asked.clear();
   browser->Reload();
   EXPECT_TRUE(server.WasAsked("/offline"));
