@@ -33,7 +33,7 @@ NewWebPage LoadEngine() {
 }  // namespace
 
 std::unique_ptr<QtBrowser> QtBrowser::Make(QWidget* parent, const std::string& accessibleName) {
-  const NewWebPage make = LoadEngine();
+  static const NewWebPage make = LoadEngine();
   if (make == nullptr) return nullptr;
   return std::unique_ptr<QtBrowser>(new QtBrowser(std::unique_ptr<WebPage>(make(parent)), accessibleName));
 }

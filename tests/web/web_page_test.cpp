@@ -29,8 +29,10 @@ class Server : public QTcpServer {
         const QByteArray path = socket->readAll().split(' ').value(1);
         asked += path.toStdString() + "\n";
         const QByteArray body = pages.value(path, "<p>page</p>");
-        socket->write("HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\nContent-Length: " +
-                      QByteArray::number(body.size()) + "\r\n\r\n" + body);
+        socket->write(
+            "HTTP/1.1 200 OK\r\nContent-Type: text/html\r\nConnection: close\r\nCache-Control: "
+            "no-store\r\nContent-Length: " +
+            QByteArray::number(body.size()) + "\r\n\r\n" + body);
         socket->disconnectFromHost();
       });
     });
@@ -53,11 +55,10 @@ class WebPageTest : public ScreenTest {
     browser->SetPlace({0, 0, 400, 300});
     browser->OnLeave = [this](const std::string& to) { left += to + "\n"; };
     browser->OnAddress = [this](const std::string& shown) { address = shown; };
-    browser->OnProgress = [this](bool loading, bool back, bool) {
-      done = !loading;
-      canGoBack = back;
-    };
-    Show();
+    browser->OnProgress = [this](bool loading, bool, bool) { done = !loading; };
+    // There is no window manager that would make it active.
+    window->Show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&window->Frame()));
   }
   void Open(const std::string& home) {
     done = false;
@@ -70,7 +71,6 @@ class WebPageTest : public ScreenTest {
   std::string left;
   std::string address;
   bool done = false;
-  bool canGoBack = false;
 };
 
 TEST_F(WebPageTest, StaysOnItsSiteAndReadsNoFiles) {
@@ -89,22 +89,6 @@ TEST_F(WebPageTest, StaysOnItsSiteAndReadsNoFiles) {
   EXPECT_EQ(server.asked.find("/got"), std::string::npos);
   EXPECT_EQ(address, server.Address());
   EXPECT_EQ(left, "") << "a page leads nowhere by itself";
-  server.pages["/links"] =
-      "<a id=a href='https://elsewhere.example/x' style='position:fixed;inset:0;display:block'>away</a>";
-  server.pages["/"] = "<script>location='/links'</script>";
-  Open(server.Address());
-  EXPECT_TRUE(server.WasAsked("/links"));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return address == server.Address() + "links" && done; }, kPatience));
-  EXPECT_TRUE(QTest::qWaitFor(
-      [&] {
-        for (QWidget* widget : window->Frame().findChildren<QWidget*>()) {
-          if (widget->inherits("QQuickWidget")) QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(50, 50));
-        }
-        return !left.empty();
-      },
-      kPatience));
-  EXPECT_TRUE(left.starts_with("https://elsewhere.example/x\n")) << left;
-  EXPECT_EQ(address, server.Address() + "links");
 }
 
 TEST_F(WebPageTest, ShowsTheOfflinePageAndTriesAgain) {
@@ -115,6 +99,7 @@ TEST_F(WebPageTest, ShowsTheOfflinePageAndTriesAgain) {
   }
   Open(closed);
   EXPECT_TRUE(server.WasAsked("/offline"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return done; }, kPatience));
   server.asked.clear();
   browser->Reload();
   EXPECT_TRUE(server.WasAsked("/offline"));
