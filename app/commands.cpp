@@ -247,7 +247,8 @@ void AddEditMenu(Table& table) {
   AddArrangeMenu(table);
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditSelectAll", "Select &All", "Ctrl+A", Run<SelectEverything>});
-  table.push_back({menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
+  table.push_back(
+      {menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditFind", "&Find", "Ctrl+F", Run<ShowFindWindow>});
   table.push_back({menu, "mEditFindNext", "Find &Next", "F3", Finding<true>});

@@ -31,7 +31,7 @@ void ResetChangeMark() {
 }
 
 void MarkChange(const Box& area) {
-  if (!CanvasIsLaidOut()) return;
+  if (!CanvasIsLaidOut() || !TheToolkit) return;
   BringIntoView((area.left + area.right) / 2, (area.top + area.bottom) / 2);
   Marked = area;
   if (!Clock) {

@@ -153,8 +153,8 @@ class Canvas : public Painter {
 
   // The logical rectangle that fills the canvas. Width and height are above 0.
   virtual void SetCoordinates(float left, float top, float width, float height) = 0;
-  // The same for a page that is otherwise shown as before: what stays in view of the page layer moves along, the
-  // rest of it and the overlay are painted when the canvas is next shown.
+  // The same for a page that is otherwise shown as before: what stays in view of the page layer moves along,
+  // the rest of it and the overlay are painted when the canvas is next shown.
   virtual void ScrollTo(float left, float top, float width, float height) = 0;
 
   // Device pixels per logical pixel.

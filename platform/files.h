@@ -60,12 +60,13 @@ Files& DiskFiles();
 // True if the two paths lead to one file, links followed, or are equal.
 bool SameFile(const std::string& path, const std::string& other);
 
-// New content of `path`, in pieces: written to a temporary file beside it, which is synced, closed and renamed
-// over the old one when it is complete. A link stays; what it points to is replaced. The temporary name has
+// New content of `path`, in pieces: written to a temporary file beside it, which is synced, closed and
+// renamed over the old one when it is complete. A link stays; what it points to is replaced. The temporary
+// name has
 // "~" behind the dot of the extension (`QRX.DAT` by way of `QRX.~DAT`), with a number behind it where that
-// name is taken, since what somebody left there may be all that is left of a page. On any failure, and without
-// PutInPlace, the old file is whole and the temporary file is gone where it can be removed. Every step throws
-// Failure.
+// name is taken, since what somebody left there may be all that is left of a page. On any failure, and
+// without PutInPlace, the old file is whole and the temporary file is gone where it can be removed. Every
+// step throws Failure.
 //
 // A file that must stay is written in place, once the new content lies synced in the state folder. If that
 // fails half-way, the copy there is kept and named in the message.

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "editing/cursor.h"
-#include "editing/item_edits.h"
 #include "editing/edit.h"
+#include "editing/item_edits.h"
 #include "editing/undo.h"
 #include "tests/support/editor_test.h"
 

@@ -10,8 +10,8 @@
 
 #include "designer/character_files.h"
 #include "document/page.h"
-#include "editing/modes.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
 #include "tests/support/editor_test.h"

@@ -122,7 +122,8 @@ TEST_F(RendererTest, OpenPathsAreStrokedWithPensOfWholePixels) {
 
 TEST_F(RendererTest, ClosedPathsAreFilled) {
   EXPECT_EQ(RedrawDrawing("0 0 5 0 10 0 10 5 10 10 5 5 0 0 20"), "fill M 0 0 L 10 0 L 10 10 L 0 0 #008000\n");
-  EXPECT_EQ(RedrawDrawing("0 0 5 5 10 0 5 0 0 0 20"), "fill M 0 0 C 2.78 2.78 7.22 2.78 10 0 L 0 0 #008000\n");
+  EXPECT_EQ(RedrawDrawing("0 0 5 5 10 0 5 0 0 0 20"),
+            "fill M 0 0 C 2.78 2.78 7.22 2.78 10 0 L 0 0 #008000\n");
 }
 
 TEST_F(RendererTest, AnAreaOfTooManyPointsShowsItsOutline) {

@@ -19,8 +19,8 @@
 #include "platform/handlers.h"
 #include "tests/support/editor_test.h"
 #include "typography/metrics.h"
-#include "typography/run_painter.h"
 #include "typography/renderer.h"
+#include "typography/run_painter.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
 

@@ -76,7 +76,8 @@ std::string Lines(const std::string& content) {
 class Session : public EditorTest {
  public:
   explicit Session(const std::string& scriptFile) : script(scriptFile) {
-    for (const char* name : {"tplt", "left", "btlt", "bot", "btrt", "right", "tprt", "top", "mid", "point", "cross"})
+    for (const char* name :
+         {"tplt", "left", "btlt", "bot", "btrt", "right", "tprt", "top", "mid", "point", "cross"})
       files.contents["\\Kelvane\\PVQ" + std::string(name) + ".ICO"] = "an icon";
   }
 

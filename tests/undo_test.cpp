@@ -1,6 +1,6 @@
+#include "editing/undo.h"
 #include "document/page.h"
 #include "editing/edit.h"
-#include "editing/undo.h"
 #include "tests/support/editor_test.h"
 
 namespace kelvane {

@@ -11,7 +11,7 @@
 namespace kelvane {
 
 inline constexpr int kFirstGlyph = 32;
-inline constexpr int kGlyphs = 96;  // codes 32 to 127
+inline constexpr int kGlyphs = 96;          // codes 32 to 127
 inline constexpr float kGlyphUnit = 0.02F;  // ems
 
 // Glyph procedures by code - 32 and column; empty means no glyph. Filled from MATH0.PSF and by saving a
@@ -27,8 +27,8 @@ struct GlyphShape {
   Box ink;  // what it covers in print; of no size where it draws nothing
 };
 
-// Executes a procedure. It stops at a 21st operand or at an operator that finds too few; what was drawn before
-// that stands.
+// Executes a procedure. It stops at a 21st operand or at an operator that finds too few; what was drawn
+// before that stands.
 GlyphShape ExecuteGlyph(const std::string& procedure);
 
 // The shape of a character of the glyph fonts 12 to 15, executed once; null for a code that has none. Math3

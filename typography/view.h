@@ -50,7 +50,7 @@ struct View {
   float scale = 1;  // logical pixels per point
   float ratio = 1;  // device pixels per logical pixel
   bool grid = false;
-  bool printed = false;  // as print shows it: glyphs filled, nothing but the page
+  bool printed = false;      // as print shows it: glyphs filled, nothing but the page
   std::uint64_t hidden = 0;  // an item that is not painted
 };
 // That of the page canvas as STARTX, STARTY and SCALE have it now; an empty area while it is not laid out.

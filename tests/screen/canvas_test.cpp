@@ -222,7 +222,9 @@ TEST_F(CanvasTest, OverlayComesAndGoesWithoutScars) {
       },
       [&] { canvas->StrokePath(curve, thick); },
       [&] { canvas->FillPath(curve, kRed); },
-      [&] { canvas->FillBox({10.4F, 10.6F, 20.5F, 30.1F}, kRed); },
+      [&] {
+        canvas->FillBox({10.4F, 10.6F, 20.5F, 30.1F}, kRed);
+      },
   };
   for (std::size_t i = 0; i < std::size(drawings); ++i) {
     SCOPED_TRACE("drawing " + std::to_string(i));
@@ -280,8 +282,9 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
   QInputMethodEvent composed;
   composed.setCommitString(QStringLiteral("xñ±"));
   QCoreApplication::sendEvent(canvas, &composed);
-  EXPECT_EQ(keys, (std::vector<int>{'a', '(', '\\', '~', ' ', 13, 8, kKeyEscape, kKeyLeft, kKeyUp, kKeyRight,
-                                    kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete, kKeyHome, 'x'}));
+  EXPECT_EQ(keys,
+            (std::vector<int>{'a', '(', '\\', '~', ' ', 13, 8, kKeyEscape, kKeyLeft, kKeyUp, kKeyRight,
+                              kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete, kKeyHome, 'x'}));
   EXPECT_EQ(untypable, "é;α;ñ ±;");
 }
 
