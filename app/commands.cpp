@@ -117,6 +117,10 @@ bool IsOn() {
   return Switch;
 }
 
+void FitSelection() {
+  FitBox({MarkedLeft, MarkedBottom, MarkedRight, MarkedTop});
+}
+
 void SelectEverything() {
   if (RunIsOpen()) return SelectWholeRun();
   LeaveEditing();
@@ -304,6 +308,8 @@ void AddViewMenu(Table& table) {
   table.push_back({menu, "mViewTrueSize", "&100 %", "Ctrl+0", Run<ZoomToTrueSize>});
   table.push_back({menu, "mViewFitPage", "Fit &Page", "Ctrl+1", Run<FitPage>});
   table.push_back({menu, "mViewFitWidth", "Fit &Width", "Ctrl+2", Run<FitWidth>});
+  table.push_back(
+      {menu, "mViewFitSelection", "Fit &Selection", "Ctrl+3", Run<FitSelection>, AnythingSelected});
   table.push_back(Separator(menu));
   table.push_back({menu, "mViewGrid", "Show &Grid", "", Toggle<ShowGrid>, {}, IsOn<ShowGrid>});
   table.push_back({menu, "mViewPrint", "Prin&t View", "", Toggle<PrintView>, {}, IsOn<PrintView>});

@@ -19,6 +19,7 @@
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/properties.h"
+#include "editing/select_tool.h"
 #include "papers/paper_commands.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
@@ -191,6 +192,11 @@ void AddCanvasAndBars(Window& window) {
     PaintLayer(layer, area);
   };
   Picture1->OnKeyPress = Form1_Picture1_KeyPress;
+  Picture1->OnTab = [](bool forwards) {
+    const bool used = CursorMode == 0 && SelectNext(forwards);
+    RefreshMenus();
+    return used;
+  };
   Picture1->OnUntypable = NoteUntypable;
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;
   Picture1->OnMouseMove = Form1_Picture1_MouseMove;

@@ -186,6 +186,8 @@ class Canvas : public Painter {
 
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;
+  // Tab or, backwards, Shift+Tab; true if it was used, otherwise the focus goes on to the next control.
+  std::function<bool(bool forwards)> OnTab;
   // The person typed characters that are no keys of the canvas: readable, in UTF-8, blanks between them.
   std::function<void(const std::string&)> OnUntypable;
   std::function<void(const MouseEvent&)> OnMouseDown;

@@ -111,6 +111,16 @@ void FitPage() {
   ZoomTo(std::min(FittingScale(CanvasWidth(), PaperWidth), FittingScale(CanvasHeight(), PaperHeight)));
 }
 
+void FitBox(const Box& box) {
+  STARTX = (box.left + box.right) / 2;
+  STARTY = (box.top + box.bottom) / 2;
+  // A box of no size is brought into the middle as it is.
+  const float width = std::max(box.right - box.left, 1.0F);
+  const float height = std::max(box.bottom - box.top, 1.0F);
+  const float scale = std::min(FittingScale(CanvasWidth(), width), FittingScale(CanvasHeight(), height));
+  ZoomTo(std::min(scale, std::max(SCALE, kTrueScale)));
+}
+
 void FitWidth() {
   const float top = STARTY - 0.5F * CanvasHeight() / SCALE;
   STARTX = PaperWidth / 2;

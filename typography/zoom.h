@@ -4,6 +4,8 @@
 
 #include <functional>
 
+#include "platform/canvas.h"
+
 namespace kelvane {
 
 inline constexpr float kLeastScale = 0.1F;  // pixels per point
@@ -42,5 +44,7 @@ void ZoomOut();
 void ZoomToTrueSize();
 void FitPage();
 void FitWidth();
+// All of a box, points.
+void FitBox(const Box& box);
 
 }  // namespace kelvane

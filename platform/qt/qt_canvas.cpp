@@ -295,6 +295,12 @@ void QtCanvas::SendKey(int code) {
   if (OnKeyPress) RunHandler([this, code] { OnKeyPress(code); });
 }
 
+bool QtCanvas::focusNextPrevChild(bool next) {
+  bool used = false;
+  RunHandler([&] { used = OnTab && OnTab(next); });
+  return used || QWidget::focusNextPrevChild(next);
+}
+
 void QtCanvas::keyPressEvent(QKeyEvent* event) {
   const bool control = event->modifiers() & Qt::ControlModifier;
   const int held = (control ? kWithControl : 0) | (event->modifiers() & Qt::ShiftModifier ? kWithShift : 0);
