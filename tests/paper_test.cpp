@@ -41,8 +41,6 @@ class PaperTest : public ProgramTest {
     canvas->ForgetDrawn();
   }
   static void Write(const std::string& text) { PageText = text; }
-  // Whether another page came into memory and is to be shown.
-  bool Replaced() const { return canvas->areas.find("all") != std::string::npos; }
   const std::string& File(const std::string& path) { return files.contents.at(path); }
 
   // What is in memory, and that the window and the page number say so too.
@@ -66,20 +64,6 @@ TEST_F(PaperTest, PageFilesHaveThreeDigits) {
   CurrentPaperFile = "C:\\P\\Essay.001";
   EXPECT_EQ(PageFileName(12), "C:\\P\\Essay.012");
   EXPECT_EQ(PageFileName("\\P.x\\Essay", 123), "\\P.x\\Essay.123");
-}
-
-TEST_F(PaperTest, SaveAsksForANameOnceAndSorts) {
-  Write(kTyped);
-  EXPECT_EQ(PageChanged, 1);
-  PaperFolder = "\\P\\";
-  dialogs.AnswerSave("\\P\\Essay");
-  EXPECT_TRUE(SavePaper());
-  EXPECT_EQ(dialogs.asked, Strings{"Save: Save As, *.001|*.001, \\P\\"});
-  EXPECT_EQ(File("\\P\\Essay.001"), kSorted);
-  ExpectPage("\\P\\Essay.001", kTyped, false);
-  Write(kThree);
-  EXPECT_TRUE(SavePaper());
-  EXPECT_EQ(File("\\P\\Essay.001"), kThree);
 }
 
 TEST_F(PaperTest, ChangedMeansDifferentFromTheFile) {
@@ -122,187 +106,6 @@ TEST_F(PaperTest, EveryCommandCompletesWhatIsTypedAndDrawn) {
       PageChanged = 0;
     }
   }
-}
-
-TEST_F(PaperTest, SaveAsWritesInTheOrderOfTyping) {
-  OpenEssay();
-  Write(kTyped);
-  PaperFolder = "\\Elsewhere\\";
-  dialogs.AnswerSave("\\Q\\Other.001");
-  EXPECT_TRUE(SavePaperAs());
-  EXPECT_EQ(dialogs.asked.back(), "Save: Save As, *.001|*.001, \\P\\") << "the paper's own folder";
-  EXPECT_EQ(File("\\Q\\Other.001"), kTyped);
-  EXPECT_EQ(File("\\P\\Essay.001"), kOne);
-  ExpectPage("\\Q\\Other.001", kTyped, false);
-}
-
-TEST_F(PaperTest, NoAnswerToTheQuestionAboutSavingGivesTheCommandUp) {
-  OpenEssay();
-  Write(kTyped);
-  const std::function<bool()> commands[] = {NewPaper, OpenPaper,
-                                            [] { return OpenPaperFile("\\P\\Essay.003"); }, OfferToSave};
-  for (const auto& command : commands) {
-    dialogs.AnswerNeither();
-    EXPECT_FALSE(command());
-    ExpectPage("\\P\\Essay.001", kTyped, true);
-    EXPECT_EQ(File("\\P\\Essay.001"), kOne);
-  }
-}
-
-TEST_F(PaperTest, ReplacingAFileThatWasNotChosenIsAskedFirst) {
-  OpenEssay();
-  ASSERT_TRUE(GoToPage(3));
-  files.contents["\\Q\\Other.003"] = "someone's";
-  dialogs.AnswerSave("\\Q\\Other.001");
-  dialogs.AnswerNo();
-  EXPECT_FALSE(SavePaperAs());
-  EXPECT_EQ(dialogs.asked.back(), "Replace /Q/Other.003? [No]");
-  EXPECT_EQ(File("\\Q\\Other.003"), "someone's");
-  ExpectPage("\\P\\Essay.003", kThree, false);
-
-  dialogs.AnswerSave("\\Q\\Other.001");
-  dialogs.AnswerYes();
-  EXPECT_TRUE(SavePaperAs());
-  EXPECT_EQ(File("\\Q\\Other.003"), kThree);
-
-  // The very file chosen was asked about by the dialog; this paper's own page needs no question.
-  files.contents["\\Q\\Third.003"] = "chosen";
-  for (const char* chosen : {"\\Q\\Third.003", "\\Q\\Third.001"}) {
-    dialogs.AnswerSave(chosen);
-    EXPECT_TRUE(SavePaperAs());
-    EXPECT_EQ(File("\\Q\\Third.003"), kThree);
-  }
-}
-
-TEST_F(PaperTest, ANameOfSeveralDotsDoesNotReplaceAnotherPaper) {
-  files.contents["\\P\\Essay.draft.002"] = Entry(1, 1, "draft");
-  files.contents["\\P\\Essay.001"] = "someone's";
-  EXPECT_TRUE(OpenPaperFile("\\P\\Essay.draft.002"));
-  EXPECT_EQ(PageText, Entry(1, 1, "draft")) << "it names no page, so it is read itself";
-  Write(kTwo);
-  dialogs.AnswerNo();
-  EXPECT_FALSE(SavePaper());
-  EXPECT_EQ(PageChanged, 1);
-  dialogs.AnswerNo();
-  StorePageBeforeOutput();
-  EXPECT_EQ(File("\\P\\Essay.001"), "someone's");
-}
-
-TEST_F(PaperTest, NewOffersToSaveAndForgetsThePaper) {
-  OpenEssay();
-  Write(kTwo);
-  DrawingList = "10 20 15 20 20 20 1\r\n";
-  DrawingCount = 1;
-  dialogs.AnswerYes();
-  EXPECT_TRUE(NewPaper());
-  EXPECT_EQ(dialogs.asked, Strings{"Would you like to save the current paper. [Yes]"});
-  EXPECT_EQ(File("\\P\\Essay.001"), kTwo + "10 20 m 1 lw 10 0 rl stroke\r\n");
-  EXPECT_TRUE(ThePage.Empty());
-  ExpectPage("", "", false);
-  EXPECT_TRUE(Replaced());
-
-  Write(kOne);
-  dialogs.AnswerNo();
-  EXPECT_TRUE(NewPaper());
-  ExpectPage("", "", false);
-  OpenEssay();
-  Write("");
-  EXPECT_TRUE(NewPaper()) << "nothing to ask about an empty page, changed or not";
-}
-
-TEST_F(PaperTest, OpenReadsPageOneAndRemembersTheFolder) {
-  OpenEssay();
-  ASSERT_TRUE(GoToPage(2));
-  PaperFolder = "\\Old\\";
-  dialogs.AnswerOpen("\\P\\Essay.003");
-  EXPECT_TRUE(OpenPaper());
-  EXPECT_EQ(dialogs.asked, Strings{"Open: Open, *.001|*.001, \\Old\\"});
-  ExpectPage("\\P\\Essay.001", kOne, false);
-  EXPECT_EQ(PaperFolder, "\\P\\");
-  PaperFolder.clear();
-  dialogs.AnswerOpen("\\P\\Essay.999");
-  files.contents["\\P\\Essay.999"] = kTwo;
-  EXPECT_TRUE(OpenPaper());
-  EXPECT_EQ(dialogs.asked.back(), "Open: Open, *.001|*.001, \\P\\");
-  ExpectPage("\\P\\Essay.001", kOne, false);
-}
-
-TEST_F(PaperTest, OpenWarnsOfAPaperWithoutAName) {
-  OpenEssay();
-  NewPaper();
-  Write(kTyped);
-  dialogs.AnswerYes();
-  dialogs.AnswerSave("\\P\\Unnamed.001");
-  dialogs.AnswerOpen("\\P\\Essay.001");
-  EXPECT_TRUE(OpenPaper());
-  EXPECT_EQ(dialogs.messages, Strings{"You are about to lose your paper.\r\nSave the current paper."});
-  EXPECT_EQ(File("\\P\\Unnamed.001"), kSorted);
-  EXPECT_EQ(PageText, kOne);
-}
-
-TEST_F(PaperTest, APaperThatLostItsFirstPageOpensEmpty) {
-  files.contents["\\P\\Essay.002"] = kTwo;
-  EXPECT_TRUE(OpenPaperFile("\\P\\Essay.002"));
-  ExpectPage("\\P\\Essay.001", "", false);
-  EXPECT_THROW(OpenPaperFile("\\P\\Nothing.001"), Failure);
-  ExpectPage("\\P\\Essay.001", "", false);
-}
-
-TEST_F(PaperTest, PagesAreTurnedBothWaysAndWrittenInTheOrderOfTyping) {
-  OpenEssay();
-  Write(kTyped);
-  EXPECT_FALSE(PageUp());
-  EXPECT_EQ(dialogs.messages, Strings{"The current page equals 1."});
-  EXPECT_EQ(File("\\P\\Essay.001"), kTyped);
-  ExpectPage("\\P\\Essay.001", kTyped, false);
-  EXPECT_FALSE(Replaced());
-  Write(kTyped + kThree);
-  EXPECT_TRUE(PageDown());
-  EXPECT_EQ(File("\\P\\Essay.001"), kTyped + kThree);
-  ExpectPage("\\P\\Essay.002", kTwo, false);
-  EXPECT_TRUE(PageUp());
-  ExpectPage("\\P\\Essay.001", kTyped + kThree, false);
-  EXPECT_TRUE(Replaced());
-}
-
-TEST_F(PaperTest, GoingOnFromAnEmptyPageIsAskedAndEndsAtPage999) {
-  OpenEssay();
-  ASSERT_TRUE(GoToPage(3));
-  EXPECT_TRUE(PageDown());
-  EXPECT_FALSE(files.Exists("\\P\\Essay.004"));
-  dialogs.AnswerNo();
-  EXPECT_FALSE(PageDown());
-  EXPECT_EQ(dialogs.asked, Strings{"The current page is empty.\r\nWould you like to proceed anyway? [No]"});
-  ExpectPage("\\P\\Essay.004", "", false);
-  dialogs.AnswerYes();
-  EXPECT_TRUE(PageDown());
-  ExpectPage("\\P\\Essay.005", "", false);
-  EXPECT_EQ(File("\\P\\Essay.004"), "");
-  EXPECT_TRUE(PageUp()) << "backwards nothing is asked";
-  EXPECT_FALSE(files.Exists("\\P\\Essay.005")) << "and nothing is left behind";
-  dialogs.AnswerYes();
-  ASSERT_TRUE(GoToPage(999));
-  EXPECT_FALSE(PageDown());
-  EXPECT_EQ(dialogs.messages, Strings{"Page 999 is the last page of a paper."});
-  ExpectPage("\\P\\Essay.999", "", false);
-  EXPECT_TRUE(files.Exists("\\P\\Essay.999"));
-}
-
-TEST_F(PaperTest, PageBoxShowsThePageThatIsThere) {
-  OpenEssay();
-  files.unreadable.insert("\\P\\Essay.002");
-  for (const int number : {0, -1, 1000, 1, 2}) {
-    PageBox->SetText("typed");
-    if (number == 2) {
-      EXPECT_THROW(GoToPage(number), Failure);
-    } else {
-      EXPECT_FALSE(GoToPage(number));
-    }
-    ExpectPage("\\P\\Essay.001", kOne, false);
-  }
-  EXPECT_TRUE(GoToPage(3));
-  EXPECT_TRUE(GoToPage(1));
-  ExpectPage("\\P\\Essay.001", kOne, false);
 }
 
 // Papers that others made, and those in folders that one may not write, can be read through.
@@ -422,14 +225,6 @@ TEST_F(PaperTest, OutputOffersToSaveAPageWithoutAName) {
     EXPECT_EQ(dialogs.asked[dialogs.asked.size() - 2], "The page has no name yet. Save it first? [Yes]");
   }
   EXPECT_EQ(File("\\P\\New.001"), kSorted);
-}
-
-TEST_F(PaperTest, OutputStoresAChangedPageOfANamedPaper) {
-  OpenEssay();
-  Write(kTyped);
-  StorePageBeforeOutput();
-  EXPECT_EQ(File("\\P\\Essay.001"), kSorted);
-  EXPECT_EQ(PageChanged, 0);
 }
 
 }  // namespace
