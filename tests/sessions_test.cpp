@@ -215,10 +215,10 @@ class Session : public EditorTest {
     }
     const float x = Number();
     const std::string y = Word();
-    (canvas->*event)(x, ReadSingle(y),
-                     rest == "right"    ? MouseButton::Right
-                     : rest == "middle" ? MouseButton::Middle
-                                        : MouseButton::Left);
+    MouseButton button = MouseButton::Left;
+    if (rest == "right") button = MouseButton::Right;
+    if (rest == "middle") button = MouseButton::Middle;
+    (canvas->*event)(x, ReadSingle(y), button);
     if (y.ends_with(',')) Mouse(event);
   }
 
