@@ -1,7 +1,7 @@
 #pragma once
 
-// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen, with
-// two layers, a mouse pointer, the focus and events.
+// Painting. A Painter takes drawing calls, whatever becomes of them; a Canvas is the painter on the screen,
+// with two layers, a mouse pointer, the focus and events.
 //
 // Coordinates are those of whoever draws (points of the paper) and stay floats; pen widths and text sizes are
 // logical pixels.
@@ -94,9 +94,10 @@ struct WheelEvent {
   float pixelY = 0;
 };
 
-// Codes of the canvas's keys: characters of code page 1252, the control characters of some keys, and from
-// kKeyLeft on keys that are no characters.
+// Codes of the canvas's keys: ASCII characters, the control characters of some keys, and from kKeyLeft on
+// keys that are no characters.
 inline constexpr int kKeyBackspace = 8;
+inline constexpr int kKeyTab = 9;
 inline constexpr int kKeyCtrlEnter = 10;
 inline constexpr int kKeyEnter = 13;
 inline constexpr int kKeyEscape = 27;
@@ -127,8 +128,8 @@ class Painter {
 };
 
 // A surface on the screen. The page layer holds the page; the overlay above it what comes and goes (cursor
-// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever asked
-// for it since.
+// mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever
+// asked for it since.
 class Canvas : public Painter {
  public:
   // Size in logical pixels; 0 while the window is not laid out.
@@ -159,9 +160,21 @@ class Canvas : public Painter {
   virtual bool SetPointerIcon(const std::string& path) = 0;
 
   virtual void Focus() = 0;
+  // What those who cannot see the canvas are told it is.
+  virtual void SetName(const std::string& name) = 0;
+  virtual void SetToolTip(const std::string& text) = 0;
+
+  // While true, Tab is a key like others instead of moving the focus.
+  bool takesTab = false;
+  // Where the caret is, so that an input method can put its own window beside it.
+  std::function<Point()> CaretPlace;
 
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;
+  // Text in UTF-8 that is not all ASCII, whole and in its order, from a key or an input method.
+  std::function<void(const std::string&)> OnText;
+  // What an input method has in the making, to be shown at the caret; empty when there is nothing.
+  std::function<void(const std::string&)> OnPreedit;
   std::function<void(const MouseEvent&)> OnMouseDown;
   std::function<void(const MouseEvent&)> OnMouseMove;
   std::function<void(const MouseEvent&)> OnMouseUp;

@@ -17,7 +17,7 @@ using WidthTable = std::array<float, 256>;
 struct WidthTableSource {
   const char* name;
   const char* afm;
-  bool ownEncoding;  // codes as the AFM has them; otherwise ASCII and code page 1252 by glyph name
+  bool ownEncoding;  // codes as the AFM has them; otherwise those of the text faces, by glyph name
 };
 
 // In the order of the typeface numbers 0 to 11.
@@ -42,7 +42,7 @@ WidthTable MakeWidthTable(std::string_view afmText, bool ownEncoding);
 // The 1024 bytes of a .WT file: little-endian single-precision values.
 std::string WidthTableBytes(const WidthTable& table);
 
-// PostScript lines (CR LF) with the widths of codes 32 to 223 of twelve tables, as the prolog holds them
+// PostScript lines (CR LF) with the widths of codes 1 to 223 of twelve tables, as the prolog holds them
 // between its two marker lines.
 std::string PrologWidthLines(const std::array<WidthTable, 12>& tables);
 

@@ -186,6 +186,15 @@ void QtCanvas::Focus() {
   setFocus(Qt::OtherFocusReason);
 }
 
+void QtCanvas::SetName(const std::string& name) {
+  setAccessibleName(PlainText(name));
+}
+
+void QtCanvas::SetToolTip(const std::string& text) {
+  setToolTip(PlainText(text).toHtmlEscaped());
+  setAccessibleDescription(PlainText(text));
+}
+
 void QtCanvas::Drawn() {
   if (showPending_) return;
   showPending_ = true;
@@ -262,6 +271,9 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Backspace:
       SendKey(control ? kKeyWordBackspace : kKeyBackspace);
       return;
+    case Qt::Key_Tab:
+      SendKey(kKeyTab);
+      return;
     case Qt::Key_Escape:
       SendKey(kKeyEscape);
       return;
@@ -291,23 +303,37 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
   }
   const QString text = event->text();
   const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  const auto code = text.size() == 1 && !command ? CodeOfTyped(text[0].unicode()) : std::nullopt;
-  if (!code) {
+  if (text.isEmpty() || command || text[0] < u' ' || text[0] == u'\x7F') {
     QWidget::keyPressEvent(event);
     return;
   }
-  SendKey(*code);
+  SendText(text);
+}
+
+void QtCanvas::SendText(const QString& text) {
+  const bool plain = std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u' ' && c <= u'~'; });
+  if (!plain && OnText) {
+    const std::string composed = text.normalized(QString::NormalizationForm_C).toStdString();
+    RunHandler([&] { OnText(composed); });
+  }
+  for (const QChar character : plain ? text : QString()) SendKey(character.unicode());
 }
 
 void QtCanvas::inputMethodEvent(QInputMethodEvent* event) {
-  for (const QChar character : event->commitString()) {
-    if (const auto code = CodeOfTyped(character.unicode())) SendKey(*code);
-  }
+  const std::string preedit = event->preeditString().toStdString();
+  if (OnPreedit) RunHandler([&] { OnPreedit(preedit); });
+  SendText(event->commitString());
   event->accept();
+}
+
+bool QtCanvas::focusNextPrevChild(bool next) {
+  return !takesTab && QWidget::focusNextPrevChild(next);
 }
 
 QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
   if (query == Qt::ImEnabled) return true;
+  if (query == Qt::ImCursorRectangle && CaretPlace)
+    return QRectF(ToDevice(CaretPlace()) / ratio_, QSizeF(1, 1)).toRect();
   return QWidget::inputMethodQuery(query);
 }
 

@@ -32,6 +32,8 @@ class QtCanvas final : public QWidget, public Canvas {
   void SetPointerArrow() override;
   bool SetPointerIcon(const std::string& path) override;
   void Focus() override;
+  void SetName(const std::string& name) override;
+  void SetToolTip(const std::string& text) override;
 
   // Takes effect at once, shown or not.
   void SetPlace(const Place& place);
@@ -43,6 +45,7 @@ class QtCanvas final : public QWidget, public Canvas {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -59,6 +62,8 @@ class QtCanvas final : public QWidget, public Canvas {
   std::span<const QPointF> ToDevice(std::span<const Point> points);
   MouseEvent ToMouseEvent(QPointF position, Qt::MouseButton button) const;
   void SendKey(int code);
+  // Text that the keyboard or an input method gave.
+  void SendText(const QString& text);
   // Has what was drawn shown at the next pass of the event loop.
   void Drawn();
   void ShowDrawn();

@@ -33,15 +33,11 @@ TEST(TextTest, SignsOfScriptAndTypefaceCodes) {
   EXPECT_EQ(VisibleText("\xE1\xE9\xEA\xEF"), QStringLiteral("①⑨ᴀꜰ"));
 }
 
-TEST(TextTest, TypedCharactersFollowTheCodePage) {
-  for (const auto& [character, code] :
-       {std::pair(u'a', 'a'), {u'\u20AC', '\x80'}, {u'\u0178', '\x9F'}, {u'\u00E9', '\xE9'}})
-    EXPECT_EQ(CodeOfTyped(character), static_cast<unsigned char>(code));
-  for (const char16_t none : {u'\u0081', u'\u03B1', u'\u007F', u'\u0008', u'\u0100'})
-    EXPECT_FALSE(CodeOfTyped(none)) << std::hex << static_cast<int>(none);
-  // In a run the code 233 is a switch of typeface, so the letter has none.
-  EXPECT_FALSE(CodeOfVisible(u'\u00E9'));
+TEST(TextTest, LettersStandForThemselves) {
+  EXPECT_EQ(VisibleText("\x01\x0F\x83\x9D\xDF"), QStringLiteral("àéıÿß"));
+  EXPECT_EQ(CodeOfVisible(u'\u00E9'), 15);
   EXPECT_EQ(CodeOfVisible(u'\u00A0'), 160);
+  EXPECT_FALSE(CodeOfVisible(u'\u03B1'));
 }
 
 TEST(TextTest, PlainTextsAreFileNamesOrCodes) {

@@ -21,6 +21,8 @@ class RecordingCanvas : public Canvas {
   std::string pointer;
   // Icon files that load; any other is missing.
   std::vector<std::string> icons;
+  std::string name;
+  std::string toolTip;
   // "left top right bottom" of the page areas asked for since the page was last painted, one a line; "all\n"
   // for the whole of it.
   std::string areas;
@@ -67,6 +69,8 @@ class RecordingCanvas : public Canvas {
   void SetPointerArrow() override { pointer.clear(); }
   bool SetPointerIcon(const std::string& path) override;
   void Focus() override;
+  void SetName(const std::string& newName) override { name = newName; }
+  void SetToolTip(const std::string& text) override { toolTip = text; }
 
  private:
   static std::size_t Index(Layer layer) { return layer == Layer::Page ? 0 : 1; }
