@@ -23,7 +23,6 @@ TextBox* Text4;
 
 namespace {
 
-constexpr int kFirstScriptCode = 240;
 constexpr float kMarkArm = 4;  // pixels
 
 // The caret counts from the run's end, so that it stays there whoever fills the run.
