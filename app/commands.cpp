@@ -8,6 +8,7 @@
 #include "document/paper.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/sign_entry.h"
 #include "editing/undo.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
@@ -154,6 +155,9 @@ void AddViewMenu(Table& table) {
 
 void AddFontMenu(Table& table) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
+  static constexpr const char* kKeys[kTypefaces] = {
+      "Ctrl+Shift+R", "Ctrl+Shift+B", "Ctrl+Shift+I", "Ctrl+Shift+K", "Ctrl+Shift+H", "", "", "",
+      "Ctrl+Shift+G", "Ctrl+Shift+C", "Ctrl+Shift+J", "Ctrl+Shift+L", "Ctrl+Shift+M", "", "", ""};
   for (std::int16_t font = 0; font < kTypefaces; ++font) {
     const auto choose = [font] {
       ChooseFont(font);
@@ -162,10 +166,26 @@ void AddFontMenu(Table& table) {
     table.push_back({.menu = "F&ormat/Font &Name",
                      .id = std::string("mFont") + kDigits[font],
                      .caption = kTypefaceNames[font].menuCaption,
+                     .key = kKeys[font],
                      .run = choose,
                      .checked = [font] { return BaseFont == font; },
                      .handle = &FontMenu[font]});
   }
+}
+
+template <auto Routine>
+bool Typing() {
+  Routine();
+  FollowTyping();
+  return true;
+}
+
+// What has a key so that a formula can be typed without a menu.
+void AddTypingMenu(Table& table) {
+  const char* const menu = "F&ormat";
+  table.push_back({menu, "mFontBefore", "Typeface &Before", "Ctrl+T", Typing<ChooseFontBefore>});
+  table.push_back({menu, "mSuperscript", "&Superscript, and Back", "Ctrl+Up", Typing<SuperscriptKey>});
+  table.push_back({menu, "mSubscript", "S&ubscript, and Back", "Ctrl+Down", Typing<SubscriptKey>});
 }
 
 // The path being drawn takes the style when it is finished, so it shows it at once.
@@ -267,6 +287,7 @@ Table MakeTable() {
   AddEditMenu(table);
   AddViewMenu(table);
   AddFontMenu(table);
+  AddTypingMenu(table);
   AddColourMenu(table);
   AddThicknessMenu(table);
   table.push_back(Separator("F&ormat"));

@@ -15,6 +15,7 @@
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/sign_entry.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
 #include "typography/renderer.h"
@@ -142,6 +143,7 @@ void AddRunRow(Window& window) {
     FollowTyping();
     RefreshMenus();
   };
+  Text4->SignsFor = SignsBehind;
   Text4->OnEnter = ApplyRun;
   Text4->OnEscape = FocusCanvas;
   Form1Parts.apply = window.AddButton("OK", {}, "Apply Changes of Control Codes");
@@ -152,6 +154,13 @@ void AddCanvasAndBars(Window& window) {
   Picture1 = window.AddCanvas();
   Picture1->OnPaint = PaintLayer;
   Picture1->OnKeyPress = Form1_Picture1_KeyPress;
+  Picture1->OnText = [](const std::string& utf8) {
+    InsertSigns(utf8);
+    FollowTyping();
+    RefreshMenus();
+  };
+  Picture1->OnPreedit = ShowPreedit;
+  Picture1->CaretPlace = [] { return EndsOfRun().caret; };
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;
   Picture1->OnMouseMove = Form1_Picture1_MouseMove;
   Picture1->OnMouseUp = Form1_Picture1_MouseUp;
@@ -239,8 +248,7 @@ namespace {
 void ArrowKey(int code) {
   const int x = code == kKeyRight ? 1 : code == kKeyLeft ? -1 : 0;
   const int y = code == kKeyDown ? 1 : code == kKeyUp ? -1 : 0;
-  if (x != 0 || y != 0)
-    ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
+  if (x != 0 || y != 0) ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
 }
 
 }  // namespace

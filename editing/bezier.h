@@ -19,8 +19,8 @@ bool PathIsOpen();
 // Backspace takes the last point back.
 void TakeBackPoint();
 // Enter, a right click, a second click on the last point: the path joins the page's drawings in LineColour
-// and LineWidth. A path of one point is dropped. True if there was one to join. Throws Failure if the page can
-// hold no more drawings.
+// and LineWidth. A path of one point is dropped. True if there was one to join. Throws Failure if the page
+// can hold no more drawings.
 bool FinishDrawing();
 // Escape drops the path.
 void DropDrawing();

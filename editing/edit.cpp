@@ -156,7 +156,8 @@ StepTaken Take(std::vector<Step>& from, std::vector<Step>& to, bool forward) {
   if (!forward) step.cursorAfter = {CursorX, CursorY};
   ShowStep(step);
   if (PageEdited) PageEdited();
-  return {true, step.label, step.text.before, step.text.after, step.cursorBefore, step.cursorAfter, step.place};
+  return {true,      step.label, step.text.before, step.text.after, step.cursorBefore, step.cursorAfter,
+          step.place};
 }
 
 }  // namespace

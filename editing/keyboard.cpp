@@ -9,10 +9,12 @@
 #include "document/page.h"
 #include "editing/edit.h"
 #include "editing/notes.h"
+#include "editing/sign_names.h"
 #include "typography/colours.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/run_painter.h"
+#include "typography/signs.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
@@ -39,6 +41,13 @@ struct OpenRun {
   bool operator==(const OpenRun&) const = default;
 };
 OpenRun GivenBack;
+
+// What an input method has in the making, as a run; it stands at the caret but is no part of the run yet.
+std::string Preedit;
+// The list of signs that a name being typed may mean.
+SignNames Names;
+// In force before the last choice of a typeface.
+std::int16_t FontBefore;
 
 OpenRun RunNow() {
   return {PendingRun, CursorX, CursorY, FontSize, BaseFont, CursorMode};
@@ -72,14 +81,6 @@ bool IsSwitch(char c) {
 
 char SwitchTo(std::int16_t font) {
   return static_cast<char>(kFirstSwitchCode + font);
-}
-
-// The typeface in force at the caret.
-std::int16_t FontAtCaret() {
-  const std::string_view before = std::string_view(PendingRun).substr(0, Caret());
-  const auto last = std::find_if(before.rbegin(), before.rend(), IsSwitch);
-  if (last == before.rend()) return BaseFont;
-  return static_cast<std::int16_t>(static_cast<unsigned char>(*last) - kFirstSwitchCode);
 }
 
 void ShowFontAtCaret() {
@@ -202,26 +203,69 @@ std::string EntryForRun() {
   return amount != 0 ? entry + ' ' + FormatSingle(amount) + " a" : entry + " s";
 }
 
+// The run with what is in the making at its caret.
+std::string ShownRun() {
+  return std::string(PendingRun).insert(Caret(), Preedit);
+}
+
 // Where the open run's first character lies.
 Point RunOrigin() {
-  const float width = MeasureRun(PendingRun, BaseFont, FontSize);
+  const float width = MeasureRun(ShownRun(), BaseFont, FontSize);
   return AlignAtAnchor({CursorX, CursorY}, AnchorOfMode(CursorMode), width, FontSize);
 }
 
 // The pen behind a part of the run, on the page.
 RunPen PenBehind(std::size_t length) {
-  RunPen pen = FollowRun(std::string_view(PendingRun).substr(0, length), BaseFont, FontSize);
+  RunPen pen = FollowRun(std::string_view(ShownRun()).substr(0, length), BaseFont, FontSize);
   const Point origin = RunOrigin();
   pen.x += origin.x;
   pen.y += origin.y;
   return pen;
 }
 
+// What is in the making is underlined, and the caret stands behind it.
 void PaintCaret(Painter& painter) {
-  const RunPen pen = PenBehind(Caret());
+  const RunPen pen = PenBehind(Caret() + Preedit.size());
   const float rise = 0.8F * pen.size;
   const float fall = 0.2F * pen.size;
   painter.DrawLine({pen.x, pen.y - rise}, {pen.x, pen.y + fall}, Pen{PaletteColour(kBlue), 1, true});
+  if (Preedit.empty()) return;
+  const RunPen start = PenBehind(Caret());
+  painter.DrawLine({start.x, pen.y + fall}, {pen.x, pen.y + fall}, Pen{PaletteColour(kBlue), 1, true});
+}
+
+// Puts the chosen sign in place of its name.
+void TakeSign() {
+  const Sign& sign = Names.Chosen();
+  EraseTo(Caret() - NameAtEnd(RunBeforeCaret()).size());
+  InsertRun(RunOf(sign, FontAtCaret()));
+  Names.Close();
+}
+
+// Keys of the list of signs; false for those that it has no use for.
+bool NamesKey(int code) {
+  if (!Names.Open()) return false;
+  switch (code) {
+    case kKeyTab:
+    case kKeyEnter:
+      TakeSign();
+      return true;
+    case kKeyUp:
+    case kKeyDown:
+      Names.Move(code == kKeyUp ? -1 : 1);
+      return true;
+    case kKeyEscape:
+      Names.Close();
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Letters and Backspace go on with a name; every other key leaves it as letters.
+void FollowName(int code) {
+  const bool types = (code > 32 && code < 127) || code == kKeyBackspace;
+  types ? Names.Follow(RunBeforeCaret()) : Names.Close();
 }
 
 void PaintMark(Painter& painter, const View& view) {
@@ -234,26 +278,31 @@ void PaintMark(Painter& painter, const View& view) {
 class Typing : public Tool {
  public:
   void Release(Point at) override {
+    if (Names.ChooseAt(at)) {
+      TakeSign();
+      ShowCursor();
+      return;
+    }
     PlaceCursor(at.x, at.y);
     NotePlaceChosen();
   }
   bool Key(int code) override {
-    if (RunIsOpen() && EditingKey(code)) {
-      ShowCursor();
-      return true;
-    }
-    if (ArrowKey(code)) return true;
-    TypeKey(code);
-    return CursorMode < 0 && code < kKeyLeft;
+    const bool taken = NamesKey(code);
+    if (taken) ShowCursor();
+    const bool done = taken || Do(code);
+    if (Picture1) Picture1->takesTab = Names.Open();
+    return done;
   }
   // The run being typed, where and as it will stand once committed.
   void Paint(Painter& painter, const View& view) const override {
     if (CursorMode >= 0) return;
-    if (!PendingRun.empty()) {
-      RunPainter(painter, view).Paint({PendingRun, BaseFont, FontSize, RunOrigin(), kBlack});
+    if (!PendingRun.empty() || !Preedit.empty()) {
+      RunPainter(painter, view).Paint({ShownRun(), BaseFont, FontSize, RunOrigin(), kBlack});
       PaintCaret(painter);
     }
     if (!view.printed) PaintMark(painter, view);
+    const RunPen pen = PenBehind(Caret());
+    Names.Paint(painter, view, {pen.x, pen.y});
   }
   void Finish() override {
     if (RunIsOpen()) CommitPendingRun(false);
@@ -262,6 +311,19 @@ class Typing : public Tool {
     const std::string name = kAnchorNames[AnchorOfMode(CursorMode)];
     if (CursorMode > 0) return name + ": click on the page to type there";
     return name + " at " + FormatSingle(CursorX) + ", " + FormatSingle(CursorY) + " pt";
+  }
+
+ private:
+  static bool Do(int code) {
+    if (RunIsOpen() && EditingKey(code)) {
+      FollowName(code);
+      ShowCursor();
+      return true;
+    }
+    if (ArrowKey(code)) return true;
+    TypeKey(code);
+    FollowName(code);
+    return CursorMode < 0 && code < kKeyLeft;
   }
 };
 
@@ -272,6 +334,9 @@ void ResetKeyboard() {
   JustifyRun = false;
   CaretFromEnd = 0;
   GivenBack = {};
+  Preedit.clear();
+  Names.Close();
+  FontBefore = 0;
   ShowRun();
 }
 
@@ -313,7 +378,43 @@ void InsertText(const std::string& text) {
   ShowCursor();
 }
 
+void InsertRun(std::string run) {
+  const std::size_t at = Caret();
+  if (!run.empty() && IsSwitch(run.front()) && at > 0 && IsSwitch(PendingRun[at - 1])) {
+    PendingRun.erase(at - 1, 1);
+    if (run.front() == SwitchTo(FontAtCaret())) run.erase(0, 1);
+  }
+  if (!run.empty() && IsSwitch(run.back()) && Caret() < PendingRun.size() && IsSwitch(PendingRun[Caret()]))
+    run.pop_back();
+  InsertText(run);
+}
+
+void ShowPreedit(const std::string& utf8) {
+  std::string missing;
+  Preedit = CursorMode < 0 ? SignsToRun(utf8, FontAtCaret(), missing) : "";
+  ShowCursor();
+}
+
+std::string_view RunBeforeCaret() {
+  return std::string_view(PendingRun).substr(0, Caret());
+}
+
+std::int16_t FontAtCaret() {
+  return FontBehind(RunBeforeCaret());
+}
+
+std::int16_t FontBehind(std::string_view run) {
+  const auto last = std::find_if(run.rbegin(), run.rend(), IsSwitch);
+  if (last == run.rend()) return BaseFont;
+  return static_cast<std::int16_t>(static_cast<unsigned char>(*last) - kFirstSwitchCode);
+}
+
+void ChooseFontBefore() {
+  ChooseFont(FontBefore);
+}
+
 void ChooseFont(std::int16_t font) {
+  if (font != CurrentFont) FontBefore = CurrentFont;
   if (PendingRun.empty()) {
     BaseFont = font;
     CheckFontMenu(font);
@@ -422,6 +523,7 @@ bool RunIsAsGivenBack() {
 
 void DropRun() {
   PendingRun.clear();
+  Names.Close();
   CaretFromEnd = 0;
   GivenBack = {};
   ShowRun();

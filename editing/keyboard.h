@@ -33,8 +33,19 @@ void TypeKey(int code);
 void InsertScript(int index);
 // Puts text into the run at the caret if a cursor point is placed (macros).
 void InsertText(const std::string& text);
+// The same for what sets a sign, which may begin and end with a switch: one that has no effect is left out.
+void InsertRun(std::string run);
+// What an input method has in the making, in UTF-8: shown at the caret as it would be set.
+void ShowPreedit(const std::string& utf8);
+// What stands before the caret, and the typeface in force there.
+std::string_view RunBeforeCaret();
+std::int16_t FontAtCaret();
+// The typeface in force behind a run that begins in BaseFont.
+std::int16_t FontBehind(std::string_view run);
 // A typeface chosen from the Font Name menu.
 void ChooseFont(std::int16_t font);
+// The one that was in force before the last choice.
+void ChooseFontBefore();
 // The person edited the control-code box.
 void ControlCodeBoxChanged();
 // Enter in the box, or "OK": completes the run and gives the focus back to the canvas.
@@ -47,9 +58,9 @@ void PlaceCursor(float x, float y);
 // where it is. False in modes 0, 10 and 11.
 bool StepCursor(int stepsX, int stepsY);
 
-// Turns the pending run into a text entry of the page, whether or not a point was placed for it. An empty run,
-// or a mode that is no anchor, changes nothing; a run too long for a page file stays, with a note. A run that
-// was committed makes the mode positive.
+// Turns the pending run into a text entry of the page, whether or not a point was placed for it. An empty
+// run, or a mode that is no anchor, changes nothing; a run too long for a page file stays, with a note. A run
+// that was committed makes the mode positive.
 void CommitPendingRun(bool ResetSelection);
 // The entry-building half of a commit: appends the run, which is not empty, to PageText.
 void AddTextRun(bool ResetSelection);
@@ -63,8 +74,8 @@ struct RunEnds {
 };
 RunEnds EndsOfRun();
 
-// Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself is
-// no longer on the page. Only in its own anchor mode and while nothing is being typed.
+// Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself
+// is no longer on the page. Only in its own anchor mode and while nothing is being typed.
 bool GiveBackRun(std::string_view line);
 // Whether the open run is as it was given back.
 bool RunIsAsGivenBack();

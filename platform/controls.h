@@ -68,7 +68,9 @@ class TextBox : public Control {
   virtual void Focus() = 0;
   virtual void SelectAll() = 0;
   std::function<void()> OnChange;  // the person changed the text
-  std::function<void()> OnEnter;   // Enter, with or without Ctrl, was pressed in the box
+  // What to put in place of characters that the box has no code for, in UTF-8, behind that text.
+  std::function<std::string(const std::string& before, const std::string& utf8)> SignsFor;
+  std::function<void()> OnEnter;  // Enter, with or without Ctrl, was pressed in the box
   std::function<void()> OnEscape;
 };
 

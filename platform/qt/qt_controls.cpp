@@ -24,25 +24,56 @@ bool EntersNoRun(char16_t character) {
   return character == u'\0' || character == u'\n' || character == u'\r';
 }
 
-// Refuses an edit that brings a character without a code, before it changes the text or the undo history of
-// the box. Characters that have a code are put in the form in which the box shows them.
+// Puts characters into the form in which the box shows them, before they change its text or undo history.
+// Those without a code the owner is asked about; an edit that adds nothing in the end is refused.
 class RunValidator final : public QValidator {
  public:
-  using QValidator::QValidator;
-  State validate(QString& text, int&) const override {
-    QString shown = text;
-    for (QChar& character : shown) {
-      if (EntersNoRun(character.unicode()) || character == QChar::LineSeparator ||
-          character == QChar::ParagraphSeparator) {
-        character = u' ';
+  RunValidator(TextBox& box, QObject* parent) : QValidator(parent), box_(box) {}
+  State validate(QString& text, int& caret) const override {
+    std::string run;
+    QString unknown;
+    qsizetype run_caret = caret;
+    bool refused = false;
+    for (qsizetype i = 0; i <= text.size(); ++i) {
+      const auto code = i < text.size() ? CodeOf(text[i]) : std::nullopt;
+      if (i < text.size() && !code) {
+        unknown += text[i];
+        continue;
       }
-      const auto code = CodeOfVisible(character.unicode());
-      if (!code || EntersNoRun(*code)) return Invalid;
-      character = VisibleText(std::string(1, static_cast<char>(*code)))[0];
+      if (!unknown.isEmpty()) {
+        const std::string signs = SignsFor(run, unknown);
+        refused = refused || signs.empty();
+        run += signs;
+        if (caret >= i) run_caret += static_cast<qsizetype>(signs.size()) - unknown.size();
+        unknown.clear();
+      }
+      if (code) run += static_cast<char>(*code);
     }
+    const QString shown = VisibleText(run);
+    if (refused && shown.size() <= last_) return Invalid;
     text = shown;
+    caret = static_cast<int>(run_caret);
+    last_ = shown.size();
     return Acceptable;
   }
+
+ private:
+  static std::optional<unsigned char> CodeOf(QChar character) {
+    if (EntersNoRun(character.unicode()) || character == QChar::LineSeparator ||
+        character == QChar::ParagraphSeparator) {
+      return static_cast<unsigned char>(' ');
+    }
+    const auto code = CodeOfVisible(character.unicode());
+    return code && !EntersNoRun(*code) ? code : std::nullopt;
+  }
+  std::string SignsFor(const std::string& before, const QString& unknown) const {
+    std::string signs;
+    if (box_.SignsFor) RunHandler([&] { signs = box_.SignsFor(before, unknown.toStdString()); });
+    return signs;
+  }
+
+  TextBox& box_;
+  mutable qsizetype last_ = 0;  // length of the text that was accepted last
 };
 
 class BoxEdit final : public QLineEdit {
@@ -161,7 +192,7 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, bool fi
     widget_->setFont(FixedPitchFont());
     static_cast<BoxEdit*>(widget_)->HoldsRun = true;
   }
-  widget_->setValidator(new RunValidator(widget_));
+  widget_->setValidator(new RunValidator(*this, widget_));
   QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { RunHandler(OnChange); });
   QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] {
     QToolTip::showText(widget_->mapToGlobal(QPoint(0, widget_->height())),
