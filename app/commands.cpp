@@ -6,14 +6,17 @@
 #include "app/foot.h"
 #include "app/typing_view.h"
 #include "document/paper.h"
+#include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/select_tool.h"
 #include "editing/sign_entry.h"
 #include "editing/undo.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
+#include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"
@@ -79,6 +82,12 @@ bool IsOn() {
   return Switch;
 }
 
+void SelectEverything() {
+  LeaveEditing();
+  SelectAll();
+  ShowCursor();
+}
+
 Command Separator(const char* menu) {
   return {.menu = menu};
 }
@@ -109,11 +118,16 @@ void AddEditMenu(Table& table) {
   table.push_back(
       {menu, "mEditRedo", "&Redo", "Ctrl+Shift+Z", Run<Redo>, CanRedo, {}, false, {}, RedoCaption});
   table.push_back(Separator(menu));
-  table.push_back({menu, "mEditMove", "&Move"});
+  table.push_back({menu, "mEditMove", "&Move", "", Run<StartMove>, AnythingSelected});
   table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X"});
   table.push_back({menu, "mEditCopy", "&Copy", "Ctrl+C"});
   table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V"});
-  table.push_back({menu, "mEditDelete", "&Delete", "Del"});
+  table.push_back({menu, "mEditDelete", "&Delete", "Del", Run<DeleteSelected>, AnythingSelected});
+  table.push_back({menu, "mEditDuplicate", "Dup&licate", "Ctrl+D", Run<DuplicateSelected>, AnythingSelected});
+  table.push_back(Separator(menu));
+  table.push_back({menu, "mEditSelectAll", "Select &All", "Ctrl+A", Run<SelectEverything>});
+  table.push_back(
+      {menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
 }
 
 // The entries named mGridV set the horizontal lines and those named mGridH the vertical ones: the letter is

@@ -1,10 +1,13 @@
 #include "app/exit.h"
 
+#include <string>
+
 #include "app/after_editing.h"
 #include "app/settings.h"
-#include "document/paper.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "macros/macros.h"
+#include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -13,13 +16,24 @@ namespace kelvane {
 
 namespace {
 
-void WriteOrReport(void (*write)(), const char* what) {
-  try {
-    write();
-  } catch (const Failure& failure) {
-    // The page is safe by now; someone who may not write the program folder must still be able to leave.
-    TheDialogs->Message(std::string(what) + " could not be kept for the next start.\n" + failure.what());
-  }
+// The page is safe by now, so someone who may not write the program folder must still be able to leave. One
+// message says all of it.
+void KeepForNextStart() {
+  std::string what;
+  std::string reason;
+  const auto keep = [&](const char* name, const auto& write) {
+    try {
+      write();
+    } catch (const Failure& failure) {
+      what += what.empty() ? name : std::string(" and ") + name;
+      if (reason.find(failure.what()) == std::string::npos) reason += std::string("\n") + failure.what();
+    }
+  };
+  keep("the settings", [] { WriteSettings(ProgramFolder + "QRX.DAT"); });
+  keep("the macros", KeepMacros);
+  if (what.empty()) return;
+  what[0] = 'T';
+  TheDialogs->Message(what + " could not be kept for the next start." + reason);
 }
 
 // What was put into the control-code box in Select belongs to no place, so it is on no page to be saved.
@@ -33,10 +47,9 @@ bool MayDropLooseText() {
 bool SaveAndWriteSettings() {
   if (!MayDropLooseText() || !OfferToSave()) return false;
   if (Form1) FormPlace = Form1->GetWindowPlace();
-  WriteOrReport([] { WriteSettings(ProgramFolder + "QRX.DAT"); }, "The settings");
   // What was applied in the Define Macro window a moment ago has not met the timer yet.
   RefreshMacros();
-  WriteOrReport(WriteMacros, "The macros");
+  KeepForNextStart();
   return true;
 }
 

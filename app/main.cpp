@@ -1,16 +1,34 @@
 // Wires the editor to its windows and starts it.
 
 #include <QApplication>
-#include <QFileInfo>
+#include <csignal>
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <span>
 
+#include "app/arguments.h"
 #include "app/startup.h"
 #include "platform/controls.h"
+#include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/handlers.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_toolkit.h"
 
-int main(int argc, char** argv) {
+namespace {
+
+constexpr int kWrongUse = 2;
+
+std::span<const char* const> Arguments(int argc, char** argv) {
+  return std::span<const char* const>(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0);
+}
+
+int Run(int argc, char** argv) {
+  // Before Qt, which wants a screen and knows options of its own.
+  kelvane::RefuseOptions(Arguments(argc, argv));
   QApplication application(argc, argv);
+  const std::string pageFile = kelvane::PageFileArgument(Arguments(argc, argv));
   QApplication::setApplicationName("Kelvane");
   QApplication::setQuitOnLastWindowClosed(false);
   kelvane::QtToolkit toolkit;
@@ -18,16 +36,30 @@ int main(int argc, char** argv) {
   kelvane::TheToolkit = &toolkit;
   kelvane::TheDialogs = &dialogs;
 
-  const std::string folder = QCoreApplication::applicationDirPath().toLocal8Bit().toStdString();
-  if (!kelvane::StartUp(kelvane::BackslashPath(folder))) return 1;
-
-  const QStringList arguments = QCoreApplication::arguments();
-  std::string pageFile;
-  if (arguments.size() > 1) {
-    // A relative name belongs to the folder the program was started in.
-    const QString path = QFileInfo(arguments[1]).absoluteFilePath();
-    pageFile = kelvane::BackslashPath(path.toLocal8Bit().toStdString());
-  }
-  kelvane::ShowEditor(pageFile);
+  bool started = false;
+  kelvane::RunHandler([&] {
+    // By its bytes, since its name may be no text.
+    const std::filesystem::path program = std::filesystem::canonical("/proc/self/exe");
+    const std::string folder = kelvane::BackslashPath(program.parent_path().string());
+    kelvane::StateFolder = kelvane::FindStateFolder();
+    started = kelvane::StartUp(folder);
+  });
+  if (!started) return 1;
+  std::string page;
+  if (!pageFile.empty()) kelvane::RunHandler([&] { page = kelvane::BackslashPath(pageFile); });
+  kelvane::ShowEditor(page);
   return QCoreApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // A file that would grow too large then fails to be written with a message, instead of ending the program.
+  std::signal(SIGXFSZ, SIG_IGN);
+  try {
+    return Run(argc, argv);
+  } catch (const kelvane::Failure& failure) {
+    std::fprintf(stderr, "%s\n", failure.what());
+    return kWrongUse;
+  }
 }

@@ -16,6 +16,7 @@
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/sign_entry.h"
+#include "papers/paper_commands.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
 #include "typography/renderer.h"
@@ -251,6 +252,10 @@ void ArrowKey(int code) {
   if (x != 0 || y != 0) ScrollBy(static_cast<float>(x) * kArrowPixels, static_cast<float>(y) * kArrowPixels);
 }
 
+Pointer PointerOf(const MouseEvent& event) {
+  return {{event.x, event.y}, event.shift, event.control, event.alt, event.clicks};
+}
+
 }  // namespace
 
 void Form1_Picture1_KeyPress(int code) {
@@ -264,7 +269,7 @@ void Form1_Picture1_MouseDown(const MouseEvent& event) {
   Dragging = event.button == MouseButton::Middle;
   DragX = event.pixelX;
   DragY = event.pixelY;
-  if (event.button == MouseButton::Left) ToolInForce().Press({event.x, event.y});
+  if (event.button == MouseButton::Left) ToolInForce().Press(PointerOf(event));
 }
 
 void Form1_Picture1_MouseMove(const MouseEvent& event) {
@@ -273,7 +278,7 @@ void Form1_Picture1_MouseMove(const MouseEvent& event) {
     DragX = event.pixelX;
     DragY = event.pixelY;
   }
-  ToolInForce().Move({event.x, event.y});
+  ToolInForce().Move(PointerOf(event));
   PointerMoved(event.pixelX, event.pixelY);
 }
 
@@ -283,7 +288,7 @@ void Form1_Picture1_MouseUp(const MouseEvent& event) {
       Dragging = false;
       break;
     case MouseButton::Left:
-      ToolInForce().Release({event.x, event.y});
+      ToolInForce().Release(PointerOf(event));
       WarnOfTyping();
       break;
     case MouseButton::Right:

@@ -85,17 +85,20 @@ std::string KeyOf(std::string_view line) {
   return UpperCase(TrimBlanks(line.substr(0, equals)));
 }
 
+// The number, or `start` in the place of one beyond the range of a single.
+float ReadOr(float start, std::string_view value) {
+  return std::abs(ReadDouble(value)) <= kLargest ? ReadSingle(value) : start;
+}
+
 void ReadLine(std::string_view line, GuideList& xGuides, GuideList& yGuides) {
   const std::string key = KeyOf(line);
   if (key.empty()) return;
   const std::string_view value = TrimBlanks(line.substr(line.find('=') + 1));
   if (key == "PDIR") PaperFolder = value;
-  if (key == "GUIDEX") xGuides.Add(ReadSingle(value));
-  if (key == "GUIDEY") yGuides.Add(ReadSingle(value));
+  if (key == "GUIDEX") xGuides.Add(ReadOr(0, value));  // 0 ends the list
+  if (key == "GUIDEY") yGuides.Add(ReadOr(0, value));
   for (const NumberSetting& setting : kNumbers) {
-    if (key != setting.key) continue;
-    const bool fits = std::abs(ReadDouble(value)) <= kLargest;
-    *setting.value = fits ? ReadSingle(value) : setting.start;
+    if (key == setting.key) *setting.value = ReadOr(setting.start, value);
   }
   for (const ChoiceSetting& setting : kChoices) {
     if (key == setting.key) *setting.value = RoundToInt16(ReadSingle(value));
@@ -135,11 +138,7 @@ std::string SettingLine(const std::string& key, const std::string& value) {
 }  // namespace
 
 void ResetSettings() {
-  PaperFolder.clear();
-  for (const NumberSetting& s : kNumbers) *s.value = s.start;
-  for (const ChoiceSetting& s : kChoices) *s.value = s.start;
-  std::fill(std::begin(GuideX), std::end(GuideX), 0.0F);
-  std::fill(std::begin(GuideY), std::end(GuideY), 0.0F);
+  FormPlace = kDefaultPlace;
 }
 
 void ReadSettings(const std::string& path) {
@@ -152,13 +151,14 @@ void ReadSettings(const std::string& path) {
 }
 
 void WriteSettings(const std::string& path) {
-  std::string content = TheFiles->Exists(path) ? KeptLines(TheFiles->ReadWhole(path)) : "";
+  const std::string old = TheFiles->Exists(path) ? TheFiles->ReadWhole(path) : "";
+  std::string content = KeptLines(old);
   if (!PaperFolder.empty()) content += SettingLine("Pdir", PaperFolder);
   content += SettingLine("FormLeft", FormatSingle(FormPlace.left));
   content += SettingLine("FormTop", FormatSingle(FormPlace.top));
   content += SettingLine("FormWidth", FormatSingle(FormPlace.width));
   content += SettingLine("FormHeight", FormatSingle(FormPlace.height));
-  WriteFileSafely(path, content);
+  if (content != old) WriteFileSafely(path, content);
 }
 
 }  // namespace kelvane

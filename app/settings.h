@@ -12,7 +12,7 @@ namespace kelvane {
 // Place of the main window in twips, as read or as the defaults give it.
 extern WindowPlace FormPlace;
 
-// Start values of everything the settings file can change.
+// The start value of the window's place. What else the file can change is reset by the subject it belongs to.
 void ResetSettings();
 
 // Reads `KEY = value` lines; unknown keys and malformed lines are skipped. A missing file is no error.

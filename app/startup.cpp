@@ -5,18 +5,19 @@
 #include "app/menus.h"
 #include "app/settings.h"
 #include "designer/character_files.h"
-#include "document/page.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/select_tool.h"
 #include "editing/undo.h"
 #include "help/help_files.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
+#include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -35,7 +36,8 @@ namespace {
 
 constexpr int kMacroInterval = 200;  // milliseconds
 
-// A macro file or a settings file that is there and cannot be read must not keep the person from the editor.
+// A file of settings, macros or ink boxes that is there and cannot be read must not keep the person from the
+// editor.
 void ReadOrReport(void (*read)()) {
   try {
     read();
@@ -45,12 +47,8 @@ void ReadOrReport(void (*read)()) {
 }
 
 void ConnectSubjects() {
-  FinishTyping = FinishEditing;
-  PageEdited = NotePageChange;
-  PageReplaced = [] {
-    ResetUndo();
-    ShowTopOfPage();
-  };
+  PageEdited = ShowPaperState;
+  OpenText = RetypeItem;
 }
 
 void ShowChoices() {
@@ -70,6 +68,7 @@ void LoadProgramFiles() {
   LoadCharacterDefs();
   IndexHelpFile();
   LoadWidthTables();
+  ReadOrReport(LoadInkBoxes);
   ReadOrReport(ReadMacros);
 }
 
@@ -82,11 +81,12 @@ void ResetProgram() {
   ResetGlyphs();
   ResetCursor();
   ResetSettings();
-  ClearPage();
   ResetPaper();
+  ResetPaperCommands();
   ResetKeyboard();
   ResetBezier();
   ResetModes();
+  ResetSelectTool();
   ResetUndo();
   ResetMacros();
   ResetPlainText();

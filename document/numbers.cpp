@@ -33,7 +33,9 @@ bool IsTooSmall(std::string_view digits) {
     const bool negative = exponent.starts_with('-');
     if (exponent.starts_with('+')) exponent.remove_prefix(1);
     const auto read = std::from_chars(exponent.data(), exponent.data() + exponent.size(), power);
-    if (read.ec == std::errc::result_out_of_range) return negative;
+    // Beside such an exponent the place of the first digit, at most the length of a file, is nothing.
+    constexpr long long kHuge = std::numeric_limits<long long>::max() / 2;
+    if (read.ec == std::errc::result_out_of_range || power > kHuge || power < -kHuge) return negative;
   }
   return power + static_cast<long long>(point) - static_cast<long long>(first) <= 0;
 }

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,6 +50,9 @@ struct TextEntry {
 // False if the line is not a text entry: such a line is kept and draws nothing.
 bool ParseTextEntry(std::string_view line, TextEntry& entry);
 
+// The line of a text entry, without its end.
+std::string LineOfEntry(const TextEntry& entry);
+
 // The run of a line: what stands between its first "(" and its last ")". False if there is no such pair.
 bool FindRun(std::string_view line, std::size_t& begin, std::size_t& end);
 
@@ -73,6 +77,12 @@ bool IsStraight(Point start, Point control, Point end);
 
 // False if the record has no whole segment: such a record draws nothing.
 bool ParseDrawing(std::string_view record, Drawing& drawing);
+
+// Moves, turns or scales a drawing point by point. Straight segments stay straight and closed paths closed,
+// whatever rounding does to their points.
+void MapDrawing(Drawing& drawing, const std::function<Point(Point)>& map);
+// The record of a drawing, with `style` as its last token.
+std::string RecordOfDrawing(const Drawing& drawing, std::string_view style);
 
 // The line of a drawing record; empty for an empty record or one of fewer than 5 tokens.
 std::string DrawingRecordToLine(std::string_view record);

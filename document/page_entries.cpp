@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <functional>
 #include <initializer_list>
 #include <vector>
 
@@ -177,6 +178,15 @@ bool ParseTextEntry(std::string_view line, TextEntry& entry) {
   return true;
 }
 
+std::string LineOfEntry(const TextEntry& entry) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  const char font = kDigits[entry.font >= 0 && entry.font < 16 ? entry.font : 0];
+  std::string line = FormatSingle(entry.x) + ' ' + FormatSingle(entry.y) + " m " + FormatSingle(entry.size) +
+                     " F" + font + " (";
+  line.append(entry.text).append(") ").append(std::to_string(entry.anchor));
+  return entry.justified ? line + ' ' + FormatSingle(entry.amount) + " a" : line + " s";
+}
+
 LineStyle DecodeLineStyle(float value) {
   const double colour = std::floor(value * 0.1);
   if (!(std::abs(colour) < 32767)) return {};
@@ -201,6 +211,26 @@ bool ParseDrawing(std::string_view record, Drawing& drawing) {
   drawing.style = DecodeLineStyle(ReadSingle(tokens.back()));
   drawing.closed = point(0) == point(tokens.size() - 3);
   return true;
+}
+
+void MapDrawing(Drawing& drawing, const std::function<Point(Point)>& map) {
+  std::vector<Point>& points = drawing.points;
+  std::vector<bool> straight;
+  for (std::size_t i = 0; i + 2 < points.size(); i += 2)
+    straight.push_back(IsStraight(points[i], points[i + 1], points[i + 2]));
+  for (Point& point : points) point = map(point);
+  if (drawing.closed) points.back() = points.front();
+  for (std::size_t i = 0; i < straight.size(); ++i) {
+    const Point start = points[2 * i];
+    const Point end = points[2 * i + 2];
+    if (straight[i]) points[2 * i + 1] = {Middle(start.x, end.x), Middle(start.y, end.y)};
+  }
+}
+
+std::string RecordOfDrawing(const Drawing& drawing, std::string_view style) {
+  std::string record;
+  for (const Point& point : drawing.points) AppendTokens(record, {point.x, point.y});
+  return record.append(" ").append(style);
 }
 
 std::string DrawingRecordToLine(std::string_view record) {

@@ -68,7 +68,8 @@ void AddPoint(Points& path, Point end) {
 
 class Drawer : public Tool {
  public:
-  void Press(Point at) override {
+  void Press(const Pointer& pointer) override {
+    const Point at = pointer.at;
     Points path = OpenPath();
     Point end = Snap(at);
     if (path.size() > 3 && Near(at, path.front(), kClosePixels)) end = path.front();
@@ -85,7 +86,8 @@ class Drawer : public Tool {
     ShowCursor();
   }
 
-  void Move(Point at) override {
+  void Move(const Pointer& pointer) override {
+    const Point at = pointer.at;
     if (!PathIsOpen()) return;
     Hover = Snap(at);
     Points path = OpenPath();
@@ -97,7 +99,8 @@ class Drawer : public Tool {
     ShowCursor();
   }
 
-  void Release(Point at) override {
+  void Release(const Pointer& pointer) override {
+    const Point at = pointer.at;
     if (!Pressed) return;
     Points path = OpenPath();
     const bool dragged = path.size() == 1 && !Near(at, PressedAt, kPullPixels);

@@ -10,10 +10,6 @@ namespace kelvane {
 std::int16_t CursorMode;
 float CursorX;
 float CursorY;
-float MarkedLeft;
-float MarkedBottom;
-float MarkedRight;
-float MarkedTop;
 Button* AnchorButtons[10];
 Button* Command6;
 
@@ -40,10 +36,6 @@ void ResetCursor() {
   CursorX = 0;
   CursorY = 0;
   ClearMarkedBox();
-}
-
-void ClearMarkedBox() {
-  MarkedLeft = MarkedBottom = MarkedRight = MarkedTop = 0;
 }
 
 void SetCanvasPointer(std::int16_t mode) {

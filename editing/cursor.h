@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "editing/selection.h"
 #include "platform/controls.h"
 #include "typography/view.h"  // GridStepH, GridStepV
 
@@ -17,13 +18,6 @@ inline constexpr std::int16_t kBezierMode = 10;
 inline constexpr int kLastMode = 11;
 extern float CursorX;  // points
 extern float CursorY;
-
-// The marked box of mouse editing, points; all 0 when nothing is marked.
-extern float MarkedLeft;
-extern float MarkedBottom;
-extern float MarkedRight;
-extern float MarkedTop;
-void ClearMarkedBox();
 
 // Captions of the anchor buttons by mode.
 extern const char* const kAnchorNames[10];

@@ -154,6 +154,7 @@ StepTaken Take(std::vector<Step>& from, std::vector<Step>& to, bool forward) {
   Apply(ThePage, step, forward);
   Apply(Known, step, forward);
   if (!forward) step.cursorAfter = {CursorX, CursorY};
+  FollowPage();
   ShowStep(step);
   if (PageEdited) PageEdited();
   return {true,      step.label, step.text.before, step.text.after, step.cursorBefore, step.cursorAfter,
@@ -184,6 +185,7 @@ void EditPage(const std::string& label, const std::function<void(Page&)>& change
   step.place = Places;
   Back.push_back(std::move(step));
   Forward.clear();
+  FollowPage();
   ShowStep(Back.back());
   if (PageEdited) PageEdited();
 }

@@ -4,13 +4,16 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 #include "document/numbers.h"
 #include "document/page.h"
 #include "editing/edit.h"
+#include "editing/item_edits.h"
 #include "editing/notes.h"
 #include "editing/sign_names.h"
 #include "typography/colours.h"
+#include "typography/item_boxes.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/run_painter.h"
@@ -26,6 +29,7 @@ TextBox* Text4;
 namespace {
 
 constexpr float kMarkArm = 4;  // pixels
+constexpr char kTooLong[] = "The run is too long for a page file: a line holds 65,535 characters";
 
 // The caret counts from the run's end, so that it stays there whoever fills the run.
 std::size_t CaretFromEnd = 0;
@@ -48,6 +52,9 @@ std::string Preedit;
 SignNames Names;
 // In force before the last choice of a typeface.
 std::int16_t FontBefore;
+// The item whose run is open, 0 for none, and the amount that it is justified to.
+std::uint64_t Retyped = 0;
+float RetypedAmount = 0;
 
 OpenRun RunNow() {
   return {PendingRun, CursorX, CursorY, FontSize, BaseFont, CursorMode};
@@ -157,6 +164,18 @@ bool EditingKey(int code) {
   }
 }
 
+void TakeSize(float size) {
+  if (FontSize == size) return;
+  FontSize = size;
+  if (Text1) Text1->SetText(FormatSingle(FontSize));
+}
+
+const TextItem* FindText(std::uint64_t id) {
+  for (const TextItem& item : ItemsOfPage().Texts())
+    if (item.id == id && item.draws) return &item;
+  return nullptr;
+}
+
 bool ArrowKey(int code) {
   switch (code) {
     case kKeyLeft:
@@ -183,24 +202,28 @@ void StayPlaced() {
 }
 
 void EnterKey(bool justify) {
-  if (PendingRun.empty()) {
+  if (PendingRun.empty() && Retyped == 0) {
     ClearMarkedBox();
   } else {
     JustifyRun = justify;
     CommitPendingRun(true);
-    if (!PendingRun.empty()) return;  // it could not be taken
+    if (!PendingRun.empty() || CursorMode == 0) return;  // it could not be taken, or an item has its place
     StayPlaced();
   }
   NewLine();
 }
 
-std::string EntryForRun() {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  const char font = kDigits[IsTypeface(BaseFont) ? BaseFont : 0];
-  std::string entry = FormatSingle(CursorX) + ' ' + FormatSingle(CursorY) + " m " + FormatSingle(FontSize) +
-                      " F" + font + " (" + PendingRun + ") " + std::to_string(AnchorOfMode(CursorMode));
-  const float amount = JustifyRun ? JustificationAmount(CursorX) : 0;
-  return amount != 0 ? entry + ' ' + FormatSingle(amount) + " a" : entry + " s";
+TextEntry EntryForRun() {
+  TextEntry entry;
+  entry.x = CursorX;
+  entry.y = CursorY;
+  entry.size = FontSize;
+  entry.font = BaseFont;
+  entry.text = PendingRun;
+  entry.anchor = AnchorOfMode(CursorMode);
+  entry.amount = Retyped != 0 ? RetypedAmount : JustifyRun ? JustificationAmount(CursorX) : 0;
+  entry.justified = entry.amount != 0;
+  return entry;
 }
 
 // The run with what is in the making at its caret.
@@ -277,13 +300,20 @@ void PaintMark(Painter& painter, const View& view) {
 
 class Typing : public Tool {
  public:
-  void Release(Point at) override {
-    if (Names.ChooseAt(at)) {
+  void Release(const Pointer& pointer) override {
+    if (Names.ChooseAt(pointer.at)) {
       TakeSign();
       ShowCursor();
       return;
     }
-    PlaceCursor(at.x, at.y);
+    // A click on the run being typed sets its caret.
+    if (RunIsOpen() && DistanceTo(EntryForRun(), pointer.at, 0) == 0) {
+      MoveCaret(CaretAt(EntryForRun(), pointer.at));
+      Names.Close();
+      ShowCursor();
+      return;
+    }
+    PlaceCursor(pointer.at.x, pointer.at.y);
     NotePlaceChosen();
   }
   bool Key(int code) override {
@@ -315,6 +345,10 @@ class Typing : public Tool {
 
  private:
   static bool Do(int code) {
+    if (code == kKeyEscape && Retyped != 0) {
+      GiveUpRetyping();
+      return true;
+    }
     if (RunIsOpen() && EditingKey(code)) {
       FollowName(code);
       ShowCursor();
@@ -337,6 +371,7 @@ void ResetKeyboard() {
   Preedit.clear();
   Names.Close();
   FontBefore = 0;
+  Retyped = 0;
   ShowRun();
 }
 
@@ -346,7 +381,7 @@ Tool& TypingTool() {
 }
 
 bool RunIsOpen() {
-  return CursorMode < 0 && AnchorOfMode(CursorMode) != 0 && !PendingRun.empty();
+  return CursorMode < 0 && AnchorOfMode(CursorMode) != 0 && (!PendingRun.empty() || Retyped != 0);
 }
 
 void TypeKey(int code) {
@@ -464,11 +499,81 @@ bool StepCursor(int stepsX, int stepsY) {
   return true;
 }
 
+namespace {
+
+// Back to Select, the item selected.
+void EndRetyping() {
+  const std::uint64_t id = std::exchange(Retyped, 0);
+  HiddenItem = 0;
+  DropRun();
+  CursorMode = 0;
+  SetCanvasPointer(CursorMode);
+  Select({id});
+  ShowCursor();
+}
+
+void CommitRetyped() {
+  const std::uint64_t id = Retyped;
+  // An emptied run takes the item away.
+  const std::string line = PendingRun.empty() ? std::string() : LineOfEntry(EntryForRun());
+  if (line.size() > kLongestTextLine) {
+    ShowNote(kTooLong);
+    return;
+  }
+  const TextItem* item = FindText(id);
+  const Box area = item ? BoundsOf(item->entry) : Box{};
+  const bool changed = item && item->line != line;
+  EndRetyping();
+  if (changed) ReplaceText("retype", id, line);
+  if (item && !changed) ShowPage(area);
+}
+
+}  // namespace
+
+void RetypeItem(std::uint64_t id, Point at) {
+  const TextItem* item = FindText(id);
+  if (!item) return;
+  const TextEntry entry = item->entry;
+  if (entry.anchor < 1 || entry.anchor > 9) {
+    ShowNote("This run has no anchor between 1 and 9: it can be moved, but not typed anew");
+    return;
+  }
+  PendingRun = entry.text;
+  const std::size_t caret = CaretAt(entry, at);
+  CaretFromEnd = PendingRun.size() - std::min(caret, PendingRun.size());
+  CursorX = entry.x;
+  CursorY = entry.y;
+  BaseFont = entry.font;
+  CheckFontMenu(BaseFont);
+  TakeSize(entry.size);
+  RetypedAmount = entry.justified ? entry.amount : 0;
+  const Box area = BoundsOf(entry);
+  ClearMarkedBox();
+  Retyped = HiddenItem = id;
+  CursorMode = static_cast<std::int16_t>(-entry.anchor);
+  SetCanvasPointer(CursorMode);
+  ShowRun();
+  ShowFontAtCaret();
+  ShowPage(area);
+  ShowCursor();
+}
+
+bool Retyping() {
+  return Retyped != 0;
+}
+
+void GiveUpRetyping() {
+  const TextItem* item = FindText(Retyped);
+  if (item) ShowPage(BoundsOf(item->entry));
+  EndRetyping();
+}
+
 void CommitPendingRun(bool ResetSelection) {
   TakeRunFromBox();
+  if (Retyped != 0) return CommitRetyped();
   if (PendingRun.empty() || AnchorOfMode(CursorMode) == 0) return;
-  if (EntryForRun().size() > kLongestTextLine) {
-    ShowNote("The run is too long for a page file: a line holds 65,535 characters");
+  if (LineOfEntry(EntryForRun()).size() > kLongestTextLine) {
+    ShowNote(kTooLong);
     return;
   }
   EditPage("typing", [ResetSelection](Page&) { AddTextRun(ResetSelection); });
@@ -483,7 +588,7 @@ void AddTextRun(bool ResetSelection) {
   if (ResetSelection) ClearMarkedBox();
   // A page file's last line may lack its end; what is appended must not run into it.
   if (!PageText.empty() && PageText.back() != '\n') PageText += "\r\n";
-  PageText += EntryForRun() + "\r\n";
+  PageText += LineOfEntry(EntryForRun()) + "\r\n";
 }
 
 RunEnds EndsOfRun() {
@@ -506,10 +611,7 @@ bool GiveBackRun(std::string_view line) {
   StayPlaced();
   BaseFont = entry.font;
   CheckFontMenu(BaseFont);
-  if (FontSize != entry.size) {
-    FontSize = entry.size;
-    if (Text1) Text1->SetText(FormatSingle(FontSize));
-  }
+  TakeSize(entry.size);
   ShowRun();
   ShowFontAtCaret();
   GivenBack = RunNow();

@@ -74,6 +74,12 @@ struct RunEnds {
 };
 RunEnds EndsOfRun();
 
+// Opens the run of an item of the page for editing, the caret where `at` points. Completed, it takes the
+// item's place; Escape leaves the item as it was. Either way Select is taken again.
+void RetypeItem(std::uint64_t id, Point at);
+bool Retyping();
+void GiveUpRetyping();
+
 // Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself
 // is no longer on the page. Only in its own anchor mode and while nothing is being typed.
 bool GiveBackRun(std::string_view line);

@@ -5,16 +5,12 @@
 #include "document/page_items.h"
 #include "editing/bezier.h"
 #include "editing/keyboard.h"
+#include "editing/select_tool.h"
 #include "typography/renderer.h"
 
 namespace kelvane {
 
 namespace {
-
-class Selecting : public Tool {
- public:
-  std::string Hint() const override { return "Choose an anchor at the left to type"; }
-};
 
 void Change(std::int16_t mode) {
   if (RunIsOpen()) CommitPendingRun(true);
@@ -25,9 +21,8 @@ void Change(std::int16_t mode) {
 }  // namespace
 
 void ResetModes() {
-  static Selecting selecting;
   std::fill(std::begin(Tools), std::end(Tools), &TypingTool());
-  Tools[0] = &selecting;
+  Tools[0] = &SelectTool();
   Tools[kBezierMode] = &DrawingTool();
   Tools[kLastMode] = nullptr;
 }

@@ -12,14 +12,23 @@
 
 namespace kelvane {
 
+// The mouse over the page.
+struct Pointer {
+  Point at;  // points
+  bool shift = false;
+  bool control = false;
+  bool alt = false;
+  int clicks = 1;  // 2 from the second press of a double click on
+};
+
 class Tool {
  public:
   virtual ~Tool() = default;
 
-  // The left mouse button and the mouse, points of the page. Move is called with the button up, too.
-  virtual void Press(Point) {}
-  virtual void Move(Point) {}
-  virtual void Release(Point) {}
+  // The left mouse button and the mouse. Move is called with the button up, too.
+  virtual void Press(const Pointer&) {}
+  virtual void Move(const Pointer&) {}
+  virtual void Release(const Pointer&) {}
   virtual void RightClick() {}
   // A key of the canvas; false if the tool has no use for it.
   virtual bool Key(int) { return false; }

@@ -50,6 +50,7 @@ std::string RedoLabel() {
 }
 
 void Undo() {
+  if (Retyping()) return GiveUpRetyping();
   if (RunIsOpen() && RunIsAsGivenBack()) {
     DropRun();  // Redo brings it back; what is undone is the edit before it
   } else if (RunIsOpen()) {
@@ -61,6 +62,7 @@ void Undo() {
     return;
   }
   const StepTaken step = StepBack();
+  ShowCursor();
   if (!step.taken || !MovesCursor(step)) return;
   if (step.label == "typing" && GiveBackRun(AddedLine(step))) return;
   CursorX = step.cursorBefore.x;
@@ -69,6 +71,7 @@ void Undo() {
 }
 
 void Redo() {
+  if (Retyping()) return GiveUpRetyping();
   if (RunIsOpen()) {
     if (RunIsAsGivenBack()) {
       DropRun();
@@ -78,6 +81,7 @@ void Redo() {
   }
   FinishDrawing();
   const StepTaken step = StepForward();
+  ShowCursor();
   if (!step.taken || !MovesCursor(step)) return;
   CursorX = step.cursorAfter.x;
   CursorY = step.cursorAfter.y;

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "document/numbers.h"
-#include "document/paper.h"
 #include "macros/macros.h"
+#include "papers/paper_commands.h"
 #include "platform/failure.h"
 
 namespace kelvane {

@@ -27,7 +27,12 @@ std::string DefaultMacro(int number);  // "m0" to "m9"
 
 // QRX.MCR of the program folder: ten lines. A missing file leaves the captions.
 void ReadMacros();
+// Replaces the file's ten lines. Macros that were not changed since they were read or written here are taken
+// from the file as it is now, for another Kelvane may have written it. Throws Failure, and leaves the file,
+// if it cannot be read.
 void WriteMacros();
+// Writes them if one has changed, or if there is no file.
+void KeepMacros();
 
 // Inserts a macro into the run being typed if a cursor point is placed.
 void CallMacro(int number);

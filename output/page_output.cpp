@@ -3,17 +3,18 @@
 #include "document/fields.h"
 #include "document/paper.h"
 #include "editing/modes.h"
+#include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 
 namespace kelvane {
 
-bool ChoosePageOutput(const char* extension, PageOutput& choice) {
+bool ChoosePageOutput(const char* extension, const char* acceptLabel, PageOutput& choice) {
   LeaveEditing();
-  StorePageBeforeOutput();
-  choice.pageFile = TheDialogs->ChooseToOpen("Open", kPageFilter,
-                                             CurrentPaperFile.empty() ? FolderOfPaper() : CurrentPaperFile);
+  if (!StorePageBeforeOutput()) return false;
+  const std::string start = CurrentPaperFile.empty() ? FolderOfPaper() : CurrentPaperFile;
+  choice.pageFile = TheDialogs->ChooseToOpen("Open", kPageFilter, start, acceptLabel);
   if (choice.pageFile.empty()) return false;
   choice.outputPath = ChangeExtension(choice.pageFile, extension);
   if (SameFile(choice.outputPath, choice.pageFile)) {

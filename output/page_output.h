@@ -11,9 +11,9 @@ struct PageOutput {
   std::string outputPath;  // the same name with another extension
 };
 
-// Leaves editing, stores the current page and asks for a page file. False if the person cancelled. Throws
-// Failure if the output would replace the page file itself.
-bool ChoosePageOutput(const char* extension, PageOutput& choice);
+// Leaves editing, stores the current page and asks for a page file, which the button `acceptLabel` takes.
+// False if the person cancelled. Throws Failure if the output would replace the page file itself.
+bool ChoosePageOutput(const char* extension, const char* acceptLabel, PageOutput& choice);
 
 // Whether an output file may be written. A file of that name which is not `ours` is replaced only if the
 // person says so.

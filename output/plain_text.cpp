@@ -61,7 +61,7 @@ std::string PlainText(const std::string& pageFile) {
 
 std::string OutputAsText() {
   PageOutput choice;
-  if (!ChoosePageOutput("TXT", choice)) return {};
+  if (!ChoosePageOutput("TXT", "Write Text", choice)) return {};
   const bool ours = writtenTexts.contains(choice.outputPath);
   if (!WriteOutput(choice.outputPath, PlainText(choice.pageFile), ours)) return {};
   writtenTexts.insert(choice.outputPath);

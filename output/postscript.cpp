@@ -154,7 +154,7 @@ bool IsOwnOutput(const std::string& path) {
 
 std::string Print(std::vector<std::string> (*pagesFor)(const std::string&)) {
   PageOutput choice;
-  if (!ChoosePageOutput("PS", choice)) return {};
+  if (!ChoosePageOutput("PS", "Print", choice)) return {};
   if (!MayReplace(choice.outputPath, IsOwnOutput(choice.outputPath))) return {};
   SafeFile output(choice.outputPath);
   MakeJob([&](std::string_view part) { output.Append(part); }, pagesFor(choice.pageFile));

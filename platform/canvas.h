@@ -83,6 +83,10 @@ struct MouseEvent {
   float y = 0;
   float pixelX = 0;  // position in pixels from the canvas's top-left corner
   float pixelY = 0;
+  bool shift = false;
+  bool control = false;
+  bool alt = false;
+  int clicks = 1;  // 2 from the second press of a double click on
 };
 
 struct WheelEvent {
@@ -108,9 +112,12 @@ inline constexpr int kKeyDown = 259;
 inline constexpr int kKeyHome = 260;
 inline constexpr int kKeyEnd = 261;
 inline constexpr int kKeyDelete = 262;
-inline constexpr int kKeyWordLeft = 263;
-inline constexpr int kKeyWordRight = 264;
-inline constexpr int kKeyWordBackspace = 265;
+inline constexpr int kKeyWordBackspace = 263;
+// Held with one of the keys that are no characters.
+inline constexpr int kWithShift = 1 << 16;
+inline constexpr int kWithControl = 1 << 17;
+inline constexpr int kKeyWordLeft = kKeyLeft | kWithControl;
+inline constexpr int kKeyWordRight = kKeyRight | kWithControl;
 
 class Painter {
  public:

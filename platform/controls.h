@@ -4,7 +4,7 @@
 // as the window lives. Nobody has to check a pointer that a factory gave.
 //
 // Positions and sizes of controls are pixels inside the window's client area (below the menu bar); those of
-// windows are twips, 15 to a logical pixel. Texts are 8-bit (see design of strings in docs/architecture.md).
+// windows are twips, 15 to a logical pixel. Texts are 8-bit.
 
 #include <functional>
 #include <string>
@@ -29,8 +29,6 @@ class Control {
  public:
   virtual ~Control() = default;
   virtual void SetPlace(const Place& place) = 0;
-  virtual Place GetPlace() const = 0;
-  virtual void SetEnabled(bool enabled) = 0;
 };
 
 class Label : public Control {
@@ -68,7 +66,8 @@ class TextBox : public Control {
   virtual void Focus() = 0;
   virtual void SelectAll() = 0;
   std::function<void()> OnChange;  // the person changed the text
-  // What to put in place of characters that the box has no code for, in UTF-8, behind that text.
+  // What to put in place of characters that the box has no code for, in UTF-8, behind that text. Empty:
+  // nothing, and the owner tells. Without an owner who knows, a tool tip at the box names them.
   std::function<std::string(const std::string& before, const std::string& utf8)> SignsFor;
   std::function<void()> OnEnter;  // Enter, with or without Ctrl, was pressed in the box
   std::function<void()> OnEscape;
@@ -121,7 +120,8 @@ class Window {
   virtual ~Window() = default;
 
   virtual void SetTitle(const std::string& title) = 0;
-  virtual std::string Title() const = 0;
+  // Shows the platform's mark of unsaved changes beside the title, or takes it away.
+  virtual void SetChanged(bool changed) = 0;
 
   // Place on the screen in twips, frame excluded from width and height; while minimised or maximised, the
   // place the window is restored to. SetWindowPlace moves a window that would lie off every screen onto one.
@@ -135,8 +135,6 @@ class Window {
   virtual void Show() = 0;
   virtual void Hide() = 0;
   virtual bool Visible() const = 0;
-  // Closes without asking OnCloseRequest.
-  virtual void Close() = 0;
 
   virtual Menu* AddMenu(const std::string& caption) = 0;
   virtual Canvas* AddCanvas() = 0;
@@ -149,7 +147,9 @@ class Window {
   // "Letter Gothic" or the nearest fixed-pitch one, control codes as visible signs.
   virtual TextBox* AddTextBox(const std::string& accessibleName, bool fixedPitch) = 0;
   virtual ScrollBar* AddScrollBar(bool horizontal) = 0;
-  // A text at the foot of the window.
+  // A text at the foot of the window, behind those that were added before. It has room for `width` pixels,
+  // and the last one all that is free; what is longer is shortened in its middle, and the tool tip has it
+  // whole.
   virtual Label* AddStatusText(int width) = 0;
   // Keys that work wherever the focus is in this window, e.g. "PgUp".
   virtual void AddShortcut(const std::string& key, std::function<void()> handler) = 0;
@@ -165,7 +165,6 @@ class Timer {
  public:
   virtual ~Timer() = default;
   virtual void Start(int milliseconds) = 0;
-  virtual void Stop() = 0;
   std::function<void()> OnTick;
 };
 
@@ -177,14 +176,18 @@ class Dialogs {
   virtual void Message(const std::string& text) = 0;
   // Yes and No; Escape and closing the box mean No. `yesIsDefault` says which one Enter takes.
   virtual bool Ask(const std::string& text, bool yesIsDefault) = 0;
-  // The same question where No would lose something: Enter takes Yes, and Escape and closing the box are
-  // neither answer.
+  // The same question where No would lose something: Enter takes Yes, and Cancel, Escape and closing the box
+  // are neither answer.
   virtual Answer AskBeforeLosing(const std::string& text) = 0;
+  // A question with answers of its own: the index of the button pressed. `labels` have "&" before their
+  // mnemonics. Enter takes the one numbered `onEnter`; Escape and closing the box take `onEscape`.
+  virtual int Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
+                     int onEscape) = 0;
   // The chosen path in backslash form, empty if the person cancelled. `start` is where the dialog starts: a
-  // folder, or a file that Enter then takes; empty for the current folder. ChooseToSave asks itself before it
-  // returns an existing file.
+  // folder, or a file that Enter then takes; empty for the current folder. `accept` is on the button that
+  // takes the choice. ChooseToSave asks itself before it returns an existing file.
   virtual std::string ChooseToOpen(const std::string& title, const std::string& filter,
-                                   const std::string& start) = 0;
+                                   const std::string& start, const std::string& accept = "Open") = 0;
   virtual std::string ChooseToSave(const std::string& title, const std::string& filter,
                                    const std::string& start) = 0;
 };

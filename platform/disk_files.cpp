@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <system_error>
@@ -19,6 +21,7 @@ namespace {
 constexpr std::size_t kLargestFile = 256U << 20;  // no file of the program comes near
 constexpr int kLongestLinkChain = 40;
 constexpr mode_t kModeBits = 07777;
+constexpr mode_t kPlainModeBits = 0777;
 
 [[noreturn]] void Fail(const std::string& doing, const std::string& machinePath, const std::string& reason) {
   throw Failure("Cannot " + doing + " the file " + machinePath + ": " + reason + ".");
@@ -40,16 +43,16 @@ auto Uninterrupted(Call call) {
 // Closes on leaving; for descriptors whose closing cannot lose anything.
 class Descriptor {
  public:
-  explicit Descriptor(int number) : descriptor(number) {}
+  explicit Descriptor(int number) : descriptor_(number) {}
   ~Descriptor() {
-    if (descriptor >= 0) close(descriptor);
+    if (descriptor_ >= 0) close(descriptor_);
   }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
-  int Number() const { return descriptor; }
+  int Number() const { return descriptor_; }
 
  private:
-  int descriptor;
+  int descriptor_;
 };
 
 std::filesystem::path FolderOfMachinePath(const std::filesystem::path& path) {
@@ -68,17 +71,54 @@ void SyncFolder(const std::string& machinePath) {
     FailBySystem("sync the folder of", machinePath);
 }
 
-// Gives `from` the access rights of the file it is to replace. Refuses to replace what the person protected
-// or what is no file: renaming alone would not care.
-void TakeOverRights(const std::string& from, const std::string& to) {
+bool MayWrite(const std::string& machinePath) {
+  return faccessat(AT_FDCWD, machinePath.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+// Refuses to replace what the person protected or what is no file: renaming alone would not care.
+void CheckReplaceable(const std::string& machinePath) {
   struct stat old;
-  if (stat(to.c_str(), &old) != 0) {
+  if (stat(machinePath.c_str(), &old) != 0) {
     if (errno == ENOENT) return;
-    FailBySystem("replace", to);
+    FailBySystem("replace", machinePath);
   }
-  if (!S_ISREG(old.st_mode)) Fail("replace", to, "it is not a regular file");
-  if (access(to.c_str(), W_OK) != 0) FailBySystem("replace", to);
-  if (chmod(from.c_str(), old.st_mode & kModeBits) != 0) FailBySystem("replace", to);
+  if (!S_ISREG(old.st_mode)) Fail("replace", machinePath, "it is not a regular file");
+  if (!MayWrite(machinePath)) FailBySystem("replace", machinePath);
+}
+
+// Extended attributes, which hold the access lists too. What the system does not let one set is left out.
+void CopyAttributes(int from, int to) {
+  const ssize_t size = flistxattr(from, nullptr, 0);
+  if (size <= 0) return;
+  std::string names(static_cast<std::size_t>(size), '\0');
+  const ssize_t listed = flistxattr(from, names.data(), names.size());
+  for (ssize_t at = 0; at < listed;) {
+    const std::string name = names.c_str() + at;
+    at += static_cast<ssize_t>(name.size()) + 1;
+    const ssize_t length = fgetxattr(from, name.c_str(), nullptr, 0);
+    if (length < 0) continue;
+    std::string value(static_cast<std::size_t>(length), '\0');
+    const ssize_t got = fgetxattr(from, name.c_str(), value.data(), value.size());
+    if (got >= 0) fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(got), 0);
+  }
+}
+
+// Makes the new, empty file `to` one that those may read and write who could the file `model`, and nobody
+// else.
+bool TakeOver(const std::string& model, int to) {
+  const Descriptor from(Uninterrupted([&] { return open(model.c_str(), O_RDONLY | O_CLOEXEC); }));
+  struct stat old;
+  if ((from.Number() >= 0 ? fstat(from.Number(), &old) : stat(model.c_str(), &old)) != 0) return false;
+  mode_t mode = old.st_mode & kModeBits;
+  struct stat made;
+  if (fchown(to, old.st_uid, old.st_gid) != 0 && fchown(to, static_cast<uid_t>(-1), old.st_gid) != 0) {
+    // Another group gets no more than everybody has.
+    mode = (mode & ~static_cast<mode_t>(S_IRWXG)) | (mode & S_IRWXO) << 3;
+  }
+  if (fstat(to, &made) != 0 || made.st_uid != old.st_uid) mode &= kPlainModeBits;
+  if (fchmod(to, mode) != 0) return false;
+  if (from.Number() >= 0 && made.st_gid == old.st_gid) CopyAttributes(from.Number(), to);
+  return true;
 }
 
 class FilesOfTheDisk : public Files {
@@ -115,31 +155,77 @@ class FilesOfTheDisk : public Files {
     return BackslashPath((error ? target : folder / target.filename()).string());
   }
 
-  Handle Create(const std::string& path) override {
+  bool MustStay(const std::string& path) override {
     const std::string name = MachinePath(path);
-    constexpr mode_t kReadableAndWritable = 0666;  // less what the person's mask takes away
-    const int descriptor = Uninterrupted(
-        [&] { return open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kReadableAndWritable); });
-    if (descriptor < 0) FailBySystem("write", name);
-    names[descriptor] = name;
-    return descriptor;
+    const std::string folder = FolderOfMachinePath(name).string();
+    struct stat file;
+    struct stat around;
+    if (stat(name.c_str(), &file) != 0 || !S_ISREG(file.st_mode) || !MayWrite(name)) return false;
+    if (file.st_nlink > 1 || !MayWrite(folder)) return true;
+    // In such a folder one may replace what is one's own only.
+    const uid_t person = geteuid();
+    return stat(folder.c_str(), &around) == 0 && (around.st_mode & S_ISVTX) != 0 && person != 0 &&
+           person != file.st_uid && person != around.st_uid;
+  }
+
+  Handle Create(const std::string& path, const std::string& model) override {
+    const std::string name = MachinePath(path);
+    const std::string modelName = MachinePath(model);
+    struct stat status;
+    const bool hasModel = stat(modelName.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    // For nobody else until it has the model's rights; without a model less what the person's mask takes
+    // away.
+    const mode_t mode = hasModel ? 0600 : 0666;
+    if (lstat(name.c_str(), &status) == 0) Fail("write", name, std::generic_category().message(EEXIST));
+    Handle handle = CreateNameless(name, mode);
+    if (handle >= 0) {
+      files_[handle] = {name, true, false};
+    } else {
+      handle =
+          Uninterrupted([&] { return open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); });
+      if (handle < 0) FailBySystem("write", name);
+      files_[handle] = {name, false, false};
+    }
+    if (hasModel && !TakeOver(modelName, handle)) {
+      const int reason = errno;
+      if (!files_[handle].nameless) unlink(name.c_str());
+      files_.erase(handle);
+      close(handle);
+      Fail("write", name, std::generic_category().message(reason));
+    }
+    return handle;
+  }
+
+  Handle Overwrite(const std::string& path) override {
+    const std::string name = MachinePath(path);
+    const Handle handle = Uninterrupted([&] { return open(name.c_str(), O_WRONLY | O_CLOEXEC); });
+    if (handle < 0) FailBySystem("write", name);
+    files_[handle] = {name, false, true};
+    return handle;
   }
 
   void Write(Handle handle, std::string_view bytes) override {
     while (!bytes.empty()) {
       const ssize_t written = Uninterrupted([&] { return write(handle, bytes.data(), bytes.size()); });
-      if (written < 0) FailBySystem("write", names[handle]);
+      if (written < 0) FailBySystem("write", files_[handle].name);
       bytes.remove_prefix(static_cast<std::size_t>(written));
     }
   }
 
   void Sync(Handle handle) override {
-    if (Uninterrupted([&] { return fsync(handle); }) != 0) FailBySystem("write", names[handle]);
+    Opened& file = files_[handle];
+    if (file.overwritten && ftruncate(handle, lseek(handle, 0, SEEK_CUR)) != 0)
+      FailBySystem("write", file.name);
+    if (Uninterrupted([&] { return fsync(handle); }) != 0) FailBySystem("write", file.name);
+    if (!file.nameless) return;
+    if (linkat(AT_FDCWD, PathOf(handle).c_str(), AT_FDCWD, file.name.c_str(), AT_SYMLINK_FOLLOW) != 0)
+      FailBySystem("write", file.name);
+    file.nameless = false;
   }
 
   void Close(Handle handle) override {
-    const std::string name = names[handle];
-    names.erase(handle);
+    const std::string name = files_[handle].name;
+    files_.erase(handle);
     // An interrupted close has closed; trying again might close what somebody else has opened since.
     if (close(handle) != 0 && errno != EINTR) FailBySystem("write", name);
   }
@@ -147,7 +233,7 @@ class FilesOfTheDisk : public Files {
   void Rename(const std::string& from, const std::string& to) override {
     const std::string source = MachinePath(from);
     const std::string target = MachinePath(to);
-    TakeOverRights(source, target);
+    CheckReplaceable(target);
     if (rename(source.c_str(), target.c_str()) != 0) FailBySystem("replace", target);
     SyncFolder(target);
   }
@@ -157,7 +243,35 @@ class FilesOfTheDisk : public Files {
     if (unlink(name.c_str()) != 0) FailBySystem("remove", name);
   }
 
+  void MakeFolder(const std::string& path) override {
+    std::string name = MachinePath(path);
+    while (name.size() > 1 && name.ends_with('/')) name.pop_back();
+    constexpr mode_t kForThePerson = 0700;
+    if (mkdir(name.c_str(), kForThePerson) == 0 || errno == EEXIST) return;
+    const std::string above = FolderOfMachinePath(name).string();
+    if (errno != ENOENT || above == name) FailBySystem("make", name);
+    MakeFolder(BackslashPath(above));
+    if (mkdir(name.c_str(), kForThePerson) != 0 && errno != EEXIST) FailBySystem("make", name);
+  }
+
  private:
+  // A file being written.
+  struct Opened {
+    std::string name;  // for messages
+    bool nameless;     // gets its name when it is synced
+    bool overwritten;
+  };
+
+  static std::string PathOf(Handle handle) { return "/proc/self/fd/" + std::to_string(handle); }
+
+  // A file in the folder of `name` that has no name yet, so that nothing is left of it if the program is
+  // killed. Below 0 where the file system has none.
+  static Handle CreateNameless(const std::string& name, mode_t mode) {
+    if (access("/proc/self/fd", X_OK) != 0) return -1;
+    const std::string folder = FolderOfMachinePath(name).string();
+    return Uninterrupted([&] { return open(folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, mode); });
+  }
+
   static std::string ReadToEnd(int descriptor, const std::string& name) {
     std::string content;
     std::array<char, 65536> buffer;
@@ -170,10 +284,22 @@ class FilesOfTheDisk : public Files {
     }
   }
 
-  std::map<Handle, std::string> names;  // of the files being written, for messages
+  std::map<Handle, Opened> files_;
 };
 
 }  // namespace
+
+std::string FindStateFolder() {
+  const auto variable = [](const char* name) {
+    const char* value = std::getenv(name);
+    // A path that is not absolute is to be ignored.
+    return std::string(value != nullptr && value[0] == '/' ? value : "");
+  };
+  std::string state = variable("XDG_STATE_HOME");
+  const std::string home = variable("HOME");
+  if (state.empty() && !home.empty()) state = home + "/.local/state";
+  return state.empty() ? state : BackslashPath(state) + "\\kelvane\\";
+}
 
 Files& DiskFiles() {
   static FilesOfTheDisk files;

@@ -7,8 +7,8 @@
 
 namespace kelvane {
 
-// Thrown by a failing operation, caught where handlers are entered (see editing of menus and controls in
-// app/), shown as a message box. The text is complete: what was being done, with which file, and why not.
+// Thrown by a failing operation, caught where handlers are entered (platform/handlers.h), shown as a message
+// box. The text is complete: what was being done, with which file, and why not.
 class Failure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

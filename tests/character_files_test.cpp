@@ -107,37 +107,6 @@ TEST_F(CharacterFilesTest, RefusesAFontThatEndsTooSoonAndKeepsTheOldOne) {
   EXPECT_EQ(FailureOf(LoadCharacterDefs), "ERROR: Missing file MATH0.PSF");
 }
 
-TEST(BuildGlyphTest, TurnsStrokesIntoPathOperators) {
-  const std::string open = "10 20 12 25 20 30";
-  const std::string closed = "0 40 0 30 10 30 5 40 0 40";
-  const struct {
-    std::vector<std::string> strokes;
-    std::string text;
-    float width;
-  } cases[] = {
-      {kTriangle, kTriangleText, 30},
-      // Nothing to draw: an em wide.
-      {{}, " st", 50},
-      {{"", "1 2 3 4"}, " st", 50},
-      // The control point is on the line but not midway; it does not widen the glyph either.
-      {{"0 40 30 40 40 40"}, "0 0 moveto 30 0 40 0 rp st", 40},
-      {{"10 42.5 45 40 20 39.75"}, "10 -2.5 moveto 35 2.5 10 2.75 rp st", 30},
-      {{"-4 40 -2 40 0 40"}, "-4 0 moveto 4 0 rlineto st", -4},
-      // A field is missing and counts as 0.
-      {{"10 20 15 20 20"}, "10 20 moveto 5 0 10 20 rp st", 30},
-      // The last stroke that counts decides how the glyph is painted.
-      {{closed, open}, "0 0 moveto 0 10 10 10 rp -5 -10 -10 -10 rp 10 20 moveto 2 -5 10 -10 rp st", 20},
-      {{open, closed, "1 2 3 4"},
-       "10 20 moveto 2 -5 10 -10 rp 0 0 moveto 0 10 10 10 rp -5 -10 -10 -10 rp fill",
-       20},
-  };
-  for (const auto& [strokes, text, width] : cases) {
-    const GlyphProcedure glyph = BuildGlyph(strokes);
-    EXPECT_EQ(glyph.text, text);
-    EXPECT_EQ(glyph.width, width) << text;
-  }
-}
-
 TEST_F(CharacterFilesTest, SavesOneCharacterAndKeepsEveryOtherByte) {
   // Sections may name a character differently, and line ends may be unusual.
   Content("MATH0.PSF") = WithLine(Content("MATH0.PSF"), "/g65 [", "/box65 [");
@@ -229,22 +198,6 @@ TEST_F(CharacterFilesTest, PutsBackAFileWhoseRenamingFailedTooLate) {
     EXPECT_EQ(message.find("could not be put back"), std::string::npos) << message;
     EXPECT_EQ(lateFiles.contents, files.contents) << name;
   }
-}
-
-// A disk that fails for good leaves each file whole, and the person hears which ones are out of step.
-TEST_F(CharacterFilesTest, NamesTheFilesThatCannotBePutBack) {
-  const auto before = files.contents;
-  files.FailAnyStep(0);
-  SaveTriangle();
-  auto expected = files.contents;
-  expected[Path("QRX.PRO")] = before.at(Path("QRX.PRO"));
-  files.contents = before;
-  files.FailAnyStep(files.steps, true);  // the last step, renaming QRX.PRO
-  const std::string message = FailureOf(SaveTriangle);
-  files.FailNothing();
-  for (const char* part : {"could not be put back", "MATH0.WT", "MATH0.TXT", "MATH0.PSF"})
-    EXPECT_NE(message.find(part), std::string::npos) << message;
-  for (const auto& [path, content] : expected) EXPECT_EQ(files.contents[path], content) << path;
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -25,6 +27,7 @@ TEST(Paths, TurnIntoTheMachinesFormAndBack) {
                                   {"\\a:b", "/a:b"}};
   for (const auto& [path, machine] : cases) EXPECT_EQ(MachinePath(path), machine);
   EXPECT_EQ(BackslashPath("/home/u/Essay.001"), "\\home\\u\\Essay.001");
+  EXPECT_THROW(BackslashPath("/home/u/a\\b.001"), Failure) << "there may be another file a/b.001";
 }
 
 using Contents = std::map<std::string, std::string>;
@@ -72,12 +75,77 @@ TEST_F(SafeWriting, KeepsATemporaryFileThatWasLeftBehind) {
   EXPECT_EQ(files.contents, Contents({{"\\P\\Essay.001", "new"}, {"\\P\\Essay.~001", "all that is left"}}));
 }
 
+TEST_F(SafeWriting, AFileThatStaysIsWrittenOnceItsNewContentIsSafe) {
+  const std::string path = "\\P\\Essay.001";
+  files.staying = {path};
+  StateFolder = "\\State\\";
+  for (int nth = 1, failures = 1; failures > 0; ++nth) {
+    failures = 0;
+    files.contents = {{path, "old"}};
+    files.FailAnyStep(nth, true);
+    try {
+      WriteFileSafely(path, "new content");
+    } catch (const Failure& failure) {
+      ++failures;
+      const std::string where = "/State/Essay.~001";
+      const bool named = std::string(failure.what()).find(where) != std::string::npos;
+      EXPECT_TRUE(named ? files.contents["\\State\\Essay.~001"] == "new content"
+                        : files.contents[path] == "old")
+          << nth << failure.what();
+    }
+    ASSERT_LT(nth, 20);
+  }
+  EXPECT_EQ(files.contents.at(path), "new content");
+  files.FailNothing();
+  StateFolder.clear();
+  EXPECT_THROW(WriteFileSafely(path, "x"), Failure);
+  EXPECT_EQ(files.contents.at(path), "new content");
+}
+
+TEST_F(SafeWriting, ALongNameHasAShorterTemporaryOne) {
+  const std::string umlauts = "\\P\\" + std::string(1, 'x') + [] {
+    std::string text;
+    for (int i = 0; i < 127; ++i) text += "\xC3\xA4";
+    return text;
+  }();
+  for (const std::string& path : {"\\P\\" + std::string(251, 'n') + ".001", umlauts}) {
+    files.contents.clear();
+    files.FailStep(FileStep::Rename);
+    files.FailStep(FileStep::Remove);
+    EXPECT_THROW(WriteFileSafely(path, "x"), Failure);
+    ASSERT_EQ(files.contents.size(), 1U);
+    const std::string temporary = files.contents.begin()->first.substr(3);
+    EXPECT_LE(temporary.size(), 253U);
+    EXPECT_TRUE(temporary.ends_with("n.~") || temporary.ends_with("\xA4.~")) << temporary;
+  }
+}
+
 TEST_F(SafeWriting, ReplacesWhatALinkPointsTo) {
   files.links = {{"\\P\\Link.001", "\\Q\\Essay.001"}};
   files.contents = {{"\\Q\\Essay.001", "old"}};
   WriteFileSafely("\\P\\Link.001", "new");
   EXPECT_EQ(files.contents, Contents({{"\\Q\\Essay.001", "new"}}));
 }
+
+// Acts as an ordinary person, who owns the folder and what is in it, also where the administrator runs the
+// tests.
+class AsOrdinaryPerson {
+ public:
+  explicit AsOrdinaryPerson(const std::filesystem::path& folder) {
+    constexpr uid_t kSomebody = 65534;
+    if (before != 0) return;
+    EXPECT_EQ(chown(folder.c_str(), kSomebody, kSomebody), 0);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+      EXPECT_EQ(chown(entry.path().c_str(), kSomebody, kSomebody), 0);
+    EXPECT_EQ(seteuid(kSomebody), 0);
+  }
+  ~AsOrdinaryPerson() { EXPECT_EQ(seteuid(before), 0); }
+  AsOrdinaryPerson(const AsOrdinaryPerson&) = delete;
+  AsOrdinaryPerson& operator=(const AsOrdinaryPerson&) = delete;
+
+ private:
+  const uid_t before = geteuid();
+};
 
 // The disk's own files, in a folder made for each test.
 class FilesOnDisk : public ProgramTest {
@@ -93,7 +161,7 @@ class FilesOnDisk : public ProgramTest {
     std::filesystem::remove_all(folder, ignored);
   }
 
-  std::string Path(const std::string& name) const { return BackslashPath((folder / name).string()); }
+  std::string Path(const std::string& name) const { return BackslashPath(folder.string()) + "\\" + name; }
   std::string Content(const std::string& name) const { return DiskFiles().ReadWhole(Path(name)); }
   void ExpectOldFileAlone() const {
     EXPECT_EQ(Content("a.001"), "old");
@@ -115,21 +183,61 @@ TEST_F(FilesOnDisk, WriteAndReadAnyBytes) {
   EXPECT_FALSE(DiskFiles().Exists(Path("a.001")));
 }
 
-TEST_F(FilesOnDisk, AReplacedFileKeepsItsAccessRights) {
-  ASSERT_EQ(chmod((folder / "a.001").c_str(), 0640), 0);
-  WriteFileSafely(Path("a.001"), "new");
+// Also while it is being written, when it is called otherwise.
+TEST_F(FilesOnDisk, AReplacedFileKeepsItsRightsAndAttributes) {
+  const std::string old = folder / "a.001";
+  ASSERT_EQ(chmod(old.c_str(), 0600), 0);
+  const bool attributes = setxattr(old.c_str(), "user.note", "kept", 4, 0) == 0;  // not on every file system
+  const bool mayGive = chown(old.c_str(), 12, 34) == 0;
+  const Files::Handle handle = DiskFiles().Create(Path("a.~001"), Path("a.001"));
+  DiskFiles().Write(handle, "new");
   struct stat status;
-  ASSERT_EQ(stat((folder / "a.001").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+  ASSERT_EQ(fstat(handle, &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  DiskFiles().Sync(handle);
+  DiskFiles().Close(handle);
+  DiskFiles().Rename(Path("a.~001"), Path("a.001"));
+  EXPECT_EQ(Content("a.001"), "new");
+  ASSERT_EQ(stat(old.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0600U);
+  EXPECT_EQ(std::pair(status.st_uid, status.st_gid),
+            mayGive ? std::pair(12U, 34U) : std::pair(geteuid(), getegid()));
+  char note[8];
+  EXPECT_EQ(getxattr(old.c_str(), "user.note", note, sizeof note), attributes ? 4 : -1);
 }
 
-TEST_F(FilesOnDisk, CreateNeverTruncates) {
-  EXPECT_THROW(DiskFiles().Create(Path("a.001")), Failure);
+TEST_F(FilesOnDisk, WhatCannotBeReplacedIsWrittenInPlace) {
+  const std::filesystem::path closed = folder / "closed";
+  const std::filesystem::path state = folder / "state";
+  std::filesystem::create_directory(closed);
+  std::filesystem::create_hard_link(folder / "a.001", folder / "b.001");
+  std::ofstream(closed / "c.001", std::ios::binary) << "long old content";
+  StateFolder = BackslashPath((state / "kelvane").string()) + "\\";
+  {
+    const AsOrdinaryPerson person(folder);
+    WriteFileSafely(Path("b.001"), "new");
+    EXPECT_EQ(Content("a.001"), "new");
+    ASSERT_EQ(chmod(closed.c_str(), 0555), 0);
+    WriteFileSafely(Path("closed\\c.001"), "new");
+    EXPECT_EQ(Content("closed\\c.001"), "new");
+    ASSERT_EQ(chmod(closed.c_str(), 0755), 0);
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(state / "kelvane")) << "the safety copies are gone";
+}
+
+TEST_F(FilesOnDisk, AWriterThatIsKilledLeavesNothing) {
+  if (fork() == 0) {
+    const Files::Handle handle = DiskFiles().Create(Path("a.~001"), Path("a.001"));
+    DiskFiles().Write(handle, "half");
+    _exit(0);
+  }
+  int status = 0;
+  ASSERT_GT(wait(&status), 0);
   ExpectOldFileAlone();
 }
 
 TEST_F(FilesOnDisk, AWriteProtectedFileIsNotReplaced) {
-  if (geteuid() == 0) GTEST_SKIP() << "nothing is write-protected for the administrator";
+  const AsOrdinaryPerson person(folder);
   ASSERT_EQ(chmod((folder / "a.001").c_str(), 0444), 0);
   EXPECT_THROW(WriteFileSafely(Path("a.001"), "new"), Failure);
   ExpectOldFileAlone();

@@ -21,6 +21,7 @@
 #include "output/postscript.h"
 #include "tests/support/program_test.h"
 #include "typography/glyph_shapes.h"
+#include "typography/item_boxes.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
@@ -186,6 +187,23 @@ class FormatsDocument : public ProgramTest {
     return result;
   }
 
+  // The ink boxes of typeface 0 at 100 points, on the page with y downwards.
+  std::string InkRead(const std::string& content) {
+    std::istringstream hex(content);
+    std::string& bytes = File("INK.TAB");
+    for (unsigned byte = 0; hex >> std::hex >> byte;) bytes += static_cast<char>(byte);
+    LoadInkBoxes();
+    std::string result;
+    for (std::size_t code = 0; code * 8 < bytes.size(); ++code) {
+      const Box ink = InkBoxOf(std::string(1, static_cast<char>(code)), 0, 100, 3, {});
+      result += "code " + std::to_string(code) + ": " +
+                (ink.right == ink.left ? "no ink"
+                                       : At({ink.left, ink.top}) + " to " + At({ink.right, ink.bottom})) +
+                "\r\n";
+    }
+    return result;
+  }
+
   std::string PageRefused(const std::string& content) {
     std::string message = FailureOf([&] { ReadAsPage(content); });
     EXPECT_NE(message.find(MachinePath(kPageFile)), std::string::npos) << message;
@@ -318,6 +336,7 @@ class FormatsDocument : public ProgramTest {
          return File("QRX.MCR");
        }},
       {"width-table-read", [this](Text content) { return WidthTableRead(content); }},
+      {"ink-read", [this](Text content) { return InkRead(content); }},
       {"glyph-procedure",
        [](Text content) {
          const GlyphProcedure glyph = BuildGlyph(LinesOf(content));

@@ -51,8 +51,8 @@ class GlyphsTest : public ProgramTest {
   float endY = 0;
 };
 
-// The shape of a procedure is kept from one drawing to the next, and made anew when it changes. Its line is as
-// wide as gives it the ink of the area.
+// The shape of a procedure is kept from one drawing to the next, and made anew when it changes. Its line is
+// as wide as gives it the ink of the area.
 TEST_F(GlyphsTest, LinesGoFromPointToPoint) {
   EXPECT_EQ(DrawProcedure("0 0 moveto 50 0 rlineto 0 2 rlineto -50 0 rlineto fill"),
             "stroke M 100 200 L 110 200 L 110 199.6 L 100 199.6 #000000 w 0.39\n");
@@ -71,16 +71,6 @@ TEST_F(GlyphsTest, LinesOfGlyphsAreNeitherLostNorBlurred) {
   SCALE = 0.1F;
   Define('A', "0 0 moveto 50 0 rlineto 0 0.01 rlineto fill");
   EXPECT_TRUE(Draw('A').ends_with(" w 0.2\n"));
-}
-
-TEST_F(GlyphsTest, CurvesTakeControlThenEnd) {
-  const Path path = ExecuteGlyph("5 5 moveto 10 20 20 0 rc 3 3 rlineto").path;
-  ASSERT_EQ(path.points.size(), 5u);
-  EXPECT_FLOAT_EQ(path.points[1].y, 5 + 0.556F * 20);
-  EXPECT_FLOAT_EQ(path.points[3].x, 25);
-  EXPECT_FLOAT_EQ(path.points[4].x, 28);
-  EXPECT_FLOAT_EQ(FlattenCurve({5, 5}, {15, 25}, {25, 5})[8].y, 5 + 0.75F * 0.556F * 20);
-  EXPECT_EQ(DrawProcedure("5 5 moveto 10 20 20 0 rp"), DrawProcedure("5 5 moveto 10 20 20 0 rc"));
 }
 
 TEST_F(GlyphsTest, AProcedureStopsAtItsFirstFault) {
@@ -125,18 +115,6 @@ TEST_F(GlyphsTest, CharactersOfOneFaceGoTogether) {
             "text Times New Roman bold 20 (xx) 110 200 115 200 #000000\n");
   EXPECT_EQ(endX, 120);
   EXPECT_EQ(Paint("x", 16), Paint("x", 0));
-}
-
-TEST_F(GlyphsTest, BlanksGrowWhileJustifyingOnly) {
-  const auto end = [this](bool frame) {
-    endX = 100;
-    DrawRun(7, "x x", 0, 10, endX, endY, 0, frame);
-    return endX;
-  };
-  const float plain = end(false);
-  JustificationOn = true;
-  EXPECT_FLOAT_EQ(end(false), plain + 7);
-  EXPECT_FLOAT_EQ(end(true), plain);
 }
 
 // Framed characters stand in their cells.

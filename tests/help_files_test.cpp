@@ -28,33 +28,6 @@ TEST_F(HelpFilesTest, FindsWhereEachPageStarts) {
   EXPECT_EQ(HelpPageStarts, (std::vector<std::int64_t>{7, 19, 33}));
 }
 
-TEST_F(HelpFilesTest, ListsHeadingsWithTheirPages) {
-  Index(
-      "<H1>Before</H1>\r\n"
-      "<PAGE>\r\n"
-      "<H2>Drawing lines</H2>\r\n"
-      "see <h3>Lines & Curves</H3> too\r\n"
-      "<H4></H4> <H5>Five</h5>\r\n"
-      "<H6>Six</H6>\r\n"
-      "</H1>turned<H1>\r\n"
-      "<H2>open\r\n"
-      "</H2>\r\n"
-      "<PAGE><H2>Same line</H2>\r\n"
-      "<H3>Three</H3><H1>One</H1>\r\n");
-  EXPECT_EQ(Contents(),
-            "<H1 #0>Before</H1>\r\n"
-            "<H2 #1>Drawing lines</H2>\r\n"
-            "see <h3 #1>Lines & Curves</H3> too\r\n"
-            "<H4></H4> <H5 #1>Five</h5>\r\n"
-            "<PAGE><H2 #2>Same line</H2>\r\n"
-            "<H3>Three</H3><H1 #2>One</H1>\r\n"
-            "<H3 #2>Three</H3><H1>One</H1>\r\n");
-  EXPECT_EQ(IndexList(), IndexLine("Before", "0") + IndexLine("Drawing lines", "1") +
-                             IndexLine("Lines & Curves", "1") + IndexLine("Five", "1") +
-                             IndexLine("Six", "1") + IndexLine("Same line", "2") + IndexLine("One", "2") +
-                             IndexLine("Three", "2"));
-}
-
 TEST_F(HelpFilesTest, MakesOnlyTheListThatIsMissing) {
   Contents() = "kept";
   Index("<PAGE>\r\n<H1>One</H1>\r\n");

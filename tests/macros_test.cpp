@@ -18,18 +18,6 @@ class MacrosTest : public ProgramTest {
   }
 };
 
-TEST_F(MacrosTest, ReadsAsManyLinesAsThereAre) {
-  ReadMacros();  // there is no file
-  EXPECT_EQ(AllCaptions(), "m0|m1|m2|m3|m4|m5|m6|m7|m8|m9|");
-  std::string& file = files.contents[ProgramFolder + "QRX.MCR"];
-  file = "\"a b\" \r\n\r\n(c";
-  ReadMacros();
-  EXPECT_EQ(AllCaptions(), "\"a b\" ||(c|m3|m4|m5|m6|m7|m8|m9|");
-  file = "t0\r\nt1\r\nt2\r\nt3\r\nt4\r\nt5\r\nt6\r\nt7\r\nt8\r\nt9\r\nt10\r\nt11\r\n";
-  ReadMacros();
-  EXPECT_EQ(AllCaptions(), "t0|t1|t2|t3|t4|t5|t6|t7|t8|t9|");
-}
-
 TEST_F(MacrosTest, KeepsTextsThroughTheFile) {
   const std::string codes = "\xF0(2)\xF1(x) & \\ \"\xE4";
   SetMacroCaption(0, codes);
@@ -44,6 +32,33 @@ TEST_F(MacrosTest, KeepsTextsThroughTheFile) {
   EXPECT_EQ(AllCaptions(), captions);
 }
 
+TEST_F(MacrosTest, ChangesOfTwoInstancesGoTogether) {
+  std::string& file = files.contents[ProgramFolder + "QRX.MCR"];
+  file = "zero\none\n";
+  ReadMacros();
+  KeepMacros();
+  EXPECT_EQ(file, "zero\none\n") << "nothing was changed here";
+  SetMacroCaption(1, "mine");
+  file = "other\r\nother\r\n\r\nother\r\n";
+  KeepMacros();
+  EXPECT_EQ(file, "other\r\nmine\r\n\r\nother\r\nm4\r\nm5\r\nm6\r\nm7\r\nm8\r\nm9\r\n");
+  EXPECT_EQ(AllCaptions(), "other|mine||other|m4|m5|m6|m7|m8|m9|");
+  file = "other\r\nlater\r\n";
+  KeepMacros();
+  EXPECT_EQ(file, "other\r\nlater\r\n") << "what was written is no change any more";
+}
+
+TEST_F(MacrosTest, AFileThatCannotBeReadIsNotReplaced) {
+  const std::string path = ProgramFolder + "QRX.MCR";
+  files.contents[path] = "zero\r\n";
+  files.unreadable.insert(path);
+  EXPECT_THROW(ReadMacros(), Failure);
+  KeepMacros();
+  SetMacroCaption(1, "mine");
+  EXPECT_THROW(KeepMacros(), Failure);
+  EXPECT_EQ(files.contents.at(path), "zero\r\n");
+}
+
 TEST_F(MacrosTest, ShowsTheTextItselfInTheMenuAndKeepsItWithoutOne) {
   SetMacroCaption(3, "a & b");
   const auto* entry = static_cast<FakeMenuEntry*>(MacroMenu[3]);
@@ -52,16 +67,6 @@ TEST_F(MacrosTest, ShowsTheTextItselfInTheMenuAndKeepsItWithoutOne) {
   MacroMenu[3] = nullptr;
   SetMacroCaption(3, "later");
   EXPECT_EQ(MacroCaption(3), "later");
-}
-
-TEST_F(MacrosTest, InsertsAtTheCursorPoint) {
-  SetMacroCaption(2, "\xF3i(\xF5");
-  CursorMode = -1;
-  TypeKey('x');
-  CallMacro(2);
-  CallMacro(0);
-  EXPECT_EQ(PendingRun, "x\xF3i(\xF5m0");
-  EXPECT_EQ(Text4->Text(), PendingRun);
 }
 
 }  // namespace

@@ -1,22 +1,14 @@
 #include "app/main_window.h"
 
-#include <algorithm>
 #include <cctype>
-#include <cmath>
 #include <map>
 #include <set>
 #include <tuple>
 
 #include "app/commands.h"
-#include "app/foot.h"
-#include "app/settings.h"
-#include "document/page.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
-#include "editing/notes.h"
-#include "macros/macros.h"
 #include "tests/support/editor_test.h"
-#include "typography/colours.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
 
@@ -27,16 +19,6 @@ class MainWindowTest : public EditorTest {
  protected:
   // Gives the area beside the scroll bars a size in twips.
   void Resize(float width, float height) { window->SetWindowPlace({0, 0, width, height}); }
-
-  // Whether something was drawn since the layer was cleared.
-  bool Shows(const std::string& drawn, Layer layer = Layer::Page) const {
-    return canvas->Drawn(layer).find(drawn) != std::string::npos;
-  }
-
-  void TypeOnThePage() {
-    PlaceAt("Top Left", 10, 21);
-    canvas->Type("x");
-  }
 
   static FakeMenu* MenuOf(const std::vector<std::unique_ptr<FakeMenu>>& menus, const std::string& path) {
     const std::size_t slash = path.find('/');
@@ -58,39 +40,7 @@ class MainWindowTest : public EditorTest {
     }
     return rows;
   }
-
-  // Ids of the entries that are checked, of those whose id begins so.
-  std::string Checked(const std::string& prefix) const {
-    std::string ids;
-    for (const auto& [id, entry] : Rows())
-      if (id.starts_with(prefix) && entry->checked) ids += id + " ";
-    return ids;
-  }
-
-  static std::string Note() { return NoteLabel->Text(); }
 };
-
-TEST_F(MainWindowTest, StartsWithTheSettings) {
-  files.contents["\\Kelvane\\QRX.DAT"] =
-      "FONTNUMBER = 4\r\nFONTSIZE = 9\r\nGRIDX = 5\r\nGRIDY = 1\r\nCURSORMODE = 3\r\nFormLeft = 150\r\n"
-      "FormWidth = 12000\r\n";
-  files.contents["\\Kelvane\\QRX.MCR"] = "alpha\r\n";
-  canvas->icons.clear();
-  Start();
-  EXPECT_EQ(window->title, "Kelvane ver 1.7");
-  EXPECT_TRUE(window->visible);
-  EXPECT_EQ(std::tie(window->place.left, window->place.width, window->place.height),
-            std::tuple(150, 12000, 7200));
-  EXPECT_EQ(FontLabel->Text(), "Helvetica 9.00pts");
-  EXPECT_EQ(std::tuple(CurrentFont, Text1->Text(), PageBox->Text()), std::tuple(4, "9", "1"));
-  EXPECT_EQ(Checked("m"), "mColour0 mFont4 mGridH5 mGridV1 mThickness025 mViewGrid ");
-  EXPECT_EQ(MacroMenu[0]->Caption(), "alpha");
-  EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
-  ASSERT_EQ(toolkit.timers.size(), 1u);
-  EXPECT_EQ(toolkit.timers[0]->interval, 200);
-  EXPECT_TRUE(files.contents.contains("\\Kelvane\\QRX.HCT"));
-  EXPECT_TRUE(canvas->Drawn(Layer::Page).starts_with("box 0 0 594 840 #FFFFFF\n"));
-}
 
 TEST_F(MainWindowTest, WithoutItsFontsOrHelpTheEditorDoesNotStart) {
   const std::pair<std::string, std::string> missing[] = {{"MATH0.PSF", "ERROR: Missing file MATH0.PSF"},
@@ -112,15 +62,6 @@ TEST_F(MainWindowTest, WithoutItsFontsOrHelpTheEditorDoesNotStart) {
   EXPECT_EQ(toolkit.windows.size(), 1u);  // the fixture's own
 }
 
-TEST_F(MainWindowTest, UnreadableSettingsMacrosAndPagesAreReported) {
-  files.unreadable = {"\\Kelvane\\QRX.DAT", "\\Kelvane\\QRX.MCR"};
-  Start("\\P\\None.001");
-  EXPECT_EQ(dialogs.messages.size(), 3u);
-  EXPECT_EQ(SCALE, kDefaultScale);
-  EXPECT_EQ(MacroMenu[1]->Caption(), "m1");
-  EXPECT_EQ(window->title, "Kelvane ver 1.7");
-}
-
 TEST_F(MainWindowTest, RowsAndButtonsDoSomethingOrAreDisabled) {
   Start();
   const auto rows = Rows();
@@ -128,7 +69,7 @@ TEST_F(MainWindowTest, RowsAndButtonsDoSomethingOrAreDisabled) {
   for (const auto& [id, entry] : rows) EXPECT_TRUE(entry->OnChosen || !entry->enabled) << id;
   for (const auto& button : window->buttons) {
     SCOPED_TRACE(button->caption);
-    EXPECT_EQ(static_cast<bool>(button->OnClick), button->enabled);
+    EXPECT_TRUE(button->OnClick);
     EXPECT_FALSE(button->toolTip.empty());
     EXPECT_GT(button->place.width, 0);
   }
@@ -163,8 +104,9 @@ TEST_F(MainWindowTest, KeysAreUniqueAndMnemonicsInTheirMenu) {
 TEST_F(MainWindowTest, BoxAndCanvasFollowTheWindow) {
   Start();
   const auto expectPixels = [&](int boxWidth, int canvasWidth, int canvasHeight) {
-    EXPECT_EQ(std::tuple(Text4->GetPlace().width, canvas->pixelWidth, canvas->pixelHeight),
-              std::tuple(boxWidth, canvasWidth, canvasHeight));
+    EXPECT_EQ(
+        std::tuple(static_cast<FakeTextBox*>(Text4)->place.width, canvas->pixelWidth, canvas->pixelHeight),
+        std::tuple(boxWidth, canvasWidth, canvasHeight));
   };
   Resize(6000, 4000);
   expectPixels(4785 / 15, 5640 / 15, 219);  // 3280 twips high
@@ -172,21 +114,22 @@ TEST_F(MainWindowTest, BoxAndCanvasFollowTheWindow) {
   Resize(2000, 999);
   expectPixels(4785 / 15, 5640 / 15, 219);
   Resize(1500, 1000);
-  EXPECT_EQ(std::tuple(Text4->GetPlace().width, canvas->pixelWidth), std::tuple(285 / 15, 1140 / 15));
+  EXPECT_EQ(std::tuple(static_cast<FakeTextBox*>(Text4)->place.width, canvas->pixelWidth),
+            std::tuple(285 / 15, 1140 / 15));
 }
 
 TEST_F(MainWindowTest, AWindowThatStartsTooSmallIsLaidOutLikeAUsualOne) {
   files.contents["\\Kelvane\\QRX.DAT"] = "FormWidth = 1350\r\nFormHeight = 900\r\n";
   Start();
-  EXPECT_GT(Text4->GetPlace().width, 100);
-  EXPECT_GT(Text4->GetPlace().top, 0) << "below the script buttons";
+  EXPECT_GT(static_cast<FakeTextBox*>(Text4)->place.width, 100);
+  EXPECT_GT(static_cast<FakeTextBox*>(Text4)->place.top, 0) << "below the script buttons";
 }
 
 TEST_F(MainWindowTest, NothingIsLaidOutWhileTheWindowIsBuilt) {
   ASSERT_TRUE(StartUp("\\Kelvane"));
   window = static_cast<FakeWindow*>(Form1);
   Form1_Resize();
-  EXPECT_EQ(Text4->GetPlace().width, 0);
+  EXPECT_EQ(static_cast<FakeTextBox*>(Text4)->place.width, 0);
   CursorMode = 3;
   window->Show();
   EXPECT_EQ(CursorMode, 3);
@@ -218,277 +161,6 @@ TEST_F(MainWindowTest, ControlsDoNotOverlapInTheFirstWindow) {
   }
 }
 
-TEST_F(MainWindowTest, AResizePlacesAChosenAnchor) {
-  Start();
-  for (const std::int16_t mode : {0, 1, 9, 10, 11, -4}) {
-    CursorMode = mode;
-    Resize(6000, 4000);
-    EXPECT_EQ(CursorMode, mode == 1 || mode == 9 ? -mode : mode);
-  }
-  EXPECT_NE(canvas->Drawn(Layer::Overlay), "");
-}
-
-TEST_F(MainWindowTest, GridMenusAreCrossedAndViewsAreSwitches) {
-  Start();
-  EXPECT_FALSE(Shows("line 0 100 594 100"));
-  MenuOf(window->menus, "&View/&Horizontal Grid Lines")->Find("Step &5 pt, lines every 10 pt")->Choose();
-  MenuOf(window->menus, "&View/&Vertical Grid Lines")->Find("Step &6 pt, lines every 12 pt")->Choose();
-  EXPECT_EQ(std::tie(GridStepV, GridStepH), std::tuple(5, 6));
-  EXPECT_TRUE(Shows("line 0 100 594 100"));
-  EXPECT_TRUE(Shows("line 156 0 156 840"));
-  EXPECT_EQ(Checked("mGrid"), "mGridH6 mGridV5 ");
-  EXPECT_EQ(Rows().at("mGridV2")->caption, "Step &2 pt, lines every 4 pt");
-  EXPECT_EQ(Rows().at("mGridH2")->caption, "Step &2 pt, no lines");
-  for (const bool on : {true, false}) {
-    canvas->ForgetDrawn();
-    window->ChooseEntry("Show &Grid");
-    window->ChooseEntry("Prin&t View");
-    EXPECT_EQ(std::tuple(ShowGrid, PrintView, Checked("mView"), canvas->Paints(Layer::Page)),
-              std::tuple(!on, on, on ? "mViewPrint " : "mViewGrid ", 1));
-  }
-}
-
-TEST_F(MainWindowTest, FromTheFirstKeyToPaper) {
-  Start();
-  PlaceAt("Bottom Left", 100.4F, 99.7F);
-  canvas->Type("x");
-  window->ClickButton("Superscript");
-  canvas->Type("2");
-  window->ClickButton("Forward from Superscript");
-  window->ChooseEntry("Symbol");
-  canvas->Type("a");
-  EXPECT_EQ(FontLabel->Text(), "Symbol 11.00pts");
-  canvas->Press(13);
-  EXPECT_EQ(FontLabel->Text(), "Times-Roman 11.00pts");
-  canvas->Type("next");
-
-  dialogs.AnswerSave("\\P\\Essay.001");
-  window->ChooseEntry("&Save");
-  const std::string first =
-      "100 99 m 11 F0 (x\xF0"
-      "2\xF2\xE8"
-      "a) 3 s\r\n100 111 m 11 F0 (next) 3 s\r\n";
-  EXPECT_EQ(Content("\\P\\Essay.001"), first);
-  EXPECT_EQ(window->title, " Essay - Kelvane ver 1.7");
-  EXPECT_EQ(CursorMode, 0);
-  EXPECT_EQ(Note(), "Saved: /P/Essay.001");
-
-  window->PressShortcut("PgDown");
-  EXPECT_EQ(PageBox->Text(), "2");
-  EXPECT_EQ(PageText, "");
-  PlaceAt("Center", 300, 300);
-  window->BoxOf("Font Size")->Type("24");
-  canvas->Type("Two");
-  EXPECT_TRUE(Shows("text Times New Roman 48 (Two)", Layer::Overlay));
-
-  dialogs.AnswerOpen("\\P\\Essay.001");
-  window->PressShortcut("Ctrl+P");
-  EXPECT_EQ(Content("\\P\\Essay.002"), "300 300 m 24 F0 (Two) 9 s\r\n");
-  const std::string job = Content("\\P\\Essay.PS");
-  for (const char* text : {"(Two)", "(next)"}) EXPECT_NE(job.find(text), std::string::npos) << text;
-  EXPECT_EQ(job.back(), 4);
-  EXPECT_EQ(Note(), "Written: /P/Essay.PS");
-
-  window->PressShortcut("Ctrl+Z");
-  EXPECT_EQ(PageText, "");
-  window->ChooseEntry("&Redo typing");
-  EXPECT_EQ(PageText, "300 300 m 24 F0 (Two) 9 s\r\n");
-  window->ClickButton("Pg Up");
-  EXPECT_EQ(PageText, first);
-  EXPECT_EQ(PageBox->Text(), "1");
-  EXPECT_FALSE(window->Entry("&Undo")->enabled) << "another page has no edits to take back";
-}
-
-TEST_F(MainWindowTest, FileCommandsEndEditingUnlessTheyAreGivenUp) {
-  Start();
-  PlaceAt("Top Right", 50, 60);
-  canvas->Type("a");
-  dialogs.AnswerNo();
-  window->ChooseEntry("&New");
-  EXPECT_EQ(std::tuple(CursorMode, PageText), std::tuple(0, ""));
-  PlaceAt("Top Right", 50, 60);
-  const std::string pointer = canvas->pointer;
-  for (const char* entry : {"&Save", "Save &As", "Print &One Page", "&Print", "&Output As ASCII"}) {
-    canvas->Type("b");
-    const bool saves = std::string_view(entry).find("Save") != std::string_view::npos;
-    saves ? dialogs.AnswerSave("") : dialogs.AnswerOpen("");
-    window->ChooseEntry(entry);
-    EXPECT_EQ(std::tie(CursorMode, PendingRun), std::tuple(-7, "")) << entry;
-  }
-  EXPECT_EQ(canvas->pointer, pointer);
-  EXPECT_TRUE(static_cast<FakeButton*>(AnchorButtons[7])->down);
-  EXPECT_EQ(std::count(PageText.begin(), PageText.end(), '\n'), 5);
-  dialogs.AnswerYes();
-  dialogs.AnswerSave("");  // cancelled: nothing is opened
-  window->ChooseEntry("Op&en");
-  EXPECT_EQ(dialogs.messages.back(), "You are about to lose your paper.\r\nSave the current paper.");
-  dialogs.AnswerNeither();
-  window->ClickFrameClose();
-  dialogs.AnswerSave("\\P\\Essay");
-  files.FailStep(FileStep::Create);
-  EXPECT_NE(FailureOf([&] { window->ChooseEntry("&Save"); }), "");
-  EXPECT_EQ(CursorMode, -7);
-
-  window->ClickButton("Draw Bezier");
-  canvas->Click(10, 12);
-  canvas->Click(40, 12);
-  dialogs.AnswerNeither();
-  window->ClickFrameClose();
-  EXPECT_TRUE(window->visible);
-  EXPECT_EQ(std::tuple(CursorMode, DrawingCount, CurrentDrawing), std::tuple(10, 1, ""));
-}
-
-TEST_F(MainWindowTest, UndoAndRedoAreGreyWhenThereIsNothing) {
-  Start();
-  const auto rows = Rows();
-  const auto available = [&] {
-    return std::tuple(rows.at("mEditUndo")->enabled, rows.at("mEditRedo")->enabled);
-  };
-  EXPECT_EQ(available(), std::tuple(false, false));
-  TypeOnThePage();
-  EXPECT_EQ(available(), std::tuple(true, false));
-  EXPECT_EQ(rows.at("mEditUndo")->caption, "&Undo typing");
-  window->PressShortcut("Ctrl+Z");
-  EXPECT_EQ(available(), std::tuple(false, true));
-  window->PressShortcut("Ctrl+Shift+Z");
-  EXPECT_EQ(available(), std::tuple(true, false));
-  EXPECT_EQ(CursorMode, -1);
-}
-
-TEST_F(MainWindowTest, KeysWhileDrawing) {
-  files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (one) 1 s\r\n";
-  Start("\\P\\Essay.001");
-  window->ClickButton("Draw Bezier");
-  EXPECT_TRUE(static_cast<FakeButton*>(Command6)->down);
-  const auto line = [&](float y) {
-    for (const float x : {12.0F, 40.0F}) canvas->Click(x, y);
-  };
-  line(12);
-  canvas->Click(60, 30);
-  window->ChooseEntry("Red");
-  EXPECT_TRUE(Shows("#0000FF", Layer::Overlay));
-  canvas->Press(kKeyBackspace);
-  canvas->Press(kKeyEnter);
-  EXPECT_EQ(DrawingList, "12 12 26 12 40 12 120.25\r\n");
-  line(24);
-  canvas->Press(kKeyEscape);
-  EXPECT_EQ(CurrentDrawing, "");
-  line(36);
-  canvas->Click(40, 60, MouseButton::Right);
-  EXPECT_EQ(DrawingCount, 2);
-  line(48);
-  window->ClickButton("Pg Dn");
-  EXPECT_EQ(std::tuple(CurrentDrawing, DrawingCount), std::tuple("", 0));
-  window->ClickButton("Pg Up");
-  EXPECT_EQ(DrawingCount, 3);
-}
-
-TEST_F(MainWindowTest, TheViewFollowsTypingAndTheFootWarns) {
-  files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (one) 1 s\r\n";
-  Start("\\P\\Essay.001");
-  EXPECT_EQ(std::tuple(window->title, PageChanged), std::tuple(" Essay - Kelvane ver 1.7", 0));
-  EXPECT_TRUE(Shows("(one)"));
-  EXPECT_TRUE(VisibleTop < 0 && VisibleTop > -20) << "a page is shown from its top";
-  EXPECT_FLOAT_EQ(STARTX, kDefaultStartX);
-  canvas->Move(300, 300);
-  window->ChooseEntry("Zoom &In");
-  EXPECT_FALSE(Note().starts_with("300.0, 300.0")) << "the page moved below the pointer";
-
-  PlaceAt("Top Left", 300, 300);
-  const float before = VisibleLeft;
-  canvas->Type(std::string(30, 'm'));
-  EXPECT_GT(VisibleLeft, before);
-  EXPECT_EQ(Note().find("passes"), std::string::npos);
-  canvas->Type(std::string(30, 'm'));
-  EXPECT_EQ(Note(), "The run passes the paper's edge");
-  for (int i = 0; i < 40; ++i) canvas->Press(kKeyBackspace);
-  EXPECT_NE(Note().find("on the grid"), std::string::npos);
-  canvas->Press(kKeyEnter);
-  EXPECT_LT(VisibleLeft, 300) << "the next line begins in view";
-  canvas->Click(-9, 30);
-  EXPECT_EQ(Note(), "The cursor point is outside the paper");
-  PlaceAt("Top Right", 9, 30);
-  canvas->Type("mm");
-  EXPECT_EQ(Note(), "The run passes the paper's edge");
-
-  FakeTextBox* size = window->BoxOf("Font Size");
-  size->Type("abc");
-  EXPECT_EQ(Note(), "Size 0: what is typed will not be seen");
-  size->Type("3e38");
-  for (int i = 0; i < 3; ++i) canvas->Press(kKeyEnter);
-  EXPECT_TRUE(std::isfinite(CursorY) && std::isfinite(STARTY));
-}
-
-TEST_F(MainWindowTest, BoxesAnswerEnterAndEscape) {
-  files.contents["\\P\\Essay.001"] = "10 20 m 11 F0 (one) 1 s\r\n";
-  files.contents["\\P\\Essay.007"] = "10 20 m 11 F0 (seven) 1 s\r\n";
-  Start("\\P\\Essay.001");
-  FakeTextBox* pages = window->BoxOf("Page Number");
-  pages->Type("7");
-  pages->PressEnter();
-  EXPECT_NE(PageText.find("seven"), std::string::npos);
-  for (const bool enter : {true, false}) {
-    pages->Type(enter ? "1000" : "1");
-    enter ? pages->PressEnter() : pages->PressEscape();
-    EXPECT_EQ(pages->text, "7");
-  }
-  EXPECT_EQ(Note(), "There is no page 1000: pages count from 1 to 999");
-  pages->Type("1");
-  pages->PressEnter();
-  EXPECT_NE(PageText.find("one"), std::string::npos);
-  EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
-
-  PlaceAt("Top Left", 10, 21);
-  FakeTextBox* codes = window->BoxOf("Control Codes");
-  codes->Type("typed in the box");
-  EXPECT_TRUE(Shows("typed in the box", Layer::Overlay));
-  codes->PressEnter();
-  EXPECT_TRUE(PageText.ends_with("(typed in the box) 1 s\r\n"));
-  EXPECT_EQ(CursorMode, 1);
-}
-
-TEST_F(MainWindowTest, TheMouseOnTheCanvas) {
-  Start();
-  window->ClickButton("Centre Left");
-  canvas->Click(50, 60, MouseButton::Right);
-  EXPECT_EQ(CursorMode, 2);
-  const float startX = STARTX;
-  canvas->Down(100, 100, MouseButton::Middle);
-  canvas->Move(90, 100, MouseButton::Middle);
-  EXPECT_NEAR(STARTX, startX + 10, 0.01);
-  canvas->Up(90, 100, MouseButton::Middle);
-  EXPECT_EQ(CursorMode, 2);
-  canvas->Move(70, 70);
-  EXPECT_NEAR(STARTX, startX + 10, 0.01);
-  EXPECT_EQ(Note(), "70.0, 70.0 pt     on the grid 70, 69 pt");
-  canvas->OnMouseLeave();
-  EXPECT_EQ(Note(), "");
-
-  WheelEvent wheel;
-  wheel.steps = -1;
-  const float startY = STARTY;
-  canvas->Wheel(wheel);
-  EXPECT_GT(STARTY, startY);
-  wheel.shift = true;
-  const float beforeX = STARTX;
-  canvas->Wheel(wheel);
-  EXPECT_GT(STARTX, beforeX);
-  WheelEvent sideways;
-  sideways.sideSteps = 1;
-  canvas->Wheel(sideways);
-  EXPECT_FLOAT_EQ(STARTX, beforeX);
-  wheel.control = true;
-  canvas->Wheel(wheel);
-  EXPECT_LT(SCALE, kDefaultScale);
-  canvas->Press(kKeyRight);  // chosen but not placed: the arrow places it
-  EXPECT_EQ(CursorMode, -2);
-  EXPECT_EQ(CursorX, GridStepH);
-  window->ClickButton("Select");
-  const float before = STARTY;
-  canvas->Press(kKeyDown);
-  EXPECT_GT(STARTY, before);
-}
-
 TEST_F(MainWindowTest, ScrollBarsShowTheView) {
   Start();
   auto* bar = static_cast<FakeScrollBar*>(Form1Parts.vertical);
@@ -501,44 +173,6 @@ TEST_F(MainWindowTest, ScrollBarsShowTheView) {
   window->ChooseEntry("Fit &Page");
   EXPECT_FLOAT_EQ(bar->value, VisibleTop);
   EXPECT_FLOAT_EQ(bar->page, VisibleBottom - VisibleTop);
-}
-
-TEST_F(MainWindowTest, MacrosGoIntoTheRun) {
-  files.contents["\\Kelvane\\QRX.MCR"] = "\xF0(2)\xF2\r\na & b\r\n";
-  Start();
-  EXPECT_TRUE(Rows().at("mMacro1")->literal);
-  MacroMenu[0]->OnChosen();
-  EXPECT_EQ(PendingRun, "");
-  TypeOnThePage();
-  window->PressShortcut("Alt+0");
-  EXPECT_EQ(PendingRun, "x\xF0(2)\xF2");
-}
-
-TEST_F(MainWindowTest, ExitWritesSettingsAndMacros) {
-  files.contents["\\Kelvane\\QRX.DAT"] = "GRIDX = 4\r\nFormTop = 9\r\nFONTSIZE = 9\r\n";
-  Start();
-  static_cast<FakeTextBox*>(Text1)->Type("24");
-  SetMacroCaption(2, "two");
-  window->place = {30, 45, 12000, 9000};
-  window->ChooseEntry("Exit");
-  EXPECT_TRUE(toolkit.quit);
-  EXPECT_EQ(Content("\\Kelvane\\QRX.DAT"),
-            "GRIDX = 4\r\nFONTSIZE = 9\r\nFormLeft = 30\r\nFormTop = 45\r\nFormWidth = 12000\r\n"
-            "FormHeight = 9000\r\n");
-  EXPECT_TRUE(Content("\\Kelvane\\QRX.MCR").starts_with("m0\r\nm1\r\ntwo\r\n"));
-}
-
-TEST_F(MainWindowTest, ExitDropsNoTextOfTheBoxUnasked) {
-  Start();
-  window->BoxOf("Control Codes")->Type("loose");
-  dialogs.AnswerNo();
-  window->ClickFrameClose();
-  EXPECT_TRUE(window->visible);
-  EXPECT_TRUE(dialogs.asked.back().ends_with("[No]"));
-  EXPECT_EQ(Text4->Text(), "loose");
-  dialogs.AnswerYes();
-  window->ClickFrameClose();
-  EXPECT_FALSE(window->visible);
 }
 
 }  // namespace

@@ -30,11 +30,6 @@ TEST_F(MetricsTest, WidthFilesOfAnyLengthBeginWithTheirUnit) {
   EXPECT_EQ(TypefaceTable[4].Widths[255], TestWidth(4, 255));
 }
 
-TEST_F(MetricsTest, AMissingWidthFileIsNamed) {
-  files.contents.erase("\\Kelvane\\GI.WT");
-  EXPECT_EQ(FailureOf(LoadWidthTables), "ERROR - Unknown typeface: GI");
-}
-
 TEST_F(MetricsTest, WhatHasNoWidthAdvancesNothing) {
   FillWidths();
   const float advance = MeasureRun("x", 0, 10);

@@ -30,14 +30,34 @@ TEST(Numbers, ReadsTheNumberInFront) {
 
 TEST(Numbers, ReadsWhatIsNoNumberOrTooSmallAsZero) {
   const std::string small = "0." + std::string(60, '0') + "1";
-  for (const char* text : {"", " ", "-", "+", ".", "-.", "e5", "abc", "nan", "inf", "-inf", "--5", "+-5",
-                           "\t5", "0x10", "1e-999999999999999999999", "-1e-60", "100000e-60", small.c_str()})
+  for (const char* text : {"",
+                           " ",
+                           "-",
+                           "+",
+                           ".",
+                           "-.",
+                           "e5",
+                           "abc",
+                           "nan",
+                           "inf",
+                           "-inf",
+                           "--5",
+                           "+-5",
+                           "\t5",
+                           "0x10",
+                           "1e-999999999999999999999",
+                           "-1e-60",
+                           "100000e-60",
+                           "22E-9223372036854775807",
+                           "1e-9223372036854775808",
+                           small.c_str()})
     EXPECT_EQ(ReadSingle(text), 0) << text;
   EXPECT_FALSE(std::signbit(ReadSingle("-0")));
 }
 
 TEST(Numbers, StaysInRange) {
-  for (const std::string& text : {std::string(60, '9'), std::string("1e39"), std::string("0.001e60")})
+  for (const std::string& text : {std::string(60, '9'), std::string("1e39"), std::string("0.001e60"),
+                                  std::string("2E9223372036854775807")})
     EXPECT_EQ(ReadSingle(text), FLT_MAX) << text;
   EXPECT_EQ(ReadSingle("-1e999999999999999999999"), -FLT_MAX);
   EXPECT_EQ(ReadDouble("1e39"), 1e39);

@@ -55,19 +55,6 @@ TEST(TextEntries, OtherLinesAreNone) {
     EXPECT_FALSE(ParseTextEntry(line, entry)) << line;
 }
 
-TEST(Drawings, ConvertBetweenRecordAndLine) {
-  const std::pair<const char*, const char*> pairs[] = {
-      {"10 20 15 20 20 20 1", "10 20 m 1 lw 10 0 rl stroke"},
-      {"0 0 5 5 10 0 5 -5 0 0 2", "0 0 m 2 lw 5 5 10 0 rb -5 -5 -10 0 rb fill"},
-      {"1.5 2 3 4 5 6 121.25", "1.5 2 m 121.25 lw 1.5 2 3.5 4 rb stroke"},
-      {"0 0 0.5 0 1 0 1 0.5 1 1 0.5 0.5 0 0 0.25", "0 0 m 0.25 lw 1 0 rl 0 1 rl -1 -1 rl fill"},
-  };
-  for (const auto& [record, line] : pairs) {
-    EXPECT_EQ(DrawingRecordToLine(record), line);
-    EXPECT_EQ(LineToDrawingRecord(line), record);
-  }
-}
-
 // The middle is taken in single precision: in double precision the middle of 0.1 and 0.4 is not the single
 // 0.25, and the straight line would become a curve. The last value is copied as it stands.
 TEST(Drawings, RecordsBecomeLines) {
@@ -100,43 +87,6 @@ TEST(Drawings, OperandErrorsAreFailures) {
     EXPECT_THROW(LineToDrawingRecord(line), Failure) << line;
 }
 
-TEST_F(PageTest, SortedFormGoesDownThePageAndThenRight) {
-  PageText =
-      "100 20 m 12 F0 (first of two) 1 s\r\n"
-      "\r\n"
-      "10 10000 m 12 F0 (far down) 1 s\r\n"
-      "100 20 m 12 F0 (second of two) 1 s\r\n"
-      "300 20 m 12 F0 (right) 1 s\r\n"
-      "0 9.5 m 12 F0 (ends in @) 1 s @\r\n"
-      "\"a note, 5\r\n"
-      "5 -3 m 12 F0 (top, unterminated) 1 s";
-  DrawingList = "10 20 15 20 20 20 1\r\n1 2\r\n0 0 5 5 10 0 1\r\n";
-  DrawingCount = 3;
-  const std::string before = PageText;
-  EXPECT_EQ(Written(WritePageSorted),
-            "5 -3 m 12 F0 (top, unterminated) 1 s\r\n"
-            "\"a note, 5\r\n"
-            "0 9.5 m 12 F0 (ends in @) 1 s @\r\n"
-            "100 20 m 12 F0 (second of two) 1 s\r\n"
-            "100 20 m 12 F0 (first of two) 1 s\r\n"
-            "300 20 m 12 F0 (right) 1 s\r\n"
-            "10 10000 m 12 F0 (far down) 1 s\r\n"
-            "10 20 m 1 lw 10 0 rl stroke\r\n"
-            "0 0 m 1 lw 5 5 10 0 rb stroke\r\n");
-  EXPECT_EQ(PageText, before) << "only the file is sorted";
-}
-
-TEST_F(PageTest, PlainFormKeepsTheOrder) {
-  PageText = "2 2 m 12 F0 (b) 1 s\r\n\r\n1 1 m 12 F0 (a) 1 s";
-  DrawingList = "10 20 15 20 20 20 1\r\n";
-  DrawingCount = 1;
-  EXPECT_EQ(Written(WritePagePlain),
-            "2 2 m 12 F0 (b) 1 s\r\n\r\n1 1 m 12 F0 (a) 1 s\r\n10 20 m 1 lw 10 0 rl stroke\r\n");
-  ClearPage();
-  EXPECT_EQ(Written(WritePagePlain), "");
-  EXPECT_EQ(Written(WritePageSorted), "");
-}
-
 TEST_F(PageTest, ReadingPartsTextFromDrawings) {
   CurrentDrawing = "1 2";
   Read(
@@ -156,17 +106,6 @@ TEST_F(PageTest, ReadingPartsTextFromDrawings) {
   EXPECT_EQ(DrawingList, "10 20 15 20 20 20 1\r\n0 0 5 5 10 0 5 -5 0 0 1\r\n");
   EXPECT_EQ(DrawingCount, 2);
   EXPECT_EQ(CurrentDrawing, "");
-}
-
-TEST_F(PageTest, WhatIsWrittenReadsTheSame) {
-  PageText = "1 1 m 12 F0 (\x80\xE3 \\ \") 5 s\r\n1 2 m 12 F0 (a b) 1 300 a\r\nkept\r\n";
-  DrawingList = "0.1 0.3 0.25 0.2 0.4 0.1 1\r\n600.1234 1 3 4 700.2345 6 121\r\n";
-  DrawingCount = 2;
-  const std::string text = PageText;
-  const std::string first = Written(WritePagePlain);
-  ReadPage(kPath);
-  EXPECT_EQ(PageText, text);
-  EXPECT_EQ(Written(WritePagePlain), first);
 }
 
 // Its line is longer than any text line may be.

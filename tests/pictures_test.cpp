@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/failure.h"
 #include "platform/files.h"
 #include "tools/pictures/image_files.h"
 #include "tools/pictures/pictures.h"
@@ -85,56 +84,6 @@ TEST(Pictures, PointersPointAtTheirMarkAndShowTheAnchor) {
     if (itemHorizontal == kAnySide) continue;
     EXPECT_EQ(sign(horizontal), itemHorizontal);
     EXPECT_EQ(sign(vertical), itemVertical);
-  }
-}
-
-TEST(Raster, AreasAndStrokesCoverTheirPixels) {
-  const Pixel white = {255, 255, 255, 255};
-  const Pixel black = {0, 0, 0, 255};
-  // A square with a hole in it that runs the other way round; its right edge halves the pixels of column 6.
-  Picture picture(8, 8, white);
-  FillArea(picture, {{{1, 1}, {6.5, 1}, {6.5, 7}, {1, 7}}, {{3, 3}, {3, 5}, {5, 5}, {5, 3}}}, black);
-  for (const auto& [x, y] : {std::pair(0, 0), {3, 3}, {4, 4}}) EXPECT_EQ(picture.At(x, y), white);
-  for (const auto& [x, y] : {std::pair(1, 1), {2, 6}}) EXPECT_EQ(picture.At(x, y), black);
-  EXPECT_EQ(picture.At(6, 1).red, 128);
-
-  // Two lines that cross: the translucent crossing is no darker than the rest.
-  Picture crossing(9, 9, white);
-  StrokeLines(crossing, {{{0, 4.5}, {9, 4.5}}, {{4.5, 0}, {4.5, 9}}}, {1, 1, 0}, {0, 0, 0, 128});
-  EXPECT_EQ(crossing.At(4, 4), crossing.At(4, 1));
-  EXPECT_EQ(crossing.At(4, 1).red, 127);
-  EXPECT_EQ(crossing.At(1, 1), white);
-
-  // A broad nib held level draws broad uprights and thin crossbars.
-  Picture nib(16, 16, white);
-  StrokeLines(nib, {{{8, 2}, {8, 14}}}, {6, 2, 0}, black);
-  for (const auto& [x, y] : {std::pair(5, 8), {10, 8}}) EXPECT_EQ(nib.At(x, y), black);
-  for (const auto& [x, y] : {std::pair(4, 8), {8, 15}}) EXPECT_EQ(nib.At(x, y), white);
-}
-
-TEST(Pictures, AWrongLineIsNamed) {
-  const auto pointers = [](const char* source) { BuildPointers(source, "p.txt"); };
-  const auto drawing = [](const char* source) { BuildDrawing(source, "p.txt"); };
-  const struct {
-    void (*build)(const char*);
-    const char* source;
-    const char* message;
-  } cases[] = {
-      {pointers, "shape a\n#.#\n#.\n\n", "line 3: rows of unlike length."},
-      {pointers, "\npointer X.ICO box 3 3\n", "line 2: no shape named box."},
-      {pointers, "shape a\n#\n\npointer X.ICO a 32 3\n",
-       "line 4: a pointer without a hot spot in its picture."},
-      {drawing, "size 4 4 ffffffff\nstroke L 1 1\n", "line 2: the path does not begin with M."},
-      {drawing, "size 4 4 ffffffff\nfill M 1\n", "line 2: something is missing at its end."},
-      {drawing, "size 4 4 fff\n", "line 1: \"fff\" is not a colour."},
-  };
-  for (const auto& [build, source, message] : cases) {
-    try {
-      build(source);
-      ADD_FAILURE() << "no failure of " << source;
-    } catch (const Failure& failure) {
-      EXPECT_EQ(failure.what(), std::string("p.txt, ") + message);
-    }
   }
 }
 

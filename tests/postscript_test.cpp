@@ -75,7 +75,7 @@ TEST_F(PostScriptTest, StoresThePageBeforeItIsPrinted) {
   dialogs.AnswerOpen("\\P\\A.001");
   PrintOnePage();
   EXPECT_EQ(CursorMode, 0);
-  EXPECT_EQ(dialogs.asked, std::vector<std::string>{"Open: Open, *.001|*.001, \\P\\A.001"});
+  EXPECT_EQ(dialogs.asked, std::vector<std::string>{"Open: Open, *.001|*.001, \\P\\A.001, Print"});
   EXPECT_EQ(files.contents.at("\\P\\A.PS"),
             kExpandedProlog + "5 10 m 9 F0 (high) 1 s\r\n5 90 m 9 F0 (low) 1 s\r\n" + kTrailer + kEnd);
 }

@@ -30,13 +30,20 @@ struct Line {
   Strings block;
 };
 
-const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},         {"Ctrl+Enter", kKeyCtrlEnter},
-                                                {"Backspace", kKeyBackspace}, {"Escape", kKeyEscape},
-                                                {"Left", kKeyLeft},           {"Up", kKeyUp},
-                                                {"Right", kKeyRight},         {"Down", kKeyDown},
-    {"Home", kKeyHome},           {"End", kKeyEnd},
-    {"Delete", kKeyDelete},       {"Ctrl+Left", kKeyWordLeft},
-    {"Ctrl+Right", kKeyWordRight}, {"Ctrl+Backspace", kKeyWordBackspace}};
+const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},
+                                                {"Ctrl+Enter", kKeyCtrlEnter},
+                                                {"Backspace", kKeyBackspace},
+                                                {"Escape", kKeyEscape},
+                                                {"Left", kKeyLeft},
+                                                {"Up", kKeyUp},
+                                                {"Right", kKeyRight},
+                                                {"Down", kKeyDown},
+                                                {"Home", kKeyHome},
+                                                {"End", kKeyEnd},
+                                                {"Delete", kKeyDelete},
+                                                {"Ctrl+Left", kKeyWordLeft},
+                                                {"Ctrl+Right", kKeyWordRight},
+                                                {"Ctrl+Backspace", kKeyWordBackspace}};
 
 // A script's text as bytes, and bytes as a script shows them.
 std::string Bytes(const std::string& shown) {
@@ -175,8 +182,18 @@ class Session : public EditorTest {
       code != kCanvasKeys.end() ? canvas->Press(code->second) : Main().PressShortcut(key);
   }
 
-  // At one or, behind commas, several points.
+  // At one or, behind commas, several points; keys are held "with" it.
   void Mouse(void (RecordingCanvas::*event)(float, float, MouseButton)) {
+    if (const std::size_t with = rest.find(" with "); with != std::string::npos) {
+      const std::string keys = rest.substr(with);
+      rest.erase(with);
+      canvas->shift = keys.find("Shift") != std::string::npos;
+      canvas->control = keys.find("Ctrl") != std::string::npos;
+      canvas->alt = keys.find("Alt") != std::string::npos;
+      Mouse(event);
+      canvas->shift = canvas->control = canvas->alt = false;
+      return;
+    }
     const float x = Number();
     const std::string y = Word();
     (canvas->*event)(x, ReadSingle(y),
@@ -218,11 +235,13 @@ class Session : public EditorTest {
   }
 
   void Answer(const std::string& word) {
-    if (word == "yes") dialogs.AnswerYes();
-    if (word == "no") dialogs.AnswerNo();
-    if (word == "cancel") dialogs.AnswerNeither();
-    if (word == "open") dialogs.AnswerOpen(Text());
-    if (word == "save") dialogs.AnswerSave(Text());
+    if (word == "yes") return dialogs.AnswerYes();
+    if (word == "no") return dialogs.AnswerNo();
+    if (word == "cancel") return dialogs.AnswerNeither();
+    if (word == "choice") return dialogs.AnswerChoice(std::stoi(Text()));
+    if (word == "open") return dialogs.AnswerOpen(Text());
+    if (word == "save") return dialogs.AnswerSave(Text());
+    ADD_FAILURE() << "That is no answer";
   }
 
   void PutFile(std::string& content) {
@@ -261,9 +280,11 @@ class Session : public EditorTest {
     FakeWindow& main = Main();
     // The page.
     if (word == "click") return Mouse(&RecordingCanvas::Click);
+    if (word == "double") return Mouse(&RecordingCanvas::DoubleClick);
     if (word == "hold") return Mouse(&RecordingCanvas::Down);
     if (word == "move") return Mouse(&RecordingCanvas::Move);
     if (word == "release") return Mouse(&RecordingCanvas::Up);
+    if (word == "leave") return canvas->OnMouseLeave();
     if (word == "wheel") return Wheel();
     if (word == "type") return canvas->Type(Bytes(Text()));
     if (word == "enter") return canvas->Type(Bytes(Text()) + '\r');
@@ -415,14 +436,18 @@ TEST_P(SessionsTest, Run) {
     ++number;
     if (text.starts_with("== ")) {
       sessions.emplace_back();
-    } else if (text.starts_with("  ")) {
-      sessions.back().back().block.push_back(text.substr(2));
     } else if (!text.empty() && !text.starts_with('#')) {
-      sessions.back().push_back({number, text, {}});
+      ASSERT_FALSE(sessions.empty()) << "a line before the first session";
+      std::vector<Line>& lines = sessions.back();
+      text.starts_with("  ") && !lines.empty() ? lines.back().block.push_back(text.substr(2))
+                                               : lines.push_back({number, text, {}});
     }
   }
   EXPECT_FALSE(sessions.empty());
-  for (const std::vector<Line>& session : sessions) Session(GetParam()).Run(session);
+  for (const std::vector<Line>& lines : sessions) {
+    ASSERT_FALSE(lines.empty()) << "a session in which nothing happens";
+    Session(GetParam()).Run(lines);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, SessionsTest, ::testing::ValuesIn(Scripts()), NameOf);

@@ -58,7 +58,7 @@ TEST_F(SettingsTest, EveryKeyHasItsPlaceAndIsReset) {
   EXPECT_EQ(Guides(), std::tuple(72, 522, 0, 9, 0));
   EXPECT_EQ(Cursor(), std::tuple(12, 9.5F, 9, 6, 7));
   EXPECT_EQ(Form(), std::tuple(1200, -15, 8000, 6000));
-  ResetSettings();
+  ResetProgram();
   EXPECT_EQ(All(), atStart);
 }
 
@@ -79,6 +79,8 @@ TEST_F(SettingsTest, TheSeventeenthGuideTakesTheLastPlace) {
   for (int i = 1; i <= 18; ++i) lines += "GUIDEY = " + std::to_string(i) + "\r\n";
   Read(lines);
   EXPECT_EQ(std::tie(GuideY[14], GuideY[15], GuideX[0]), std::tuple(15, 18, 0));
+  Read("GUIDEX = 1e99\r\nGUIDEX = 5\r\n");
+  EXPECT_EQ(std::tie(GuideX[0], GuideX[1]), std::tuple(0, 5)) << "ends the list";
 }
 
 TEST_F(SettingsTest, NumbersAreReadLenientlyAndTiesGoToEven) {
@@ -114,6 +116,9 @@ TEST_F(SettingsTest, ExitKeepsEveryOtherLineAsItIs) {
   EXPECT_EQ(Rewritten(odd + " formWIDTH=2"), odd + kWindowLines);
   EXPECT_EQ(Rewritten("last = line"), "last = line\r\n" + std::string(kWindowLines));
   EXPECT_EQ(Rewritten(odd + kWindowLines), odd + kWindowLines);
+  files.FailStep(FileStep::Create);
+  EXPECT_NO_THROW(WriteSettings(kPath)) << "nothing to be written";
+  files.FailNothing();
   files.contents.erase(kPath);
   WriteSettings(kPath);
   EXPECT_EQ(files.contents[kPath], kWindowLines);

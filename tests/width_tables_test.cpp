@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/failure.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -16,6 +15,12 @@ WidthTable TableOf(std::size_t face) {
   return MakeWidthTable(DiskFiles().ReadWhole(kAfmFolder + source.afm + ".afm"), source.ownEncoding);
 }
 
+InkTable InkOf(std::size_t face) {
+  const WidthTableSource& source = kWidthTableSources[face];
+  return MakeInkTable(DiskFiles().ReadWhole(kAfmFolder + source.afm + ".afm"), source.ownEncoding,
+                      face == kSlantedFace ? kSymbolSlant : 0);
+}
+
 TEST(WidthTablesTest, ShippedTablesAndPrologComeFromTheFonts) {
   std::array<WidthTable, 12> tables;
   for (std::size_t face = 0; face < tables.size(); ++face) {
@@ -23,6 +28,9 @@ TEST(WidthTablesTest, ShippedTablesAndPrologComeFromTheFonts) {
     const std::string name = kWidthTableSources[face].name;
     EXPECT_TRUE(DiskFiles().ReadWhole(kData + name + ".WT") == WidthTableBytes(tables[face])) << name;
   }
+  std::array<InkTable, 12> inks;
+  for (std::size_t face = 0; face < inks.size(); ++face) inks[face] = InkOf(face);
+  EXPECT_TRUE(DiskFiles().ReadWhole(kData + "INK.TAB") == InkTableBytes(inks));
   const std::string prolog = DiskFiles().ReadWhole(kData + "QRX.PRO");
   EXPECT_TRUE(ReplacePrologWidths(prolog, tables) == prolog);
 }
@@ -54,10 +62,19 @@ TEST(WidthTablesTest, CodesAreThoseOfTheEncodings) {
   EXPECT_EQ(symbol[0xD6], 549);  // radical
 }
 
-TEST(WidthTablesTest, SaysWhatIsMissing) {
-  EXPECT_THROW(MakeWidthTable("C 65 ; WX 722 ; N A ; B 15 0 706 674 ;\n", false), Failure);
-  EXPECT_THROW(MakeWidthTable("", true), Failure);
-  EXPECT_THROW(ReplacePrologWidths("%!PS\r\n", {}), Failure);
+TEST(WidthTablesTest, InkIsThatOfTheCharactersShown) {
+  const InkTable times = InkOf(0);
+  EXPECT_EQ(times[' '], InkBox());
+  EXPECT_EQ(times[160], InkBox());
+  EXPECT_LT(times['g'].bottom, -200);
+  EXPECT_GT(times[0xC5].top, 850);  // the ring of Aring
+  const InkTable symbol = InkOf(8);
+  const InkTable leaning = InkOf(kSlantedFace);
+  EXPECT_EQ(symbol[128], InkBox());  // a maker's mark that nobody prints
+  EXPECT_NE(symbol[160], InkBox());  // Euro
+  EXPECT_GT(leaning['d'].right, symbol['d'].right + 100);
+  EXPECT_EQ(leaning['d'].top, symbol['d'].top);
+  EXPECT_LT(leaning['m'].left, symbol['m'].left);
 }
 
 }  // namespace

@@ -61,26 +61,54 @@ const char* NameOfCode(int code) {
   return nullptr;
 }
 
-struct AfmWidths {
-  std::map<std::string, float, std::less<>> byName;
-  std::map<int, float> byCode;
+struct AfmCharacter {
+  float width = 0;
+  double left = 0, bottom = 0, right = 0, top = 0;
+};
+
+struct AfmMetrics {
+  std::map<std::string, AfmCharacter, std::less<>> byName;
+  std::map<int, AfmCharacter> byCode;
 };
 
 // Lines such as `C 65 ; WX 722 ; N A ; B 15 0 706 674 ;`; a code of -1 means not encoded.
-AfmWidths ReadAfm(std::string_view afmText) {
-  AfmWidths widths;
+AfmMetrics ReadAfm(std::string_view afmText) {
+  AfmMetrics metrics;
   std::istringstream lines{std::string(afmText)};
   for (std::string line; std::getline(lines, line);) {
     std::istringstream words(line);
-    std::string c, wx, n, name, semicolon;
+    std::string c, wx, n, name, b, semicolon;
     int code = -1;
-    float width = 0;
-    words >> c >> code >> semicolon >> wx >> width >> semicolon >> n >> name;
-    if (!words || c != "C" || wx != "WX" || n != "N") continue;
-    widths.byName[name] = width;
-    if (code >= 0 && code <= 255) widths.byCode[code] = width;
+    AfmCharacter character;
+    words >> c >> code >> semicolon >> wx >> character.width >> semicolon >> n >> name >> semicolon >> b >>
+        character.left >> character.bottom >> character.right >> character.top;
+    if (!words || c != "C" || wx != "WX" || n != "N" || b != "B") continue;
+    metrics.byName[name] = character;
+    if (code >= 0 && code <= 255) metrics.byCode[code] = character;
   }
-  return widths;
+  return metrics;
+}
+
+// The characters of an encoding by their codes.
+std::map<int, AfmCharacter> CharactersOf(std::string_view afmText, bool ownEncoding) {
+  AfmMetrics metrics = ReadAfm(afmText);
+  if (metrics.byName.empty()) throw Failure("The AFM file holds no character metrics.");
+  if (ownEncoding) return metrics.byCode;
+  std::map<int, AfmCharacter> characters;
+  for (int code = kFirstCode; code <= kLastCode; ++code) {
+    const char* name = NameOfCode(code);
+    if (!name) continue;
+    const auto found = metrics.byName.find(name);
+    if (found == metrics.byName.end()) throw Failure("The AFM file has no glyph " + std::string(name) + ".");
+    characters[code] = found->second;
+  }
+  return characters;
+}
+
+// Codes of the Symbol encoding that are characters of a run. Some fonts have a maker's mark at 128, which
+// neither screen nor print shows.
+bool IsSymbol(int code) {
+  return (code >= 32 && code <= 126) || (code >= 160 && code <= kLastCode);
 }
 
 std::string MarkedLine(std::string_view marker) {
@@ -90,22 +118,37 @@ std::string MarkedLine(std::string_view marker) {
 }  // namespace
 
 WidthTable MakeWidthTable(std::string_view afmText, bool ownEncoding) {
-  const AfmWidths widths = ReadAfm(afmText);
-  if (widths.byName.empty()) throw Failure("The AFM file holds no character metrics.");
   WidthTable table{};
-  if (ownEncoding) {
-    for (const auto& [code, width] : widths.byCode) table[static_cast<std::size_t>(code)] = width;
-  } else {
-    for (int code = kFirstCode; code <= kLastCode; ++code) {
-      const char* name = NameOfCode(code);
-      if (!name) continue;
-      const auto found = widths.byName.find(name);
-      if (found == widths.byName.end()) throw Failure("The AFM file has no glyph " + std::string(name) + ".");
-      table[static_cast<std::size_t>(code)] = found->second;
-    }
-  }
+  for (const auto& [code, character] : CharactersOf(afmText, ownEncoding))
+    table[static_cast<std::size_t>(code)] = character.width;
   table[0] = 600;
   return table;
+}
+
+InkTable MakeInkTable(std::string_view afmText, bool ownEncoding, double slant) {
+  const auto whole = [](double value) { return static_cast<std::int16_t>(value); };
+  InkTable table{};
+  for (const auto& [code, character] : CharactersOf(afmText, ownEncoding)) {
+    const auto& [width, left, bottom, right, top] = character;
+    if (!(left < right && bottom < top) || (ownEncoding && !IsSymbol(code))) continue;
+    table[static_cast<std::size_t>(code)] = {whole(std::floor(left + slant * bottom)),
+                                             whole(std::floor(bottom)), whole(std::ceil(right + slant * top)),
+                                             whole(std::ceil(top))};
+  }
+  return table;
+}
+
+std::string InkTableBytes(const std::array<InkTable, 12>& tables) {
+  std::string bytes;
+  for (const InkTable& table : tables) {
+    for (const InkBox& box : table) {
+      for (const std::int16_t edge : {box.left, box.bottom, box.right, box.top}) {
+        bytes += static_cast<char>(edge & 255);
+        bytes += static_cast<char>(edge >> 8 & 255);
+      }
+    }
+  }
+  return bytes;
 }
 
 std::string WidthTableBytes(const WidthTable& table) {

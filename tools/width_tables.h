@@ -1,9 +1,11 @@
 #pragma once
 
-// Width tables of the twelve text typefaces, made from the AFM files of the fonts that pages are shown and
-// printed with. Screen and print both advance by these numbers, so they must come from one place.
+// Width tables and ink boxes of the twelve text typefaces, made from the AFM files of the fonts that pages
+// are shown and printed with. Screen and print both advance by these numbers, so they must come from one
+// place.
 
 #include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -41,6 +43,26 @@ WidthTable MakeWidthTable(std::string_view afmText, bool ownEncoding);
 
 // The 1024 bytes of a .WT file: little-endian single-precision values.
 std::string WidthTableBytes(const WidthTable& table);
+
+// What a character's ink covers, thousandths of an em from its origin, y upwards; all 0 without ink.
+struct InkBox {
+  std::int16_t left = 0;
+  std::int16_t bottom = 0;
+  std::int16_t right = 0;
+  std::int16_t top = 0;
+  bool operator==(const InkBox&) const = default;
+};
+using InkTable = std::array<InkBox, 256>;
+
+// Symbol-Italic is Symbol, leaning by this tangent on the screen and in print.
+inline constexpr std::size_t kSlantedFace = 10;
+inline constexpr double kSymbolSlant = 0.2125565617;
+
+// The ink boxes of an AFM file's text. A slanted box holds the slanted ink, with some room left and right.
+InkTable MakeInkTable(std::string_view afmText, bool ownEncoding, double slant);
+
+// The bytes of INK.TAB.
+std::string InkTableBytes(const std::array<InkTable, 12>& tables);
 
 // PostScript lines (CR LF) with the widths of codes 1 to 223 of twelve tables, as the prolog holds them
 // between its two marker lines.

@@ -1,6 +1,6 @@
 // width_tables <folder of AFM files> <data folder>
 //
-// Makes the width tables of the text typefaces and puts the same numbers into QRX.PRO.
+// Makes the width tables and the ink boxes of the text typefaces and puts the widths into QRX.PRO too.
 
 #include <exception>
 #include <filesystem>
@@ -30,12 +30,16 @@ void WriteWhole(const std::filesystem::path& path, const std::string& content) {
 
 void Build(const std::filesystem::path& afmFolder, const std::filesystem::path& dataFolder) {
   std::array<kelvane::WidthTable, 12> tables;
+  std::array<kelvane::InkTable, 12> inks;
   for (std::size_t face = 0; face < tables.size(); ++face) {
     const kelvane::WidthTableSource& source = kelvane::kWidthTableSources[face];
     const std::string afm = ReadWhole(afmFolder / (std::string(source.afm) + ".afm"));
     tables[face] = kelvane::MakeWidthTable(afm, source.ownEncoding);
+    inks[face] = kelvane::MakeInkTable(afm, source.ownEncoding,
+                                       face == kelvane::kSlantedFace ? kelvane::kSymbolSlant : 0);
     WriteWhole(dataFolder / (std::string(source.name) + ".WT"), kelvane::WidthTableBytes(tables[face]));
   }
+  WriteWhole(dataFolder / "INK.TAB", kelvane::InkTableBytes(inks));
   const std::filesystem::path prolog = dataFolder / "QRX.PRO";
   WriteWhole(prolog, kelvane::ReplacePrologWidths(ReadWhole(prolog), tables));
 }

@@ -3,7 +3,9 @@
 // The program's curves: a quadratic curve given by its ends and one control point, drawn as a cubic.
 
 #include <array>
+#include <limits>
 
+#include "document/page.h"
 #include "platform/canvas.h"
 
 namespace kelvane {
@@ -19,5 +21,24 @@ void AddCurve(Path& path, Point start, Point control, Point end);
 inline constexpr int kCurvePoints = 17;
 using CurvePoints = std::array<Point, kCurvePoints>;
 CurvePoints FlattenCurve(Point start, Point control, Point end);
+
+// The line or outline of a drawing.
+Path PathOf(const Drawing& drawing);
+
+// The point at `t`, 0 to 1, of the cubic from `start` with the control points and the end `cubic`.
+Point PointOnCubic(Point start, const Point* cubic, float t);
+
+// The box of all that was added; what is not finite is left out.
+struct GrowingBox {
+  static constexpr float kNone = std::numeric_limits<float>::infinity();
+  Box box{kNone, kNone, -kNone, -kNone};
+
+  bool Empty() const { return !(box.left <= box.right); }
+  void Add(const Box& other);
+  void Add(Point point) { Add(Box{point.x, point.y, point.x, point.y}); }
+};
+
+// The true extent of a path's lines and curves.
+GrowingBox ExtentOf(const Path& path);
 
 }  // namespace kelvane

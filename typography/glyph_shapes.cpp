@@ -98,46 +98,58 @@ class Interpreter {
   bool begun = false;  // whether the path stands at the current point
 };
 
-// The area that the parts of a path enclose, counters taken off, and its length. Curves count as eight chords.
+// The area that the parts of a path enclose, counters taken off, and the length of their lines. A part without
+// area runs to its end and back, and its two lines lie on each other. Curves count as eight chords.
 struct Extent {
   double area = 0;
   double length = 0;
 };
 
-Extent ExtentOf(const Path& path) {
-  constexpr int kChords = 8;
-  Extent extent;
+class Measurer {
+ public:
+  Extent Measure(const Path& path) {
+    const Point* point = path.points.data();
+    for (const Path::Step step : path.steps) {
+      if (step == Path::Step::Move) {
+        EndPart();
+        start = at = *point++;
+      } else if (step == Path::Step::Line) {
+        Go(*point++);
+      } else {
+        GoCurve(point);
+        point += 3;
+      }
+    }
+    EndPart();
+    whole.area = std::abs(whole.area);
+    return whole;
+  }
+
+ private:
+  void Go(Point to) {
+    part.area += (static_cast<double>(at.x) * to.y - static_cast<double>(to.x) * at.y) / 2;
+    part.length += std::hypot(to.x - at.x, to.y - at.y);
+    at = to;
+  }
+  void GoCurve(const Point* point) {
+    constexpr int kChords = 8;
+    const Point from = at;
+    for (int i = 1; i <= kChords; ++i) Go(PointOnCubic(from, point, static_cast<float>(i) / kChords));
+  }
+  void EndPart() {
+    constexpr double kNoArea = 0.01;
+    const double length = part.length;
+    Go(start);  // encloses the area without drawing
+    whole.area += part.area;
+    whole.length += std::abs(part.area) < kNoArea ? length / 2 : length;
+    part = {};
+  }
+
+  Extent whole;
+  Extent part;
   Point start;
   Point at;
-  const auto go = [&](Point to) {
-    extent.area += (static_cast<double>(at.x) * to.y - static_cast<double>(to.x) * at.y) / 2;
-    extent.length += std::hypot(to.x - at.x, to.y - at.y);
-    at = to;
-  };
-  const auto close = [&] { extent.area += (static_cast<double>(at.x) * start.y - static_cast<double>(start.x) * at.y) / 2; };
-  const Point* point = path.points.data();
-  for (const Path::Step step : path.steps) {
-    if (step == Path::Step::Move) {
-      close();
-      start = at = *point++;
-    } else if (step == Path::Step::Line) {
-      go(*point++);
-    } else {
-      const Point from = at;
-      for (int i = 1; i <= kChords; ++i) {
-        const float t = static_cast<float>(i) / kChords;
-        const float u = 1 - t;
-        const float a = u * u * u, b = 3 * u * u * t, c = 3 * u * t * t, d = t * t * t;
-        go({a * from.x + b * point[0].x + c * point[1].x + d * point[2].x,
-            a * from.y + b * point[0].y + c * point[1].y + d * point[2].y});
-      }
-      point += 3;
-    }
-  }
-  close();
-  extent.area = std::abs(extent.area);
-  return extent;
-}
+};
 
 }  // namespace
 
@@ -147,9 +159,14 @@ GlyphShape ExecuteGlyph(const std::string& procedure) {
   for (const std::string_view token : SplitFields(procedure, " ")) {
     if (!interpreter.Execute(token)) break;
   }
-  const Extent extent = ExtentOf(shape.path);
+  const Extent extent = Measurer().Measure(shape.path);
   const bool enclosed = shape.filled && extent.area > 0;
   shape.lineWidth = enclosed ? static_cast<float>(extent.area / extent.length) : kStrokeWidth;
+  if (const GrowingBox outline = ExtentOf(shape.path); !outline.Empty()) {
+    const float reach = shape.filled ? 0 : shape.lineWidth / 2;
+    const Box& box = outline.box;
+    shape.ink = {box.left - reach, box.top - reach, box.right + reach, box.bottom + reach};
+  }
   return shape;
 }
 

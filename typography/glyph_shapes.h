@@ -18,12 +18,13 @@ inline constexpr float kGlyphUnit = 0.02F;  // ems
 // glyph.
 extern std::string CharacterDefs[kGlyphs][4];
 
-// Glyph units, y upwards, origin on the baseline.
+// Glyph units, y upwards (a box's top is its lower edge), origin on the baseline.
 struct GlyphShape {
   Path path;
   bool filled = false;  // printed as an area, otherwise as a line
   // The width of the path's line with which a glyph drawn by it has as much ink as the printed one.
   float lineWidth = 0;
+  Box ink;  // what it covers in print; of no size where it draws nothing
 };
 
 // Executes a procedure. It stops at a 21st operand or at an operator that finds too few; what was drawn before

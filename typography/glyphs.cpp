@@ -21,20 +21,14 @@ void ResetGlyphs() {
 
 void DrawChar(int code, std::int16_t font, float size, float& x, float y, std::int16_t colour, bool frame) {
   if (code < 0 || code > 255) throw Failure("There is no character of code " + std::to_string(code) + ".");
-  RunPen pen;
-  pen.font = IsTypeface(font) ? font : std::int16_t{0};
-  pen.size = size;
-  pen.x = x;
-  pen.y = y;
+  const RunPen pen = PenAt({x, y}, font, size);
   if (Picture1) {
     const View view = CurrentView();
     RunPainter painter(*Picture1, view);
     painter.PaintCharacter(code, pen, PaletteColour(colour), frame);
     painter.Flush();
-  } else {
-    pen.x += Advance(code, pen.font, size);
   }
-  x = pen.x;
+  x += Advance(code, pen.font, size);
 }
 
 void DrawRun(float extraSpace, std::string_view text, std::int16_t font, float size, float& x, float& y,

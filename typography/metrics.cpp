@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -96,44 +98,55 @@ void LoadWidthTables() {
   }
 }
 
-namespace {
+void LoadInkBoxes() {
+  constexpr std::size_t kCodes = 256;
+  constexpr std::size_t kEntry = 8;  // bytes
+  const std::string path = ProgramFolder + "INK.TAB";
+  const std::string bytes = TheFiles->Exists(path) ? TheFiles->ReadWhole(path) : "";
+  for (std::size_t font = 0; font < kFirstGlyphFont; ++font) {
+    std::vector<Box>& ink = TypefaceTable[font].Ink;
+    ink.clear();
+    for (std::size_t at = font * kCodes * kEntry; ink.size() < kCodes && at + kEntry <= bytes.size();
+         at += kEntry) {
+      const auto edge = [&](std::size_t number) {
+        const auto low = static_cast<unsigned char>(bytes[at + 2 * number]);
+        const auto high = static_cast<signed char>(bytes[at + 2 * number + 1]);
+        return static_cast<float>(high * 256 + low) / 1000;
+      };
+      ink.push_back({edge(0), -edge(3), edge(2), -edge(1)});
+    }
+  }
+}
 
-// Calls `passed` with the pen behind each character and code of a run that begins at 0.
-template <typename Passed>
-RunPen Walk(std::string_view text, std::int16_t font, float size, Passed passed) {
+RunPen PenAt(Point origin, std::int16_t font, float size) {
   RunPen pen;
   pen.font = IsTypeface(font) ? font : std::int16_t{0};
   pen.size = size;
-  for (const char c : text) {
-    const int code = static_cast<unsigned char>(c);
-    if (code >= kFirstSwitchCode) {
-      ApplyRunCode(pen, code);
-    } else {
-      pen.x += Advance(code, pen.font, pen.size);
-    }
-    passed(pen);
-  }
+  pen.x = origin.x;
+  pen.y = origin.y;
   return pen;
 }
-
-}  // namespace
 
 float MeasureRun(std::string_view text, std::int16_t font, float size) {
   return FollowRun(text, font, size).x;
 }
 
 RunPen FollowRun(std::string_view text, std::int16_t font, float size) {
-  return Walk(text, font, size, [](const RunPen&) {});
+  return WalkRun(text, PenAt({}, font, size), 0, [](std::size_t, const RunPen&) {});
 }
 
 RunReach ReachOfRun(std::string_view text, std::int16_t font, float size) {
   RunReach reach;
-  reach.width = Walk(text, font, size, [&reach](const RunPen& pen) {
-                  reach.box.left = std::min(reach.box.left, pen.x);
-                  reach.box.right = std::max(reach.box.right, pen.x);
-                  reach.box.top = std::min(reach.box.top, pen.y);
-                  reach.box.bottom = std::max(reach.box.bottom, pen.y);
-                }).x;
+  const auto add = [&reach](const RunPen& pen) {
+    reach.box.left = std::min(reach.box.left, pen.x);
+    reach.box.right = std::max(reach.box.right, pen.x);
+    reach.box.top = std::min(reach.box.top, pen.y);
+    reach.box.bottom = std::max(reach.box.bottom, pen.y);
+  };
+  const RunPen end =
+      WalkRun(text, PenAt({}, font, size), 0, [&](std::size_t, const RunPen& pen) { add(pen); });
+  add(end);
+  reach.width = end.x;
   return reach;
 }
 
@@ -144,6 +157,33 @@ float JustificationAmount(float x) {
     if (guide > x && (amount == 0 || guide - x < amount)) amount = guide - x;
   }
   return amount;
+}
+
+Point AlignAtAnchor(Point at, int anchor, float width, float size) {
+  if (anchor < 1 || anchor > 9) return at;
+  // Anchors run round the item: 1 to 3 down its left side, 4 and 8 its middle, 5 to 7 up its right side.
+  const bool middle = anchor == 4 || anchor == 8 || anchor == 9;
+  const bool right = anchor >= 5 && anchor <= 7;
+  const bool top = anchor == 1 || anchor == 7 || anchor == 8;
+  const bool centre = anchor == 2 || anchor == 6 || anchor == 9;
+  const double dx = right ? 1 : middle ? 0.5 : 0;
+  const double dy = top ? 0.6 : centre ? 0.3 : 0;
+  return {static_cast<float>(at.x - dx * width), static_cast<float>(at.y + dy * size)};
+}
+
+float JustificationSpace(std::string_view text, float amount, float width) {
+  const auto blanks = std::count(text.begin(), text.end(), ' ');
+  return blanks == 0 ? 0 : (amount - width) / static_cast<float>(blanks);
+}
+
+PlacedRun PlaceRun(const TextEntry& entry, float width) {
+  return {AlignAtAnchor({entry.x, entry.y}, entry.anchor, width, entry.size),
+          entry.justified ? JustificationSpace(entry.text, entry.amount, width) : 0};
+}
+
+PlacedRun PlaceRun(const TextEntry& entry) {
+  const bool needsWidth = entry.justified || entry.anchor > 3;
+  return PlaceRun(entry, needsWidth ? MeasureRun(entry.text, entry.font, entry.size) : 0);
 }
 
 }  // namespace kelvane

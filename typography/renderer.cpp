@@ -23,10 +23,6 @@ constexpr std::size_t kMostFillPoints = 1000;
 
 // What a line of its own reaches beyond its points: round ends, and a pixel of it at least.
 constexpr float kLeastReach = 2;  // points
-// How far a character's ink may lie from its origin, in ems.
-constexpr float kGlyphReach = 2;
-// How far scripts within scripts can move from the run's baseline, in ems: a geometric series of 0.36.
-constexpr float kScriptReach = 1.8F;
 
 // Calls draw with each multiple of `spacing` from 0 to `end` that lies within the visible stretch. The index
 // is a whole number, so that the lines do not drift.
@@ -79,22 +75,6 @@ void PaintGuides(Painter& painter, const View& view) {
   }
 }
 
-Path PathOf(const Drawing& drawing) {
-  Path path;
-  path.MoveTo(drawing.points[0]);
-  for (std::size_t i = 0; i + 2 < drawing.points.size(); i += 2) {
-    const Point start = drawing.points[i];
-    const Point control = drawing.points[i + 1];
-    const Point end = drawing.points[i + 2];
-    if (IsStraight(start, control, end)) {
-      path.LineTo(end);
-    } else {
-      AddCurve(path, start, control, end);
-    }
-  }
-  return path;
-}
-
 // A path of very many points is no area that somebody drew; it is shown by its outline, so that the person
 // can see and mend it. A curve counts as the ends of its sixteen pieces.
 bool CanBeFilled(const Path& path) {
@@ -104,36 +84,9 @@ bool CanBeFilled(const Path& path) {
   return points <= kMostFillPoints;
 }
 
-void PaintDrawing(Painter& painter, const View& view, const Drawing& drawing) {
-  if (!drawing.closed) {
-    StrokeDrawing(painter, view, drawing);
-    return;
-  }
-  const Path path = PathOf(drawing);
-  const ColourValue colour = PaletteColour(drawing.style.colour);
-  CanBeFilled(path) ? painter.FillPath(path, colour) : painter.StrokePath(path, {colour, 1});
-}
-
-// Where a run begins, and how its blanks are stretched.
-struct PlacedRun {
-  Point origin;
-  float extraSpace = 0;
-};
-
-PlacedRun PlaceRun(const TextEntry& entry, float width) {
-  return {AlignAtAnchor({entry.x, entry.y}, entry.anchor, width, entry.size),
-          entry.justified ? JustificationSpace(entry.text, entry.amount, width) : 0};
-}
-
-PlacedRun PlaceRun(const TextEntry& entry) {
-  const bool needsWidth = entry.justified || entry.anchor > 3;
-  return PlaceRun(entry, needsWidth ? MeasureRun(entry.text, entry.font, entry.size) : 0);
-}
-
-// Whether a run may leave ink at the height of an area: what can be told without measuring it. An anchor moves
-// the baseline by less than an em.
+// Whether a run may leave ink at the height of an area.
 bool Reaches(const TextEntry& entry, const Box& area) {
-  const float reach = (kGlyphReach + kScriptReach + 1) * std::abs(entry.size);
+  const float reach = HeightReach(entry.size);
   return !(entry.y + reach < area.top || entry.y - reach > area.bottom);
 }
 
@@ -149,15 +102,32 @@ void PaintPage(Painter& painter, const View& view, const PageItems& items, const
   PaintGrid(painter, view);
   PaintGuides(painter, view);
   for (const DrawingItem& item : items.Drawings()) {
-    if (item.draws && Meet(BoundsOf(item.drawing), area)) PaintDrawing(painter, view, item.drawing);
+    if (!item.draws || item.id == view.hidden) continue;
+    if (Meet(BoundsOf(item.drawing), area)) PaintDrawing(painter, view, item.drawing);
   }
   RunPainter runs(painter, view);
   for (const TextItem& item : items.Texts()) {
-    if (!item.draws || !Reaches(item.entry, area)) continue;
+    if (!item.draws || item.id == view.hidden || !Reaches(item.entry, area)) continue;
     const TextEntry& entry = item.entry;
     const PlacedRun placed = PlaceRun(entry);
     runs.Paint({entry.text, entry.font, entry.size, placed.origin, kBlack, placed.extraSpace});
   }
+}
+
+void PaintDrawing(Painter& painter, const View& view, const Drawing& drawing) {
+  if (!drawing.closed) {
+    StrokeDrawing(painter, view, drawing);
+    return;
+  }
+  const Path path = PathOf(drawing);
+  const ColourValue colour = PaletteColour(drawing.style.colour);
+  CanBeFilled(path) ? painter.FillPath(path, colour) : painter.StrokePath(path, {colour, 1});
+}
+
+void PaintEntry(Painter& painter, const View& view, const TextEntry& entry) {
+  const PlacedRun placed = PlaceRun(entry);
+  RunPainter(painter, view)
+      .Paint({entry.text, entry.font, entry.size, placed.origin, kBlack, placed.extraSpace});
 }
 
 void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing) {
@@ -224,23 +194,6 @@ void ShowPage() {
 
 void ShowPage(const Box& area) {
   if (CanvasIsLaidOut()) Picture1->Invalidate(Layer::Page, area);
-}
-
-Point AlignAtAnchor(Point at, int anchor, float width, float size) {
-  if (anchor < 1 || anchor > 9) return at;
-  // Anchors run round the item: 1 to 3 down its left side, 4 and 8 its middle, 5 to 7 up its right side.
-  const bool middle = anchor == 4 || anchor == 8 || anchor == 9;
-  const bool right = anchor >= 5 && anchor <= 7;
-  const bool top = anchor == 1 || anchor == 7 || anchor == 8;
-  const bool centre = anchor == 2 || anchor == 6 || anchor == 9;
-  const double dx = right ? 1 : middle ? 0.5 : 0;
-  const double dy = top ? 0.6 : centre ? 0.3 : 0;
-  return {static_cast<float>(at.x - dx * width), static_cast<float>(at.y + dy * size)};
-}
-
-float JustificationSpace(std::string_view text, float amount, float width) {
-  const auto blanks = std::count(text.begin(), text.end(), ' ');
-  return blanks == 0 ? 0 : (amount - width) / static_cast<float>(blanks);
 }
 
 }  // namespace kelvane

@@ -13,6 +13,9 @@ namespace kelvane {
 // Paints paper, grid, guides, drawings and runs. Items that lie outside `area` (points) are left out.
 void PaintPage(Painter& painter, const View& view, const PageItems& items, const Box& area);
 
+// One item as the page shows it.
+void PaintEntry(Painter& painter, const View& view, const TextEntry& entry);
+void PaintDrawing(Painter& painter, const View& view, const Drawing& drawing);
 // A line of a drawing, or of the path being drawn, in the colour and width that a record's style tells.
 void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing);
 
@@ -26,12 +29,5 @@ void RedrawPage();
 // The same before the canvas is next shown: all of the page, or an area of it in points.
 void ShowPage();
 void ShowPage(const Box& area);
-
-// The origin of a run of `width` points and size `size` whose `anchor` lies on `at`; y is the baseline. An
-// anchor outside 1 to 9 leaves the point.
-Point AlignAtAnchor(Point at, int anchor, float width, float size);
-
-// The extra width of each blank that stretches a run of `width` points to `amount`; 0 without blanks.
-float JustificationSpace(std::string_view text, float amount, float width);
 
 }  // namespace kelvane

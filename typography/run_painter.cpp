@@ -17,27 +17,17 @@ constexpr float kMostGlyphLine = 2;
 }  // namespace
 
 RunPen RunPainter::Paint(const Run& run) {
-  RunPen pen;
-  pen.font = IsTypeface(run.font) ? run.font : std::int16_t{0};
-  pen.size = run.size;
-  pen.x = run.origin.x;
-  pen.y = run.origin.y;
   const ColourValue colour = PaletteColour(run.colour);
   const float extraSpace = run.frame ? 0 : run.extraSpace;
-  for (const char c : run.text) {
-    const int code = static_cast<unsigned char>(c);
-    if (code >= kFirstSwitchCode) {
-      ApplyRunCode(pen, code);
-      continue;
-    }
-    PaintCharacter(code, pen, colour, run.frame);
-    if (c == ' ') pen.x += extraSpace;
-  }
+  const RunPen end = WalkRun(
+      run.text, PenAt(run.origin, run.font, run.size), extraSpace, [&](std::size_t index, const RunPen& pen) {
+        PaintCharacter(static_cast<unsigned char>(run.text[index]), pen, colour, run.frame);
+      });
   Flush();
-  return pen;
+  return end;
 }
 
-void RunPainter::PaintCharacter(int code, RunPen& pen, ColourValue colour, bool frame) {
+void RunPainter::PaintCharacter(int code, const RunPen& pen, ColourValue colour, bool frame) {
   if (pen.font < kFirstGlyphFont) {
     HoldBack(code, pen, colour);
   } else {
@@ -45,7 +35,6 @@ void RunPainter::PaintCharacter(int code, RunPen& pen, ColourValue colour, bool 
     PaintGlyph(code, pen, colour);
     if (frame) PaintFrame(code, pen, colour);
   }
-  pen.x += Advance(code, pen.font, pen.size);
 }
 
 void RunPainter::HoldBack(int code, const RunPen& pen, ColourValue colour) {

@@ -29,8 +29,8 @@ class RunPainter {
   // Returns the pen at the run's end.
   RunPen Paint(const Run& run);
 
-  // One character of code 0 to 255; advances pen.x.
-  void PaintCharacter(int code, RunPen& pen, ColourValue colour, bool frame);
+  // One character of code 0 to 255.
+  void PaintCharacter(int code, const RunPen& pen, ColourValue colour, bool frame);
   // Characters are held back until those of one face and size can go together: call at the end.
   void Flush();
 

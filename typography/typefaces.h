@@ -5,7 +5,9 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
+#include "platform/canvas.h"
 #include "platform/controls.h"
 
 namespace kelvane {
@@ -23,6 +25,7 @@ struct TypefaceRecord {
   std::string Name;                 // base name of the width file; empty without one
   std::array<float, 256> Widths{};  // advances in the typeface's own units
   float WidthUnit = 0;              // divisor of all widths
+  std::vector<Box> Ink;             // of the codes from 0 on, ems from the origin; may end early
   float AscentFactor = 0;           // cell top above the baseline, in ems
   float ScreenSizeFactor = 0;       // part of the canvas font size
 };
@@ -33,7 +36,8 @@ struct TypefaceNames {
   ScreenFace screen;  // empty family for the glyph fonts
 };
 
-// Built by ResetTypefaces, widths filled by LoadWidthTables and by saving a glyph.
+// Built by ResetTypefaces, widths filled by LoadWidthTables and by saving a glyph, ink by
+// LoadInkBoxes.
 extern TypefaceRecord TypefaceTable[kTypefaces];
 extern const TypefaceNames kTypefaceNames[kTypefaces];
 

@@ -36,6 +36,9 @@ extern float GuideY[kGuides];
 extern bool ShowGrid;   // the grid lines; on at every start
 extern bool PrintView;  // glyphs filled, no grid, guides and marks: the page as print shows it
 
+// The item that is left out because it is being edited above the page; 0 for none.
+extern std::uint64_t HiddenItem;
+
 // The page canvas of the main window.
 extern Canvas* Picture1;
 // Whether there is a page canvas and it has a size.
@@ -48,6 +51,7 @@ struct View {
   float ratio = 1;  // device pixels per logical pixel
   bool grid = false;
   bool printed = false;  // as print shows it: glyphs filled, nothing but the page
+  std::uint64_t hidden = 0;  // an item that is not painted
 };
 // That of the page canvas as STARTX, STARTY and SCALE have it now; an empty area while it is not laid out.
 View CurrentView();

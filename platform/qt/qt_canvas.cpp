@@ -60,7 +60,10 @@ int QtCanvas::PixelHeight() const {
 }
 
 QColor QtCanvas::DeskColour() const {
-  return palette().color(QPalette::Dark);
+  // Text and marks lie beside the paper too, in black and blue, so a dark desktop must not make them vanish.
+  constexpr int kDarkest = 150;
+  const QColor desk = palette().color(QPalette::Dark);
+  return desk.lightness() >= kDarkest ? desk : QColor(kDarkest, kDarkest, kDarkest);
 }
 
 void QtCanvas::ResizeLayers() {
@@ -263,6 +266,7 @@ void QtCanvas::SendKey(int code) {
 
 void QtCanvas::keyPressEvent(QKeyEvent* event) {
   const bool control = event->modifiers() & Qt::ControlModifier;
+  const int held = (control ? kWithControl : 0) | (event->modifiers() & Qt::ShiftModifier ? kWithShift : 0);
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -281,29 +285,29 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
       SendKey(kKeyDelete);
       return;
     case Qt::Key_Home:
-      SendKey(kKeyHome);
+      SendKey(kKeyHome | held);
       return;
     case Qt::Key_End:
-      SendKey(kKeyEnd);
+      SendKey(kKeyEnd | held);
       return;
     case Qt::Key_Left:
-      SendKey(control ? kKeyWordLeft : kKeyLeft);
+      SendKey(kKeyLeft | held);
       return;
     case Qt::Key_Up:
-      SendKey(kKeyUp);
+      SendKey(kKeyUp | held);
       return;
     case Qt::Key_Right:
-      SendKey(control ? kKeyWordRight : kKeyRight);
+      SendKey(kKeyRight | held);
       return;
     case Qt::Key_Down:
-      SendKey(kKeyDown);
+      SendKey(kKeyDown | held);
       return;
     default:
       break;
   }
   const QString text = event->text();
   const bool command = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  if (text.isEmpty() || command || text[0] < u' ' || text[0] == u'\x7F') {
+  if (text.isEmpty() || command || !IsReadable(text)) {
     QWidget::keyPressEvent(event);
     return;
   }
@@ -337,31 +341,38 @@ QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
   return QWidget::inputMethodQuery(query);
 }
 
-MouseEvent QtCanvas::ToMouseEvent(QPointF position, Qt::MouseButton button) const {
+MouseEvent QtCanvas::ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button) {
+  const QPointF position = event.position();
   MouseEvent mouse;
   mouse.button = ToButton(button);
   mouse.x = static_cast<float>(left_ + position.x() / std::max(width(), 1) * width_);
   mouse.y = static_cast<float>(top_ + position.y() / std::max(height(), 1) * height_);
   mouse.pixelX = static_cast<float>(position.x());
   mouse.pixelY = static_cast<float>(position.y());
+  mouse.shift = event.modifiers() & Qt::ShiftModifier;
+  mouse.control = event.modifiers() & Qt::ControlModifier;
+  mouse.alt = event.modifiers() & Qt::AltModifier;
+  if (event.type() == QEvent::MouseButtonDblClick) clicks_ = 2;
+  if (event.type() == QEvent::MouseButtonPress) clicks_ = 1;
+  mouse.clicks = clicks_;
   return mouse;
 }
 
 void QtCanvas::mousePressEvent(QMouseEvent* event) {
   if (!OnMouseDown || !IsOurButton(event->button())) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), event->button());
+  const MouseEvent mouse = ToMouseEvent(*event, event->button());
   RunHandler([this, &mouse] { OnMouseDown(mouse); });
 }
 
 void QtCanvas::mouseMoveEvent(QMouseEvent* event) {
   if (!OnMouseMove) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), HeldButton(event->buttons()));
+  const MouseEvent mouse = ToMouseEvent(*event, HeldButton(event->buttons()));
   RunHandler([this, &mouse] { OnMouseMove(mouse); });
 }
 
 void QtCanvas::mouseReleaseEvent(QMouseEvent* event) {
   if (!OnMouseUp || !IsOurButton(event->button())) return;
-  const MouseEvent mouse = ToMouseEvent(event->position(), event->button());
+  const MouseEvent mouse = ToMouseEvent(*event, event->button());
   RunHandler([this, &mouse] { OnMouseUp(mouse); });
 }
 

@@ -60,7 +60,7 @@ class QtCanvas final : public QWidget, public Canvas {
   QPointF ToDevice(Point point) const;
   QTransform ToDevice() const;
   std::span<const QPointF> ToDevice(std::span<const Point> points);
-  MouseEvent ToMouseEvent(QPointF position, Qt::MouseButton button) const;
+  MouseEvent ToMouseEvent(const QMouseEvent& event, Qt::MouseButton button);
   void SendKey(int code);
   // Text that the keyboard or an input method gave.
   void SendText(const QString& text);
@@ -75,6 +75,7 @@ class QtCanvas final : public QWidget, public Canvas {
   QtLayer* layer_ = &page_;
   double ratio_ = 1;  // device pixels per logical pixel
   bool showPending_ = false;
+  int clicks_ = 1;  // of the last press
   // The part of each layer, in device pixels, that is to be painted before it is shown.
   QRect invalid_[2];
 

@@ -7,6 +7,7 @@
 #include <QValidator>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/handlers.h"
 #include "platform/qt/qt_icons.h"
@@ -24,38 +25,38 @@ bool EntersNoRun(char16_t character) {
   return character == u'\0' || character == u'\n' || character == u'\r';
 }
 
-// Puts characters into the form in which the box shows them, before they change its text or undo history.
-// Those without a code the owner is asked about; an edit that adds nothing in the end is refused.
+// Puts the characters of an edit into the form in which the box shows them. For those without a code it asks
+// the box's owner, or takes them out. An edit that would then add nothing is refused, before it changes the
+// text or the undo history of the box.
 class RunValidator final : public QValidator {
  public:
   RunValidator(TextBox& box, QObject* parent) : QValidator(parent), box_(box) {}
   State validate(QString& text, int& caret) const override {
     std::string run;
-    QString unknown;
-    qsizetype run_caret = caret;
-    bool refused = false;
-    for (qsizetype i = 0; i <= text.size(); ++i) {
-      const auto code = i < text.size() ? CodeOf(text[i]) : std::nullopt;
-      if (i < text.size() && !code) {
-        unknown += text[i];
+    qsizetype runCaret = caret;
+    bool drops = false;
+    for (qsizetype i = 0; i < text.size();) {
+      if (const auto code = CodeOf(text[i])) {
+        run += static_cast<char>(*code);
+        ++i;
         continue;
       }
-      if (!unknown.isEmpty()) {
-        const std::string signs = SignsFor(run, unknown);
-        refused = refused || signs.empty();
-        run += signs;
-        if (caret >= i) run_caret += static_cast<qsizetype>(signs.size()) - unknown.size();
-        unknown.clear();
-      }
-      if (code) run += static_cast<char>(*code);
+      qsizetype end = i;
+      while (end < text.size() && !CodeOf(text[end])) ++end;
+      const std::string signs = SignsFor(run, text.sliced(i, end - i));
+      drops = drops || signs.empty();
+      run += signs;
+      if (caret >= end) runCaret += static_cast<qsizetype>(signs.size()) - (end - i);
+      i = end;
     }
     const QString shown = VisibleText(run);
-    if (refused && shown.size() <= last_) return Invalid;
-    text = shown;
-    caret = static_cast<int>(run_caret);
-    last_ = shown.size();
+    if (drops && (shown == accepted_ || shown.size() < accepted_.size())) return Invalid;
+    text = accepted_ = shown;
+    caret = static_cast<int>(runCaret);
     return Acceptable;
   }
+  // The characters taken out since this was last asked. Qt has a text that was changed checked again.
+  QString TakeDropped() const { return std::exchange(dropped_, QString()); }
 
  private:
   static std::optional<unsigned char> CodeOf(QChar character) {
@@ -68,12 +69,17 @@ class RunValidator final : public QValidator {
   }
   std::string SignsFor(const std::string& before, const QString& unknown) const {
     std::string signs;
-    if (box_.SignsFor) RunHandler([&] { signs = box_.SignsFor(before, unknown.toStdString()); });
+    if (box_.SignsFor) {
+      RunHandler([&] { signs = box_.SignsFor(before, unknown.toStdString()); });
+    } else {
+      dropped_ += unknown;
+    }
     return signs;
   }
 
   TextBox& box_;
-  mutable qsizetype last_ = 0;  // length of the text that was accepted last
+  mutable QString accepted_;
+  mutable QString dropped_;
 };
 
 class BoxEdit final : public QLineEdit {
@@ -106,16 +112,16 @@ class BoxEdit final : public QLineEdit {
   }
 };
 
-// The font around the widget, smaller where the text needs it to fit into `width` pixels, but not so small
-// that it could not be read.
-QFont FittingFont(const QWidget& widget, const QString& text, int width) {
-  constexpr double kSmallest = 0.75;
-  QFont font = widget.parentWidget()->font();
+constexpr int kSmallestFont = 9;  // pixels; can still be read
+
+// `font` smaller where the text needs it to fit into a place of so many pixels, but not below `smallest`.
+QFont FittingFont(QFont font, const QString& text, int width, int height, int smallest = kSmallestFont) {
   const int usual = QFontInfo(font).pixelSize();
-  for (int size = usual; size >= usual * kSmallest; --size) {
+  for (int size = usual; size >= std::min(smallest, usual); --size) {
     if (size != usual) font.setPixelSize(size);
+    const QFontMetrics metrics(font);
     // Advances are rounded; words of the very width of their place would still be shortened.
-    if (QFontMetrics(font).horizontalAdvance(text) < width) break;
+    if (metrics.horizontalAdvance(text) < width && metrics.ascent() + metrics.descent() <= height) break;
   }
   return font;
 }
@@ -129,9 +135,39 @@ QFont FixedPitchFont() {
 
 }  // namespace
 
+// A label in the status bar: it asks for the room of its whole text, and is content with less.
+class QtLabel::FootLabel final : public QLabel {
+ public:
+  FootLabel(QtLabel& owner, QWidget* parent, int room) : QLabel(parent), owner_(owner), room_(room) {}
+  QSize sizeHint() const override { return {std::max(room_, WholeWidth()), QLabel::sizeHint().height()}; }
+  QSize minimumSizeHint() const override {
+    return {std::min(room_, WholeWidth()), QLabel::minimumSizeHint().height()};
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QLabel::resizeEvent(event);
+    owner_.Fit();
+  }
+
+ private:
+  int WholeWidth() const {
+    return QFontMetrics(parentWidget()->font()).horizontalAdvance(PlainText(owner_.text_)) + 1;
+  }
+
+  QtLabel& owner_;
+  int room_;
+};
+
 QtLabel::QtLabel(QWidget* parent, const std::string& text) : QtControl(new QLabel(parent)) {
   widget_->setTextFormat(Qt::PlainText);
   SetText(text);
+}
+
+QtLabel::QtLabel(QStatusBar* bar, int width)
+    : QtControl(new FootLabel(*this, bar, width)), placed_(true), foot_(true) {
+  widget_->setTextFormat(Qt::PlainText);
+  bar->addWidget(widget_);
 }
 
 void QtLabel::SetPlace(const Place& place) {
@@ -143,13 +179,17 @@ void QtLabel::SetPlace(const Place& place) {
 void QtLabel::SetText(const std::string& text) {
   text_ = text;
   Fit();
+  widget_->updateGeometry();
 }
 
 void QtLabel::Fit() {
   const QString whole = PlainText(text_);
   QString shown = whole;
   if (placed_) {
-    const QFont font = FittingFont(*widget_, whole, widget_->width());
+    const QFont usual = widget_->parentWidget()->font();
+    // What stands at the foot may be a long path, which is better shortened than hard to read.
+    const int smallest = foot_ ? QFontInfo(usual).pixelSize() * 3 / 4 : kSmallestFont;
+    const QFont font = FittingFont(usual, whole, widget_->width(), widget_->height(), smallest);
     widget_->setFont(font);
     shown = QFontMetrics(font).elidedText(whole, Qt::ElideMiddle, widget_->width());
     widget_->setToolTip(shown == whole ? QString() : whole.toHtmlEscaped());
@@ -174,7 +214,8 @@ QtButton::QtButton(QWidget* parent, const std::string& caption, const IconDrawin
 void QtButton::SetPlace(const Place& place) {
   constexpr int kBorder = 2;
   QtControl::SetPlace(place);
-  widget_->setFont(FittingFont(*widget_, widget_->text().remove(u'&'), place.width - 2 * kBorder));
+  widget_->setFont(FittingFont(widget_->parentWidget()->font(), widget_->text().remove(u'&'),
+                               place.width - 2 * kBorder, place.height - 2 * kBorder));
 }
 
 void QtButton::SetDown(bool down) {
@@ -193,12 +234,27 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, bool fi
     static_cast<BoxEdit*>(widget_)->HoldsRun = true;
   }
   widget_->setValidator(new RunValidator(*this, widget_));
-  QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { RunHandler(OnChange); });
-  QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] {
+  QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { Edited(true); });
+  QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] { Edited(false); });
+}
+
+void QtTextBox::Edited(bool accepted) {
+  const std::string dropped = ListOf(static_cast<const RunValidator*>(widget_->validator())->TakeDropped());
+  if (accepted) RunHandler(OnChange);
+  if (dropped.empty()) {
+    QToolTip::hideText();
+  } else {
     QToolTip::showText(widget_->mapToGlobal(QPoint(0, widget_->height())),
-                       QStringLiteral("There is no code for this character, so it was not entered."),
-                       widget_);
-  });
+                       PlainText("There is no code for " + dropped + "."), widget_);
+  }
+}
+
+void QtTextBox::SetPlace(const Place& place) {
+  constexpr int kBorder = 1;
+  QtControl::SetPlace(place);
+  const QFont usual =
+      static_cast<BoxEdit*>(widget_)->HoldsRun ? FixedPitchFont() : widget_->parentWidget()->font();
+  widget_->setFont(FittingFont(usual, {}, place.width, place.height - 2 * kBorder));
 }
 
 void QtTextBox::SetText(const std::string& text) {

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStatusBar>
 #include <string>
 
 #include "platform/controls.h"
@@ -25,10 +26,6 @@ class QtControl : public Interface {
   void SetPlace(const Place& place) override {
     widget_->setGeometry(place.left, place.top, place.width, place.height);
   }
-  Place GetPlace() const override {
-    return {widget_->x(), widget_->y(), widget_->width(), widget_->height()};
-  }
-  void SetEnabled(bool enabled) override { widget_->setEnabled(enabled); }
   Widget* GetWidget() const { return widget_; }
 
  protected:
@@ -39,6 +36,8 @@ class QtControl : public Interface {
 class QtLabel final : public QtControl<Label, QLabel> {
  public:
   QtLabel(QWidget* parent, const std::string& text);
+  // A label whose place a status bar gives, if it can with room for `width` pixels.
+  QtLabel(QStatusBar* bar, int width);
   // A text too long for its place is set smaller, and then shortened in its middle; the tool tip has it
   // whole.
   void SetPlace(const Place& place) override;
@@ -47,10 +46,13 @@ class QtLabel final : public QtControl<Label, QLabel> {
   void Repaint() override;
 
  private:
+  class FootLabel;
+
   void Fit();
 
   std::string text_;
-  bool placed_ = false;  // a label in the status bar is not: the bar gives it its room
+  bool placed_ = false;
+  bool foot_ = false;
 };
 
 class QtButton final : public QtControl<Button, QPushButton> {
@@ -68,6 +70,11 @@ class QtTextBox final : public QtControl<TextBox, QLineEdit> {
   std::string Text() const override;
   void Focus() override;
   void SelectAll() override;
+  // A font too high for the box is set smaller.
+  void SetPlace(const Place& place) override;
+
+ private:
+  void Edited(bool accepted);
 };
 
 class QtScrollBar final : public QtControl<ScrollBar, QScrollBar> {

@@ -5,10 +5,13 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <algorithm>
 
+#include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/qt/qt_text.h"
 
@@ -59,6 +62,18 @@ void StartAt(QFileDialog& dialog, const std::string& start) {
   for (QLineEdit* name : dialog.findChildren<QLineEdit*>()) name->selectAll();
 }
 
+// While a path is typed, the dialog's completion selects the folders of its beginnings in the list and takes
+// the last one back; of a folder with a name of one letter the selection stays (Qt 6.4), unseen, and Enter
+// would go to that folder instead of taking the path.
+void LetTypedPathsCount(QFileDialog& dialog) {
+  auto* list = dialog.findChild<QListView*>(QStringLiteral("listView"));
+  for (QLineEdit* name : dialog.findChildren<QLineEdit*>()) {
+    QObject::connect(name, &QLineEdit::textChanged, list, [list](const QString& text) {
+      if (text.contains(u'/')) list->clearSelection();
+    });
+  }
+}
+
 }  // namespace
 
 void QtDialogs::Message(const std::string& text) {
@@ -79,32 +94,43 @@ bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
 }
 
 Answer QtDialogs::AskBeforeLosing(const std::string& text) {
+  constexpr Answer kAnswers[] = {Answer::Yes, Answer::No, Answer::Neither};
+  return kAnswers[Choose(text, {"&Yes", "&No", "Cancel"}, 0, 2)];
+}
+
+int QtDialogs::Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
+                      int onEscape) {
   const Asker asker;
-  QMessageBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
-                  asker.Window());
+  QMessageBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::NoButton, asker.Window());
   box.setTextFormat(Qt::PlainText);
-  box.setDefaultButton(QMessageBox::Yes);
-  // A box can only be left by a button, so Escape has one of its own that is not shown.
-  QPushButton* neither = box.addButton(QMessageBox::Cancel);
-  neither->hide();
-  box.setEscapeButton(neither);
-  const int pressed = box.exec();
-  if (pressed == QMessageBox::Yes) return Answer::Yes;
-  return pressed == QMessageBox::No ? Answer::No : Answer::Neither;
+  QList<QAbstractButton*> buttons;
+  for (const std::string& label : labels) {
+    const auto number = static_cast<int>(buttons.size());
+    // The desktop orders the buttons by their roles.
+    const auto role = number == onEscape ? QMessageBox::RejectRole : QMessageBox::AcceptRole;
+    QPushButton* button = box.addButton(PlainText(label), role);
+    buttons += button;
+    if (number == onEnter) box.setDefaultButton(button);
+    if (number == onEscape) box.setEscapeButton(button);
+  }
+  box.exec();
+  const auto pressed = static_cast<int>(buttons.indexOf(box.clickedButton()));
+  return pressed < 0 ? onEscape : pressed;
 }
 
 std::string QtDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
-                                    const std::string& start) {
-  return Choose(false, title, filter, start);
+                                    const std::string& start, const std::string& accept) {
+  return ChooseFile(title, filter, start, accept);
 }
 
 std::string QtDialogs::ChooseToSave(const std::string& title, const std::string& filter,
                                     const std::string& start) {
-  return Choose(true, title, filter, start);
+  return ChooseFile(title, filter, start, {});
 }
 
-std::string QtDialogs::Choose(bool save, const std::string& title, const std::string& filter,
-                              const std::string& start) {
+std::string QtDialogs::ChooseFile(const std::string& title, const std::string& filter,
+                                  const std::string& start, const std::string& accept) {
+  const bool save = accept.empty();
   // A refused choice starts with a new dialog: one shown again may return what it had returned before.
   for (;;) {
     const Asker asker;
@@ -113,16 +139,18 @@ std::string QtDialogs::Choose(bool save, const std::string& title, const std::st
     dialog.setOption(QFileDialog::DontConfirmOverwrite);  // asked below, names shown as plain text
     dialog.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    if (!save) dialog.setLabelText(QFileDialog::Accept, PlainText(accept));
     dialog.setNameFilters(NameFilters(filter));
     StartAt(dialog, start);
+    LetTypedPathsCount(dialog);
     if (dialog.exec() != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
     const std::string name = QFile::encodeName(chosen).toStdString();
-    if (chosen.contains(u'\\')) {
-      // A backslash separates folders wherever the program keeps a path.
-      Message("The name of a paper and of its folders cannot contain a backslash: " + name);
-    } else if (!save || !QFile::exists(chosen) || Ask("Replace the file " + name + "?", false)) {
-      return BackslashPath(name);
+    try {
+      const std::string path = BackslashPath(name);
+      if (!save || !QFile::exists(chosen) || Ask("Replace the file " + name + "?", false)) return path;
+    } catch (const Failure& failure) {
+      Message(failure.what());
     }
   }
 }

@@ -3,6 +3,7 @@
 // Message boxes and file dialogs over the active window.
 
 #include <string>
+#include <vector>
 
 #include "platform/controls.h"
 
@@ -13,14 +14,17 @@ class QtDialogs final : public Dialogs {
   void Message(const std::string& text) override;
   bool Ask(const std::string& text, bool yesIsDefault) override;
   Answer AskBeforeLosing(const std::string& text) override;
-  std::string ChooseToOpen(const std::string& title, const std::string& filter,
-                           const std::string& start) override;
+  int Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
+             int onEscape) override;
+  std::string ChooseToOpen(const std::string& title, const std::string& filter, const std::string& start,
+                           const std::string& accept = "Open") override;
   std::string ChooseToSave(const std::string& title, const std::string& filter,
                            const std::string& start) override;
 
  private:
-  std::string Choose(bool save, const std::string& title, const std::string& filter,
-                     const std::string& start);
+  // `accept`: the button that takes the choice; empty for saving.
+  std::string ChooseFile(const std::string& title, const std::string& filter, const std::string& start,
+                         const std::string& accept);
 };
 
 }  // namespace kelvane

@@ -3,9 +3,11 @@
 #include <QFile>
 #include <QFont>
 #include <QTransform>
+#include <algorithm>
 #include <cmath>
 #include <deque>
 #include <iterator>
+#include <list>
 
 #include "platform/characters.h"
 
@@ -47,9 +49,6 @@ constexpr Family kFamilies[] = {
      {"Z003", "URW Chancery L", "Zapf Chancery"},
      QFont::Cursive},
 };
-
-// Sizes kept for one face. A page uses a handful; zooming goes through many.
-constexpr std::size_t kMostSizes = 16;
 
 const Family& FamilyNamed(std::string_view name) {
   for (const Family& family : kFamilies) {
@@ -139,12 +138,24 @@ void QtFace::LoadGlyphs(bool symbol) {
 }
 
 GlyphImages& QtFace::At(double em) {
+  struct Size {
+    Size(const QtFace* of, int size) : face(of), em(size), images(size / 64.0) {}
+    const QtFace* face;
+    int em;  // 1/64 pixel
+    GlyphImages images;
+  };
+  // The one used last in front. Most calls find theirs among the first few.
+  static std::list<Size>& sizes = *new std::list<Size>;
   const int size = static_cast<int>(std::lround(em * 64));
-  if (size == lastSize_) return *last_;
-  if (sizes_.size() >= kMostSizes && !sizes_.contains(size)) sizes_.clear();
-  last_ = &sizes_.try_emplace(size, size / 64.0).first->second;
-  lastSize_ = size;
-  return *last_;
+  const auto found = std::find_if(sizes.begin(), sizes.end(),
+                                  [&](const Size& kept) { return kept.em == size && kept.face == this; });
+  if (found == sizes.end()) {
+    sizes.emplace_front(this, size);
+  } else if (found != sizes.begin()) {
+    sizes.splice(sizes.begin(), sizes, found);
+  }
+  while (GlyphImages::Held() > kMostImageBytes && sizes.size() > 1) sizes.pop_back();
+  return sizes.front().images;
 }
 
 const QPainterPath& QtFace::Outline(unsigned char code) {

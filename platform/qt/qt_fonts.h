@@ -7,7 +7,6 @@
 #include <QRawFont>
 #include <array>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/canvas.h"
@@ -25,11 +24,14 @@ class QtFace {
 
   // The glyph of a code; 0 where the face has none and nothing is drawn.
   quint32 Glyph(unsigned char code) const { return glyphs_[code]; }
-  // The images at an em in pixels, rounded to 1/64. Valid until the next call.
+  // The images at an em in pixels, rounded to 1/64. Valid until the next call, on whatever face. What has not
+  // been used for longest goes first when all faces together hold too much.
   GlyphImages& At(double em);
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
+  // Bytes of images kept; the size in use comes on top of them.
+  static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 
  private:
   struct CachedOutline {
@@ -42,9 +44,6 @@ class QtFace {
   QRawFont base_;
   bool slanted_ = false;
   std::array<quint32, 256> glyphs_{};
-  std::unordered_map<int, GlyphImages> sizes_;  // by em in 1/64 pixel
-  int lastSize_ = -1;
-  GlyphImages* last_ = nullptr;
   std::vector<CachedOutline> outlines_;  // by code, empty until one is asked for
 };
 

@@ -41,18 +41,38 @@ QRgb Blend(QRgb under, QRgb over, unsigned coverage) {
   return mix(under & 0xFF00FFU, over & 0xFF00FFU) | mix(under >> 8 & 0xFF00FFU, over >> 8 & 0xFF00FFU) << 8;
 }
 
+std::size_t heldBytes = 0;
+
 }  // namespace
+
+GlyphImages::GlyphImages(double em) : em_(em), bytes_(sizeof(GlyphImages)) {
+  heldBytes += bytes_;
+}
+
+GlyphImages::~GlyphImages() {
+  heldBytes -= bytes_;
+}
+
+std::size_t GlyphImages::Held() {
+  return heldBytes;
+}
 
 const GlyphImage& GlyphImages::At(QtFace& face, unsigned char code, int stepX, int stepY) {
   std::unique_ptr<Positions>& positions = images_[code];
-  if (positions == nullptr) positions = std::make_unique<Positions>();
+  const std::size_t before = bytes_;
+  if (positions == nullptr) {
+    positions = std::make_unique<Positions>();
+    bytes_ += sizeof(Positions);
+  }
   GlyphImage& glyph =
       (*positions)[static_cast<std::size_t>(stepY) * kSteps + static_cast<std::size_t>(stepX)];
   if (!glyph.made) {
     const double scale = em_ / QtFace::kOutlineEm;
     const double step = 1.0 / kSteps;
     glyph = Rasterise(face.Outline(code), QTransform(scale, 0, 0, scale, stepX * step, stepY * step));
+    bytes_ += glyph.coverage.capacity();
   }
+  heldBytes += bytes_ - before;
   return glyph;
 }
 

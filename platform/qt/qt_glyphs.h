@@ -29,7 +29,13 @@ class GlyphImages {
   static constexpr int kSteps = 4;  // positions within a pixel, each way
 
   // `em` in pixels.
-  explicit GlyphImages(double em) : em_(em) {}
+  explicit GlyphImages(double em);
+  ~GlyphImages();
+  GlyphImages(const GlyphImages&) = delete;
+  GlyphImages& operator=(const GlyphImages&) = delete;
+
+  // Bytes that all images of all sizes take.
+  static std::size_t Held();
 
   // The image of a code whose origin lies stepX / kSteps and stepY / kSteps inside a pixel.
   const GlyphImage& At(QtFace& face, unsigned char code, int stepX, int stepY);
@@ -38,6 +44,7 @@ class GlyphImages {
   using Positions = std::array<GlyphImage, std::size_t{kSteps} * kSteps>;
 
   double em_;
+  std::size_t bytes_;
   std::array<std::unique_ptr<Positions>, 256> images_;
 };
 

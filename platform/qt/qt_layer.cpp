@@ -13,10 +13,15 @@ namespace {
 // Up to this em, in device pixels, characters come from ready-made images; those of larger ones would take
 // more memory than they save time.
 constexpr double kLargestImageEm = 128;
+// Beyond this em, in device pixels, no letter can be told from a stain, and filling one takes ever longer.
+constexpr double kLargestEm = 32000;
 // How far ink may lie from a character's origin, in ems.
 constexpr double kGlyphReach = 1.5;
 // Joining a stroke of wide lines that cross costs more than linearly, so long paths go to the painter in parts.
-constexpr int kMostStrokedSteps = 16;
+// Thin lines can go together, which keeps the ink of glyphs from being laid twice where lines meet.
+constexpr double kThinLine = 2;  // device pixels
+constexpr int kMostWideSteps = 16;
+constexpr int kMostThinSteps = 512;
 
 QColor ToQColor(ColourValue colour) {
   return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
@@ -174,9 +179,10 @@ void QtLayer::StrokePath(const Path& path, const QTransform& toDevice, ColourVal
   UsePen(colour, width);
   const QPointF* point = points.data();
   QPainterPath part;
+  const int most = width <= kThinLine ? kMostThinSteps : kMostWideSteps;
   int steps = 0;
   for (const Path::Step step : path.steps) {
-    if (steps == kMostStrokedSteps) {
+    if (steps == most) {
       const QPointF end = part.currentPosition();
       painter_.drawPath(part);
       part.clear();
@@ -201,7 +207,7 @@ void QtLayer::FillPath(const Path& path, const QTransform& toDevice, ColourValue
 
 void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes,
                        std::span<const QPointF> origins, ColourValue colour) {
-  if (!(em > 0) || !std::isfinite(em) || !Touch(origins, em * kGlyphReach)) return;
+  if (!(em > 0 && em <= kLargestEm) || !Touch(origins, em * kGlyphReach)) return;
   QtFace& font = FaceFor(face);
   if (em > kLargestImageEm) {
     DrawOutlines(font, em, codes, origins, colour);
@@ -244,8 +250,11 @@ void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes, std:
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const auto code = static_cast<unsigned char>(codes[i]);
     if (face.Glyph(code) == 0 || !reached.contains(origins[i])) continue;
-    painter.setTransform(QTransform(scale, 0, 0, scale, origins[i].x(), origins[i].y()));
-    painter.fillPath(face.Outline(code), brush);
+    const QPainterPath& outline = face.Outline(code);
+    const QTransform place(scale, 0, 0, scale, origins[i].x(), origins[i].y());
+    if (!place.mapRect(outline.boundingRect()).intersects(QRectF(image_.rect()))) continue;
+    painter.setTransform(place);
+    painter.fillPath(outline, brush);
   }
   painter.resetTransform();
 }

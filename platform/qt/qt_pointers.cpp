@@ -1,12 +1,12 @@
 #include "platform/qt/qt_pointers.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QImageReader>
 #include <QPixmap>
 #include <map>
 #include <memory>
 
+#include "platform/failure.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -25,9 +25,12 @@ int Word(const QByteArray& bytes, qsizetype at) {
 }
 
 std::unique_ptr<QCursor> ReadPointer(const std::string& path) {
-  QFile file(QFile::decodeName(MachinePath(path).c_str()));
-  if (!file.open(QIODevice::ReadOnly)) return nullptr;
-  QByteArray bytes = file.readAll();
+  QByteArray bytes;
+  try {
+    bytes = QByteArray::fromStdString(TheFiles->ReadWhole(path));
+  } catch (const Failure&) {
+    return nullptr;
+  }
   if (bytes.size() < kEntryEnd) return nullptr;
   const bool cursor = Word(bytes, kTypeAt) == kCursorType;
   const QPoint hotSpot(Word(bytes, kHotSpotAt), Word(bytes, kHotSpotAt + 2));

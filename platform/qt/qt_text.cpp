@@ -1,6 +1,8 @@
 #include "platform/qt/qt_text.h"
 
 #include <QStringDecoder>
+#include <QStringList>
+#include <algorithm>
 #include <array>
 #include <unordered_map>
 
@@ -52,6 +54,22 @@ std::unordered_map<char16_t, unsigned char> MakeCodesOfSigns() {
 }
 
 }  // namespace
+
+bool IsReadable(const QString& text) {
+  const QList<uint> characters = text.toUcs4();
+  return std::all_of(characters.begin(), characters.end(), [](uint c) { return QChar::isPrint(c); });
+}
+
+std::string ListOf(const QString& text) {
+  QStringList listed;
+  for (const char32_t character : text.toUcs4()) {
+    const QString number = QString::number(static_cast<uint>(character), 16).toUpper();
+    const QString shown = QChar::isPrint(character) ? QString::fromUcs4(&character, 1)
+                                                    : QStringLiteral("U+") + number.rightJustified(4, u'0');
+    if (!listed.contains(shown)) listed += shown;
+  }
+  return listed.join(u' ').toStdString();
+}
 
 QString PlainText(std::string_view text) {
   QStringDecoder decoder(QStringDecoder::Utf8);

@@ -9,6 +9,11 @@
 
 namespace kelvane {
 
+// Whether a text that a key gave is made of characters, rather than of the control codes of some keys.
+bool IsReadable(const QString& text);
+// The characters of a text, each once, blanks between them, as UTF-8; control characters by their numbers.
+std::string ListOf(const QString& text);
+
 // Captions, messages, paths. File names are UTF-8 on this system, so a text that is valid UTF-8 is read as
 // that, any other as the codes of the text faces.
 QString PlainText(std::string_view text);

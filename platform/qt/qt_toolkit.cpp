@@ -13,9 +13,6 @@ QtTimer::QtTimer() {
 void QtTimer::Start(int milliseconds) {
   timer_.start(milliseconds);
 }
-void QtTimer::Stop() {
-  timer_.stop();
-}
 
 QtToolkit::~QtToolkit() {
   timers_.clear();

@@ -15,7 +15,6 @@ class QtTimer final : public Timer {
  public:
   QtTimer();
   void Start(int milliseconds) override;
-  void Stop() override;
 
  private:
   QTimer timer_;

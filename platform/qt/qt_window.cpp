@@ -130,8 +130,21 @@ QMainWindow& QtWindow::Frame() const {
 
 void QtWindow::SetTitle(const std::string& title) {
   title_ = title;
-  // Qt keeps a place for a mark of changes in titles; doubled, it is text.
-  frame_->setWindowTitle(PlainText(title).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
+  ShowTitle();
+}
+
+void QtWindow::SetChanged(bool changed) {
+  if (changed == changed_) return;
+  changed_ = changed;
+  ShowTitle();
+}
+
+void QtWindow::ShowTitle() {
+  // Qt puts its mark of changes where a title has "[*]"; doubled, it is text.
+  QString title = PlainText(title_).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+  if (changed_) title += QStringLiteral("[*]");
+  frame_->setWindowTitle(title);
+  frame_->setWindowModified(changed_);
 }
 
 void QtWindow::SetWindowPlace(const WindowPlace& place) {
@@ -166,7 +179,6 @@ float QtWindow::InnerHeight() const {
 }
 
 void QtWindow::Show() {
-  closing_ = false;
   if (frame_->isMinimized()) {
     frame_->showNormal();
   } else if (frame_->isVisible()) {
@@ -184,13 +196,8 @@ bool QtWindow::Visible() const {
   return frame_->isVisible();
 }
 
-void QtWindow::Close() {
-  closing_ = true;
-  frame_->close();
-}
-
 bool QtWindow::MayClose() {
-  if (closing_ || !OnCloseRequest) return true;
+  if (!OnCloseRequest) return true;
   bool mayClose = false;
   RunHandler([this, &mayClose] { mayClose = OnCloseRequest(); });
   return mayClose;
@@ -231,10 +238,8 @@ ScrollBar* QtWindow::AddScrollBar(bool horizontal) {
 }
 
 Label* QtWindow::AddStatusText(int width) {
-  QtLabel* label = Keep(std::make_unique<QtLabel>(frame_->statusBar(), std::string()));
-  label->GetWidget()->setFixedWidth(width);
-  frame_->statusBar()->addWidget(label->GetWidget());
-  return label;
+  QStatusBar* bar = frame_->statusBar();
+  return Keep(std::make_unique<QtLabel>(bar, width));
 }
 
 void QtWindow::AddShortcut(const std::string& key, std::function<void()> handler) {

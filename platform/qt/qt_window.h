@@ -24,7 +24,7 @@ class QtWindow final : public Window {
   QtWindow& operator=(const QtWindow&) = delete;
 
   void SetTitle(const std::string& title) override;
-  std::string Title() const override { return title_; }
+  void SetChanged(bool changed) override;
   void SetWindowPlace(const WindowPlace& place) override;
   WindowPlace GetWindowPlace() const override;
   float InnerWidth() const override;
@@ -32,7 +32,6 @@ class QtWindow final : public Window {
   void Show() override;
   void Hide() override;
   bool Visible() const override;
-  void Close() override;
   Menu* AddMenu(const std::string& caption) override;
   Canvas* AddCanvas() override;
   void SetCanvasPlace(Canvas* canvas, const Place& place) override;
@@ -52,6 +51,7 @@ class QtWindow final : public Window {
   // Asks the owner; true if the window may close.
   bool MayClose();
   void LayOut() const;
+  void ShowTitle();
   // Takes over a control and shows it.
   template <class Kind>
   Kind* Keep(std::unique_ptr<Kind> control) {
@@ -64,7 +64,7 @@ class QtWindow final : public Window {
   std::unique_ptr<MainFrame> frame_;
   ClientArea* client_;
   std::string title_;
-  bool closing_ = false;
+  bool changed_ = false;
   int horizontalBars_ = 0;
   int verticalBars_ = 0;
   std::deque<QtMenu> menus_;

@@ -21,6 +21,7 @@
 #include "platform/characters.h"
 #include "platform/files.h"
 #include "platform/qt/qt_canvas.h"
+#include "tests/screen/ink.h"
 #include "tests/support/ghostscript.h"
 #include "typography/glyphs.h"
 #include "typography/metrics.h"
@@ -45,31 +46,9 @@ struct Specimen {
   float y;
 };
 
-// A pixel that a tenth of it covers has ink: less cannot be seen.
-bool HasInk(QRgb pixel) {
-  return std::min({qRed(pixel), qGreen(pixel), qBlue(pixel)}) < 230;
-}
-
-QRect InkBox(const QImage& image, const QRect& cell) {
-  QRect box;
-  for (int y = cell.top(); y <= cell.bottom(); ++y) {
-    const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-    for (int x = cell.left(); x <= cell.right(); ++x) {
-      if (HasInk(line[x])) box |= QRect(x, y, 1, 1);
-    }
-  }
-  return box;
-}
-
 bool Agree(const QRect& a, const QRect& b) {
   if (a.isEmpty() || b.isEmpty()) return a.isEmpty() && b.isEmpty();
   return a.marginsAdded({1, 1, 1, 1}).contains(b) && b.marginsAdded({1, 1, 1, 1}).contains(a);
-}
-
-std::string Edges(const QRect& box) {
-  if (box.isEmpty()) return "no ink";
-  return std::to_string(box.left()) + ' ' + std::to_string(box.top()) + ' ' + std::to_string(box.right()) +
-         ' ' + std::to_string(box.bottom());
 }
 
 class AgreementTest : public ::testing::Test {

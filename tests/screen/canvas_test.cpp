@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/qt/qt_fonts.h"
 #include "tests/screen/screen_test.h"
 
 namespace kelvane {
@@ -221,7 +222,9 @@ TEST_F(CanvasTest, OverlayComesAndGoesWithoutScars) {
       },
       [&] { canvas->StrokePath(curve, thick); },
       [&] { canvas->FillPath(curve, kRed); },
-      [&] { canvas->FillBox({10.4F, 10.6F, 20.5F, 30.1F}, kRed); },
+      [&] {
+        canvas->FillBox({10.4F, 10.6F, 20.5F, 30.1F}, kRed);
+      },
   };
   for (std::size_t i = 0; i < std::size(drawings); ++i) {
     SCOPED_TRACE("drawing " + std::to_string(i));
@@ -257,7 +260,10 @@ TEST_F(CanvasTest, OverlayOfTheTypedRunRepaintsLittle) {
 
 TEST_F(CanvasTest, KeysBecomeCodes) {
   std::vector<int> keys;
+  std::string texts;
   canvas->OnKeyPress = [&](int code) { keys.push_back(code); };
+  canvas->OnText = [&](const std::string& utf8) { texts += utf8 + ";"; };
+  canvas->OnPreedit = [&](const std::string& utf8) { texts += "(" + utf8 + ")"; };
   Show();
   canvas->Focus();
   const auto type = [&](const QString& character) {
@@ -271,12 +277,20 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
   for (const Qt::Key key : {Qt::Key_Enter, Qt::Key_Backspace, Qt::Key_B, Qt::Key_Left})
     QTest::keyClick(canvas, key, Qt::ControlModifier);
   for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_Home, Qt::Key_F9}) QTest::keyClick(canvas, key);
-  // Letters with Alt and signs that no face has come as no codes, as F9 does.
+  // Letters with Alt are no keys, and neither is F9.
   QTest::keyClick(canvas, 'b', Qt::AltModifier);
   type(QStringLiteral("\u03B1"));
-  EXPECT_EQ(keys, (std::vector<int>{'a', '(', '\\', '~', ' ', 233, 13, 8, kKeyEscape, kKeyLeft, kKeyUp,
-                                    kKeyRight, kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete,
-                                    kKeyHome}));
+  QInputMethodEvent composed;
+  composed.setCommitString(QStringLiteral("x"));
+  QCoreApplication::sendEvent(canvas, &composed);
+  QInputMethodEvent making(QStringLiteral("´"), {});
+  QCoreApplication::sendEvent(canvas, &making);
+  composed.setCommitString(QStringLiteral("xn\u0303±"));
+  QCoreApplication::sendEvent(canvas, &composed);
+  EXPECT_EQ(keys,
+            (std::vector<int>{'a', '(', '\\', '~', ' ', 13, 8, kKeyEscape, kKeyLeft, kKeyUp, kKeyRight,
+                              kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete, kKeyHome, 'x'}));
+  EXPECT_EQ(texts, "é;α;()(´)()xñ±;");
 }
 
 TEST_F(CanvasTest, MouseReportsLogicalPositions) {
@@ -294,6 +308,31 @@ TEST_F(CanvasTest, MouseReportsLogicalPositions) {
   EXPECT_EQ(events[1].button, MouseButton::Left);
   EXPECT_EQ(events[2].button, MouseButton::Middle);
   EXPECT_FLOAT_EQ(events[2].y, 400);
+}
+
+TEST_F(CanvasTest, LettersBeyondAnySizeLeaveNoInk) {
+  const auto ink = [this] {
+    const QImage image = canvas->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    int dark = 0;
+    for (int y = 0; y < image.height(); y += 3)
+      for (int x = 0; x < image.width(); x += 3) dark += qGray(image.pixel(x, y)) < 128 ? 1 : 0;
+    return dark;
+  };
+  for (const float em : {1e5F, 3e6F, 1e9F, 1e32F, -12.0F, 0.0F, std::nanf("")}) {
+    for (const float x : {-0.3F * em, 10.0F}) Text(kSerif, em, "gM", x, 0.3F * em);
+    EXPECT_EQ(ink(), 0) << em;
+  }
+  Text(kSerif, 4000, "I", -600, 2000);
+  EXPECT_GT(ink(), 0);
+}
+
+TEST_F(CanvasTest, ImagesOfLettersStayWithinTheirLimit) {
+  QtFace& face = FaceFor(kSerif);
+  for (double em = 60; em < 128; em += 0.5) {
+    for (unsigned char code = 'A'; code <= 'Z'; ++code)
+      for (int step = 0; step < GlyphImages::kSteps; ++step) face.At(em).At(face, code, step, 0);
+  }
+  EXPECT_LT(GlyphImages::Held(), QtFace::kMostImageBytes * 11 / 10);
 }
 
 }  // namespace

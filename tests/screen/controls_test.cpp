@@ -2,6 +2,8 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QStatusBar>
+#include <QToolTip>
 
 #include "tests/screen/screen_test.h"
 
@@ -57,13 +59,33 @@ TEST_F(BoxTest, EnteredByTabGoesOnBehindTheRun) {
   EXPECT_EQ(box->Text(), "new") << "selected by the owner";
 }
 
-TEST_F(BoxTest, RefusesCharactersWithoutCode) {
+TEST_F(BoxTest, AsksItsOwnerForWhatHasNoCode) {
+  std::string asked;
+  box->SignsFor = [&](const std::string& before, const std::string& utf8) {
+    asked += before + "|" + utf8 + ";";
+    return std::string(utf8 == "π" ? "\xE8p\xE0" : "");
+  };
   box->SetText("ab\xF0");
-  ExpectPasted(QStringLiteral("c\u00E9"), "ab\xF0");
+  edit->setCursorPosition(1);
+  ExpectPasted(QStringLiteral("cé±πñ中d"),
+               "ac\x0F\xB1\xE8p\xE0\x16"
+               "db\xF0");
+  QTest::keyClicks(edit, "e");
+  EXPECT_EQ(box->Text(),
+            "ac\x0F\xB1\xE8p\xE0\x16"
+            "deb\xF0");
+  EXPECT_EQ(asked, "ac\x0F\xB1|π;ac\x0F\xB1\xE8p\xE0\x16|中;");
+}
+
+TEST_F(BoxTest, RefusesAnEditOfCharactersWithoutCodeAlone) {
+  box->SetText("ab\xF0");
   QTest::keyClick(edit, Qt::Key_End);
   QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QStringLiteral("\u4E2D"), Qt::NoModifier);
-  EXPECT_EQ(box->Text(), "ab\xF0");
+  edit->selectAll();
+  ExpectPasted(QStringLiteral("\u4E2D"), "ab\xF0");
   EXPECT_EQ(changes, "");
+  EXPECT_EQ(QToolTip::text(), QStringLiteral("There is no code for \u4E2D."));
+  edit->setCursorPosition(3);
   ExpectPasted(QStringLiteral("\u2026"), "ab\xF0\x85");
   edit->undo();
   EXPECT_EQ(box->Text(), "ab\xF0");
@@ -156,6 +178,37 @@ TEST_F(ControlsTest, WordsFitTheirPlaces) {
   window->AddButton("Pg Up", {}, "Previous Page")->SetPlace({0, 30, 30, 24});
   auto* button = TheOnly<QPushButton>();
   EXPECT_LT(QFontInfo(button->font()).pixelSize(), QFontInfo(window->Frame().font()).pixelSize());
+}
+
+TEST_F(ControlsTest, TheNoteAtTheFootTakesTheFreeRoomAndKeepsItsEnd) {
+  window->SetWindowPlace({0, 0, 800 * kTwipsPerPixel, 300 * kTwipsPerPixel});
+  Label* hint = window->AddStatusText(320);
+  Label* note = window->AddStatusText(280);
+  hint->SetText("Click a place");
+  Show();
+  const QList<QLabel*> shown = window->Frame().statusBar()->findChildren<QLabel*>();
+  ASSERT_EQ(shown.size(), 2);
+  note->SetText("Saved: /home/ada/a folder with a longer name/Essay.001");
+  QTest::qWait(20);
+  EXPECT_EQ(shown[1]->text().toStdString(), note->Text());
+  note->SetText("Saved: /" + std::string(300, 'x') + "/Essay.001");
+  QTest::qWait(20);
+  EXPECT_GT(shown[1]->width(), 500);
+  EXPECT_TRUE(shown[1]->text().startsWith("Saved") && shown[1]->text().endsWith("/Essay.001"));
+  EXPECT_EQ(shown[1]->toolTip().toStdString(), note->Text());
+  EXPECT_EQ(shown[0]->text(), QStringLiteral("Click a place"));
+}
+
+TEST_F(ControlsTest, LargeFontsAreNotCut) {
+  QFont large = window->Frame().font();
+  large.setPixelSize(26);
+  window->Frame().setFont(large);
+  window->AddButton("Pg Up", {}, "Previous Page")->SetPlace({0, 0, 40, 24});
+  window->AddLabel("Font Size")->SetPlace({60, 0, 56, 24});
+  window->AddTextBox("Run", true)->SetPlace({0, 30, 200, 22});
+  EXPECT_EQ(TheOnly<QLabel>()->text(), QStringLiteral("Font Size"));
+  EXPECT_LT(TheOnly<QPushButton>()->fontMetrics().horizontalAdvance(QStringLiteral("Pg Up")), 40);
+  EXPECT_LE(TheOnly<QLineEdit>()->fontMetrics().height(), 22);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -60,13 +61,24 @@ TEST(DialogsTest, EscapeBeforeALossIsNoAnswer) {
   for (const auto& [key, answer] :
        {std::pair{Qt::Key_Escape, Answer::Neither}, {Qt::Key_Return, Answer::Yes}, {Qt::Key_N, Answer::No}}) {
     Next<QMessageBox>([key = key](QMessageBox& box) {
-      EXPECT_FALSE(box.button(QMessageBox::Cancel)->isVisible());
+      for (const QAbstractButton* button : box.buttons()) EXPECT_TRUE(button->isVisible());
+      EXPECT_EQ(box.buttons().size(), 3);
       Press(box, key);
     });
     EXPECT_EQ(dialogs.AskBeforeLosing("Save?"), answer);
   }
   Next<QMessageBox>([](QMessageBox& box) { box.close(); });
   EXPECT_EQ(dialogs.AskBeforeLosing("Save?"), Answer::Neither);
+}
+
+TEST(DialogsTest, AChoiceIsTheNumberOfItsButton) {
+  QtDialogs dialogs;
+  const std::vector<std::string> labels = {"&Replace", "&Save As", "&Cancel"};
+  for (const auto& [key, number] :
+       {std::pair{Qt::Key_Return, 1}, {Qt::Key_Escape, 2}, {Qt::Key_R, 0}, {Qt::Key_C, 2}}) {
+    Next<QMessageBox>([key = key](QMessageBox& box) { Press(box, key); });
+    EXPECT_EQ(dialogs.Choose("The file was changed.", labels, 1, 2), number);
+  }
 }
 
 class FileDialogsTest : public ::testing::Test {
@@ -92,7 +104,7 @@ class FileDialogsTest : public ::testing::Test {
     });
   }
   std::string Save() { return dialogs.ChooseToSave("Save As", "*.001|*.001", path); }
-  std::string Open() { return dialogs.ChooseToOpen("Open", "*.001|*.001", path); }
+  std::string Open() { return dialogs.ChooseToOpen("Open", "*.001|*.001", path, "Print"); }
 
   QtDialogs dialogs;
   QTemporaryDir folder;
@@ -103,12 +115,16 @@ class FileDialogsTest : public ::testing::Test {
 TEST_F(FileDialogsTest, OpensWithBackslashPathFromTheGivenFolder) {
   Next<QFileDialog>([this](QFileDialog& dialog) {
     EXPECT_EQ(dialog.directory().path(), folder.path());
+    EXPECT_EQ(dialog.labelText(QFileDialog::Accept), QStringLiteral("Print"));
     EXPECT_EQ(dialog.nameFilters(), QStringList(QStringLiteral("*.001")));
     Enter(dialog, "Essay.001");
   });
   EXPECT_EQ(Open(), path + "\\Essay.001");
-  Next<QFileDialog>([](QFileDialog& dialog) { Press(dialog, Qt::Key_Escape); });
-  EXPECT_EQ(Open(), "");
+  Next<QFileDialog>([](QFileDialog& dialog) {
+    EXPECT_EQ(dialog.labelText(QFileDialog::Accept), QStringLiteral("Print"));
+    Press(dialog, Qt::Key_Escape);
+  });
+  EXPECT_EQ(dialogs.ChooseToOpen("Open", "*.001|*.001", path, "Print"), "");
 }
 
 TEST_F(FileDialogsTest, AsksBeforeAFileIsReplacedAndRefusesABackslash) {
@@ -116,6 +132,31 @@ TEST_F(FileDialogsTest, AsksBeforeAFileIsReplacedAndRefusesABackslash) {
   EXPECT_EQ(Save(), path + "\\New.001");
   EnterTwice("a\\b.001", QStringLiteral("a\\b.001"), nullptr);
   EXPECT_EQ(Save(), "");
+}
+
+// Typed key by key, while the list fills: Qt's completion selects folders of one letter unseen.
+TEST_F(FileDialogsTest, TakesATypedPathThroughFoldersOfOneLetter) {
+  const QDir top(folder.path());
+  const QString file = top.filePath(QStringLiteral("w/k/a/Essay.001"));
+  ASSERT_TRUE(top.mkpath(QStringLiteral("w/k/a/b")));
+  ASSERT_TRUE(top.mkpath(QStringLiteral("w/b/c")));
+  ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly));
+  const QString before = QDir::currentPath();
+  for (const char* current : {"", "w", "w/k"}) {
+    ASSERT_TRUE(QDir::setCurrent(top.filePath(current)));
+    for (const char* start : {"", "w/k/a", "w/b"}) {
+      Next<QFileDialog>([&](QFileDialog& dialog) {
+        auto* name = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        QTest::keyClicks(name, file, Qt::NoModifier, 2);
+        QTest::keyClick(name, Qt::Key_Return);
+        if (dialog.isVisible()) dialog.reject();
+      });
+      const std::string at = BackslashPath(top.filePath(start).toStdString());
+      EXPECT_EQ(dialogs.ChooseToOpen("Open", "*.001|*.001", at), BackslashPath(file.toStdString()))
+          << '"' << current << "\" \"" << start << '"';
+    }
+  }
+  QDir::setCurrent(before);
 }
 
 }  // namespace

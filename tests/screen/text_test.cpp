@@ -38,6 +38,7 @@ TEST(TextTest, LettersStandForThemselves) {
   EXPECT_EQ(CodeOfVisible(u'\u00E9'), 15);
   EXPECT_EQ(CodeOfVisible(u'\u00A0'), 160);
   EXPECT_FALSE(CodeOfVisible(u'\u03B1'));
+  EXPECT_EQ(ListOf(QStringLiteral("é\u0007é\U0001D400")), "é U+0007 \U0001D400");
 }
 
 TEST(TextTest, PlainTextsAreFileNamesOrCodes) {

@@ -6,6 +6,7 @@
 
 #include "app/startup.h"
 #include "document/paper.h"
+#include "papers/paper_commands.h"
 #include "tests/support/program_files.h"
 #include "tests/support/program_test.h"
 #include "typography/glyphs.h"

@@ -3,33 +3,10 @@
 #include <gtest/gtest.h>
 
 namespace kelvane {
-namespace {
-
-// Puts a new object into a list of owners and hands it out.
-template <typename T>
-T* Add(std::vector<std::unique_ptr<T>>& list) {
-  list.push_back(std::make_unique<T>());
-  return list.back().get();
-}
-
-}  // namespace
-
-void FakeButton::Click() {
-  if (enabled && OnClick) OnClick();
-}
-
 void FakeTextBox::Type(const std::string& newText) {
   text = newText;
   allSelected = false;
   if (OnChange) OnChange();
-}
-
-void FakeTextBox::PressEnter() {
-  if (OnEnter) OnEnter();
-}
-
-void FakeTextBox::PressEscape() {
-  if (OnEscape) OnEscape();
 }
 
 void FakeScrollBar::SetRange(float newLeast, float newMost, float newPage, float newValue) {
@@ -39,37 +16,9 @@ void FakeScrollBar::SetRange(float newLeast, float newMost, float newPage, float
   value = newValue;
 }
 
-void FakeScrollBar::Scroll(float newValue) {
-  value = newValue;
-  if (OnScroll) OnScroll(newValue);
-}
-
-void FakeMenuEntry::SetCaption(const std::string& newCaption) {
-  caption = newCaption;
-  literal = false;
-}
-
-void FakeMenuEntry::SetLiteralCaption(const std::string& newCaption) {
-  caption = newCaption;
-  literal = true;
-}
-
 void FakeMenuEntry::Choose() {
   ASSERT_TRUE(enabled) << caption << " is not enabled";
   if (OnChosen) OnChosen();
-}
-
-Menu* FakeMenu::AddMenu(const std::string& menuCaption) {
-  FakeMenu* menu = Add(menus);
-  menu->caption = menuCaption;
-  return menu;
-}
-
-MenuEntry* FakeMenu::AddEntry(const std::string& entryCaption, const std::string& key) {
-  FakeMenuEntry* entry = Add(entries);
-  entry->caption = entryCaption;
-  entry->key = key;
-  return entry;
 }
 
 FakeMenuEntry* FakeMenu::Find(const std::string& entryCaption) {
@@ -150,16 +99,6 @@ void FakeWindow::Show() {
   if (OnResize) OnResize();
 }
 
-Menu* FakeWindow::AddMenu(const std::string& caption) {
-  FakeMenu* menu = Add(menus);
-  menu->caption = caption;
-  return menu;
-}
-
-Canvas* FakeWindow::AddCanvas() {
-  return Add(canvases);
-}
-
 void FakeWindow::SetCanvasPlace(Canvas* canvas, const Place& canvasPlace) {
   for (const auto& own : canvases) {
     if (own.get() != canvas) continue;
@@ -170,56 +109,10 @@ void FakeWindow::SetCanvasPlace(Canvas* canvas, const Place& canvasPlace) {
   ADD_FAILURE() << "A canvas of another window was placed";
 }
 
-Label* FakeWindow::AddLabel(const std::string& text) {
-  FakeLabel* label = Add(labels);
-  label->text = text;
-  return label;
-}
-
-Button* FakeWindow::AddButton(const std::string& caption, const IconDrawing& icon,
-                              const std::string& toolTip) {
-  FakeButton* button = Add(buttons);
-  button->caption = caption;
-  button->icon = icon;
-  button->toolTip = toolTip;
-  return button;
-}
-
-TextBox* FakeWindow::AddTextBox(const std::string& accessibleName, bool fixedPitch) {
-  FakeTextBox* box = Add(boxes);
-  box->name = accessibleName;
-  box->fixedPitch = fixedPitch;
-  return box;
-}
-
-ScrollBar* FakeWindow::AddScrollBar(bool horizontal) {
-  FakeScrollBar* bar = Add(bars);
-  bar->horizontal = horizontal;
-  return bar;
-}
-
 Label* FakeWindow::AddStatusText(int width) {
   FakeLabel* label = Add(labels);
   label->place.width = width;
   return label;
-}
-
-void FakeWindow::AddShortcut(const std::string& key, std::function<void()> handler) {
-  shortcuts.emplace_back(key, std::move(handler));
-}
-
-void FakeTimer::Tick() {
-  if (interval > 0 && OnTick) OnTick();
-}
-
-Window* FakeToolkit::NewWindow(bool main) {
-  FakeWindow* window = Add(windows);
-  window->main = main;
-  return window;
-}
-
-Timer* FakeToolkit::NewTimer() {
-  return Add(timers);
 }
 
 void FakeToolkit::TickAll() {

@@ -14,19 +14,23 @@
 
 namespace kelvane {
 
+// Puts a new object into a list of owners and hands it out.
+template <typename T, typename... Parts>
+T* Add(std::vector<std::unique_ptr<T>>& list, const Parts&... parts) {
+  return list.emplace_back(std::make_unique<T>(parts...)).get();
+}
+
 // What every control remembers.
 template <typename Base>
 class FakeControl : public Base {
  public:
   Place place;
-  bool enabled = true;
   void SetPlace(const Place& newPlace) override { place = newPlace; }
-  Place GetPlace() const override { return place; }
-  void SetEnabled(bool isEnabled) override { enabled = isEnabled; }
 };
 
 class FakeLabel : public FakeControl<Label> {
  public:
+  explicit FakeLabel(std::string firstText = {}) : text(std::move(firstText)) {}
   std::string text;
   int repaints = 0;
   void SetText(const std::string& newText) override { text = newText; }
@@ -36,17 +40,22 @@ class FakeLabel : public FakeControl<Label> {
 
 class FakeButton : public FakeControl<Button> {
  public:
+  FakeButton(std::string itsCaption, IconDrawing itsIcon, std::string tip)
+      : caption(std::move(itsCaption)), toolTip(std::move(tip)), icon(std::move(itsIcon)) {}
   std::string caption;
   std::string toolTip;
   IconDrawing icon;
   bool down = false;
   void SetDown(bool isDown) override { down = isDown; }
-  // A click; a button that is not enabled does not hear it.
-  void Click();
+  void Click() {
+    if (OnClick) OnClick();
+  }
 };
 
 class FakeTextBox : public FakeControl<TextBox> {
  public:
+  explicit FakeTextBox(std::string itsName = {}, bool isFixedPitch = false)
+      : name(std::move(itsName)), fixedPitch(isFixedPitch) {}
   std::string name;
   std::string text;
   bool fixedPitch = false;
@@ -57,46 +66,55 @@ class FakeTextBox : public FakeControl<TextBox> {
   void SelectAll() override { allSelected = true; }
   // The person puts another text in.
   void Type(const std::string& newText);
-  void PressEnter();
-  void PressEscape();
+  void PressEnter() { OnEnter ? OnEnter() : void(); }
+  void PressEscape() { OnEscape ? OnEscape() : void(); }
 };
 
 class FakeScrollBar : public FakeControl<ScrollBar> {
  public:
+  explicit FakeScrollBar(bool isHorizontal) : horizontal(isHorizontal) {}
   bool horizontal = false;
   float least = 0;
   float most = 0;
   float page = 0;
   float value = 0;
   void SetRange(float newLeast, float newMost, float newPage, float newValue) override;
-  void Scroll(float newValue);
+  void Scroll(float newValue) { OnScroll(value = newValue); }
 };
 
 class FakeMenuEntry : public MenuEntry {
  public:
+  FakeMenuEntry(std::string firstCaption, std::string keys)
+      : caption(std::move(firstCaption)), key(std::move(keys)) {}
   std::string caption;
   std::string key;
   bool literal = false;
   bool checked = false;
   bool enabled = true;
-  void SetCaption(const std::string& newCaption) override;
-  void SetLiteralCaption(const std::string& newCaption) override;
+  void SetCaption(const std::string& newCaption) override { Put(newCaption, false); }
+  void SetLiteralCaption(const std::string& newCaption) override { Put(newCaption, true); }
   std::string Caption() const override { return caption; }
   void SetChecked(bool isChecked) override { checked = isChecked; }
   bool Checked() const override { return checked; }
   void SetEnabled(bool isEnabled) override { enabled = isEnabled; }
   // Choosing it; an entry that is not enabled cannot be chosen.
   void Choose();
+
+ private:
+  void Put(const std::string& newCaption, bool isLiteral) { caption = newCaption, literal = isLiteral; }
 };
 
 class FakeMenu : public Menu {
  public:
+  explicit FakeMenu(std::string itsCaption) : caption(std::move(itsCaption)) {}
   std::string caption;
   std::vector<std::unique_ptr<FakeMenu>> menus;
   std::vector<std::unique_ptr<FakeMenuEntry>> entries;
   int separators = 0;
-  Menu* AddMenu(const std::string& menuCaption) override;
-  MenuEntry* AddEntry(const std::string& entryCaption, const std::string& key) override;
+  Menu* AddMenu(const std::string& menuCaption) override { return Add(menus, menuCaption); }
+  MenuEntry* AddEntry(const std::string& entry, const std::string& key) override {
+    return Add(entries, entry, key);
+  }
   void AddSeparator() override { ++separators; }
   // The entry with that caption, "&" included, here or in a menu below; null if there is none.
   FakeMenuEntry* Find(const std::string& entryCaption);
@@ -108,8 +126,10 @@ class FakeMenu : public Menu {
 
 class FakeWindow : public Window {
  public:
+  explicit FakeWindow(bool isMain) : main(isMain) {}
   bool main = false;
   std::string title;
+  bool changed = false;
   WindowPlace place{0, 0, 9600, 7200};
   bool visible = false;
   std::vector<std::unique_ptr<FakeMenu>> menus;
@@ -132,7 +152,7 @@ class FakeWindow : public Window {
   std::vector<FakeMenuEntry*> AllEntries();
 
   void SetTitle(const std::string& newTitle) override { title = newTitle; }
-  std::string Title() const override { return title; }
+  void SetChanged(bool isChanged) override { changed = isChanged; }
   void SetWindowPlace(const WindowPlace& newPlace) override;
   WindowPlace GetWindowPlace() const override { return place; }
   float InnerWidth() const override { return place.width; }
@@ -141,25 +161,31 @@ class FakeWindow : public Window {
   void Show() override;
   void Hide() override { visible = false; }
   bool Visible() const override { return visible; }
-  void Close() override { visible = false; }
-  Menu* AddMenu(const std::string& caption) override;
-  Canvas* AddCanvas() override;
+  Menu* AddMenu(const std::string& caption) override { return Add(menus, caption); }
+  Canvas* AddCanvas() override { return Add(canvases); }
   void SetCanvasPlace(Canvas* canvas, const Place& canvasPlace) override;
-  Label* AddLabel(const std::string& text) override;
-  Button* AddButton(const std::string& caption, const IconDrawing& icon, const std::string& toolTip) override;
-  TextBox* AddTextBox(const std::string& accessibleName, bool fixedPitch) override;
-  ScrollBar* AddScrollBar(bool horizontal) override;
+  Label* AddLabel(const std::string& text) override { return Add(labels, text); }
+  Button* AddButton(const std::string& caption, const IconDrawing& icon, const std::string& tip) override {
+    return Add(buttons, caption, icon, tip);
+  }
+  TextBox* AddTextBox(const std::string& name, bool fixedPitch) override {
+    return Add(boxes, name, fixedPitch);
+  }
+  ScrollBar* AddScrollBar(bool horizontal) override { return Add(bars, horizontal); }
   Label* AddStatusText(int width) override;
-  void AddShortcut(const std::string& key, std::function<void()> handler) override;
+  void AddShortcut(const std::string& key, std::function<void()> handler) override {
+    shortcuts.emplace_back(key, std::move(handler));
+  }
 };
 
 class FakeTimer : public Timer {
  public:
-  int interval = 0;  // milliseconds; 0 while stopped
+  int interval = 0;  // milliseconds; 0 until it is started
   void Start(int milliseconds) override { interval = milliseconds; }
-  void Stop() override { interval = 0; }
-  // Lets one interval pass; nothing happens while stopped.
-  void Tick();
+  // Lets one interval pass; nothing happens before it is started.
+  void Tick() {
+    if (interval > 0 && OnTick) OnTick();
+  }
 };
 
 class FakeToolkit : public Toolkit {
@@ -167,8 +193,8 @@ class FakeToolkit : public Toolkit {
   std::vector<std::unique_ptr<FakeWindow>> windows;
   std::vector<std::unique_ptr<FakeTimer>> timers;
   bool quit = false;
-  Window* NewWindow(bool main) override;
-  Timer* NewTimer() override;
+  Window* NewWindow(bool main) override { return Add(windows, main); }
+  Timer* NewTimer() override { return Add(timers); }
   void Quit() override { quit = true; }
   // One interval of every timer that runs.
   void TickAll();

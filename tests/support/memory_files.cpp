@@ -51,9 +51,18 @@ std::string MemoryFiles::Resolve(const std::string& path) {
   return link == links.end() ? path : link->second;
 }
 
-Files::Handle MemoryFiles::Create(const std::string& path) {
+Files::Handle MemoryFiles::Create(const std::string& path, const std::string&) {
   Take(FileStep::Create, path);
   if (Exists(path)) throw Failure("Cannot write the file " + path + ": it is there already");
+  return Open(path);
+}
+
+Files::Handle MemoryFiles::Overwrite(const std::string& path) {
+  Take(FileStep::Overwrite, path);
+  return Open(path);
+}
+
+Files::Handle MemoryFiles::Open(const std::string& path) {
   contents[path].clear();
   handles[++lastHandle] = path;
   ++openHandles;

@@ -11,7 +11,7 @@
 
 namespace kelvane {
 
-enum class FileStep { ReadWhole, Resolve, Create, Write, Sync, Close, Rename, Remove };
+enum class FileStep { ReadWhole, Resolve, Create, Write, Sync, Close, Rename, Remove, Overwrite };
 
 class MemoryFiles : public Files {
  public:
@@ -21,6 +21,8 @@ class MemoryFiles : public Files {
   std::set<std::string> unreadable;
   // Symbolic links and what they point to.
   std::map<std::string, std::string> links;
+  // Files that must be written in place.
+  std::set<std::string> staying;
   // Number of handles that were made and not closed.
   int openHandles = 0;
   // Steps carried out or failed since the last FailStep.
@@ -36,15 +38,20 @@ class MemoryFiles : public Files {
   bool Exists(const std::string& path) override;
   std::string ReadWhole(const std::string& path) override;
   std::string Resolve(const std::string& path) override;
-  Handle Create(const std::string& path) override;
+  bool MustStay(const std::string& path) override { return staying.contains(path); }
+  Handle Create(const std::string& path, const std::string& model) override;
+  // Empties the file at once.
+  Handle Overwrite(const std::string& path) override;
   // A failing write leaves half of its bytes in the file, as a full disk does.
   void Write(Handle handle, std::string_view bytes) override;
   void Sync(Handle handle) override;
   void Close(Handle handle) override;
   void Rename(const std::string& from, const std::string& to) override;
   void Remove(const std::string& path) override;
+  void MakeFolder(const std::string&) override {}
 
  private:
+  Handle Open(const std::string& path);
   bool IsToFail(FileStep step);
   void Take(FileStep step, const std::string& path);
 

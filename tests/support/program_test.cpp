@@ -4,7 +4,6 @@
 #include <iterator>
 
 #include "app/startup.h"
-#include "document/paper.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
@@ -12,6 +11,7 @@
 #include "editing/notes.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
+#include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
@@ -22,35 +22,22 @@
 namespace kelvane {
 namespace {
 
-template <typename Handles>
-void Empty(Handles& handles) {
-  std::fill(std::begin(handles), std::end(handles), nullptr);
+template <typename... Handles>
+void Empty(Handles&... handles) {
+  (std::fill(std::begin(handles), std::end(handles), nullptr), ...);
 }
 
 // Handles of controls that go away with the fixture, and the hooks that tests or start-up filled.
 void EmptyHandlesAndHooks() {
-  Form1 = nullptr;
-  PageBox = nullptr;
-  Picture1 = nullptr;
-  DesignerCanvas = nullptr;
-  FontLabel = nullptr;
-  CursorLabel = nullptr;
-  NoteLabel = nullptr;
-  Text1 = nullptr;
-  Text4 = nullptr;
+  Form1 = Form7 = nullptr;
+  Picture1 = DesignerCanvas = nullptr;
+  FontLabel = CursorLabel = NoteLabel = nullptr;
+  PageBox = Text1 = Text4 = Form7_Text1 = Form7_Text2 = nullptr;
   Command6 = nullptr;
   Form7 = nullptr;
-  Form7_Text1 = nullptr;
-  Form7_Text2 = nullptr;
-  Empty(FontMenu);
-  Empty(ColourMenu);
-  Empty(ThicknessMenu);
-  Empty(MacroMenu);
-  Empty(AnchorButtons);
-  FinishTyping = nullptr;
-  PageReplaced = nullptr;
-  PageEdited = nullptr;
-  ViewMoved = nullptr;
+  Form7_Text1 = Form7_Text2 = nullptr;
+  Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons);
+  PageEdited = ViewMoved = nullptr;
   FocusedControl = nullptr;
 }
 
@@ -84,6 +71,7 @@ ProgramTest::ProgramTest() {
   TheDialogs = &dialogs;
   TheToolkit = &toolkit;
   ProgramFolder = "\\Kelvane\\";
+  StateFolder = "\\State\\";
   toolkit.NewWindow(true);
   window = toolkit.windows.front().get();
   FillHandles(*window);

@@ -101,8 +101,7 @@ void RecordingCanvas::Invalidate(Layer layer) {
 
 void RecordingCanvas::Invalidate(Layer layer, const Box& area) {
   invalid[Index(layer)] = true;
-  if (layer == Layer::Page)
-    areas += Numbers({area.left, area.top, area.right, area.bottom}).substr(1) + "\n";
+  if (layer == Layer::Page) areas += Numbers({area.left, area.top, area.right, area.bottom}).substr(1) + "\n";
 }
 
 void RecordingCanvas::Press(int code) {
@@ -116,7 +115,7 @@ void RecordingCanvas::Type(std::string_view text) {
 MouseEvent RecordingCanvas::EventAt(float x, float y, MouseButton button) const {
   const float pixelX = (x - viewLeft) / viewWidth * static_cast<float>(pixelWidth);
   const float pixelY = (y - viewTop) / viewHeight * static_cast<float>(pixelHeight);
-  return {button, x, y, pixelX, pixelY};
+  return {button, x, y, pixelX, pixelY, shift, control, alt, clicks};
 }
 
 void RecordingCanvas::Down(float x, float y, MouseButton button) {
@@ -134,6 +133,13 @@ void RecordingCanvas::Up(float x, float y, MouseButton button) {
 void RecordingCanvas::Click(float x, float y, MouseButton button) {
   Down(x, y, button);
   Up(x, y, button);
+}
+
+void RecordingCanvas::DoubleClick(float x, float y, MouseButton button) {
+  Click(x, y, button);
+  clicks = 2;
+  Click(x, y, button);
+  clicks = 1;
 }
 
 void RecordingCanvas::Wheel(const WheelEvent& event) {

@@ -19,6 +19,10 @@ class RecordingCanvas : public Canvas {
   std::string coordinates;
   // Path of the icon in use, empty for the arrow.
   std::string pointer;
+  // Keys held while the mouse does something.
+  bool shift = false;
+  bool control = false;
+  bool alt = false;
   // Icon files that load; any other is missing.
   std::vector<std::string> icons;
   std::string name;
@@ -49,6 +53,7 @@ class RecordingCanvas : public Canvas {
   void Move(float x, float y, MouseButton button = MouseButton::Left);
   void Up(float x, float y, MouseButton button = MouseButton::Left);
   void Click(float x, float y, MouseButton button = MouseButton::Left);
+  void DoubleClick(float x, float y, MouseButton button = MouseButton::Left);
   void Wheel(const WheelEvent& event);
 
   int PixelWidth() const override { return pixelWidth; }
@@ -81,6 +86,7 @@ class RecordingCanvas : public Canvas {
   int paints[2] = {0, 0};
   bool invalid[2] = {false, false};
   std::size_t selected = 0;
+  int clicks = 1;
   float viewLeft = 0;
   float viewTop = 0;
   float viewWidth = 1;

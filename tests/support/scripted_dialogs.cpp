@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace kelvane {
 
 void ScriptedDialogs::Message(const std::string& text) {
@@ -16,9 +18,17 @@ Answer ScriptedDialogs::AskBeforeLosing(const std::string& text) {
   return Next(Kind::Question, text + " [Yes]").answer;
 }
 
+int ScriptedDialogs::Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
+                            int onEscape) {
+  const int index =
+      Next(Kind::Choice, text + " [" + labels.at(static_cast<std::size_t>(onEnter)) + "]").index;
+  return index < 0 ? onEscape : index;
+}
+
 std::string ScriptedDialogs::ChooseToOpen(const std::string& title, const std::string& filter,
-                                          const std::string& folder) {
-  return Next(Kind::Open, "Open: " + title + ", " + filter + ", " + folder).path;
+                                          const std::string& folder, const std::string& accept) {
+  const std::string button = accept == "Open" ? "" : ", " + accept;
+  return Next(Kind::Open, "Open: " + title + ", " + filter + ", " + folder + button).path;
 }
 
 std::string ScriptedDialogs::ChooseToSave(const std::string& title, const std::string& filter,

@@ -9,7 +9,6 @@
 namespace kelvane::math0 {
 namespace {
 
-constexpr double kShaftTop = kAxis - kRule * 0.5, kShaftBottom = kAxis + kRule * 0.5;
 constexpr double kDoubleGap = 3.25;  // from the axis to the middle of each shaft of a double arrow
 
 Outline Shaft(double left, double right, double middle) {
@@ -18,19 +17,9 @@ Outline Shaft(double left, double right, double middle) {
 
 // A pointed head with its tip on the axis at x: two barbs that curve away from the shaft.
 Outline Head(double tip) {
-  return Path(tip, kAxis)
-             .Curve(tip - 6.5, kAxis + 3, tip - 10, kAxis + 10)
-             .Line(tip - 11.5, kAxis + 9.25)
-             .Curve(tip - 9.75, kAxis + 4, tip - 6, kShaftBottom)
-             .Line(tip - 6, kShaftTop)
-             .Curve(tip - 9.75, kAxis - 4, tip - 11.5, kAxis - 9.25)
-             .Line(tip - 10, kAxis - 10)
-             .Curve(tip - 6.5, kAxis - 3, tip, kAxis)
-             .Closed() +
-         Path(tip - 10.75, kAxis - 9.5)
-             .Curve(tip - 8, kAxis - 3.25, tip - 3, kAxis)
-             .Curve(tip - 8, kAxis + 3.25, tip - 10.75, kAxis + 9.5)
-             .Thread();
+  const Outline barb = Band(Path(tip, kAxis).Curve(tip - 6.5, kAxis + 3, tip - 10, kAxis + 10),
+                            Path(tip - 6.5, kAxis).Curve(tip - 10, kAxis + 4, tip - 11.75, kAxis + 9));
+  return barb + MirrorY(barb, kAxis);
 }
 
 // The shaft ends inside the head, where the barbs meet.
@@ -48,14 +37,9 @@ Outline TwoHeaded() {
 Outline ArrowDoubleRight() {
   constexpr double tip = 44;
   constexpr double outer = kAxis - kDoubleGap - kRule * 0.5, inner = outer + kRule;
-  const Outline upper = Path(tip, kAxis)
-                            .Curve(tip - 9, kAxis - 5, tip - 13, kAxis - 13.5)
-                            .Line(tip - 14.75, kAxis - 12.75)
-                            .Curve(tip - 11, kAxis - 5, tip - 3.5, kAxis)
-                            .Closed() +
-                        Polygon({{0, outer}, {tip - 7.25, outer}, {tip - 5.25, inner}, {0, inner}}) +
-                        Path(0, kAxis - kDoubleGap).Line(tip - 6.5, kAxis - kDoubleGap).Thread() +
-                        Path(tip - 13.75, kAxis - 13).Curve(tip - 10, kAxis - 5, tip - 2, kAxis).Thread();
+  const Outline upper = Band(Path(tip, kAxis).Curve(tip - 9, kAxis - 5, tip - 13, kAxis - 13.75),
+                             Path(tip - 4.25, kAxis).Curve(tip - 11.5, kAxis - 5, tip - 15, kAxis - 12.75)) +
+                        Band(Path(0, outer).Line(tip - 8, outer), Path(0, inner).Line(tip - 5.5, inner));
   return upper + MirrorY(upper, kAxis);
 }
 Outline ArrowDoubleLeft() {
@@ -74,24 +58,25 @@ Outline MapTail() {
 }
 
 Outline HookTail() {
+  constexpr double left = kRule * 0.5, high = kAxis - 11.5;
   return Pen(16, kAxis, kRule)
       .Line(7, kAxis)
-      .Curve(1, kAxis, 1, kAxis - 5.75, kRule)
-      .Curve(1, kAxis - 11.5, 7, kAxis - 11.5, kRule)
-      .Line(9, kAxis - 11.5)
+      .Curve(left, kAxis, left, kAxis - 5.75)
+      .Curve(left, high, 7, high)
+      .Line(9, high)
       .Ink();
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'y', "arrowright", ArrowRight},
     {'b', "arrowleft", ArrowLeft},
-    {'2', "arrowtwoheadright", TwoHeaded},
+    {'2', "uni21A0", TwoHeaded},
     {'Y', "arrowdblright", ArrowDoubleRight},
     {'B', "arrowdblleft", ArrowDoubleLeft},
-    {'-', "arrowhorizex", SingleShaft},
-    {'=', "arrowdblhorizex", DoubleShaft},
-    {'m', "mapstotail", MapTail},
-    {'j', "arrowhooktail", HookTail},
+    {'-', "uni23AF", SingleShaft},
+    {'=', "uni2550", DoubleShaft},
+    {'m', "uni21A6.tail", MapTail},
+    {'j', "uni21AA.tail", HookTail},
 });
 
 }  // namespace

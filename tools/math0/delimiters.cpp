@@ -5,7 +5,7 @@
 // Tall delimiters, roots, and the bars and braces that are put together from pieces.
 //
 // A piece of a tall delimiter stands in a box of exactly 50 units, y 2.5 to 52.5, the axis in its middle; set
-// one em below each other pieces meet. Stems are at x 6 to 8.5, as far from the piece's right edge on the
+// one em below each other pieces meet. Stems are at x 5.75 to 8.75, as far from the piece's right edge on the
 // right-hand side, so the one bar joins every left-hand piece at a left anchor and every right-hand piece at
 // a right anchor.
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kTop = -10, kBottom = 65;  // of the single delimiters, one and a half ems
 constexpr double kPieceTop = 2.5, kPieceBottom = 52.5;
-constexpr double kStemLeft = 6, kStemRight = kStemLeft + kDelimiter;
+constexpr double kStemLeft = 5.75, kStemRight = kStemLeft + kDelimiter;
 constexpr double kStemMiddle = (kStemLeft + kStemRight) * 0.5;
 
 // Mirrored so that the rightmost ink keeps the distance the leftmost had.
@@ -29,15 +29,16 @@ Outline WithLowerHalf(const Outline& upper) {
 
 // Thin at the ends, full in the middle.
 Outline ParenLeft() {
-  return WithLowerHalf(Pen(18, kTop, 1.5).Curve(6.5, 5, 6.5, kAxis, 4).Ink());
+  return WithLowerHalf(Pen(18.0625, kTop, 1.5).Curve(6.375, 5, 6.375, kAxis, 3.75).Ink());
 }
 Outline ParenRight() {
   return Opposite(ParenLeft());
 }
 
 Outline BracketLeft() {
-  return Box(5, kTop, 5 + kDelimiter, kBottom) + Box(5, kTop, 15.5, kTop + 1.75) +
-         Box(5, kBottom - 1.75, 15.5, kBottom);
+  constexpr double left = 4.75, right = 15.75, arm = 2;
+  return Box(left, kTop, left + kDelimiter, kBottom) + Box(left, kTop, right, kTop + arm) +
+         Box(left, kBottom - arm, right, kBottom);
 }
 Outline BracketRight() {
   return Opposite(BracketLeft());
@@ -72,7 +73,7 @@ Outline BigAngleRight() {
 // Corners: floor and ceiling by themselves, ends of a tall bracket with bars between.
 Outline CeilingLeft() {
   return Box(kStemLeft, kPieceTop, kStemRight, kPieceBottom) +
-         Box(kStemLeft, kPieceTop, 17, kPieceTop + 1.75);
+         Box(kStemLeft, kPieceTop, 17.25, kPieceTop + 2);
 }
 Outline CeilingRight() {
   return Opposite(CeilingLeft());
@@ -84,11 +85,12 @@ Outline FloorRight() {
   return Opposite(FloorLeft());
 }
 
-// Hooks: ends of a tall parenthesis, or of a tall brace when its middle piece is put between.
+// Hooks: ends of a tall parenthesis, or of a tall brace when its middle piece is put between. They swell
+// where the bend ends, as a whole parenthesis does.
 Outline HookTopLeft() {
-  return Pen(19, kPieceTop + 1, 1.5)
-      .Curve(kStemMiddle, kPieceTop + 5, kStemMiddle, kPieceTop + 33, kDelimiter)
-      .Line(kStemMiddle, kPieceBottom)
+  return Pen(19.5625, kPieceTop + 1, 1.5)
+      .Curve(kStemMiddle, kPieceTop + 4, kStemMiddle, kPieceTop + 28, 3.5)
+      .Line(kStemMiddle, kPieceBottom, kDelimiter)
       .Ink();
 }
 Outline HookTopRight() {
@@ -101,11 +103,11 @@ Outline HookBottomRight() {
   return Opposite(HookBottomLeft());
 }
 
-// The point reaches x = 0, left of the stem by the stem's own bearing.
+// The point reaches beyond the origin, to x = -3.
 Outline BraceMiddleLeft() {
   return WithLowerHalf(Pen(kStemMiddle, kPieceTop, kDelimiter)
-                           .Line(kStemMiddle, kAxis - 12)
-                           .Curve(kStemMiddle, kAxis, 0, kAxis, 1.25)
+                           .Line(kStemMiddle, kAxis - 16)
+                           .Curve(kStemMiddle, kAxis, -3, kAxis, 1.25)
                            .Ink());
 }
 Outline BraceMiddleRight() {
@@ -122,43 +124,55 @@ Outline DoubleBar() {
 // Both roots carry their bar at y 0 to 2, at the right edge of their advance, so the same vinculum goes on
 // from either; the tall root hangs down from there. Flag, thick fall, thin rise, bar.
 constexpr double kRootBar = 0;
+constexpr double kRootRule = 2;  // roots are set larger than what they stand beside, so their bar is thinner
 
 Outline Root() {
+  constexpr double foot = kRootBar + kRootRule;
   return Polygon({{0, 28},
                   {7.25, 23.75},
                   {15.75, 41},
                   {30, kRootBar},
                   {36, kRootBar},
-                  {36, kRootBar + kRule},
-                  {31.5, kRootBar + kRule},
+                  {36, foot},
+                  {31.5, foot},
                   {16, 47},
                   {14.25, 47},
                   {4.75, 27.5},
                   {0.75, 29.75}}) +
-         Path(6, 25.75).Line(15.375, 44).Line(30.75, kRootBar + 1).Line(36, kRootBar + 1).Thread();
+         ThreadsBetween(Path(0, 28).Line(7.25, 23.75), Path(0.75, 29.75).Line(4.75, 27.5)) +
+         ThreadsBetween(Path(7.25, 23.75).Line(15.75, 41), Path(4.75, 27.5).Line(14.25, 47)) +
+         ThreadsBetween(Path(15.75, 41).Line(30, kRootBar).Line(36, kRootBar),
+                        Path(16, 47).Line(31.5, foot).Line(36, foot)) +
+         Path(15.5, 42).Line(15.125, 46).Thread();
 }
 Outline TallRoot() {
+  constexpr double foot = kRootBar + kRootRule;
   return Polygon({{0, 59},
                   {8, 54.25},
                   {17.5, 87.5},
                   {36.5, kRootBar},
                   {42, kRootBar},
-                  {42, kRootBar + kRule},
-                  {38.25, kRootBar + kRule},
+                  {42, foot},
+                  {38.25, foot},
                   {17.75, 97},
                   {15.75, 97},
                   {5, 58.25},
                   {0.75, 60.75}}) +
-         Path(6.75, 56.75).Line(16.75, 92.5).Line(37.5, kRootBar + 1).Line(42, kRootBar + 1).Thread();
+         ThreadsBetween(Path(0, 59).Line(8, 54.25), Path(0.75, 60.75).Line(5, 58.25)) +
+         ThreadsBetween(Path(8, 54.25).Line(17.5, 87.5), Path(5, 58.25).Line(15.75, 97)) +
+         ThreadsBetween(Path(17.5, 87.5).Line(36.5, kRootBar).Line(42, kRootBar),
+                        Path(17.75, 97).Line(38.25, foot).Line(42, foot)) +
+         Path(17.25, 89).Line(16.75, 96).Thread();
 }
 Outline Vinculum() {
-  return Box(0, kRootBar, 25, kRootBar + kRule);
+  return Box(0, kRootBar, 25, kRootBar + kRootRule);
 }
 
-// Quarters of a level brace. Each has its shaft at the height and of the weight of the fraction bar, which
-// joins them: an overbrace is left end, bars, end of the middle, start of the middle, bars, right end.
+// Quarters of a level brace, full where the bend ends. Each has its shaft at the height and of the weight of
+// the fraction bar, which joins them: an overbrace is left end, bars, end of the middle, start of the middle,
+// bars, right end.
 Outline LevelBraceLeftEnd() {
-  return Pen(0.625, kAxis + 9.5, 1.25).Curve(0.625, kAxis, 10, kAxis, kRule).Line(14, kAxis).Ink();
+  return Pen(0.625, kAxis + 11.5, 1.25).Curve(0.625, kAxis, 9, kAxis, 3).Line(14, kAxis, kRule).Ink();
 }
 Outline LevelBraceRightEnd() {
   return MirrorX(LevelBraceLeftEnd(), 7);
@@ -171,35 +185,35 @@ Outline LevelBraceToPoint() {
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
-    {'(', "parenleftbig", ParenLeft},
-    {')', "parenrightbig", ParenRight},
-    {'[', "bracketleftbig", BracketLeft},
-    {']', "bracketrightbig", BracketRight},
-    {'{', "braceleftbig", BraceLeft},
-    {'}', "bracerightbig", BraceRight},
-    {'<', "angleleftbig", AngleLeft},
-    {'>', "anglerightbig", AngleRight},
-    {',', "angleleftbigg", BigAngleLeft},
-    {';', "anglerightbigg", BigAngleRight},
-    {'r', "bracketlefttp", CeilingLeft},
-    {'t', "bracketrighttp", CeilingRight},
-    {'f', "bracketleftbt", FloorLeft},
-    {'g', "bracketrightbt", FloorRight},
-    {'7', "parenlefttp", HookTopLeft},
-    {'9', "parenrighttp", HookTopRight},
-    {'1', "parenleftbt", HookBottomLeft},
-    {'3', "parenrightbt", HookBottomRight},
-    {'4', "braceleftmid", BraceMiddleLeft},
-    {'6', "bracerightmid", BraceMiddleRight},
-    {'|', "barex", Bar},
-    {'5', "bardblex", DoubleBar},
+    {'(', "parenleft.big", ParenLeft},
+    {')', "parenright.big", ParenRight},
+    {'[', "bracketleft.big", BracketLeft},
+    {']', "bracketright.big", BracketRight},
+    {'{', "braceleft.big", BraceLeft},
+    {'}', "braceright.big", BraceRight},
+    {'<', "uni27E8.big", AngleLeft},
+    {'>', "uni27E9.big", AngleRight},
+    {',', "uni27E8.bigg", BigAngleLeft},
+    {';', "uni27E9.bigg", BigAngleRight},
+    {'r', "uni23A1", CeilingLeft},
+    {'t', "uni23A4", CeilingRight},
+    {'f', "uni23A3", FloorLeft},
+    {'g', "uni23A6", FloorRight},
+    {'7', "uni239B", HookTopLeft},
+    {'9', "uni239E", HookTopRight},
+    {'1', "uni239D", HookBottomLeft},
+    {'3', "uni23A0", HookBottomRight},
+    {'4', "uni23A8", BraceMiddleLeft},
+    {'6', "uni23AC", BraceMiddleRight},
+    {'|', "bar.ex", Bar},
+    {'5', "dblverticalbar", DoubleBar},
     {'v', "radical", Root},
-    {'V', "radicalbigg", TallRoot},
-    {' ', "radicalex", Vinculum},
-    {'q', "bracehorizleftdown", LevelBraceLeftEnd},
-    {'w', "bracehorizrightdown", LevelBraceRightEnd},
-    {'z', "bracehorizleftup", LevelBraceFromPoint},
-    {'x', "bracehorizrightup", LevelBraceToPoint},
+    {'V', "radical.bigg", TallRoot},
+    {' ', "uni203E", Vinculum},
+    {'q', "uni256D", LevelBraceLeftEnd},
+    {'w', "uni256E", LevelBraceRightEnd},
+    {'z', "uni2570", LevelBraceFromPoint},
+    {'x', "uni256F", LevelBraceToPoint},
 });
 
 }  // namespace

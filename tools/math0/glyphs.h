@@ -32,13 +32,13 @@
 // over the relation; a two-sided arrow is two arrows back to back; a longer one has shafts between.
 //
 // What joins:
-//   piece      box in which it joins                          weight
-//   7 4 1 r f  y 2.5 to 52.5, exactly one em; stem x 6 to 8.5   2.5
-//   9 6 3 t g  the same, measured from the right edge           2.5
-//   | 5        the same, from either edge (5: from the left)    2.5
-//   - q z x w  from x 0 to the advance (25; quarters 14)        2, middle at y 27.5
-//   =          from x 0 to 25                                   2 each, middles at y 24.25 and 30.75
-//   space v V  from x 0 to the advance (space 25)               2, y 0 to 2
+//   piece      box in which it joins                              weight
+//   7 4 1 r f  y 2.5 to 52.5, exactly one em; stem x 5.75 to 8.75   3
+//   9 6 3 t g  the same, measured from the right edge               3
+//   | 5        the same, from either edge (5: from the left)        3
+//   - q z x w  from x 0 to the advance (25; quarters 14)            2.5, middle at y 27.5
+//   =          from x 0 to 25                                       2.5 each, middles at y 24.25 and 30.75
+//   space v V  from x 0 to the advance (space 25)                   2, y 0 to 2
 
 #include <span>
 #include <string>
@@ -50,15 +50,15 @@ namespace kelvane::math0 {
 
 struct Glyph {
   char key;          // character code 32 to 127
-  const char* name;  // PostScript name
+  const char* name;  // PostScript name; from it a PDF reader knows the sign that a search is to find
   Outline (*draw)();
 };
 
 // Heights that several drawings share, design units.
 inline constexpr double kAxis = 27.5;  // middle of operators, relations, arrows and fraction bars
 inline constexpr double kBaseline = 40;
-inline constexpr double kRule = 2;         // weight of fraction bars, arrows, relations and root bars
-inline constexpr double kDelimiter = 2.5;  // stems of tall delimiters
+inline constexpr double kRule = 2.5;     // weight of fraction bars, arrows and level braces
+inline constexpr double kDelimiter = 3;  // stems of tall delimiters
 
 // The 96 characters in the order of their codes.
 std::vector<Glyph> AllGlyphs();

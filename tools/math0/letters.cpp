@@ -9,63 +9,78 @@ namespace kelvane::math0 {
 namespace {
 
 constexpr double kCap = 7;
-constexpr double kLine = 1.5;  // weight of the lines of a blackboard letter
+constexpr double kLine = 2;      // weight of the lines of a blackboard letter
+constexpr double kRound = 2.25;  // and of their bends
 
 // A slanting line between the top and the baseline with level ends.
 Outline Diagonal(double topX, double bottomX, double width) {
-  return Polygon({{topX, kCap}, {topX + width, kCap}, {bottomX + width, kBaseline}, {bottomX, kBaseline}});
+  return Band(Path(topX, kCap).Line(bottomX, kBaseline),
+              Path(topX + width, kCap).Line(bottomX + width, kBaseline));
+}
+
+// A level line along the top, or along the baseline.
+Outline TopLine(double left, double right) {
+  return Box(left, kCap, right, kCap + kLine);
+}
+Outline FootLine(double left, double right) {
+  return Box(left, kBaseline - kLine, right, kBaseline);
+}
+
+Outline Stem(double left) {
+  return Box(left, kCap, left + kLine, kBaseline);
 }
 
 // The doubled stem of a blackboard letter: two lines closed at top and foot, with a little serif to the left.
 Outline DoubleStem(double left) {
-  return Box(left, kCap, left + kLine, kBaseline) + Box(left + 7, kCap, left + 7 + kLine, kBaseline) +
-         Box(left - 2.5, kCap, left + 9, kCap + kLine) +
-         Box(left - 2.5, kBaseline - kLine, left + 9, kBaseline);
+  return Stem(left) + Stem(left + 7) + TopLine(left - 2.5, left + 9) + FootLine(left - 2.5, left + 9);
 }
 
+// The diagonal is doubled; the stems are single lines with serifs.
 Outline BoardN() {
-  return Box(3, kCap, 5, kBaseline) + Box(33, kCap, 35, kBaseline) + Diagonal(3, 25.5, 2.5) +
-         Diagonal(10, 32.5, 2.5) + Box(3, kCap, 12.5, kCap + kLine) +
-         Box(25.5, kBaseline - kLine, 35, kBaseline);
+  constexpr double slope = 19, width = 2.5, left = 5, right = 33;
+  return Stem(left) + Stem(right - kLine) + Diagonal(left, left + slope, width) +
+         Diagonal(right - width - slope, right - width, width) + TopLine(3, right - slope) +
+         FootLine(3, 9.5) + FootLine(left + slope, right) + TopLine(28.5, 35);
 }
 
 Outline BoardZ() {
-  return Box(3.5, kCap, 30.5, kCap + kLine) + Box(3, kBaseline - kLine, 31, kBaseline) +
-         Diagonal(28, 10.5, 2.5) + Diagonal(20.5, 3, 2.5) + Box(3.5, kCap, 5.5, kCap + 6) +
-         Box(29, kBaseline - 6.5, 31, kBaseline);
+  return TopLine(3.5, 30.5) + FootLine(3, 31) + Diagonal(28, 10.5, 2.5) + Diagonal(20.5, 3, 2.5) +
+         Box(3.5, kCap, 5.5, kCap + 6) + Box(29, kBaseline - 6.5, 31, kBaseline);
 }
 
 Outline BoardQ() {
-  return EllipseRing({20, 23.5}, 17, 17.25, 2.25, 2) + Box(10, 10, 12, 37) +
+  return EllipseRing({20, 23.5}, 17, 17.25, kRound, kLine) + Box(10, 10, 12, 37) +
          Pen(18, 32, 2).Curve(24, 33, 27, 39, 2.75).Curve(30, 45.5, 36.5, 45, 1.5).Ink();
 }
 
 Outline BoardR() {
+  constexpr double top = kCap + kLine * 0.5, foot = 23.5;
   return DoubleStem(5) +
-         Pen(12, kCap + 1, kLine)
-             .Line(21, kCap + 1)
-             .Curve(29.5, kCap + 1, 29.5, 15.75, 2)
-             .Curve(29.5, 23.5, 21, 23.5, kLine)
-             .Line(12, 23.5)
+         Pen(12, top, kLine)
+             .Line(21, top)
+             .Curve(29.5, top, 29.5, (top + foot) * 0.5, kRound)
+             .Curve(29.5, foot, 21, foot, kLine)
+             .Line(12, foot)
              .Ink() +
-         Polygon({{17, 23.5}, {19.75, 23.5}, {33, kBaseline}, {30.25, kBaseline}}) +
-         Box(27, kBaseline - kLine, 35.5, kBaseline);
+         Band(Path(17, foot).Line(30.25, kBaseline), Path(20, foot).Line(33.25, kBaseline)) +
+         FootLine(27, 35.5);
 }
 
 Outline BoardC() {
   return Pen(33, 13.5, 1.5)
              .Curve(28.5, kCap + 0.75, 20.5, kCap + 0.75, 2)
-             .Curve(4.25, kCap + 0.75, 4.25, 23.5, 2)
-             .Curve(4.25, kBaseline - 0.75, 20.5, kBaseline - 0.75, 2)
+             .Curve(4.375, kCap + 0.75, 4.375, 23.5, kRound)
+             .Curve(4.375, kBaseline - 0.75, 20.5, kBaseline - 0.75, 2)
              .Curve(29, kBaseline - 0.75, 33.5, 32.5, 1.5)
              .Ink() +
          Box(32, kCap, 34, 15) + Box(10.5, 9.5, 12.5, 37.5);
 }
 
+// The leg stands on the arm, the arm ends in the stem.
 Outline BoardK() {
-  return DoubleStem(5) + Polygon({{28, kCap}, {31, kCap}, {14, 26.5}, {12, 25.5}}) +
-         Polygon({{17.5, 20}, {20, 20.5}, {34, kBaseline}, {31, kBaseline}}) +
-         Box(25, kCap, 34, kCap + kLine) + Box(28, kBaseline - kLine, 36.5, kBaseline);
+  return DoubleStem(5) + Band(Path(28, kCap).Line(13, 24.25), Path(31, kCap).Line(13, 27.75)) +
+         Band(Path(17.25, 20.5).Line(31, kBaseline), Path(19.5, 19.5).Line(34, kBaseline)) + TopLine(25, 34) +
+         FootLine(28, 36.5);
 }
 
 // Script capitals: one pen, thin where it rises and full where it falls.
@@ -115,8 +130,8 @@ Outline ScriptF() {
 
 // An italic h with a bar through its neck.
 Outline HBar() {
-  return Polygon({{8, 7.75}, {13.75, 6.5}, {6.5, kBaseline}, {2.75, kBaseline}, {9, 9.25}, {8, 9}}) +
-         Path(11, 8.5).Line(4.75, 39).Thread() +
+  return Band(Path(8, 7.75).Line(8, 9).Line(9, 9.25).Line(2.75, kBaseline),
+              Path(13.75, 6.5).Line(13.5, 7.75).Line(13.25, 8.75).Line(6.5, kBaseline)) +
          Pen(6.5, 31, 1.25)
              .Curve(12, 18.5, 17.5, 18.5, 2.5)
              .Curve(22, 18.5, 21, 24, 3.25)
@@ -138,38 +153,45 @@ Outline Ell() {
       .Ink();
 }
 
-// A loop on the left, then a bowl with a tail below the line.
+// A small loop on the left, a stem that leans and loops below the line, and from there the large bowl.
 Outline WeierstrassP() {
-  return Pen(9.5, 36.5, 1.25)
-      .Curve(3.25, 35.5, 3.25, 28, 2.75)
-      .Curve(3.25, 18.5, 10, 18.5, 1.75)
-      .Curve(15.5, 18.5, 15, 29, 3)
-      .Curve(14.5, 42, 9.5, 50, 1.75)
-      .Curve(6.5, 54, 4.5, 51.5, 1.25)
-      .Curve(3, 48.5, 8, 44, 1.25)
-      .Curve(13.5, 38.75, 18, 38.75, 1.75)
-      .Curve(27.25, 38.75, 27.25, 28, 3.25)
-      .Curve(27.25, 18.5, 21, 18.5, 1.75)
-      .Curve(16.5, 18.5, 14.5, 25, 1.25)
-      .Ink();
+  const Outline upright = Pen(11.25, 31, 1.25)
+                              .Curve(9, 36.5, 6, 36.5, 1.75)
+                              .Curve(2.25, 36.5, 2.25, 29.5, 2.75)
+                              .Curve(2.25, 19.5, 9, 19.5, 1.75)
+                              .Curve(14, 19.5, 14, 29, 3.25)
+                              .Curve(14, 41, 11.5, 48.5, 2.5)
+                              .Curve(9.75, 53, 6.25, 53, 1.75)
+                              .Curve(3, 53, 3, 49.5, 1.25)
+                              .Curve(3, 45, 8.5, 41.5, 1.25)
+                              .Curve(13, 38.75, 17, 38.75, 2)
+                              .Curve(25.4375, 38.75, 25.4375, 28.5, 3.25)
+                              .Curve(25.4375, 18.75, 20, 18.75, 1.75)
+                              .Curve(16, 18.75, 14, 26, 1.25)
+                              .Ink();
+  return Shift(Slant(upright, kBaseline, 0.17), 0.5, 0);
 }
 
 // A thick falling diagonal with an arm above and a leg below, each with a bent end.
 Outline Aleph() {
-  const Outline arm =
-      Pen(24.5, 28.5, 1.75).Curve(29.5, 25, 29.5, 17.5, 3.75).Curve(29.5, 13, 26.75, 8, 1.5).Ink();
-  const Outline leg =
-      Pen(12, 19.5, 1.75).Curve(4.5, 24, 6.75, 33, 3.75).Curve(7.5, 36, 7.75, kBaseline - 0.5, 3.75).Ink();
-  return Polygon(
-             {{3.5, 7.5}, {5, 7.5}, {8.5, 11.5}, {31, 33}, {31.5, 40}, {30, 40}, {27, 35.75}, {4, 13.25}}) +
-         Path(6.25, 12).Line(29.5, 35).Thread() + arm + leg +
-         Polygon({{3.5, 38.25}, {10, 38.25}, {10, 40}, {3.5, 40}});
+  const Outline fall =
+      Band(Path(4.75, 7.25).Curve(6, 9.75, 9, 12.5).Line(30, 32.75).Curve(31.75, 34.5, 31.5, 40),
+           Path(3.5, 7.5).Curve(3.5, 12, 6.25, 14.75).Line(27, 34.75).Curve(29, 36.75, 30, 40));
+  const Outline arm = Band(Path(24, 29.5).Curve(31.25, 24.5, 31.25, 17.5).Curve(31.25, 12, 27.75, 7.25),
+                           Path(23, 28).Curve(28, 24, 28, 17.5).Curve(28, 13, 26.25, 8.25));
+  const Outline leg = Band(Path(11.5, 18.75).Curve(4.75, 23.25, 5, 31).Curve(5, 35, 6.25, kBaseline - 1),
+                           Path(12.5, 20.25).Curve(8, 24, 8.25, 31).Curve(8.25, 35, 9, kBaseline - 1));
+  return fall + arm + leg + Box(3.5, 38.25, 10, kBaseline);
 }
 
 // A delta turned over: the thick side comes first.
 Outline Nabla() {
   return Polygon({{2, kCap}, {34.5, kCap}, {19.25, kBaseline}, {17.75, kBaseline}}) +
-         Reverse(Polygon({{7.5, 9}, {31.25, 9}, {19.75, 33.75}})) + Path(4.75, 8).Line(17.5, 34.5).Thread();
+         Reverse(Polygon({{7.5, 9}, {31.25, 9}, {19.75, 33.75}})) +
+         ThreadsBetween(Path(2, kCap).Line(17.75, kBaseline), Path(7.5, 9).Line(19.75, 33.75)) +
+         ThreadsBetween(Path(2, kCap).Line(34.5, kCap), Path(7.5, 9).Line(31.25, 9)) +
+         ThreadsBetween(Path(34.5, kCap).Line(19.25, kBaseline), Path(31.25, 9).Line(19.75, 33.75)) +
+         Path(19.25, 34.5).Line(18.5, 39).Thread();
 }
 
 // A rounded d with its ascender bent over the bowl.
@@ -199,17 +221,17 @@ Outline Infinity() {
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
-    {'N', "Nblackboard", BoardN},
-    {'Z', "Zblackboard", BoardZ},
-    {'Q', "Qblackboard", BoardQ},
-    {'R', "Rblackboard", BoardR},
-    {'C', "Cblackboard", BoardC},
-    {'K', "Kblackboard", BoardK},
-    {'L', "Lscript", ScriptL},
-    {'H', "Hscript", ScriptH},
-    {'F', "Fscript", ScriptF},
+    {'N', "uni2115", BoardN},
+    {'Z', "uni2124", BoardZ},
+    {'Q', "uni211A", BoardQ},
+    {'R', "uni211D", BoardR},
+    {'C', "uni2102", BoardC},
+    {'K', "u1D542", BoardK},
+    {'L', "uni2112", ScriptL},
+    {'H', "uni210B", ScriptH},
+    {'F', "uni2131", ScriptF},
     {'h', "hbar", HBar},
-    {'l', "ell", Ell},
+    {'l', "uni2113", Ell},
     {'p', "weierstrass", WeierstrassP},
     {'a', "aleph", Aleph},
     {'G', "gradient", Nabla},

@@ -11,11 +11,12 @@
 namespace kelvane::math0 {
 namespace {
 
-constexpr double kDot = 2.5;  // radius
+constexpr double kDot = 2.75;       // radius, that of a full stop
+constexpr double kAccentDot = 2.5;  // radius
 
 Outline Hat() {
-  return Polygon({{0, 6.5}, {7, 13.25}, {5.5, 14.25}, {0, 9.5}, {-5.5, 14.25}, {-7, 13.25}}) +
-         Path(-6, 13.5).Line(0, 8).Line(6, 13.5).Thread();
+  return Band(Path(-6.25, 13.25).Line(0, 6.25).Line(6.25, 13.25),
+              Path(-4.75, 14.25).Line(0, 9.5).Line(4.75, 14.25));
 }
 
 Outline Tilde() {
@@ -28,30 +29,21 @@ Outline Tilde() {
 }
 
 Outline Macron() {
-  return Box(-8, 10, 8, 11.75);
+  return Box(-8, 9.75, 8, 12);
 }
 
 // The arrow's shaft and barbs, a size smaller.
 Outline VectorMark() {
-  return Path(10, 9.5)
-             .Curve(5.75, 10.75, 3.75, 14.25)
-             .Line(2.5, 13.5)
-             .Curve(3.5, 11.5, 5.25, 10.25)
-             .Line(-10, 10.25)
-             .Line(-10, 8.75)
-             .Line(5.25, 8.75)
-             .Curve(3.5, 7.5, 2.5, 5.5)
-             .Line(3.75, 4.75)
-             .Curve(5.75, 8.25, 10, 9.5)
-             .Closed() +
-         Path(3.25, 5.25).Curve(4.75, 8.25, 7.5, 9.5).Curve(4.75, 10.75, 3.25, 13.75).Thread();
+  const Outline barb =
+      Band(Path(10, 9.5).Curve(5.75, 10.75, 3.75, 14.25), Path(5.75, 9.5).Curve(3.5, 11, 2.25, 13.25));
+  return barb + MirrorY(barb, 9.5) + Box(-10, 8.625, 7, 10.375);
 }
 
 Outline DotMark() {
-  return Disc({0, 11}, kDot);
+  return Disc({0, 11}, kAccentDot);
 }
 Outline DoubleDotMark() {
-  return Disc({-4.5, 11}, kDot) + Disc({4.5, 11}, kDot);
+  return Disc({-4.5, 11}, kAccentDot) + Disc({4.5, 11}, kAccentDot);
 }
 
 Outline DotsLevel() {
@@ -69,50 +61,33 @@ Outline DotsRising() {
 
 // A wedge, round and full at the top.
 Outline Prime() {
-  return Path(3, 19.5)
-             .Line(7, 8)
-             .Curve(7.75, 6, 9.5, 6.5)
-             .Curve(11.5, 7.25, 10.75, 9)
-             .Line(4.25, 20)
-             .Closed() +
-         Path(4.25, 18.5).Line(9, 8.5).Thread();
+  return Band(Path(3, 19.5).Line(7, 8).Curve(7.75, 6, 9.5, 6.5),
+              Path(4.25, 20).Line(10.75, 9).Curve(11.5, 7.25, 9.5, 6.5));
 }
 
 // Four tapering arms; the foot is the long one.
 Outline Dagger() {
-  return Path(12.5, 7)
-             .Curve(14.75, 7, 14.5, 9.5)
-             .Line(13.25, 17.25)
-             .Line(19.5, 16)
-             .Curve(22, 15.75, 22, 18)
-             .Curve(22, 20.25, 19.5, 20)
-             .Line(13.25, 18.75)
-             .Line(14.25, 25)
-             .Line(13, 46)
-             .Line(12, 46)
-             .Line(10.75, 25)
-             .Line(11.75, 18.75)
-             .Line(5.5, 20)
-             .Curve(3, 20.25, 3, 18)
-             .Curve(3, 15.75, 5.5, 16)
-             .Line(11.75, 17.25)
-             .Line(10.5, 9.5)
-             .Curve(10.25, 7, 12.5, 7)
-             .Closed() +
-         Path(12.5, 9).Line(12.5, 32).Thread() + Path(5, 18).Line(20, 18).Thread();
+  constexpr double middle = 12.5, bar = 18;
+  const Outline head = Band(Path(middle, 7).Curve(10.25, 7, 10.5, 9.5).Line(11.75, 17.5),
+                            Path(middle, 7).Curve(14.75, 7, 14.5, 9.5).Line(13.25, 17.5));
+  const Outline foot =
+      Band(Path(11.75, 17.5).Line(10.75, 25).Line(12, 46), Path(13.25, 17.5).Line(14.25, 25).Line(13, 46));
+  const Outline arm = Band(Path(3, bar).Curve(3, 15.75, 5.5, 16).Line(middle, 17.375),
+                           Path(3, bar).Curve(3, 20.25, 5.5, 20).Line(middle, 18.625));
+  return head + foot + arm + MirrorX(arm, middle);
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'^', "circumflex", Hat},
     {'~', "tilde", Tilde},
     {'_', "macron", Macron},
-    {'`', "vector", VectorMark},
+    {'`', "uni20D7", VectorMark},
     {'0', "dotaccent", DotMark},
     {'"', "dieresis", DoubleDotMark},
-    {'.', "dotscentered", DotsLevel},
-    {':', "dotsvertical", DotsUpright},
-    {'\\', "dotsdiagonaldown", DotsFalling},
-    {'/', "dotsdiagonalup", DotsRising},
+    {'.', "uni22EF", DotsLevel},
+    {':', "uni22EE", DotsUpright},
+    {'\\', "uni22F1", DotsFalling},
+    {'/', "uni22F0", DotsRising},
     {'\'', "minute", Prime},
     {'D', "dagger", Dagger},
 });

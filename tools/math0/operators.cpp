@@ -16,6 +16,15 @@ struct SumShape {
   double beak;   // how far the arms' ends reach inwards
 };
 
+// Threads of an arm and its beak. Outside it runs along the edge to a corner and the beak's end, inside from
+// `inner` to `start` and along the bend.
+Outline ArmThreads(Vec edge, Vec corner, Vec end, Vec inner, Vec start, const Segment& bend) {
+  const Vec middle = PointOn(start, bend, 0.5);
+  return ThreadsBetween(
+      Path(edge.x, edge.y).Line(start.x, edge.y).Line(corner.x, corner.y).Line(end.x, end.y),
+      Path(inner.x, inner.y).Line(start.x, start.y).Line(middle.x, middle.y).Line(bend.end.x, bend.end.y));
+}
+
 // An arm's end: a beak that leans outwards a little, joined to the arm by a curve.
 // The rising diagonal and the falling one meet where their edges cross, so their weights may differ.
 Outline Sum(const SumShape& s) {
@@ -33,31 +42,36 @@ Outline Sum(const SumShape& s) {
   const double topArm = s.top + s.arm;
   const double footArm = s.bottom - s.arm * 1.3;
   const double curl = s.beak * 0.9;
-  const Outline thread = Path(s.right - 2, s.top + s.arm * 0.5)
-                             .Line(s.left + s.thick * 0.6, s.top + s.arm * 0.5)
-                             .Line((knee.x + tip.x) * 0.5, (knee.y + tip.y) * 0.5)
-                             .Line(s.left + s.thin * 0.5, riseFoot.y)
-                             .Line(s.left + s.thin, s.bottom - s.arm * 0.65)
-                             .Line(s.right - 1.5, s.bottom - s.arm * 0.65)
-                             .Thread();
+  const double crook = s.right - 3 - curl;
+  const double footTip = s.bottom - s.beak * 1.15;
+  const Outline threads =
+      ThreadsBetween(Path(fallTop.x, fallTop.y).Line(knee.x, knee.y),
+                     Path(onFall(topArm), topArm).Line(tip.x, tip.y)) +
+      ThreadsBetween(Path(knee.x, knee.y).Line(riseFoot.x, riseFoot.y),
+                     Path(tip.x, tip.y).Line(onRise(footArm), footArm)) +
+      ArmThreads({s.left, s.top}, {s.right - 1, s.top}, {s.right, s.top + s.beak}, {s.left + 1, topArm},
+                 {crook, topArm}, {{s.right - 3, topArm}, {s.right - 1.5, s.top + s.beak}}) +
+      ArmThreads({s.left, s.bottom}, {s.right - 0.75, s.bottom}, {s.right + 1, footTip},
+                 {s.left + 1, footArm}, {crook, footArm},
+                 {{s.right - 2.5, footArm}, {s.right - 0.5, footTip}});
   return Path(s.left, s.top)
              .Line(s.right - 1, s.top)
              .Line(s.right, s.top + s.beak)
              .Line(s.right - 1.5, s.top + s.beak)
-             .Curve(s.right - 3, topArm, s.right - 3 - curl, topArm)
+             .Curve(s.right - 3, topArm, crook, topArm)
              .Line(onFall(topArm), topArm)
              .Line(tip.x, tip.y)
              .Line(onRise(footArm), footArm)
-             .Line(s.right - 3 - curl, footArm)
-             .Curve(s.right - 2.5, footArm, s.right - 0.5, s.bottom - s.beak * 1.15)
-             .Line(s.right + 1, s.bottom - s.beak * 1.15)
+             .Line(crook, footArm)
+             .Curve(s.right - 2.5, footArm, s.right - 0.5, footTip)
+             .Line(s.right + 1, footTip)
              .Line(s.right - 0.75, s.bottom)
              .Line(s.left, s.bottom)
              .Line(riseFoot.x, riseFoot.y)
              .Line(knee.x, knee.y)
              .Line(fallTop.x, fallTop.y)
              .Closed() +
-         thread;
+         threads;
 }
 
 Outline DisplaySum() {
@@ -72,12 +86,14 @@ Outline Slab(double left, double right, double stemLeft, double stemRight, doubl
   const double edge = y + 1.75 * inwards;
   const double deep = y + 4.5 * inwards;
   return Path(left, y)
-      .Line(right, y)
-      .Line(right, edge)
-      .Curve(stemRight, edge, stemRight, deep)
-      .Line(stemLeft, deep)
-      .Curve(stemLeft, edge, left, edge)
-      .Closed();
+             .Line(right, y)
+             .Line(right, edge)
+             .Curve(stemRight, edge, stemRight, deep)
+             .Line(stemLeft, deep)
+             .Curve(stemLeft, edge, left, edge)
+             .Closed() +
+         ThreadsBetween(Path(left, y).Line(right, y), Path(left, edge).Line(right, edge)) +
+         Path(stemLeft - 1.5, edge).Line(stemRight + 1.5, edge).Thread();
 }
 
 // Two stems under one bar. The bar's underside runs into the stems with the same curve as the serifs.
@@ -96,7 +112,8 @@ Outline Product() {
                     .Line(first, top + 5)
                     .Curve(first, top + 1.75, 3, top + 1.75)
                     .Closed() +
-                Path(first + stem * 0.5, top + 1.375).Line(second + stem * 0.5, top + 1.375).Thread();
+                ThreadsBetween(Path(3, top).Line(52, top), Path(3, top + 1.75).Line(52, top + 1.75)) +
+                Path(first - 1.5, top + 2.25).Line(second + stem + 1.5, top + 2.25).Thread();
   for (const double left : {first, second})
     ink = ink + Slab(left - 6, left + stem + 6, left, left + stem, bottom, -1);
   return ink;
@@ -114,13 +131,12 @@ Outline IntegralHead(double top, double stem, double reach, double ball) {
   const double dropMiddle = top + ball * 1.5;
   const double crest = reach * 0.48;
   return Pen(crest, top + 0.875, 1.75).Curve(0, top + 0.875, 0, kAxis, stem).Ink() +
-         Path(crest, top)
-             .Curve(reach, top, reach, dropMiddle)
-             .Curve(reach, dropMiddle + ball, reach - ball, dropMiddle + ball)
-             .Curve(dropLeft, dropMiddle + ball, dropLeft, dropMiddle)
-             .Curve(dropLeft, top + 1.75, crest, top + 1.75)
-             .Closed() +
-         Path(reach - 1.4 * ball, dropMiddle).Line(reach - 0.6 * ball, dropMiddle).Thread();
+         Band(Path(crest, top)
+                  .Curve(reach, top, reach, dropMiddle)
+                  .Curve(reach, dropMiddle + ball, reach - ball, dropMiddle + ball),
+              Path(crest, top + 1.75)
+                  .Curve(dropLeft, top + 1.75, dropLeft, dropMiddle)
+                  .Curve(dropLeft, dropMiddle + ball, reach - ball, dropMiddle + ball));
 }
 
 // Slanted; the lower half is the upper one turned by half a turn.
@@ -142,7 +158,7 @@ Outline DoubleIntegral() {
 }
 
 Outline ContourIntegral() {
-  return DisplayIntegral() + EllipseRing({22, kAxis}, 11, 11, 2, 2);
+  return DisplayIntegral() + EllipseRing({22, kAxis}, 14, 14, 2.25, 2.25);
 }
 
 Outline TextIntegral() {
@@ -181,18 +197,18 @@ Outline Tensor() {
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
-    {'S', "summationdisplay", DisplaySum},
+    {'S', "summation.display", DisplaySum},
     {'s', "summation", TextSum},
-    {'P', "productdisplay", Product},
-    {'U', "coproductdisplay", Coproduct},
-    {'I', "integraldisplay", DisplayIntegral},
+    {'P', "product.display", Product},
+    {'U', "uni2210.display", Coproduct},
+    {'I', "integral.display", DisplayIntegral},
     {'i', "integral", TextIntegral},
-    {'J', "integraldoubledisplay", DoubleIntegral},
-    {'O', "contourintegraldisplay", ContourIntegral},
-    {'u', "uniondisplay", Cup},
-    {'n', "intersectiondisplay", Cap},
-    {'+', "circleplusdisplay", DirectSum},
-    {'*', "circlemultiplydisplay", Tensor},
+    {'J', "uni222C.display", DoubleIntegral},
+    {'O', "uni222E.display", ContourIntegral},
+    {'u', "union.display", Cup},
+    {'n', "intersection.display", Cap},
+    {'+', "circleplus.display", DirectSum},
+    {'*', "circlemultiply.display", Tensor},
 });
 
 }  // namespace

@@ -37,6 +37,33 @@ Outline ThereAndBack(Contour way) {
   return {way};
 }
 
+Vec EndOf(const Contour& contour, std::size_t node) {
+  return node == 0 ? contour.start : contour.segments[node - 1].end;
+}
+
+// Out along one path, back along the other.
+Contour Around(Contour one, const Contour& other) {
+  const Contour back = Reverse({other})[0];
+  one.segments.push_back({Midpoint(EndOf(one, one.segments.size()), back.start), back.start});
+  one.segments.insert(one.segments.end(), back.segments.begin(), back.segments.end());
+  one.segments.push_back({Midpoint(other.start, one.start), one.start});
+  return one;
+}
+
+// The distance of two paths along a segment, square to the first: the larger one of its ends.
+double WidthAlong(const Contour& one, const Contour& other, std::size_t i) {
+  const Segment& segment = one.segments[i];
+  const Vec begin = EndOf(one, i);
+  const auto across = [](Vec along, Vec to) { return std::abs(Cross(along, to)) / Length(along); };
+  return std::max(across(segment.control - begin, EndOf(other, i) - begin),
+                  across(segment.end - segment.control, other.segments[i].end - segment.end));
+}
+
+// How many threads run between edges that are `width` apart.
+int ThreadsAcross(double width) {
+  return std::max(0, static_cast<int>(std::ceil(width / kThreadGap - kTiny)) - 1);
+}
+
 template <class Move>
 Outline Moved(Outline outline, const Move& move) {
   for (Contour& contour : outline) {
@@ -112,6 +139,33 @@ Outline Path::Thread() const {
   return ThereAndBack(contour);
 }
 
+Outline ThreadsBetween(const Path& one, const Path& other) {
+  const Contour& a = one.Way();
+  const Contour& b = other.Way();
+  const auto count = [&](std::size_t i) { return ThreadsAcross(WidthAlong(a, b, i)); };
+  Outline threads;
+  for (std::size_t first = 0, end = 0; first < a.segments.size(); first = end) {
+    const int threadsHere = count(first);
+    while (end < a.segments.size() && count(end) == threadsHere) ++end;
+    for (int k = 1; k <= threadsHere; ++k) {
+      const double part = static_cast<double>(k) / (threadsHere + 1);
+      const auto between = [&](Vec p, Vec q) { return p + (q - p) * part; };
+      Contour way{between(EndOf(a, first), EndOf(b, first)), {}, false};
+      for (std::size_t i = first; i < end; ++i) {
+        way.segments.push_back({between(a.segments[i].control, b.segments[i].control),
+                                between(a.segments[i].end, b.segments[i].end)});
+      }
+      threads = std::move(threads) + ThereAndBack(way);
+    }
+  }
+  return threads;
+}
+
+Outline Band(const Path& one, const Path& other) {
+  const Contour edges = Around(one.Way(), other.Way());
+  return (TurnedArea(edges) < 0 ? Reverse({edges}) : Outline{edges}) + ThreadsBetween(one, other);
+}
+
 Pen& Pen::Line(double x, double y, double width) {
   const Vec from = spine.empty() ? start : spine.back().end;
   return Curve((from.x + x) * 0.5, (from.y + y) * 0.5, x, y, width);
@@ -135,54 +189,28 @@ Vec Pen::SidePoint(std::size_t node, double sign) const {
   return Length(b - a) < 1e-6 ? a : LinesMeet(a, in, b, out);
 }
 
-// One side of the stroke: its start, then control and end of each segment.
-std::vector<Vec> Pen::Side(double sign) const {
-  std::vector<Vec> points{SidePoint(0, sign)};
+Path Pen::Side(double sign) const {
+  Vec begin = SidePoint(0, sign);
+  Path side(begin.x, begin.y);
   for (std::size_t i = 0; i < spine.size(); ++i) {
     const Vec from = i == 0 ? start : spine[i - 1].end;
     const Segment& segment = spine[i];
-    const Vec begin = points.back();
     const Vec end = SidePoint(i + 1, sign);
-    const bool straight = Length(segment.control - Midpoint(from, segment.end)) < kTiny;
-    points.push_back(straight ? Midpoint(begin, end)
-                              : LinesMeet(begin, segment.control - from, end, segment.end - segment.control));
-    points.push_back(end);
-  }
-  return points;
-}
-
-Outline Pen::Ink() const {
-  return Edges() + Threads();
-}
-
-// One thread for each stretch of thick segments.
-Outline Pen::Threads() const {
-  Outline threads;
-  for (std::size_t i = 0; i < spine.size();) {
-    const Vec begin = i == 0 ? start : spine[i - 1].end;
-    Path path(begin.x, begin.y);
-    const std::size_t first = i;
-    for (; i < spine.size() && std::max(widths[i], widths[i + 1]) > kHollow; ++i) {
-      path.Curve(spine[i].control.x, spine[i].control.y, spine[i].end.x, spine[i].end.y);
-    }
-    if (i > first) {
-      threads = std::move(threads) + path.Thread();
+    if (Length(segment.control - Midpoint(from, segment.end)) < kTiny) {
+      side.Line(end.x, end.y);
     } else {
-      ++i;
+      const Vec control = LinesMeet(begin, segment.control - from, end, segment.end - segment.control);
+      side.Curve(control.x, control.y, end.x, end.y);
     }
+    begin = end;
   }
-  return threads;
+  return side;
 }
 
-Outline Pen::Edges() const {
-  const std::vector<Vec> there = Side(-1);
-  const std::vector<Vec> back = Side(1);
-  Contour contour{there.front(), {}, false};
-  for (std::size_t i = 1; i < there.size(); i += 2) contour.segments.push_back({there[i], there[i + 1]});
-  contour.segments.push_back({Midpoint(there.back(), back.back()), back.back()});
-  for (std::size_t i = back.size() - 1; i > 1; i -= 2) contour.segments.push_back({back[i - 1], back[i - 2]});
-  contour.segments.push_back({Midpoint(back.front(), there.front()), there.front()});
-  return {contour};
+// Not turned like a band: what way round a stroke runs that crosses itself cannot be told by its area.
+Outline Pen::Ink() const {
+  const Path there = Side(-1), back = Side(1);
+  return Outline{Around(there.Way(), back.Way())} + ThreadsBetween(there, back);
 }
 
 Outline Polygon(std::initializer_list<Vec> corners) {
@@ -193,12 +221,9 @@ Outline Polygon(std::initializer_list<Vec> corners) {
 }
 
 Outline Box(double left, double top, double right, double bottom) {
-  const Outline edges = Polygon({{left, top}, {right, top}, {right, bottom}, {left, bottom}});
-  const double middleX = (left + right) * 0.5;
-  const double middleY = (top + bottom) * 0.5;
-  if (std::min(right - left, bottom - top) <= kHollow) return edges;
-  if (right - left < bottom - top) return edges + Path(middleX, top).Line(middleX, bottom).Thread();
-  return edges + Path(left, middleY).Line(right, middleY).Thread();
+  if (right - left < bottom - top)
+    return Band(Path(left, top).Line(left, bottom), Path(right, top).Line(right, bottom));
+  return Band(Path(left, top).Line(right, top), Path(left, bottom).Line(right, bottom));
 }
 
 Outline Ellipse(Vec centre, double radiusX, double radiusY) {
@@ -214,15 +239,27 @@ Outline Ellipse(Vec centre, double radiusX, double radiusY) {
       .Closed();
 }
 
+// Circles inside each other, and a short line where the last one would be a point.
 Outline Disc(Vec centre, double radius) {
-  return Ellipse(centre, radius, radius) + ThereAndBack(Ellipse(centre, radius * 0.5, radius * 0.5)[0]);
+  constexpr double innermost = kThreadGap * 0.5;
+  const int circles = ThreadsAcross(radius - innermost);
+  Outline disc = Ellipse(centre, radius, radius) +
+                 Path(centre.x - innermost, centre.y).Line(centre.x + innermost, centre.y).Thread();
+  for (int k = 1; k <= circles; ++k) {
+    const double inside = radius - (radius - innermost) * k / (circles + 1);
+    disc = std::move(disc) + ThereAndBack(Ellipse(centre, inside, inside)[0]);
+  }
+  return disc;
 }
 
 Outline EllipseRing(Vec centre, double radiusX, double radiusY, double inkX, double inkY) {
-  const Outline edges =
-      Ellipse(centre, radiusX, radiusY) + Reverse(Ellipse(centre, radiusX - inkX, radiusY - inkY));
-  if (std::max(inkX, inkY) <= kHollow) return edges;
-  return edges + ThereAndBack(Ellipse(centre, radiusX - inkX * 0.5, radiusY - inkY * 0.5)[0]);
+  Outline ring = Ellipse(centre, radiusX, radiusY) + Reverse(Ellipse(centre, radiusX - inkX, radiusY - inkY));
+  const int threads = ThreadsAcross(std::max(inkX, inkY));
+  for (int k = 1; k <= threads; ++k) {
+    const double part = static_cast<double>(k) / (threads + 1);
+    ring = std::move(ring) + ThereAndBack(Ellipse(centre, radiusX - inkX * part, radiusY - inkY * part)[0]);
+  }
+  return ring;
 }
 
 Outline operator+(Outline a, const Outline& b) {

@@ -38,8 +38,9 @@ struct Segment {
 // A contour; closed when the last end is the start. Ink lies where the winding number is not zero: shapes run
 // clockwise as seen on the page, so that they add up where they overlap, holes the other way.
 //
-// A thread is a line there and back inside a thick stroke. The screen draws outlines only, and at the sizes
-// of text the thread fills the gap between the two edges of the stroke; in print it holds no ink of its own.
+// A thread is a line there and back inside a stroke. The screen draws lines only, of a width that gives each
+// glyph as much ink as it has in print: threads fill the gap between the two edges of a stroke. In print a
+// thread holds no ink of its own.
 struct Contour {
   Vec start;
   std::vector<Segment> segments;
@@ -51,8 +52,9 @@ using Outline = std::vector<Contour>;
 Vec PointOn(Vec start, const Segment& segment, double t);
 bool IsStraight(Vec start, const Segment& segment);
 
-// Strokes wider than this have a thread: from here on the edges, one pixel each, stand apart at 11 points.
-inline constexpr double kHollow = 1.9;
+// Threads and edges of a stroke lie no further apart than this. Closer ones would have to be thinner on
+// screen, at the sizes of text, than lines there can be.
+inline constexpr double kThreadGap = 1.25;
 
 // Writes a contour down point by point.
 class Path {
@@ -64,15 +66,22 @@ class Path {
   Outline Closed();
   // There and back.
   Outline Thread() const;
+  // As it is, neither closed nor a thread.
+  const Contour& Way() const { return contour; }
 
  private:
   Contour contour;
   Vec at;
 };
 
+// Even threads between two paths of as many segments each.
+Outline ThreadsBetween(const Path& one, const Path& other);
+// The ink between two such paths, which need not run clockwise, with its threads.
+Outline Band(const Path& one, const Path& other);
+
 // Follows the middle of a stroke and gives the stroke's outline. The width changes evenly along a segment;
 // corners are mitred; ends are cut square to the stroke. A stroke may cross itself and may end where it
-// began. Where it is thick it has its thread.
+// began.
 class Pen {
  public:
   Pen(double x, double y, double startWidth) : start{x, y}, widths{startWidth} {}
@@ -85,9 +94,7 @@ class Pen {
   Outline Ink() const;
 
  private:
-  Outline Edges() const;
-  Outline Threads() const;
-  std::vector<Vec> Side(double sign) const;
+  Path Side(double sign) const;
   Vec SidePoint(std::size_t node, double sign) const;
 
   Vec start;
@@ -95,7 +102,7 @@ class Pen {
   std::vector<double> widths;
 };
 
-// Shapes with their threads. A polygon has none: only who draws it knows where its strokes run.
+// Shapes; all but the polygon and the ellipse have their threads.
 Outline Polygon(std::initializer_list<Vec> corners);
 Outline Box(double left, double top, double right, double bottom);
 Outline Ellipse(Vec centre, double radiusX, double radiusY);

@@ -8,7 +8,7 @@
 namespace kelvane::math0 {
 namespace {
 
-constexpr double kWeight = 2.25;
+constexpr double kWeight = 2.75;  // of the equals sign of Symbol
 constexpr double kLeft = 3, kRight = 33, kMiddle = 18;
 
 Outline Level(double y, double left = kLeft, double right = kRight) {
@@ -18,9 +18,9 @@ Outline Level(double y, double left = kLeft, double right = kRight) {
 // Two waves, drawn out thin at the ends; `rise` from the middle to crest and trough.
 Outline Wave(double y, double rise) {
   return Pen(kLeft + 1, y + rise + 0.5, 1.5)
-      .Curve(kLeft + 1.5, y - rise, kLeft + 8, y - rise, 2.25)
-      .Curve(kMiddle - 4, y - rise, kMiddle, y, 2.5)
-      .Curve(kMiddle + 4, y + rise, kRight - 8, y + rise, 2.25)
+      .Curve(kLeft + 1.5, y - rise, kLeft + 8, y - rise, 2.5)
+      .Curve(kMiddle - 4, y - rise, kMiddle, y, 3)
+      .Curve(kMiddle + 4, y + rise, kRight - 8, y + rise, 2.5)
       .Curve(kRight - 1.5, y + rise, kRight - 1, y - rise - 0.5, 1.5)
       .Ink();
 }
@@ -29,23 +29,25 @@ Outline Equivalent() {
   return Level(kAxis - 7.5) + Level(kAxis) + Level(kAxis + 7.5);
 }
 Outline Congruent() {
-  return Wave(kAxis - 8, 3) + Level(kAxis + 1) + Level(kAxis + 8.5);
+  return Wave(kAxis - 7, 3) + Level(kAxis + 2) + Level(kAxis + 9.5);
 }
 Outline Asymptotic() {
-  return Wave(kAxis - 4, 3.25) + Level(kAxis + 5.5);
+  return Wave(kAxis - 3, 3.25) + Level(kAxis + 6.5);
 }
 
 // Each arm a curve that leaves the point level and bends away.
 Outline Precedes() {
-  const Outline arm = Pen(31.5, kAxis - 13.5, 1.75).Curve(26, kAxis - 1.5, 4, kAxis, 2.25).Ink();
+  const Outline arm = Pen(31.3125, kAxis - 13.5, 2.25).Curve(26, kAxis - 1.5, 4, kAxis, 2.75).Ink();
   return arm + MirrorY(arm, kAxis);
 }
 Outline Succeeds() {
-  return MirrorX(Precedes(), kMiddle);
+  const Bounds bounds = BoundsOf(Precedes());
+  return MirrorX(Precedes(), (bounds.left + bounds.right) * 0.5);
 }
 
 Outline MuchLess() {
-  const Outline chevron = Pen(25, kAxis - 12, kWeight).Line(5, kAxis).Line(25, kAxis + 12).Ink();
+  const Outline chevron =
+      Pen(25.1875, kAxis - 12, kWeight).Line(5.1875, kAxis).Line(25.1875, kAxis + 12).Ink();
   return chevron + Shift(chevron, 14, 0);
 }
 Outline MuchGreater() {
@@ -55,13 +57,13 @@ Outline MuchGreater() {
 
 // One stroke that crosses itself.
 Outline Proportional() {
-  return Pen(33, kAxis - 8, 1.75)
-      .Curve(27.5, kAxis - 8, 22, kAxis, 2)
-      .Curve(17, kAxis + 8, 11.5, kAxis + 8, 2.25)
-      .Curve(4.25, kAxis + 8, 4.25, kAxis, 2.75)
-      .Curve(4.25, kAxis - 8, 11.5, kAxis - 8, 2.25)
-      .Curve(17, kAxis - 8, 22, kAxis, 2)
-      .Curve(27.5, kAxis + 8, 33, kAxis + 8, 1.75)
+  return Pen(33, kAxis - 8, 2.25)
+      .Curve(27.5, kAxis - 8, 22, kAxis, 2.5)
+      .Curve(17, kAxis + 8, 11.5, kAxis + 8, 2.75)
+      .Curve(4.375, kAxis + 8, 4.375, kAxis, 3)
+      .Curve(4.375, kAxis - 8, 11.5, kAxis - 8, 2.75)
+      .Curve(17, kAxis - 8, 22, kAxis, 2.5)
+      .Curve(27.5, kAxis + 8, 33, kAxis + 8, 2.25)
       .Ink();
 }
 
@@ -97,28 +99,27 @@ Outline Negation() {
 
 // Level cuts at the ends of slanting strokes, as in capital letters.
 Outline SlantBar(double topX, double top, double bottomX, double bottom, double width) {
-  return Polygon({{topX, top}, {topX + width, top}, {bottomX + width, bottom}, {bottomX, bottom}}) +
-         Path(topX + width * 0.5, top).Line(bottomX + width * 0.5, bottom).Thread();
+  return Band(Path(topX, top).Line(bottomX, bottom), Path(topX + width, top).Line(bottomX + width, bottom));
 }
 
 Outline ForAll() {
-  return SlantBar(1.5, 7, 15.25, 40, 2.5) + SlantBar(29.5, 7, 15.75, 40, 2.5) + Level(18.5, 8, 25.5);
+  return SlantBar(1.5, 7, 15, 40, 3) + SlantBar(29, 7, 15.5, 40, 3) + Level(18.5, 8, 25.5);
 }
 Outline Exists() {
-  return Box(23.5, 7, 26, 40) + Box(4, 7, 26, 7 + kWeight) + Level(23.5, 6, 26) +
+  return Box(26 - kWeight, 7, 26, 40) + Box(4, 7, 26, 7 + kWeight) + Level(23.5, 6, 26) +
          Box(4, 40 - kWeight, 26, 40);
 }
 Outline Wedge() {
-  return SlantBar(14.75, 12, 3, 41, 2.5) + SlantBar(15.75, 12, 27.5, 41, 2.5);
+  return SlantBar(14.5, 13, 3, 42, 3) + SlantBar(15.5, 13, 27, 42, 3);
 }
 Outline Vee() {
-  return MirrorY(Shift(Wedge(), 0, 1), kAxis);
+  return MirrorY(Wedge(), kAxis);
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'#', "equivalence", Equivalent},
     {'@', "congruent", Congruent},
-    {'?', "asymptequal", Asymptotic},
+    {'?', "uni2243", Asymptotic},
     {'$', "precedes", Precedes},
     {'%', "succeeds", Succeeds},
     {'W', "muchless", MuchLess},
@@ -127,9 +128,9 @@ constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'c', "propersubset", Subset},
     {'\x7f', "reflexsubset", SubsetOrEqual},
     {'e', "element", Element},
-    {'T', "turnstile", Turnstile},
-    {'M', "models", Models},
-    {'!', "negationslash", Negation},
+    {'T', "uni22A2", Turnstile},
+    {'M', "uni22A8", Models},
+    {'!', "uni0338", Negation},
     {'A', "universal", ForAll},
     {'E', "existential", Exists},
     {'&', "logicaland", Wedge},

@@ -54,7 +54,7 @@ void PutFormulas(Page& page, float y) {
       {24, "p `& (q `o r) `# (p `& q) `o (p `& r)", "~G `T ~j `B`Y ~G `M ~j"},
       {24, "A `\x7F B `B`Y `Ax;(x `e A `Y x `e B)", "a `W b `$ c `% d `X e,@x `k y `? z"},
       {24, "`L{f`'}(s) = s;`L{f}(s) - f(0)", "`Ff(k) = `if(x);e^{-ikx};dx"},
-      {24, "`p`'^2 = 4`p^3 - g_2`p - g_3", "`s;a_i = 'tr 'A,@A^{`D}A = I;,@`l^2 `c `H"},
+      {24, "`p`'^2 = 4`p^3 - g_2`p - g_3", "`s;a_{ii} = 'tr 'A,@A^{`D}A = I;,@`H `@ `l^2"},
       {46, Matrix(), Cases()},
   };
   for (const Line& line : lines) {

@@ -1,0 +1,170 @@
+#include "editing/item_edits.h"
+
+#include <limits>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "document/lines.h"
+#include "editing/edit.h"
+#include "platform/failure.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+// New texts of items by their place in the page; an empty text takes the item away.
+using Changes = std::unordered_map<const void*, std::string>;
+
+std::string_view TextOf(const TextItem& item) {
+  return item.line;
+}
+std::string_view TextOf(const DrawingItem& item) {
+  return item.record;
+}
+
+template <typename Item>
+std::string Rewritten(const std::vector<Item>& items, const Changes& changes, int& removed) {
+  std::string text;
+  for (const Item& item : items) {
+    const auto change = changes.find(&item);
+    const std::string_view line = change == changes.end() ? TextOf(item) : std::string_view(change->second);
+    if (change != changes.end() && line.empty()) {
+      ++removed;
+      continue;
+    }
+    text.append(line).append(kLineEnd);
+  }
+  return text;
+}
+
+void Rewrite(const std::string& label, const Changes& texts, const Changes& drawings) {
+  const PageItems& items = ItemsOfPage();
+  int removed = 0;
+  int removedDrawings = 0;
+  std::string newTexts = Rewritten(items.Texts(), texts, removed);
+  std::string newDrawings = Rewritten(items.Drawings(), drawings, removedDrawings);
+  EditPage(label, [&](Page& page) {
+    if (!texts.empty()) page.text = std::move(newTexts);
+    if (!drawings.empty()) page.drawings = std::move(newDrawings);
+    page.drawingCount = static_cast<std::int16_t>(page.drawingCount - removedDrawings);
+  });
+}
+
+Point Moved(Point point, float dx, float dy) {
+  return {point.x + dx, point.y + dy};
+}
+
+std::string MovedLine(TextEntry entry, float dx, float dy) {
+  entry.x += dx;
+  entry.y += dy;
+  return LineOfEntry(entry);
+}
+
+// The style of a record: its last token, which carries colour and width.
+std::string StyleOf(const DrawingItem& item) {
+  return std::string(item.record.substr(item.record.rfind(' ') + 1));
+}
+
+}  // namespace
+
+void ChangeSelected(const std::string& label, const ChangeText& text, const ChangeDrawing& drawing) {
+  Changes texts;
+  Changes drawings;
+  const SelectedItems selected = Selection();
+  for (const TextItem* item : selected.texts) {
+    TextEntry entry = item->entry;
+    if (text && text(entry)) texts[item] = LineOfEntry(entry);
+  }
+  for (const DrawingItem* item : selected.drawings) {
+    Drawing changed = item->drawing;
+    std::string style = StyleOf(*item);
+    if (drawing && drawing(changed, style)) drawings[item] = RecordOfDrawing(changed, style);
+  }
+  if (!texts.empty() || !drawings.empty()) Rewrite(label, texts, drawings);
+}
+
+void MoveSelected(float dx, float dy) {
+  if (dx == 0 && dy == 0) return;
+  ChangeSelected(
+      "move",
+      [&](TextEntry& entry) {
+        entry.x += dx;
+        entry.y += dy;
+        return true;
+      },
+      [&](Drawing& drawing, std::string&) {
+        MapDrawing(drawing, [&](Point point) { return Moved(point, dx, dy); });
+        return true;
+      });
+}
+
+void DeleteSelected() {
+  Changes texts;
+  Changes drawings;
+  const SelectedItems selected = Selection();
+  for (const TextItem* item : selected.texts) texts[item];
+  for (const DrawingItem* item : selected.drawings) drawings[item];
+  if (selected.Count() > 0) Rewrite("delete", texts, drawings);
+}
+
+std::string LinesOfSelected() {
+  std::string lines;
+  const SelectedItems selected = Selection();
+  for (const TextItem* item : selected.texts) lines.append(item->line).append(kLineEnd);
+  for (const DrawingItem* item : selected.drawings)
+    lines.append(DrawingRecordToLine(item->record)).append(kLineEnd);
+  return lines;
+}
+
+void AddItems(const std::string& label, std::string_view lines, float dx, float dy) {
+  std::string texts;
+  std::string drawings;
+  std::size_t count = 0;
+  // What a page file may hold, read as one.
+  const Page added = PageOfContent(lines, "the clipboard");
+  for (std::string_view rest = added.text; !rest.empty();) {
+    const std::string_view line = TakeLine(rest);
+    TextEntry entry;
+    if (line.empty()) continue;
+    if (!ParseTextEntry(line, entry))
+      throw Failure("This is no line of a page: " + std::string(line.substr(0, 60)));
+    texts.append(MovedLine(entry, dx, dy)).append(kLineEnd);
+  }
+  for (std::string_view rest = added.drawings; !rest.empty(); ++count) {
+    const std::string_view record = TakeLine(rest);
+    Drawing drawing;
+    if (!ParseDrawing(record, drawing)) continue;
+    MapDrawing(drawing, [&](Point point) { return Moved(point, dx, dy); });
+    drawings.append(RecordOfDrawing(drawing, record.substr(record.rfind(' ') + 1))).append(kLineEnd);
+  }
+  if (texts.empty() && drawings.empty()) return;
+  if (DrawingCount + count > std::numeric_limits<std::int16_t>::max())
+    throw Failure("The page can hold no more drawings.");
+
+  const std::size_t textsBefore = ItemsOfPage().Texts().size();
+  const std::size_t drawingsBefore = ItemsOfPage().Drawings().size();
+  EditPage(label, [&](Page& page) {
+    if (!page.text.empty() && !page.text.ends_with('\n')) page.text.append(kLineEnd);
+    page.text += texts;
+    page.drawings += drawings;
+    page.drawingCount = static_cast<std::int16_t>(page.drawingCount + static_cast<int>(count));
+  });
+  std::vector<std::uint64_t> ids;
+  const PageItems& items = ItemsOfPage();
+  for (std::size_t i = textsBefore; i < items.Texts().size(); ++i) ids.push_back(items.Texts()[i].id);
+  for (std::size_t i = drawingsBefore; i < items.Drawings().size(); ++i)
+    ids.push_back(items.Drawings()[i].id);
+  Select(ids);
+}
+
+void ReplaceText(const std::string& label, std::uint64_t id, std::string_view line) {
+  for (const TextItem& item : ItemsOfPage().Texts()) {
+    if (item.id != id) continue;
+    Rewrite(label, {{&item, std::string(line)}}, {});
+    return;
+  }
+}
+
+}  // namespace kelvane

@@ -1,0 +1,31 @@
+#pragma once
+
+// Selecting, moving and copying items with the mouse and the keys (mode 0).
+
+#include <cstdint>
+
+#include "editing/tool.h"
+
+namespace kelvane {
+
+void ResetSelectTool();
+
+Tool& SelectTool();
+
+// "&Move": the selected items follow the pointer until the next click, or until Escape.
+void StartMove();
+// Whether the foot of the window tells how far items are being moved.
+extern bool ShowDistance;
+
+// Selects the next item in reading order, or the one before; false behind the last.
+bool SelectNext(bool forwards);
+
+// A copy of the selected items beside them; repeated, at the distance to which the last copy was moved.
+void DuplicateSelected();
+
+// Filled at start-up: opens an item that was clicked twice, or chosen with Enter. `at` is where.
+using OpenItem = void (*)(std::uint64_t id, Point at);
+extern OpenItem OpenText;
+extern OpenItem OpenDrawing;
+
+}  // namespace kelvane

@@ -1,0 +1,282 @@
+#include "papers/paper_commands.h"
+
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+#include "document/fields.h"
+#include "document/lines.h"
+#include "document/numbers.h"
+#include "document/page.h"
+#include "document/paper.h"
+#include "editing/modes.h"
+#include "editing/undo.h"
+#include "papers/seen_file.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "typography/renderer.h"
+#include "typography/zoom.h"
+
+namespace kelvane {
+
+Window* Form1 = nullptr;
+TextBox* PageBox = nullptr;
+
+namespace {
+
+// The file of the page in memory. Without a path nothing is known of it.
+SeenFile Seen;
+
+void ShowPaper() {
+  ShowPaperState();
+  ShowPageNumber();
+}
+
+// A page file's content, taken apart, and the file as it was seen.
+struct LoadedPage {
+  Page page;
+  SeenFile seen;
+};
+
+LoadedPage LoadPage(const std::string& file) {
+  const std::string content = TheFiles->ReadWhole(file);
+  return {PageOfContent(content, file), SeenWith(file, content)};
+}
+
+LoadedPage LoadPageOrEmpty(const std::string& file) {
+  return TheFiles->Exists(file) ? LoadPage(file) : LoadedPage{Page{}, SeenMissing(file)};
+}
+
+// Whether the file holds the page in memory. One that was there and is gone leaves the page without a file.
+bool IsStored() {
+  if (PageChanged != 0) return false;
+  return ThePage.Empty() || !Seen.there || Seen.path != CurrentPaperFile || TheFiles->Exists(Seen.path);
+}
+
+enum class Verdict { Write, SaveAs, GiveUp };
+
+Verdict AskAboutChanged(const std::string& file) {
+  switch (TheDialogs->Choose(
+      MachinePath(file) + " was changed by another program.\nReplace it with the page as it is here?",
+      {"&Replace", "&Save As", "&Cancel"}, 2, 2)) {
+    case 0:
+      return Verdict::Write;
+    case 1:
+      return Verdict::SaveAs;
+    default:
+      return Verdict::GiveUp;
+  }
+}
+
+// Whether the page may be written to `file`. `chosen` is what the person chose in a dialog of this command,
+// which has asked about replacing it; empty without a dialog.
+Verdict MayWrite(const std::string& file, const std::string& chosen) {
+  if (!TheFiles->Exists(file)) return Verdict::Write;
+  if (!chosen.empty() && SameFile(file, chosen)) return Verdict::Write;
+  if (!CurrentPaperFile.empty() && SameFile(file, CurrentPaperFile)) {
+    if (Seen.path != CurrentPaperFile || LookAt(CurrentPaperFile) == Seen) return Verdict::Write;
+    if (Seen.there) return AskAboutChanged(file);
+  }
+  return TheDialogs->Ask("Replace " + MachinePath(file) + "?", false) ? Verdict::Write : Verdict::GiveUp;
+}
+
+bool WriteUnderNewName(PageOrder order);
+
+// Writes the page into the paper that `paperFile` belongs to, which becomes the current one.
+bool WriteInto(const std::string& paperFile, const std::string& chosen, PageOrder order) {
+  const std::string file = PageFileName(paperFile, CurrentPageNumber);
+  if (FileTitleOf(file).empty()) {
+    throw Failure("The page was not saved: " + MachinePath(paperFile) +
+                  " has nothing before the dot. A paper needs a name; the page number stands behind it.");
+  }
+  const Verdict verdict = MayWrite(file, chosen);
+  if (verdict == Verdict::SaveAs) return WriteUnderNewName(order);
+  if (verdict == Verdict::GiveUp) return false;
+  const std::string content = ContentOfPage(ThePage, order, file);
+  WriteFileSafely(file, content);
+  CurrentPaperFile = file;
+  Seen = SeenWith(file, content);
+  PageChanged = 0;
+  ShowPaper();
+  return true;
+}
+
+bool WriteUnderNewName(PageOrder order) {
+  const std::string chosen = TheDialogs->ChooseToSave("Save As", kPageFilter, FolderOfPaper());
+  return !chosen.empty() && WriteInto(chosen, chosen, order);
+}
+
+// Writes the page to its file; a paper without a name gets one first.
+bool WriteCurrentPage(PageOrder order) {
+  return CurrentPaperFile.empty() ? WriteUnderNewName(order) : WriteInto(CurrentPaperFile, {}, order);
+}
+
+bool OfferToSavePage(bool warnOfNoName) {
+  if (ThePage.Empty() || IsStored()) return true;
+  const Answer answer = TheDialogs->AskBeforeLosing("Would you like to save the current paper.");
+  if (answer != Answer::Yes) return answer == Answer::No;
+  if (warnOfNoName && CurrentPaperFile.empty())
+    TheDialogs->Message("You are about to lose your paper.\r\nSave the current paper.");
+  return WriteCurrentPage(PageOrder::ByPosition);
+}
+
+// Takes a page into memory as page `number`.
+void ShowOtherPage(LoadedPage loaded, int number) {
+  ClearPage();
+  ThePage = std::move(loaded.page);
+  Seen = std::move(loaded.seen);
+  PageChanged = 0;
+  CurrentPaperFile = Seen.path;
+  CurrentPageNumber = static_cast<std::int16_t>(number);
+  ShowPaper();
+  ResetUndo();
+  ShowTopOfPage();
+}
+
+// Gives the paper a name, which writes the page, if it has none. Going from page to page needs one.
+bool NamePaper() {
+  return !CurrentPaperFile.empty() || WriteUnderNewName(PageOrder::AsTyped);
+}
+
+// Writes the page, in the order of typing, if its file does not hold it. `forwards`: a page that has no file
+// gets one even if it is empty, for the row of pages goes on behind it.
+bool StoreBeforeTurning(bool forwards) {
+  const bool madeNow = forwards && !TheFiles->Exists(CurrentPaperFile);
+  return (!madeNow && IsStored()) || WriteInto(CurrentPaperFile, {}, PageOrder::AsTyped);
+}
+
+// Goes to another page of the paper. One that has no file yet is empty. From an empty page forwards it asks
+// first: this is how papers get pages that nobody wanted.
+bool TurnToPage(int number) {
+  if (!NamePaper()) return false;
+  const bool forwards = number > CurrentPageNumber;
+  if (forwards && ThePage.Empty() &&
+      !TheDialogs->Ask("The current page is empty.\r\nWould you like to proceed anyway?", false)) {
+    return false;
+  }
+  // A page that was saved under another name on leaving stays there; the way goes on in this paper.
+  const std::string file = PageFileName(CurrentPaperFile, number);
+  if (!StoreBeforeTurning(forwards)) return false;
+  ShowOtherPage(LoadPageOrEmpty(file), number);
+  return true;
+}
+
+// Tells that there is no page in that direction, once the page is safe.
+bool StayAtTheEnd(bool forwards, const char* message) {
+  if (NamePaper() && StoreBeforeTurning(forwards)) TheDialogs->Message(message);
+  return false;
+}
+
+// Whether `file` is named as a page of its paper, rather than having some other extension or several dots.
+bool IsNamedAsPage(const std::string& file) {
+  const int number = RoundToInt16(ReadSingle(file.substr(file.rfind('.') + 1)));
+  return number >= 1 && number <= kLastPage && file == PageFileName(file, number);
+}
+
+bool Draws(const Page& page) {
+  if (page.drawingCount > 0) return true;
+  TextEntry entry;
+  for (std::string_view rest = page.text; !rest.empty();) {
+    if (ParseTextEntry(TakeLine(rest), entry)) return true;
+  }
+  return false;
+}
+
+bool OpenChosen(const std::string& chosen) {
+  const std::string firstPage = IsNamedAsPage(chosen) ? PageFileName(chosen, 1) : chosen;
+  // A paper may have lost its first page, but a name that leads nowhere is a mistake to be told of.
+  LoadedPage loaded = TheFiles->Exists(chosen) ? LoadPageOrEmpty(firstPage) : LoadPage(firstPage);
+  // Any text file can be read as a page of lines that draw nothing.
+  if (!loaded.page.Empty() && !Draws(loaded.page) &&
+      !TheDialogs->Ask(MachinePath(firstPage) +
+                           " does not hold a page of Kelvane: none of its lines draws. Open it anyway?",
+                       false)) {
+    return false;
+  }
+  if (chosen.find('\\') != std::string::npos) PaperFolder = FolderOf(chosen) + "\\";
+  ShowOtherPage(std::move(loaded), 1);
+  return true;
+}
+
+}  // namespace
+
+void ResetPaperCommands() {
+  Seen = {};
+}
+
+bool SavePaper() {
+  FinishEditing();
+  return WriteCurrentPage(PageOrder::ByPosition);
+}
+
+bool SavePaperAs() {
+  FinishEditing();
+  return WriteUnderNewName(PageOrder::AsTyped);
+}
+
+bool NewPaper() {
+  FinishEditing();
+  if (!OfferToSavePage(false)) return false;
+  ShowOtherPage({}, 1);
+  return true;
+}
+
+bool OpenPaper() {
+  FinishEditing();
+  if (!OfferToSavePage(true)) return false;
+  const std::string folder = PaperFolder.empty() ? FolderOfPaper() : PaperFolder;
+  const std::string chosen = TheDialogs->ChooseToOpen("Open", kPageFilter, folder);
+  return !chosen.empty() && OpenChosen(chosen);
+}
+
+bool OpenPaperFile(const std::string& chosenFile) {
+  FinishEditing();
+  return OfferToSavePage(true) && OpenChosen(chosenFile);
+}
+
+bool PageUp() {
+  FinishEditing();
+  if (CurrentPageNumber == 1) return StayAtTheEnd(false, "The current page equals 1.");
+  return TurnToPage(CurrentPageNumber - 1);
+}
+
+bool PageDown() {
+  FinishEditing();
+  if (CurrentPageNumber == kLastPage) return StayAtTheEnd(true, "Page 999 is the last page of a paper.");
+  return TurnToPage(CurrentPageNumber + 1);
+}
+
+bool GoToPage(int number) {
+  ShowPageNumber();  // first, since the box must not keep a number that could not be reached
+  if (number < 1 || number > kLastPage || number == CurrentPageNumber) return false;
+  FinishEditing();
+  return TurnToPage(number);
+}
+
+bool OfferToSave() {
+  return OfferToSavePage(false);
+}
+
+bool StorePageBeforeOutput() {
+  FinishEditing();
+  if (!CurrentPaperFile.empty()) return IsStored() || WriteInto(CurrentPaperFile, {}, PageOrder::ByPosition);
+  if (ThePage.Empty()) return true;
+  // Output takes what the files hold, and this page is in none.
+  const Answer answer = TheDialogs->AskBeforeLosing("The page has no name yet. Save it first?");
+  if (answer != Answer::Yes) return answer == Answer::No;
+  return WriteUnderNewName(PageOrder::ByPosition);
+}
+
+void ShowPaperState() {
+  if (!Form1) return;
+  const std::string name =
+      CurrentPaperFile.empty() ? std::string() : " " + FileTitleOf(CurrentPaperFile) + " - ";
+  Form1->SetTitle(name + kProgramTitle);
+  Form1->SetChanged(PageChanged != 0);
+}
+
+void ShowPageNumber() {
+  if (PageBox) PageBox->SetText(std::to_string(CurrentPageNumber));
+}
+
+}  // namespace kelvane
