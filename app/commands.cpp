@@ -17,6 +17,7 @@
 #include "output/plain_text.h"
 #include "output/postscript.h"
 #include "papers/paper_commands.h"
+#include "palette/palette.h"
 #include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"
@@ -160,6 +161,7 @@ void AddViewMenu(Table& table) {
   table.push_back({menu, "mViewFitPage", "Fit &Page", "Ctrl+1", Run<FitPage>});
   table.push_back({menu, "mViewFitWidth", "Fit &Width", "Ctrl+2", Run<FitWidth>});
   table.push_back(Separator(menu));
+  table.push_back({menu, "mViewSigns", "&Signs", "F8", Run<TogglePalette>, {}, PaletteShown});
   table.push_back({menu, "mViewGrid", "Show &Grid", "", Toggle<ShowGrid>, {}, IsOn<ShowGrid>});
   table.push_back({menu, "mViewPrint", "Prin&t View", "", Toggle<PrintView>, {}, IsOn<PrintView>});
   table.push_back(Separator(menu));

@@ -8,6 +8,7 @@
 #include "editing/modes.h"
 #include "macros/macros.h"
 #include "papers/paper_commands.h"
+#include "palette/palette.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -31,6 +32,7 @@ void KeepForNextStart() {
   };
   keep("the settings", [] { WriteSettings(ProgramFolder + "QRX.DAT"); });
   keep("the macros", KeepMacros);
+  keep("the signs used last", WritePaletteState);
   if (what.empty()) return;
   what[0] = 'T';
   TheDialogs->Message(what + " could not be kept for the next start." + reason);

@@ -16,6 +16,7 @@
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/sign_entry.h"
+#include "palette/palette.h"
 #include "papers/paper_commands.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
@@ -197,7 +198,9 @@ bool CloseRequest() {
 void LayOut(float W, float H) {
   LaidOut = true;
   const int row = Pixels(kStrip) / 2;
-  const Place canvas{Pixels(kColumn), Pixels(kStrip), Pixels(W - kColumn), Pixels(H - kStrip)};
+  // The panel of signs leaves at least half of the width to the page.
+  const int palette = std::min(PaletteWidth(), Pixels(W) / 2);
+  const Place canvas{Pixels(kColumn), Pixels(kStrip), Pixels(W - kColumn) - palette, Pixels(H - kStrip)};
   const int box = Pixels(W - kBesideBox - kColumn);
   const int bar = kScrollBarPixels;
   Text4->SetPlace({canvas.left, row + 1, box, kRow - 2});
@@ -206,6 +209,7 @@ void LayOut(float W, float H) {
   Form1->SetCanvasPlace(Picture1, canvas);
   Form1Parts.horizontal->SetPlace({canvas.left, canvas.top + canvas.height, canvas.width, bar});
   Form1Parts.vertical->SetPlace({canvas.left + canvas.width, canvas.top, bar, canvas.height});
+  PlacePalette({canvas.left + canvas.width + bar, canvas.top, palette, canvas.height + bar});
 }
 
 }  // namespace
@@ -222,6 +226,7 @@ void BuildForm1() {
   AddPageRow(*Form1);
   AddSizeRow(*Form1);
   AddColumn(*Form1);
+  BuildPalette(*Form1);
   ViewMoved = FollowView;
   Form1->OnResize = Form1_Resize;
   Form1->OnEscape = FocusCanvas;

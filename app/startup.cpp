@@ -18,6 +18,7 @@
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "papers/paper_commands.h"
+#include "palette/palette.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -70,6 +71,7 @@ void LoadProgramFiles() {
   LoadWidthTables();
   ReadOrReport(LoadInkBoxes);
   ReadOrReport(ReadMacros);
+  ReadOrReport(ReadPaletteState);
 }
 
 }  // namespace
@@ -89,6 +91,7 @@ void ResetProgram() {
   ResetSelectTool();
   ResetUndo();
   ResetMacros();
+  ResetPalette();
   ResetPlainText();
   ResetFoot();
   ResizeGuard = true;

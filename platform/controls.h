@@ -28,6 +28,7 @@ struct Place {
 class Control {
  public:
   virtual ~Control() = default;
+  // A place without a width or a height hides the control.
   virtual void SetPlace(const Place& place) = 0;
 };
 

@@ -257,6 +257,7 @@ void QtCanvas::resizeEvent(QResizeEvent*) {
 // A widget that is not shown yet gets its resize event late, and what is drawn until then must stay.
 void QtCanvas::SetPlace(const Place& place) {
   setGeometry(place.left, place.top, place.width, place.height);
+  if (parentWidget() != nullptr) setVisible(place.width > 0 && place.height > 0);
   ResizeLayers();
 }
 
