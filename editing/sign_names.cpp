@@ -35,7 +35,10 @@ std::string_view NameAtEnd(std::string_view text) {
 void SignNames::Follow(std::string_view beforeCaret) {
   const std::string_view name = NameAtEnd(beforeCaret);
   Close();
-  if (!name.empty()) signs_ = SignsNamed(name.substr(1));
+  if (!name.empty()) {
+    typed_ = name.substr(1);
+    signs_ = SignsNamed(typed_);
+  }
   chosen_ = first_ = 0;
 }
 
@@ -82,7 +85,8 @@ void SignNames::Paint(Painter& painter, const View& view, Point caret) {
     const std::string picture = RunOf(sign, 0);
     const float middle = box_.left + (kSignColumn * pixel - MeasureRun(picture, 0, kText * pixel)) / 2;
     runs.Paint({picture, 0, kText * pixel, {middle, base}, kBlack});
-    runs.Paint({NameOf(sign), kListFace, kText * pixel, {box_.left + kSignColumn * pixel, base}, kBlack});
+    runs.Paint(
+        {NameOf(sign, typed_), kListFace, kText * pixel, {box_.left + kSignColumn * pixel, base}, kBlack});
   }
 }
 

@@ -37,6 +37,7 @@ class SignNames {
   std::size_t Rows() const;
 
   std::vector<const Sign*> signs_;
+  std::string typed_;  // without the backslash
   std::size_t chosen_ = 0;
   std::size_t first_ = 0;  // row at the top
   Box box_;                // as it was painted last, points

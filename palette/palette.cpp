@@ -18,6 +18,7 @@
 #include "typography/colours.h"
 #include "typography/metrics.h"
 #include "typography/run_painter.h"
+#include "typography/zoom.h"
 
 namespace kelvane {
 
@@ -157,6 +158,8 @@ void Insert(const PaletteItem& item) {
   } else {
     InsertText(std::string(1, static_cast<char>(item.code)));
   }
+  const Point caret = EndsOfRun().caret;
+  BringIntoView(caret.x, caret.y);
 }
 
 // ---- Painting ----

@@ -31,6 +31,7 @@ struct Line {
 };
 
 const std::map<std::string, int> kCanvasKeys = {{"Enter", kKeyEnter},
+                                                {"Tab", kKeyTab},
                                                 {"Ctrl+Enter", kKeyCtrlEnter},
                                                 {"Backspace", kKeyBackspace},
                                                 {"Escape", kKeyEscape},
@@ -173,12 +174,17 @@ class Session : public EditorTest {
     ADD_FAILURE() << "No menu entry " << path;
   }
 
+  void Type(const std::string& text) {
+    canvas->Type(text);
+    keyCount += static_cast<int>(text.size());
+  }
+
   // A key of the page or of the window, once or so many times, or "in" a box.
   void Key(const std::string& key) {
     const auto code = kCanvasKeys.find(key);
     const std::string how = Word();
     if (how == "in") return key == "Enter" ? Box(Text()).PressEnter() : Box(Text()).PressEscape();
-    for (int times = how.empty() ? 1 : std::stoi(how); times > 0; --times)
+    for (int times = how.empty() ? 1 : std::stoi(how); times > 0; --times, ++keyCount)
       code != kCanvasKeys.end() ? canvas->Press(code->second) : Main().PressShortcut(key);
   }
 
@@ -207,7 +213,9 @@ class Session : public EditorTest {
   void Anchor() {
     const std::size_t at = rest.find(" at ");
     Main().ClickButton(rest.substr(0, at));
+    ++clickCount;
     if (at == std::string::npos) return;
+    ++clickCount;
     rest.erase(0, at + 4);
     Mouse(&RecordingCanvas::Click);
   }
@@ -286,8 +294,10 @@ class Session : public EditorTest {
     if (word == "release") return Mouse(&RecordingCanvas::Up);
     if (word == "leave") return canvas->OnMouseLeave();
     if (word == "wheel") return Wheel();
-    if (word == "type") return canvas->Type(Bytes(Text()));
-    if (word == "enter") return canvas->Type(Bytes(Text()) + '\r');
+    if (word == "type") return Type(Bytes(Text()));
+    if (word == "enter") return Type(Bytes(Text()) + '\r');
+    if (word == "text") return canvas->OnText(Text());
+    if (word == "preedit") return canvas->OnPreedit(Text());
     if (word == "key") return Key(Word());
     // Buttons, menus and boxes.
     if (word == "anchor") return Anchor();
@@ -367,6 +377,9 @@ class Session : public EditorTest {
     if (subject == "cursor") return FormatSingle(CursorX) + ' ' + FormatSingle(CursorY);
     if (subject == "mode") return std::to_string(CursorMode);
     if (subject == "tool") return Tool();
+    // What typing has cost so far: keys, with those held counted as one, and clicks of "anchor".
+    if (subject == "keys") return std::to_string(keyCount);
+    if (subject == "clicks") return std::to_string(clickCount);
     if (subject == "box") return Shown(Text4->Text());
     if (subject == "label") return FontLabel->Text();
     if (subject == "status") return CursorLabel->Text();
@@ -412,6 +425,8 @@ class Session : public EditorTest {
   std::string rest;  // of the line that is being done
   Strings block;
   bool started = false;
+  int keyCount = 0;
+  int clickCount = 0;
   int clearsBefore[2] = {0, 0};
 };
 

@@ -329,10 +329,13 @@ std::vector<const Sign*> SignsOfClass(SignClass kind) {
   return found;
 }
 
-std::string NameOf(const Sign& sign) {
-  const std::string_view names = TypedNames(sign);
-  if (names.empty()) return WordsOf(sign);
-  return "\\" + std::string(names.substr(0, names.find(' ')));
+std::string NameOf(const Sign& sign, std::string_view beginning) {
+  std::string name;
+  AnyName(sign, [&](std::string_view one) {
+    if (one.starts_with(beginning)) name = "\\" + std::string(one);
+    return !name.empty();
+  });
+  return name.empty() ? WordsOf(sign) : name;
 }
 
 std::string WordsOf(const Sign& sign) {

@@ -26,8 +26,8 @@ std::vector<const Sign*> SignsNamed(std::string_view beginning);
 std::vector<const Sign*> FindSigns(std::string_view words);
 std::vector<const Sign*> SignsOfClass(SignClass kind);
 
-// The first name with its backslash, or the plain words of a sign that has no name.
-std::string NameOf(const Sign& sign);
+// The first name that begins so, with its backslash, or the plain words of a sign that has no such name.
+std::string NameOf(const Sign& sign, std::string_view beginning = {});
 std::string WordsOf(const Sign& sign);
 // Where the sign is: "Symbol, key a", "Math0, code 127", "the text faces, code 15"; of signs put together,
 // the codes.
