@@ -297,7 +297,7 @@ void Move(const MouseEvent& event) {
     ScrollTo(Scroll + (event.pixelY - DragStart) * Height / CanvasHeight());
     DragStart = event.pixelY;
   } else if (const auto cell = CellAt(event.x, event.y)) {
-    if (*cell != Chosen) Choose(*cell);
+    Choose(*cell);
   } else {
     PaletteCanvas->SetToolTip("");
   }

@@ -60,7 +60,7 @@ TEST_F(PaletteTest, TakesItsPlaceFromThePageAndGivesItBack) {
 
 TEST_F(PaletteTest, PutsInWhatIsFoundClickedOrChosenByKeys) {
   Open();
-  PlaceAt("Bottom Left", 72, 100);
+  PlaceAt("Bottom Left", 72, 99);
   canvas->Type("x");
   Search("subset of or equal");
   static_cast<FakeTextBox*>(SearchBox)->PressEnter();
@@ -88,7 +88,7 @@ TEST_F(PaletteTest, SaysWhatIsMissingWhereNothingCanBePutIn) {
 
 TEST_F(PaletteTest, RemembersWhatWasUsedAndItsWidth) {
   Open();
-  PlaceAt("Bottom Left", 72, 100);
+  PlaceAt("Bottom Left", 72, 99);
   for (const char* words : {"aleph", "therefore", "aleph"}) {
     Search(words);
     static_cast<FakeTextBox*>(SearchBox)->PressEnter();
@@ -111,7 +111,7 @@ TEST_F(PaletteTest, RemembersWhatWasUsedAndItsWidth) {
 
 TEST_F(PaletteTest, TallBracketsAreOneEditAndJoin) {
   Open();
-  PlaceAt("Centre Left", 72, 100);
+  PlaceAt("Centre Left", 72, 99);
   for (const auto& [index, lines, keys] :
        {std::tuple{0, 2, "71"}, {3, 4, "t||g"}, {4, 3, "741"}, {4, 4, "7|4|1"}}) {
     const std::string before = PageText;
@@ -124,12 +124,12 @@ TEST_F(PaletteTest, TallBracketsAreOneEditAndJoin) {
       line.pop_back();
       ASSERT_TRUE(ParseTextEntry(line, piece)) << line;
       const float top = piece.y - 0.75F * piece.size;
-      EXPECT_NEAR(top, set.empty() ? 100 + 0.3 * FontSize - 0.75 * FontSize : foot, 0.01);
+      EXPECT_NEAR(top, set.empty() ? 99 + 0.3 * FontSize - 0.75 * FontSize : foot, 0.01);
       foot = top + piece.size;
       set += piece.text;
     }
     EXPECT_EQ(set, keys);
-    EXPECT_NEAR(foot, 100 + 0.3 * FontSize - 0.75 * FontSize + static_cast<double>(lines) * FontSize, 0.02);
+    EXPECT_NEAR(foot, 99 + 0.3 * FontSize - 0.75 * FontSize + static_cast<double>(lines) * FontSize, 0.02);
     Undo();
     EXPECT_EQ(PageText, before);
   }
@@ -138,16 +138,16 @@ TEST_F(PaletteTest, TallBracketsAreOneEditAndJoin) {
 
 TEST_F(PaletteTest, ATallBracketStandsBehindTheRun) {
   Open();
-  PlaceAt("Bottom Left", 72, 100);
+  PlaceAt("Bottom Left", 72, 99);
   canvas->Type("abc");
   const float end = EndsOfRun().end.x;
   SetTallBracket(TallBrackets()[2], 2);
-  EXPECT_TRUE(PageText.starts_with("72 100 m 11 F0 (abc) 3 s\r\n")) << PageText;
+  EXPECT_TRUE(PageText.starts_with("72 99 m 11 F0 (abc) 3 s\r\n")) << PageText;
   TextEntry piece;
   const std::string second = PageText.substr(PageText.find('\n') + 1);
   ASSERT_TRUE(ParseTextEntry(second.substr(0, second.find('\r')), piece));
   EXPECT_NEAR(piece.x, end, 0.01);
-  EXPECT_EQ(piece.y, 100);
+  EXPECT_EQ(piece.y, 99);
 }
 
 }  // namespace
