@@ -37,7 +37,8 @@ class QtCanvas final : public QWidget, public Canvas {
   bool SetPointerIcon(const std::string& path) override;
   void SetPointerShape(PointerShape shape) override;
   void Focus() override;
-  void SetName(const std::string& accessibleName, const std::string& toolTip) override;
+  void SetName(const std::string& name) override;
+  void SetToolTip(const std::string& text) override;
 
   // Takes effect at once, shown or not.
   void SetPlace(const Place& place);
@@ -49,6 +50,7 @@ class QtCanvas final : public QWidget, public Canvas {
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
   QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
   void mousePressEvent(QMouseEvent* event) override;
