@@ -22,12 +22,14 @@
 #include "editing/select_tool.h"
 #include "editing/selection.h"
 #include "editing/shaping.h"
+#include "editing/sign_entry.h"
 #include "editing/undo.h"
 #include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
+#include "palette/palette.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "platform/files.h"
@@ -311,6 +313,7 @@ void AddViewMenu(Table& table) {
   table.push_back(
       {menu, "mViewFitSelection", "Fit &Selection", "Ctrl+3", Run<FitSelection>, AnythingSelected});
   table.push_back(Separator(menu));
+  table.push_back({menu, "mViewSigns", "&Signs", "F8", Run<TogglePalette>, {}, PaletteShown});
   table.push_back({menu, "mViewGrid", "Show &Grid", "", Toggle<ShowGrid>, {}, IsOn<ShowGrid>});
   table.push_back({menu, "mViewPrint", "Prin&t View", "", Toggle<PrintView>, {}, IsOn<PrintView>});
   table.push_back(Separator(menu));
@@ -320,6 +323,9 @@ void AddViewMenu(Table& table) {
 
 void AddFontMenu(Table& table) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
+  static constexpr const char* kKeys[kTypefaces] = {
+      "Ctrl+Shift+R", "Ctrl+Shift+B", "Ctrl+Shift+I", "Ctrl+Shift+K", "Ctrl+Shift+H", "", "", "",
+      "Ctrl+Shift+G", "Ctrl+Shift+C", "Ctrl+Shift+J", "Ctrl+Shift+L", "Ctrl+Shift+M", "", "", ""};
   for (std::int16_t font = 0; font < kTypefaces; ++font) {
     const auto choose = [font] {
       SetFont(font);
@@ -328,10 +334,33 @@ void AddFontMenu(Table& table) {
     table.push_back({.menu = "F&ormat/Font &Name",
                      .id = std::string("mFont") + kDigits[font],
                      .caption = kTypefaceNames[font].menuCaption,
+                     .key = kKeys[font],
                      .run = choose,
                      .checked = [font] { return ShowsFont(font); },
                      .handle = &FontMenu[font]});
   }
+}
+
+template <auto Routine>
+bool Typing() {
+  Routine();
+  FollowTyping();
+  return true;
+}
+
+bool PointIsPlaced() {
+  return CursorMode < 0;
+}
+
+// What has a key so that a formula can be typed without a menu. While nothing is typed, Ctrl+Up and Ctrl+Down
+// are left to the selected items.
+void AddTypingMenu(Table& table) {
+  const char* const menu = "F&ormat";
+  table.push_back({menu, "mFontBefore", "Typeface &Before", "Ctrl+T", Typing<ChooseFontBefore>});
+  table.push_back(
+      {menu, "mSuperscript", "&Superscript, and Back", "Ctrl+Up", Typing<SuperscriptKey>, PointIsPlaced});
+  table.push_back(
+      {menu, "mSubscript", "S&ubscript, and Back", "Ctrl+Down", Typing<SubscriptKey>, PointIsPlaced});
 }
 
 // The path being drawn takes the style when it is finished, so it shows it at once.
@@ -409,12 +438,12 @@ void AddDrawMenu(Table& table) {
     const char* caption;
     const char* key;
     const char* toolTip;
-  } kRows[kShapes] = {{"Draw &Bezier", "Ctrl+Shift+B", "Draw Bezier (Ctrl+Shift+B)"},
-                      {"Draw &Line", "Ctrl+Shift+L", "Draw Line (Ctrl+Shift+L)"},
+  } kRows[kShapes] = {{"Draw &Bezier", "Ctrl+Shift+V", "Draw Bezier (Ctrl+Shift+V)"},
+                      {"Draw &Line", "Ctrl+Shift+N", "Draw Line (Ctrl+Shift+N)"},
                       {"Draw &Arrow", "Ctrl+Shift+W", "Draw Arrow (Ctrl+Shift+W)"},
-                      {"Draw &Rectangle", "Ctrl+Shift+R", "Draw Rectangle (Ctrl+Shift+R)"},
+                      {"Draw &Rectangle", "Ctrl+Shift+T", "Draw Rectangle (Ctrl+Shift+T)"},
                       {"Draw &Ellipse", "Ctrl+Shift+E", "Draw Ellipse (Ctrl+Shift+E)"},
-                      {"Draw &Polygon", "Ctrl+Shift+G", "Draw Polygon (Ctrl+Shift+G)"}};
+                      {"Draw &Polygon", "Ctrl+Shift+Y", "Draw Polygon (Ctrl+Shift+Y)"}};
   for (int i = 0; i < kShapes; ++i) {
     const auto shape = static_cast<Shape>(i);
     const auto choose = [shape] {
@@ -513,6 +542,7 @@ Table MakeTable() {
   AddEditMenu(table);
   AddViewMenu(table);
   AddFontMenu(table);
+  AddTypingMenu(table);
   AddColourMenu(table);
   AddThicknessMenu(table);
   AddDrawMenu(table);

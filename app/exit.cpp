@@ -9,6 +9,7 @@
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "macros/macros.h"
+#include "palette/palette.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -33,6 +34,7 @@ void KeepForNextStart() {
   };
   keep("the settings", [] { WriteSettings(ProgramFolder + "QRX.DAT"); });
   keep("the macros", KeepMacros);
+  keep("the signs used last", WritePaletteState);
   if (what.empty()) return;
   what[0] = 'T';
   TheDialogs->Message(what + " could not be kept for the next start." + reason);

@@ -20,6 +20,8 @@
 #include "editing/modes.h"
 #include "editing/properties.h"
 #include "editing/select_tool.h"
+#include "editing/sign_entry.h"
+#include "palette/palette.h"
 #include "papers/paper_commands.h"
 #include "typography/colours.h"
 #include "typography/glyphs.h"
@@ -115,10 +117,6 @@ void AddScriptButtons(Window& window) {
   }
 }
 
-void NoteUntypable(const std::string& characters) {
-  ShowNote("There is no code for " + characters);
-}
-
 void PageBox_Enter() {
   const std::string text = PageBox->Text();
   const std::int16_t number = RoundToInt16(ReadSingle(text));
@@ -178,9 +176,9 @@ void AddRunRow(Window& window) {
     FollowTyping();
     RefreshMenus();
   };
+  Text4->SignsFor = SignsBehind;
   Text4->OnEnter = ApplyRun;
   Text4->OnEscape = FocusCanvas;
-  Text4->OnUntypable = NoteUntypable;
   Form1Parts.apply = window.AddButton("OK", {}, "Apply Changes of Control Codes");
   Form1Parts.apply->OnClick = ApplyRun;
 }
@@ -197,7 +195,13 @@ void AddCanvasAndBars(Window& window) {
     RefreshMenus();
     return used;
   };
-  Picture1->OnUntypable = NoteUntypable;
+  Picture1->OnText = [](const std::string& utf8) {
+    InsertSigns(utf8);
+    FollowTyping();
+    RefreshMenus();
+  };
+  Picture1->OnPreedit = ShowPreedit;
+  Picture1->CaretPlace = [] { return EndsOfRun().caret; };
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;
   Picture1->OnMouseMove = Form1_Picture1_MouseMove;
   Picture1->OnMouseUp = Form1_Picture1_MouseUp;
@@ -233,7 +237,9 @@ bool CloseRequest() {
 void LayOut(float W, float H) {
   LaidOut = true;
   const int row = Pixels(kStrip) / 2;
-  const Place canvas{Pixels(kColumn), Pixels(kStrip), Pixels(W - kColumn), Pixels(H - kStrip)};
+  // The panel of signs leaves at least half of the width to the page.
+  const int palette = std::min(PaletteWidth(), Pixels(W) / 2);
+  const Place canvas{Pixels(kColumn), Pixels(kStrip), Pixels(W - kColumn) - palette, Pixels(H - kStrip)};
   const int box = Pixels(W - kBesideBox - kColumn);
   const int bar = kScrollBarPixels;
   Text4->SetPlace({canvas.left, row + 1, box, kRow - 2});
@@ -243,6 +249,7 @@ void LayOut(float W, float H) {
   Form1Parts.horizontal->SetPlace({canvas.left, canvas.top + canvas.height, canvas.width, bar});
   Form1Parts.vertical->SetPlace({canvas.left + canvas.width, canvas.top, bar, canvas.height});
   PlaceColumn(canvas.top, canvas.height + bar);
+  PlacePalette({canvas.left + canvas.width + bar, canvas.top, palette, canvas.height + bar});
 }
 
 }  // namespace
@@ -260,6 +267,7 @@ void BuildForm1() {
   AddPageRow(*Form1);
   AddSizeRow(*Form1);
   AddColumn(*Form1);
+  BuildPalette(*Form1);
   ViewMoved = FollowView;
   Form1->OnResize = Form1_Resize;
   Form1->OnEscape = FocusCanvas;

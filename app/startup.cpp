@@ -26,6 +26,7 @@
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
+#include "palette/palette.h"
 #include "papers/find.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
@@ -78,6 +79,7 @@ void LoadProgramFiles() {
   LoadWidthTables();
   ReadOrReport(LoadInkBoxes);
   ReadOrReport(ReadMacros);
+  ReadOrReport(ReadPaletteState);
 }
 
 }  // namespace
@@ -102,6 +104,7 @@ void ResetProgram() {
   ResetChangeMark();
   ResetMacros();
   ResetDesigner();
+  ResetPalette();
   ResetPlainText();
   ResetFoot();
   ResetFirstMinutes();

@@ -341,10 +341,11 @@ void BuildDesigner() {
   AddMenus();
   AddButtons();
   ConnectDesignGrid(*DesignerWindow->AddCanvas());
-  DesignerCanvas->SetName("Grid of the character", "");
+  DesignerCanvas->SetName("Grid of the character");
   DesignerSide = DesignerWindow->AddCanvas();
-  DesignerSide->SetName("Characters and preview",
-                        "Click a character to design it. With the keys: arrows or its own key, then Enter.");
+  DesignerSide->SetName("Characters and preview");
+  DesignerSide->SetToolTip(
+      "Click a character to design it. With the keys: arrows or its own key, then Enter.");
   DesignerSide->OnPaint = PaintSide;
   DesignerSide->OnMouseDown = SideDown;
   DesignerSide->OnKeyPress = SideKey;

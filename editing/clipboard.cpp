@@ -10,6 +10,7 @@
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/notes.h"
+#include "editing/sign_entry.h"
 #include "platform/clipboard.h"
 #include "typography/typefaces.h"
 
@@ -26,12 +27,11 @@ bool PlaceIsSet() {
   return CursorMode < 0 && AnchorOfMode(CursorMode) != 0;
 }
 
-// The codes of a text from elsewhere; what has none is named.
-std::string RunOf(const std::string& utf8) {
-  std::string untypable;
-  const std::string codes = TheClipboard->CodesOf(utf8, untypable);
-  if (!untypable.empty()) ShowNote("There is no code for " + untypable);
-  return codes;
+// The line end behind the last line parts it from nothing.
+std::string WithoutLastEnd(std::string text) {
+  if (text.ends_with('\n')) text.pop_back();
+  if (text.ends_with('\r')) text.pop_back();
+  return text;
 }
 
 // All lines of a page begin with a point and "m".
@@ -107,8 +107,7 @@ void PasteLines(const std::string& lines, std::optional<Point> at) {
 
 void PasteText(const std::string& codes, std::optional<Point> at) {
   if (PlaceIsSet()) {
-    // The line end behind the last line parts it from nothing.
-    InsertText(codes.ends_with('\n') ? codes.substr(0, codes.size() - 1) : codes);
+    InsertText(WithoutLastEnd(codes));
   } else {
     PasteLines(AreLinesOfPage(codes) ? codes : RunsOf(codes), at);
   }
@@ -150,7 +149,11 @@ void Paste(std::optional<Point> at) {
   if (!items.empty()) return PasteLines(items, at);
   const std::string text = TheClipboard->Text();
   if (text.empty()) return ShowNote("There is nothing to paste");
-  const std::string codes = RunOf(text);
+  std::string untypable;
+  const std::string codes = TheClipboard->CodesOf(text, untypable);
+  // A run being typed can take what has no code as signs of other typefaces.
+  if (!untypable.empty() && PlaceIsSet()) return InsertSigns(WithoutLastEnd(text));
+  if (!untypable.empty()) ShowNote("There is no code for " + untypable);
   if (!codes.empty()) PasteText(codes, at);
 }
 

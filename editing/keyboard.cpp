@@ -11,11 +11,13 @@
 #include "editing/edit.h"
 #include "editing/item_edits.h"
 #include "editing/notes.h"
+#include "editing/sign_names.h"
 #include "typography/colours.h"
 #include "typography/item_boxes.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/run_painter.h"
+#include "typography/signs.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
@@ -26,7 +28,6 @@ TextBox* Text4;
 
 namespace {
 
-constexpr int kFirstScriptCode = 240;
 constexpr float kMarkArm = 4;  // pixels
 constexpr ColourValue kSelectedColour = 0xFFD7BE;
 // How far the caret and the box behind a selected part reach from the baseline, ems.
@@ -55,6 +56,12 @@ struct OpenRun {
 };
 OpenRun GivenBack;
 
+// What an input method has in the making, as a run; it stands at the caret but is no part of the run yet.
+std::string Preedit;
+// The list of signs that a name being typed may mean.
+SignNames Names;
+// In force before the last choice of a typeface.
+std::int16_t FontBefore;
 // The item whose run is open, 0 for none, and the amount that it is justified to.
 std::uint64_t Retyped = 0;
 float RetypedAmount = 0;
@@ -69,6 +76,10 @@ std::size_t IndexOf(std::size_t fromEnd) {
 
 std::size_t Caret() {
   return IndexOf(CaretFromEnd);
+}
+
+std::string_view RunUpTo(std::size_t length) {
+  return std::string_view(PendingRun).substr(0, length);
 }
 
 void PutCaret(std::size_t fromEnd) {
@@ -113,16 +124,8 @@ char SwitchTo(std::int16_t font) {
   return static_cast<char>(kFirstSwitchCode + font);
 }
 
-// The typeface in force behind so much of the run.
-std::int16_t FontBehind(std::size_t length) {
-  const std::string_view before = std::string_view(PendingRun).substr(0, length);
-  const auto last = std::find_if(before.rbegin(), before.rend(), IsSwitch);
-  if (last == before.rend()) return BaseFont;
-  return static_cast<std::int16_t>(static_cast<unsigned char>(*last) - kFirstSwitchCode);
-}
-
 void ShowFontAtCaret() {
-  CurrentFont = FontBehind(Caret());
+  CurrentFont = FontBehind(RunUpTo(Caret()));
   ShowFontLabel(CurrentFont, FontSize);
 }
 
@@ -180,7 +183,7 @@ void SetSelectedIn(std::int16_t font) {
   std::erase_if(part, IsSwitch);
   part.insert(0, 1, SwitchTo(font));
   const std::size_t end = first + part.size();
-  if (last < PendingRun.size() && !IsSwitch(PendingRun[last])) part += SwitchTo(FontBehind(last));
+  if (last < PendingRun.size() && !IsSwitch(PendingRun[last])) part += SwitchTo(FontBehind(RunUpTo(last)));
   PendingRun.replace(first, last - first, part);
   MoveCaret(end);
 }
@@ -312,15 +315,20 @@ TextEntry ShownEntry() {
   return entry;
 }
 
+// The run with what is in the making at its caret.
+std::string ShownRun() {
+  return std::string(PendingRun).insert(Caret(), Preedit);
+}
+
 // Where the open run's first character lies.
 Point RunOrigin() {
-  const float width = MeasureRun(PendingRun, BaseFont, FontSize);
+  const float width = MeasureRun(ShownRun(), BaseFont, FontSize);
   return AlignAtAnchor({CursorX, CursorY}, AnchorOfMode(CursorMode), width, FontSize);
 }
 
 // The pen behind a part of the run, on the page.
 RunPen PenBehind(std::size_t length) {
-  RunPen pen = FollowRun(std::string_view(PendingRun).substr(0, length), BaseFont, FontSize);
+  RunPen pen = FollowRun(std::string_view(ShownRun()).substr(0, length), BaseFont, FontSize);
   const Point origin = RunOrigin();
   pen.x += origin.x;
   pen.y += origin.y;
@@ -353,10 +361,48 @@ void PaintSelected(Painter& painter) {
   if (all.left <= all.right) painter.FillBox(all, kSelectedColour);
 }
 
+// What is in the making is underlined, and the caret stands behind it.
 void PaintCaret(Painter& painter) {
-  const RunPen pen = PenBehind(Caret());
-  const Box line = LineBox(pen, 0);
-  painter.DrawLine({line.left, line.top}, {line.left, line.bottom}, Pen{PaletteColour(kBlue), 1, true});
+  const Pen pen{PaletteColour(kBlue), 1, true};
+  const Box line = LineBox(PenBehind(Caret() + Preedit.size()), 0);
+  painter.DrawLine({line.left, line.top}, {line.left, line.bottom}, pen);
+  if (Preedit.empty()) return;
+  const RunPen start = PenBehind(Caret());
+  painter.DrawLine({start.x, line.bottom}, {line.left, line.bottom}, pen);
+}
+
+// Puts the chosen sign in place of its name.
+void TakeSign() {
+  const Sign& sign = Names.Chosen();
+  EraseTo(Caret() - NameAtEnd(RunBeforeCaret()).size());
+  InsertRun(RunOf(sign, FontAtCaret()));
+  Names.Close();
+}
+
+// Keys of the list of signs; false for those that it has no use for.
+bool NamesKey(int code) {
+  if (!Names.Open()) return false;
+  switch (code) {
+    case kKeyTab:
+    case kKeyEnter:
+      TakeSign();
+      return true;
+    case kKeyUp:
+    case kKeyDown:
+      Names.Move(code == kKeyUp ? -1 : 1);
+      return true;
+    case kKeyEscape:
+      Names.Close();
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Letters and Backspace go on with a name; every other key leaves it as letters.
+void FollowName(int code) {
+  const bool types = (code > 32 && code < 127) || code == kKeyBackspace;
+  types ? Names.Follow(RunBeforeCaret()) : Names.Close();
 }
 
 void PaintMark(Painter& painter, const View& view) {
@@ -369,8 +415,11 @@ void PaintMark(Painter& painter, const View& view) {
 class Typing : public Tool {
  public:
   void Press(const Pointer& pointer) override {
+    Pressed = Pressing::Nothing;
+    if (Names.ChooseAt(pointer.at)) return ShowCursor();
     Pressed = RunIsOpen() && IsOnRun(pointer.at) ? Pressing::Run : Pressing::Place;
     if (Pressed == Pressing::Place) return;
+    Names.Close();
     const std::size_t at = CaretAt(ShownEntry(), pointer.at);
     pointer.clicks == 2 ? SelectWordAt(at) : MoveCaret(at, pointer.shift);
     ShowCursor();
@@ -382,11 +431,46 @@ class Typing : public Tool {
   }
   // The press that opened an item's run was not for this tool.
   void Release(const Pointer& pointer) override {
-    if (std::exchange(Pressed, Pressing::Nothing) != Pressing::Place) return;
+    const Pressing pressed = std::exchange(Pressed, Pressing::Nothing);
+    if (Names.ChooseAt(pointer.at)) {
+      TakeSign();
+      ShowCursor();
+      return;
+    }
+    if (pressed != Pressing::Place) return;
     PlaceCursor(pointer.at.x, pointer.at.y);
     NotePlaceChosen();
   }
   bool Key(int code) override {
+    const bool taken = NamesKey(code);
+    if (taken) ShowCursor();
+    const bool done = taken || Do(code);
+    if (Picture1) Picture1->takesTab = Names.Open();
+    return done;
+  }
+  // The run being typed, where and as it will stand once committed.
+  void Paint(Painter& painter, const View& view) const override {
+    if (CursorMode >= 0) return;
+    if (!PendingRun.empty() || !Preedit.empty()) {
+      PaintSelected(painter);
+      RunPainter(painter, view).Paint({ShownRun(), BaseFont, FontSize, RunOrigin(), kBlack});
+      PaintCaret(painter);
+    }
+    if (!view.printed) PaintMark(painter, view);
+    const RunPen pen = PenBehind(Caret());
+    Names.Paint(painter, view, {pen.x, pen.y});
+  }
+  void Finish() override {
+    if (RunIsOpen()) CommitPendingRun(false);
+  }
+  std::string Hint() const override {
+    const std::string name = kAnchorNames[AnchorOfMode(CursorMode)];
+    if (CursorMode > 0) return name + ": click on the page to type there";
+    return name + " at " + FormatSingle(CursorX) + ", " + FormatSingle(CursorY) + " pt";
+  }
+
+ private:
+  static bool Do(int code) {
     if (code == kKeyEscape && !SelectedPart().Empty()) {
       MoveCaret(Caret());
       ShowCursor();
@@ -397,30 +481,14 @@ class Typing : public Tool {
       return true;
     }
     if (RunIsOpen() && EditingKey(code)) {
+      FollowName(code);
       ShowCursor();
       return true;
     }
     if (ArrowKey(code)) return true;
     TypeKey(code);
+    FollowName(code);
     return CursorMode < 0 && code < kKeyLeft;
-  }
-  // The run being typed, where and as it will stand once committed.
-  void Paint(Painter& painter, const View& view) const override {
-    if (CursorMode >= 0) return;
-    if (!PendingRun.empty()) {
-      PaintSelected(painter);
-      RunPainter(painter, view).Paint({PendingRun, BaseFont, FontSize, RunOrigin(), kBlack});
-      PaintCaret(painter);
-    }
-    if (!view.printed) PaintMark(painter, view);
-  }
-  void Finish() override {
-    if (RunIsOpen()) CommitPendingRun(false);
-  }
-  std::string Hint() const override {
-    const std::string name = kAnchorNames[AnchorOfMode(CursorMode)];
-    if (CursorMode > 0) return name + ": click on the page to type there";
-    return name + " at " + FormatSingle(CursorX) + ", " + FormatSingle(CursorY) + " pt";
   }
 };
 
@@ -432,6 +500,9 @@ void ResetKeyboard() {
   PutCaret(0);
   Pressed = Pressing::Nothing;
   GivenBack = {};
+  Preedit.clear();
+  Names.Close();
+  FontBefore = 0;
   Retyped = 0;
   ShowRun();
 }
@@ -484,7 +555,46 @@ void InsertText(const std::string& text) {
   ShowCursor();
 }
 
+void InsertRun(std::string run) {
+  if (CursorMode >= 0) return;
+  EraseSelected();
+  const std::size_t at = Caret();
+  if (!run.empty() && IsSwitch(run.front()) && at > 0 && IsSwitch(PendingRun[at - 1])) {
+    PendingRun.erase(at - 1, 1);
+    if (run.front() == SwitchTo(FontAtCaret())) run.erase(0, 1);
+  }
+  if (!run.empty() && IsSwitch(run.back()) && Caret() < PendingRun.size() && IsSwitch(PendingRun[Caret()]))
+    run.pop_back();
+  InsertText(run);
+}
+
+void ShowPreedit(const std::string& utf8) {
+  std::string missing;
+  if (CursorMode < 0 && !utf8.empty()) EraseSelected();
+  Preedit = CursorMode < 0 ? SignsToRun(utf8, FontAtCaret(), missing) : "";
+  ShowCursor();
+}
+
+std::string_view RunBeforeCaret() {
+  return RunUpTo(SelectedPart().first);
+}
+
+std::int16_t FontAtCaret() {
+  return FontBehind(RunBeforeCaret());
+}
+
+std::int16_t FontBehind(std::string_view run) {
+  const auto last = std::find_if(run.rbegin(), run.rend(), IsSwitch);
+  if (last == run.rend()) return BaseFont;
+  return static_cast<std::int16_t>(static_cast<unsigned char>(*last) - kFirstSwitchCode);
+}
+
+void ChooseFontBefore() {
+  ChooseFont(FontBefore);
+}
+
 void ChooseFont(std::int16_t font) {
+  if (font != CurrentFont) FontBefore = CurrentFont;
   if (PendingRun.empty()) {
     BaseFont = font;
     CheckFontMenu(font);
@@ -679,6 +789,7 @@ bool RunIsAsGivenBack() {
 void DropRun() {
   PendingRun.clear();
   PutCaret(0);
+  Names.Close();
   GivenBack = {};
   ShowRun();
   ShowCursor();

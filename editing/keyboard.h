@@ -34,11 +34,23 @@ void TypeKey(int code);
 void InsertScript(int index);
 // Puts text into the run at the caret, or in the place of what is selected, if a cursor point is placed.
 void InsertText(const std::string& text);
+// The same for what sets a sign, which may begin and end with a switch: one that has no effect is left out.
+void InsertRun(std::string run);
+// What an input method has in the making, in UTF-8: shown at the caret as it would be set, in
+// the place of what is selected.
+void ShowPreedit(const std::string& utf8);
+// What stands before the caret, or before what is selected and gives way; and the typeface in force there.
+std::string_view RunBeforeCaret();
+std::int16_t FontAtCaret();
+// The typeface in force behind a run that begins in BaseFont.
+std::int16_t FontBehind(std::string_view run);
 // The selected part of the run being typed, empty if there is none.
 std::string SelectedText();
 void SelectWholeRun();
 // A typeface chosen from the Font Name menu: for what is selected, else for what is typed next.
 void ChooseFont(std::int16_t font);
+// The one that was in force before the last choice.
+void ChooseFontBefore();
 // The person edited the control-code box.
 void ControlCodeBoxChanged();
 // Enter in the box, or "OK": completes the run and gives the focus back to the canvas.

@@ -110,6 +110,7 @@ struct WheelEvent {
 // Codes of the canvas's keys: ASCII characters, the control characters of some keys, and from kKeyLeft on
 // keys that are no characters.
 inline constexpr int kKeyBackspace = 8;
+inline constexpr int kKeyTab = 9;
 inline constexpr int kKeyCtrlEnter = 10;
 inline constexpr int kKeyEnter = 13;
 inline constexpr int kKeyEscape = 27;
@@ -180,16 +181,23 @@ class Canvas : public Painter {
   virtual void SetPointerShape(PointerShape shape) = 0;
 
   virtual void Focus() = 0;
+  // What readers of the screen call the canvas, and what it is for.
+  virtual void SetName(const std::string& name) = 0;
+  virtual void SetToolTip(const std::string& text) = 0;
 
-  // What readers of the screen call the canvas, and its tool tip.
-  virtual void SetName(const std::string& accessibleName, const std::string& toolTip) = 0;
+  // While true, Tab is a key like others instead of moving the focus.
+  bool takesTab = false;
+  // Where the caret is, so that an input method can put its own window beside it.
+  std::function<Point()> CaretPlace;
 
   // Handlers, set by the owner.
   std::function<void(int)> OnKeyPress;
   // Tab or, backwards, Shift+Tab; true if it was used, otherwise the focus goes on to the next control.
   std::function<bool(bool forwards)> OnTab;
-  // The person typed characters that are no keys of the canvas: readable, in UTF-8, blanks between them.
-  std::function<void(const std::string&)> OnUntypable;
+  // Text in UTF-8 that is not all ASCII, whole and in its order, from a key or an input method.
+  std::function<void(const std::string&)> OnText;
+  // What an input method has in the making, to be shown at the caret; empty when there is nothing.
+  std::function<void(const std::string&)> OnPreedit;
   std::function<void(const MouseEvent&)> OnMouseDown;
   std::function<void(const MouseEvent&)> OnMouseMove;
   std::function<void(const MouseEvent&)> OnMouseUp;

@@ -36,6 +36,7 @@ class Browser;
 class Control {
  public:
   virtual ~Control() = default;
+  // A place without a width or a height hides the control.
   virtual void SetPlace(const Place& place) = 0;
   virtual void SetVisible(bool visible) = 0;
 };
@@ -76,11 +77,11 @@ class TextBox : public Control {
   virtual void Focus() = 0;
   virtual void SelectAll() = 0;
   std::function<void()> OnChange;  // the person changed the text
-  std::function<void()> OnEnter;   // Enter, with or without Ctrl, was pressed in the box
+  // What to put in place of characters that the box has no code for, in UTF-8, behind that text. Empty:
+  // nothing, and the owner tells. Without an owner who knows, a tool tip at the box names them.
+  std::function<std::string(const std::string& before, const std::string& utf8)> SignsFor;
+  std::function<void()> OnEnter;  // Enter, with or without Ctrl, was pressed in the box
   std::function<void()> OnEscape;
-  // Characters without a code were left out of what the person entered: readable, in UTF-8, blanks between
-  // them. Without a handler a tool tip at the box names them.
-  std::function<void(const std::string&)> OnUntypable;
 };
 
 class ScrollBar : public Control {

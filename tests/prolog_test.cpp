@@ -246,7 +246,7 @@ TEST_F(PrologTest, ColoursDrawingsAndNothingElse) {
       {"numbers that are no colour", "72 100 m 161 lw 50 0 rl stroke\r\n72 200 m -8 lw 50 0 rl stroke\r\n",
        "K"},
       {"a blue line of width 0", "72 100 m 90 lw 50 0 rl stroke\r\n", "CM"},
-      {"codes without a character", "72 100 m 14 F4 (\x01\x1F\x7F\x81\xE8\x80) 3 s\r\n", ""},
+      {"codes without a character", "72 100 m 14 F4 (\x0B\x1A\x7F\xE8\x80) 3 s\r\n", ""},
   };
   std::vector<std::string> pages;
   for (const auto& oneCase : cases) pages.push_back(oneCase.page);

@@ -30,13 +30,19 @@ struct Line {
   Strings block;
 };
 
-const std::map<std::string, int> kCanvasKeys = {
-    {"Enter", kKeyEnter},         {"Ctrl+Enter", kKeyCtrlEnter},
-    {"Backspace", kKeyBackspace}, {"Escape", kKeyEscape},
-    {"Left", kKeyLeft},           {"Up", kKeyUp},
-    {"Right", kKeyRight},         {"Down", kKeyDown},
-    {"Home", kKeyHome},           {"End", kKeyEnd},
-    {"Delete", kKeyDelete},       {"Ctrl+Backspace", kKeyWordBackspace}};
+const std::map<std::string, int> kCanvasKeys = {{"Tab", kKeyTab},
+                                                {"Enter", kKeyEnter},
+                                                {"Ctrl+Enter", kKeyCtrlEnter},
+                                                {"Backspace", kKeyBackspace},
+                                                {"Escape", kKeyEscape},
+                                                {"Left", kKeyLeft},
+                                                {"Up", kKeyUp},
+                                                {"Right", kKeyRight},
+                                                {"Down", kKeyDown},
+                                                {"Home", kKeyHome},
+                                                {"End", kKeyEnd},
+                                                {"Delete", kKeyDelete},
+                                                {"Ctrl+Backspace", kKeyWordBackspace}};
 
 constexpr const char* kPointerShapes[] = {"arrow", "move", "falling", "rising", "turn"};
 
@@ -185,19 +191,28 @@ class Session : public EditorTest {
     ADD_FAILURE() << "No such entry of the popup";
   }
 
+  void Type(const std::string& text) {
+    canvas->Type(text);
+    keyCount += static_cast<int>(text.size());
+  }
+
   // A key of the page or of the window, once or so many times, or "in" a box.
   void Key(const std::string& key) {
     if (key.ends_with("Tab")) return (void)canvas->OnTab(key == "Tab");
     const std::string how = Word();
     auto code = kCanvasKeys.find(key);
     int held = 0;
-    if (code == kCanvasKeys.end()) {
+    // The keys of menu entries that can be chosen never come to the page.
+    const std::vector<FakeMenuEntry*> entries = Main().AllEntries();
+    const bool chooses = std::any_of(entries.begin(), entries.end(),
+                                     [&](const auto* entry) { return entry->key == key && entry->enabled; });
+    if (code == kCanvasKeys.end() && !chooses) {
       code = kCanvasKeys.find(key.substr(key.rfind('+') + 1));
       if (key.find("Shift+") != std::string::npos) held |= kWithShift;
       if (key.find("Ctrl+") != std::string::npos) held |= kWithControl;
     }
     if (how == "in") return key == "Enter" ? Box(Text()).PressEnter() : Box(Text()).PressEscape();
-    for (int times = how.empty() ? 1 : std::stoi(how); times > 0; --times)
+    for (int times = how.empty() ? 1 : std::stoi(how); times > 0; --times, ++keyCount)
       code != kCanvasKeys.end() ? canvas->Press(code->second | held) : Main().PressShortcut(key);
   }
 
@@ -226,7 +241,9 @@ class Session : public EditorTest {
   void Anchor() {
     const std::size_t at = rest.find(" at ");
     Main().ClickButton(rest.substr(0, at));
+    ++clickCount;
     if (at == std::string::npos) return;
+    ++clickCount;
     rest.erase(0, at + 4);
     Mouse(&RecordingCanvas::Click);
   }
@@ -315,8 +332,10 @@ class Session : public EditorTest {
     if (word == "release") return Mouse(&RecordingCanvas::Up);
     if (word == "leave") return canvas->OnMouseLeave();
     if (word == "wheel") return Wheel();
-    if (word == "type") return canvas->Type(Bytes(Text()));
-    if (word == "enter") return canvas->Type(Bytes(Text()) + '\r');
+    if (word == "type") return Type(Bytes(Text()));
+    if (word == "enter") return Type(Bytes(Text()) + '\r');
+    if (word == "text") return canvas->OnText(Text());
+    if (word == "preedit") return canvas->OnPreedit(Text());
     if (word == "key") return Key(Word());
     // Buttons, menus and boxes.
     if (word == "anchor") return Anchor();
@@ -403,6 +422,9 @@ class Session : public EditorTest {
     if (subject == "tool") return Tool();
     if (subject == "pointer") return kPointerShapes[static_cast<std::size_t>(canvas->shape)];
     if (subject == "popup") return Popup();
+    // What typing has cost so far: keys, with those held counted as one, and clicks of "anchor".
+    if (subject == "keys") return std::to_string(keyCount);
+    if (subject == "clicks") return std::to_string(clickCount);
     if (subject == "box") return Shown(Text4->Text());
     if (subject == "label") return FontLabel->Text();
     if (subject == "status") return CursorLabel->Text();
@@ -450,6 +472,8 @@ class Session : public EditorTest {
   std::string rest;  // of the line that is being done
   Strings block;
   bool started = false;
+  int keyCount = 0;
+  int clickCount = 0;
   int clearsBefore[2] = {0, 0};
 };
 

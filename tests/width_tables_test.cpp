@@ -45,7 +45,10 @@ TEST(WidthTablesTest, CodesAreThoseOfTheEncodings) {
   EXPECT_EQ(times['~'], 541);
   EXPECT_EQ(times[127], 0);
   EXPECT_EQ(times[0x80], 500);   // Euro
-  EXPECT_EQ(times[0x81], 0);     // no character
+  EXPECT_EQ(times[0x81], 500);   // u acute
+  EXPECT_EQ(times[7], 667);      // ae, which is no AE
+  EXPECT_EQ(times[21], 278);     // i dieresis
+  EXPECT_EQ(times[9], 0);        // no character
   EXPECT_EQ(times[0x89], 1000);  // per mille
   EXPECT_EQ(times[0xA0], 250);   // no-break space
   EXPECT_EQ(times[0xBC], 750);   // one quarter

@@ -19,7 +19,7 @@ using WidthTable = std::array<float, 256>;
 struct WidthTableSource {
   const char* name;
   const char* afm;
-  bool ownEncoding;  // codes as the AFM has them; otherwise ASCII and code page 1252 by glyph name
+  bool ownEncoding;  // codes as the AFM has them; otherwise those of the text faces, by glyph name
 };
 
 // In the order of the typeface numbers 0 to 11.
@@ -64,7 +64,7 @@ InkTable MakeInkTable(std::string_view afmText, bool ownEncoding, double slant);
 // The bytes of INK.TAB.
 std::string InkTableBytes(const std::array<InkTable, 12>& tables);
 
-// PostScript lines (CR LF) with the widths of codes 32 to 223 of twelve tables, as the prolog holds them
+// PostScript lines (CR LF) with the widths of codes 1 to 223 of twelve tables, as the prolog holds them
 // between its two marker lines.
 std::string PrologWidthLines(const std::array<WidthTable, 12>& tables);
 

@@ -18,6 +18,8 @@ extern MenuEntry* ThicknessMenu[7];
 inline constexpr std::array<double, 7> kThicknesses = {0.1, 0.25, 0.5, 0.75, 1.0, 1.5, 2.0};
 
 inline constexpr std::int16_t kBlack = 0;
+inline constexpr std::int16_t kLightGrey = 7;
+inline constexpr std::int16_t kDarkGrey = 8;
 inline constexpr std::int16_t kBlue = 9;
 inline constexpr std::int16_t kCyan = 11;
 inline constexpr std::int16_t kMagenta = 13;

@@ -23,7 +23,6 @@ constexpr double kScriptSmaller = 0.8;
 constexpr double kScriptLarger = 1.25;  // exactly undoes kScriptSmaller but for rounding
 constexpr double kFixedSpace = 0.12;    // codes 254 and 255, ems
 
-constexpr int kScriptCodes = 240;
 constexpr int kFixedSpaceCodes = 254;
 
 enum class ScriptStep { Start, Back, Forward };
@@ -72,13 +71,13 @@ float Advance(int code, std::int16_t font, float size) {
 }
 
 void ApplyRunCode(RunPen& pen, int code) {
-  if (code < kScriptCodes) {
+  if (code < kFirstScriptCode) {
     pen.font = static_cast<std::int16_t>(code - kFirstSwitchCode);
   } else if (code >= kFixedSpaceCodes) {
     pen.x = Single(pen.x + kFixedSpace * pen.size);
-  } else if (code < kScriptCodes + 12) {
-    const Script& script = kScripts[(code - kScriptCodes) / 3];
-    const auto step = static_cast<ScriptStep>((code - kScriptCodes) % 3);
+  } else if (code < kFirstScriptCode + 12) {
+    const Script& script = kScripts[(code - kFirstScriptCode) / 3];
+    const auto step = static_cast<ScriptStep>((code - kFirstScriptCode) % 3);
     step == ScriptStep::Start ? StartScript(pen, script) : EndScript(pen, script, step);
   }
 }

@@ -54,6 +54,14 @@ bool IsTypeface(std::int16_t font) {
   return font >= 0 && font < kTypefaces;
 }
 
+bool IsSymbolFace(std::int16_t font) {
+  return font == kSymbol || font == kSymbolItalic;
+}
+
+bool IsTextFace(std::int16_t font) {
+  return font >= 0 && font < kFirstGlyphFont && !IsSymbolFace(font);
+}
+
 void ResetTypefaces() {
   for (int i = 0; i < kTypefaces; ++i) {
     TypefaceTable[i] = TypefaceRecord{};

@@ -15,6 +15,11 @@ namespace kelvane {
 inline constexpr std::int16_t kTypefaces = 16;
 inline constexpr std::int16_t kFirstGlyphFont = 12;  // 12 to 15 are drawn by the glyph interpreter
 inline constexpr int kFirstSwitchCode = 224;         // 224 + n in a run switches to typeface n
+inline constexpr int kFirstScriptCode = 240;         // from here on codes for scripts and fixed spaces
+inline constexpr std::int16_t kSymbol = 8;
+inline constexpr std::int16_t kSymbolItalic = 10;
+inline constexpr std::int16_t kMath0 = 12;
+inline constexpr std::int16_t kMath3 = 15;  // the same glyphs, without widths
 
 struct TypefaceRecord {
   std::string Name;                 // base name of the width file; empty without one
@@ -49,6 +54,9 @@ void ResetTypefaces();
 
 // True for 0 to 15. Drawing and measuring take typeface 0 for any other number.
 bool IsTypeface(std::int16_t font);
+// Whether it has the codes of the text faces, or those of the Symbol encoding.
+bool IsTextFace(std::int16_t font);
+bool IsSymbolFace(std::int16_t font);
 
 // Name, a blank, the size as "#.00", "pts": "Times-Roman 11.00pts", " .50pts" for a number outside 0 to 15.
 std::string FontLabelText(std::int16_t font, float size);

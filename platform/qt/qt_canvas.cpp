@@ -224,9 +224,13 @@ void QtCanvas::Focus() {
   setFocus(Qt::OtherFocusReason);
 }
 
-void QtCanvas::SetName(const std::string& accessibleName, const std::string& toolTip) {
-  setAccessibleName(PlainText(accessibleName));
-  setToolTip(PlainText(toolTip).toHtmlEscaped());
+void QtCanvas::SetName(const std::string& name) {
+  setAccessibleName(PlainText(name));
+}
+
+void QtCanvas::SetToolTip(const std::string& text) {
+  setToolTip(PlainText(text).toHtmlEscaped());
+  setAccessibleDescription(PlainText(text));
 }
 
 void QtCanvas::Drawn() {
@@ -288,6 +292,7 @@ void QtCanvas::resizeEvent(QResizeEvent*) {
 // A widget that is not shown yet gets its resize event late, and what is drawn until then must stay.
 void QtCanvas::SetPlace(const Place& place) {
   setGeometry(place.left, place.top, place.width, place.height);
+  if (parentWidget() != nullptr) setVisible(place.width > 0 && place.height > 0);
   ResizeLayers();
 }
 
@@ -311,6 +316,9 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
       return;
     case Qt::Key_Backspace:
       SendKey(control ? kKeyWordBackspace : kKeyBackspace);
+      return;
+    case Qt::Key_Tab:
+      SendKey(kKeyTab);
       return;
     case Qt::Key_Escape:
       SendKey(kKeyEscape);
@@ -349,25 +357,33 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
 }
 
 void QtCanvas::SendText(const QString& text) {
-  QString untypable;
-  for (const QChar character : text) {
-    if (character >= u' ' && character <= u'~') {
-      SendKey(character.unicode());
-    } else {
-      untypable += character;
-    }
+  const bool plain = std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u' ' && c <= u'~'; });
+  if (!plain && OnText) {
+    const std::string composed = text.normalized(QString::NormalizationForm_C).toStdString();
+    RunHandler([&] { OnText(composed); });
   }
-  const std::string list = ListOf(untypable);
-  if (OnUntypable && !list.empty()) RunHandler([&] { OnUntypable(list); });
+  for (const QChar character : plain ? text : QString()) SendKey(character.unicode());
 }
 
 void QtCanvas::inputMethodEvent(QInputMethodEvent* event) {
+  const std::string preedit = event->preeditString().toStdString();
+  if (OnPreedit) RunHandler([&] { OnPreedit(preedit); });
   SendText(event->commitString());
   event->accept();
 }
 
+bool QtCanvas::focusNextPrevChild(bool next) {
+  return !takesTab && QWidget::focusNextPrevChild(next);
+}
+
 QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
   if (query == Qt::ImEnabled) return true;
+  if (query == Qt::ImCursorRectangle && CaretPlace) {
+    const Point caret = CaretPlace();
+    return QRectF((caret.x * scaleX_ - corner_.x()) / ratio_, (caret.y * scaleY_ - corner_.y()) / ratio_, 1,
+                  1)
+        .toRect();
+  }
   return QWidget::inputMethodQuery(query);
 }
 

@@ -37,7 +37,8 @@ class QtCanvas final : public QWidget, public Canvas {
   bool SetPointerIcon(const std::string& path) override;
   void SetPointerShape(PointerShape shape) override;
   void Focus() override;
-  void SetName(const std::string& accessibleName, const std::string& toolTip) override;
+  void SetName(const std::string& name) override;
+  void SetToolTip(const std::string& text) override;
 
   // Takes effect at once, shown or not.
   void SetPlace(const Place& place);

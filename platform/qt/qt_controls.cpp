@@ -25,40 +25,59 @@ bool EntersNoRun(char16_t character) {
   return character == u'\0' || character == u'\n' || character == u'\r';
 }
 
-// Takes the characters without a code out of an edit, and puts the others in the form in which the box shows
-// them. An edit that would then add nothing is refused, before it changes the text or the undo history of the
-// box.
+// Puts the characters of an edit into the form in which the box shows them. For those without a code it asks
+// the box's owner, or takes them out. An edit that would then add nothing is refused, before it changes the
+// text or the undo history of the box.
 class RunValidator final : public QValidator {
  public:
-  using QValidator::QValidator;
+  RunValidator(TextBox& box, QObject* parent) : QValidator(parent), box_(box) {}
   State validate(QString& text, int& caret) const override {
-    QString shown;
-    int shownCaret = caret;
+    std::string run;
+    qsizetype runCaret = caret;
     bool drops = false;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-      char16_t character = text[i].unicode();
-      if (EntersNoRun(character) || character == QChar::LineSeparator ||
-          character == QChar::ParagraphSeparator) {
-        character = u' ';
-      }
-      const auto code = CodeOfVisible(character);
-      if (code && !EntersNoRun(*code)) {
-        shown += VisibleText(std::string(1, static_cast<char>(*code)));
+    for (qsizetype i = 0; i < text.size();) {
+      if (const auto code = CodeOf(text[i])) {
+        run += static_cast<char>(*code);
+        ++i;
         continue;
       }
-      drops = true;
-      dropped_ += text[i];
-      if (i < caret) --shownCaret;
+      qsizetype end = i;
+      while (end < text.size() && !CodeOf(text[end])) ++end;
+      const std::string signs = SignsFor(run, text.sliced(i, end - i));
+      drops = drops || signs.empty();
+      run += signs;
+      if (caret >= end) runCaret += static_cast<qsizetype>(signs.size()) - (end - i);
+      i = end;
     }
+    const QString shown = VisibleText(run);
     if (drops && (shown == accepted_ || shown.size() < accepted_.size())) return Invalid;
     text = accepted_ = shown;
-    caret = shownCaret;
+    caret = static_cast<int>(runCaret);
     return Acceptable;
   }
   // The characters taken out since this was last asked. Qt has a text that was changed checked again.
   QString TakeDropped() const { return std::exchange(dropped_, QString()); }
 
  private:
+  static std::optional<unsigned char> CodeOf(QChar character) {
+    if (EntersNoRun(character.unicode()) || character == QChar::LineSeparator ||
+        character == QChar::ParagraphSeparator) {
+      return static_cast<unsigned char>(' ');
+    }
+    const auto code = CodeOfVisible(character.unicode());
+    return code && !EntersNoRun(*code) ? code : std::nullopt;
+  }
+  std::string SignsFor(const std::string& before, const QString& unknown) const {
+    std::string signs;
+    if (box_.SignsFor) {
+      RunHandler([&] { signs = box_.SignsFor(before, unknown.toStdString()); });
+    } else {
+      dropped_ += unknown;
+    }
+    return signs;
+  }
+
+  TextBox& box_;
   mutable QString accepted_;
   mutable QString dropped_;
 };
@@ -221,7 +240,7 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, Holds h
     widget_->setFont(FixedPitchFont());
     static_cast<BoxEdit*>(widget_)->HoldsRun = true;
   }
-  widget_->setValidator(new RunValidator(widget_));
+  widget_->setValidator(new RunValidator(*this, widget_));
   QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { Edited(true); });
   QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] { Edited(false); });
 }
@@ -231,8 +250,6 @@ void QtTextBox::Edited(bool accepted) {
   if (accepted) RunHandler(OnChange);
   if (dropped.empty()) {
     QToolTip::hideText();
-  } else if (OnUntypable) {
-    RunHandler([&] { OnUntypable(dropped); });
   } else {
     QToolTip::showText(widget_->mapToGlobal(QPoint(0, widget_->height())),
                        PlainText("There is no code for " + dropped + "."), widget_);

@@ -25,6 +25,7 @@ class QtControl : public Interface {
 
   void SetPlace(const Place& place) override {
     widget_->setGeometry(place.left, place.top, place.width, place.height);
+    widget_->setVisible(place.width > 0 && place.height > 0);
   }
   void SetVisible(bool visible) override { widget_->setVisible(visible); }
   Widget* GetWidget() const { return widget_; }

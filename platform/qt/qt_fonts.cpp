@@ -9,7 +9,7 @@
 #include <iterator>
 #include <list>
 
-#include "platform/qt/qt_text.h"
+#include "platform/characters.h"
 
 namespace kelvane {
 namespace {
@@ -126,7 +126,7 @@ void QtFace::LoadGlyphs(bool symbol) {
   // Symbol fonts come in two kinds: with Unicode code points, or with the codes of the encoding in their
   // place, plain or moved to the private area at F000. A Greek letter tells which one this is.
   const bool unicode = !symbol || GlyphOf(base_, 0x03B1) != 0;
-  for (unsigned code = 32; code < 224; ++code) {
+  for (unsigned code = 1; code < 224; ++code) {
     const auto byte = static_cast<unsigned char>(code);
     const char16_t character = symbol ? UnicodeOfSymbol(byte) : UnicodeOfText(byte);
     if (character == 0) continue;

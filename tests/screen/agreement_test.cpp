@@ -18,6 +18,7 @@
 #include "document/page.h"
 #include "document/paper.h"
 #include "output/postscript.h"
+#include "platform/characters.h"
 #include "platform/files.h"
 #include "platform/qt/qt_canvas.h"
 #include "tests/screen/ink.h"
@@ -144,8 +145,11 @@ std::string RunEntry(int size, char face, const std::string& text, int anchor) {
 TEST_F(AgreementTest, EveryCharacterOfEveryTextFace) {
   std::vector<Specimen> specimens;
   for (const char face : kTextFaces) {
-    for (int code = 33; code < 224; ++code) {
-      if (code == 127 || (face != '8' && face != 'A' && code == 160)) continue;
+    const bool symbol = face == '8' || face == 'A';
+    for (int code = 1; code < 224; ++code) {
+      const bool inked = symbol ? UnicodeOfSymbol(static_cast<unsigned char>(code)) != 0
+                                : UnicodeOfText(static_cast<unsigned char>(code)) != 0 && code != 160;
+      if (!inked || code == 32) continue;
       specimens.push_back({RunEntry(14, face, std::string(1, static_cast<char>(code)), 3), 7.3F, 21.6F});
     }
   }

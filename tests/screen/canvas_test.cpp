@@ -260,9 +260,10 @@ TEST_F(CanvasTest, OverlayOfTheTypedRunRepaintsLittle) {
 
 TEST_F(CanvasTest, KeysBecomeCodes) {
   std::vector<int> keys;
-  std::string untypable;
+  std::string texts;
   canvas->OnKeyPress = [&](int code) { keys.push_back(code); };
-  canvas->OnUntypable = [&](const std::string& characters) { untypable += characters + ";"; };
+  canvas->OnText = [&](const std::string& utf8) { texts += utf8 + ";"; };
+  canvas->OnPreedit = [&](const std::string& utf8) { texts += "(" + utf8 + ")"; };
   Show();
   canvas->Focus();
   const auto type = [&](const QString& character) {
@@ -276,16 +277,20 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
   for (const Qt::Key key : {Qt::Key_Enter, Qt::Key_Backspace, Qt::Key_B, Qt::Key_Left})
     QTest::keyClick(canvas, key, Qt::ControlModifier);
   for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_Home, Qt::Key_F9}) QTest::keyClick(canvas, key);
-  // Letters with Alt and signs that no face has come as no codes, as F9 does.
+  // Letters with Alt are no keys, and neither is F9.
   QTest::keyClick(canvas, 'b', Qt::AltModifier);
   type(QStringLiteral("\u03B1"));
   QInputMethodEvent composed;
-  composed.setCommitString(QStringLiteral("xñ±"));
+  composed.setCommitString(QStringLiteral("x"));
+  QCoreApplication::sendEvent(canvas, &composed);
+  QInputMethodEvent making(QStringLiteral("´"), {});
+  QCoreApplication::sendEvent(canvas, &making);
+  composed.setCommitString(QStringLiteral("xn\u0303±"));
   QCoreApplication::sendEvent(canvas, &composed);
   EXPECT_EQ(keys,
             (std::vector<int>{'a', '(', '\\', '~', ' ', 13, 8, kKeyEscape, kKeyLeft, kKeyUp, kKeyRight,
                               kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete, kKeyHome, 'x'}));
-  EXPECT_EQ(untypable, "é;α;ñ ±;");
+  EXPECT_EQ(texts, "é;α;()(´)()xñ±;");
 }
 
 TEST_F(CanvasTest, MouseReportsLogicalPositions) {

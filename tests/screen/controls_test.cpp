@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QStatusBar>
+#include <QToolTip>
 
 #include "tests/screen/screen_test.h"
 
@@ -58,31 +59,32 @@ TEST_F(BoxTest, EnteredByTabGoesOnBehindTheRun) {
   EXPECT_EQ(box->Text(), "new") << "selected by the owner";
 }
 
-TEST_F(BoxTest, TakesWhatHasCodesAndNamesTheRest) {
-  std::string untypable;
-  box->OnUntypable = [&](const std::string& characters) { untypable += characters + ";"; };
+TEST_F(BoxTest, AsksItsOwnerForWhatHasNoCode) {
+  std::string asked;
+  box->SignsFor = [&](const std::string& before, const std::string& utf8) {
+    asked += before + "|" + utf8 + ";";
+    return std::string(utf8 == "π" ? "\xE8p\xE0" : "");
+  };
   box->SetText("ab\xF0");
   edit->setCursorPosition(1);
-  ExpectPasted(QStringLiteral("cé±éñd"),
-               "ac\xB1"
+  ExpectPasted(QStringLiteral("cé±πñ中d"),
+               "ac\x0F\xB1\xE8p\xE0\x16"
                "db\xF0");
   QTest::keyClicks(edit, "e");
   EXPECT_EQ(box->Text(),
-            "ac\xB1"
+            "ac\x0F\xB1\xE8p\xE0\x16"
             "deb\xF0");
-  EXPECT_EQ(untypable, "é ñ;");
+  EXPECT_EQ(asked, "ac\x0F\xB1|π;ac\x0F\xB1\xE8p\xE0\x16|中;");
 }
 
 TEST_F(BoxTest, RefusesAnEditOfCharactersWithoutCodeAlone) {
-  std::string untypable;
-  box->OnUntypable = [&](const std::string& characters) { untypable += characters + ";"; };
   box->SetText("ab\xF0");
   QTest::keyClick(edit, Qt::Key_End);
   QTest::sendKeyEvent(QTest::Click, edit, Qt::Key_unknown, QStringLiteral("\u4E2D"), Qt::NoModifier);
   edit->selectAll();
-  ExpectPasted(QStringLiteral("é"), "ab\xF0");
+  ExpectPasted(QStringLiteral("\u4E2D"), "ab\xF0");
   EXPECT_EQ(changes, "");
-  EXPECT_EQ(untypable, "\u4E2D;é;");
+  EXPECT_EQ(QToolTip::text(), QStringLiteral("There is no code for \u4E2D."));
   edit->setCursorPosition(3);
   ExpectPasted(QStringLiteral("\u2026"), "ab\xF0\x85");
   edit->undo();

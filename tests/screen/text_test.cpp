@@ -33,10 +33,11 @@ TEST(TextTest, SignsOfScriptAndTypefaceCodes) {
   EXPECT_EQ(VisibleText("\xE1\xE9\xEA\xEF"), QStringLiteral("①⑨ᴀꜰ"));
 }
 
-TEST(TextTest, CharactersThatARunHasNot) {
-  // In a run the code 233 is a switch of typeface, so the letter has none.
-  EXPECT_FALSE(CodeOfVisible(u'\u00E9'));
+TEST(TextTest, LettersStandForThemselves) {
+  EXPECT_EQ(VisibleText("\x01\x0F\x83\x9D\xDF"), QStringLiteral("àéıÿß"));
+  EXPECT_EQ(CodeOfVisible(u'\u00E9'), 15);
   EXPECT_EQ(CodeOfVisible(u'\u00A0'), 160);
+  EXPECT_FALSE(CodeOfVisible(u'\u03B1'));
   EXPECT_EQ(ListOf(QStringLiteral("é\u0007é\U0001D400")), "é U+0007 \U0001D400");
 }
 

@@ -18,8 +18,6 @@ class RecordingCanvas : public Canvas {
   // "left top width height" of the last SetCoordinates.
   std::string coordinates;
   // Path of the icon in use, empty for the arrow.
-  std::string name;
-  std::string toolTip;
   std::string pointer;
   PointerShape shape = PointerShape::Arrow;
   // Keys held while the mouse does something.
@@ -28,6 +26,8 @@ class RecordingCanvas : public Canvas {
   bool alt = false;
   // Icon files that load; any other is missing.
   std::vector<std::string> icons;
+  std::string name;
+  std::string toolTip;
   // "left top right bottom" of the page areas asked for since the page was last painted, one a line; "all\n"
   // for the whole of it.
   std::string areas;
@@ -80,10 +80,8 @@ class RecordingCanvas : public Canvas {
   void SetPointerShape(PointerShape newShape) override { shape = newShape; }
   bool SetPointerIcon(const std::string& path) override;
   void Focus() override;
-  void SetName(const std::string& accessibleName, const std::string& canvasToolTip) override {
-    name = accessibleName;
-    toolTip = canvasToolTip;
-  }
+  void SetName(const std::string& newName) override { name = newName; }
+  void SetToolTip(const std::string& text) override { toolTip = text; }
 
  private:
   static std::size_t Index(Layer layer) { return layer == Layer::Page ? 0 : 1; }

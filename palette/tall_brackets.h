@@ -1,0 +1,30 @@
+#pragma once
+
+// Brackets as tall as several lines, set of the pieces of Math0.
+
+#include <span>
+
+namespace kelvane {
+
+struct TallBracket {
+  const char* name;
+  const char* picture;  // for the panel, a run that begins in Times-Roman
+  char top;             // keys of Math0
+  char bar;
+  char middle;  // 0: no piece of its own
+  char foot;
+};
+std::span<const TallBracket> TallBrackets();
+
+inline constexpr int kMostBracketLines = 200;
+
+// Sets a bracket over so many lines, each as far from the next as the font size, the first one the line of
+// the cursor point or, behind it, of the run being typed, which is completed. All pieces are one edit. Throws
+// Failure outside 2 to kMostBracketLines. Does nothing while no cursor point is placed.
+void SetTallBracket(const TallBracket& bracket, int lines);
+
+// Asks how many lines.
+void BuildTallWindow();
+void AskTallBracket(const TallBracket& bracket);
+
+}  // namespace kelvane

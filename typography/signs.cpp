@@ -1,0 +1,410 @@
+#include "typography/signs.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cmath>
+#include <cstddef>
+#include <optional>
+#include <unordered_map>
+
+#include "platform/characters.h"
+#include "typography/metrics.h"
+#include "typography/typefaces.h"
+
+namespace kelvane {
+
+namespace {
+
+constexpr char32_t kNegation = 0x338;
+constexpr std::int16_t kUsualTextFace = 0;
+
+int CodeOf(char byte) {
+  return static_cast<unsigned char>(byte);
+}
+
+bool IsCombining(char32_t character) {
+  return (character >= 0x300 && character < 0x370) || (character >= 0x20D0 && character < 0x2100);
+}
+
+// ---- Look-ups, made when they are first needed ----
+
+using Codes = std::unordered_map<char32_t, char>;
+
+Codes MakeCodes(char16_t (*characterOf)(unsigned char)) {
+  Codes codes;
+  for (int code = 1; code < kFirstSwitchCode; ++code) {
+    const char16_t character = characterOf(static_cast<unsigned char>(code));
+    if (character != 0) codes.emplace(character, static_cast<char>(code));
+  }
+  return codes;
+}
+
+const Codes& TextCodes() {
+  static const Codes codes = MakeCodes(UnicodeOfText);
+  return codes;
+}
+const Codes& SymbolCodes() {
+  static const Codes codes = MakeCodes(UnicodeOfSymbol);
+  return codes;
+}
+
+using ByCharacter = std::unordered_map<char32_t, const Sign*>;
+
+const ByCharacter& Characters() {
+  static const ByCharacter signs = [] {
+    ByCharacter found;
+    for (const Sign& sign : SignTable())
+      if (sign.character != 0) found.emplace(sign.character, &sign);
+    return found;
+  }();
+  return signs;
+}
+
+// Of Math0, by key.
+const std::array<const Sign*, 128>& Keys() {
+  static const std::array<const Sign*, 128> keys = [] {
+    std::array<const Sign*, 128> found{};
+    for (const Sign& sign : SignTable()) {
+      const auto key = static_cast<std::size_t>(sign.math0);
+      if (key != 0 && !found[key]) found[key] = &sign;
+    }
+    return found;
+  }();
+  return keys;
+}
+
+std::optional<char32_t> SameAs(char32_t character) {
+  const auto same = SameSigns();
+  const auto found = std::ranges::find(same, character, &SameSign::character);
+  if (found == same.end()) return std::nullopt;
+  return found->as;
+}
+
+// ---- Runs ----
+
+// A run that begins in a typeface: switches come before characters of another one.
+class RunWriter {
+ public:
+  explicit RunWriter(std::int16_t font) : start_(font), now_(font) {}
+
+  void Character(std::int16_t font, char code) {
+    Switch(font);
+    run_ += code;
+  }
+  // A code that is the same in every typeface: a script or a fixed space.
+  void Code(char code) { run_ += code; }
+  // The run, back in the typeface that it began in.
+  std::string Finish() {
+    Switch(start_);
+    return run_;
+  }
+  std::int16_t Font() const { return start_; }
+
+ private:
+  void Switch(std::int16_t font) {
+    if (font != now_) run_ += static_cast<char>(kFirstSwitchCode + font);
+    now_ = font;
+  }
+
+  std::int16_t start_;
+  std::int16_t now_;
+  std::string run_;
+};
+
+struct SignPlace {
+  std::int16_t font;
+  char code;
+};
+
+std::optional<SignPlace> PlaceIn(const Codes& codes, char32_t character, std::int16_t font) {
+  const auto found = codes.find(character);
+  if (found == codes.end()) return std::nullopt;
+  return SignPlace{font, found->second};
+}
+
+std::int16_t TextFaceFor(std::int16_t font) {
+  return IsTextFace(font) ? font : kUsualTextFace;
+}
+
+// The place of a character that is one code, for a run in a typeface.
+std::optional<SignPlace> PlaceOf(char32_t character, char math0, bool only, std::int16_t font) {
+  const bool symbol = IsSymbolFace(font);
+  const bool glyphs = font == kMath0 || font == kMath3;
+  if (math0 != 0 && (only || glyphs)) return SignPlace{glyphs ? font : kMath0, math0};
+  if (IsTextFace(font)) {
+    if (const auto place = PlaceIn(TextCodes(), character, font)) return place;
+  }
+  if (const auto place = PlaceIn(SymbolCodes(), character, symbol ? font : kSymbol)) return place;
+  if (math0 != 0) return SignPlace{kMath0, math0};
+  return PlaceIn(TextCodes(), character, TextFaceFor(font));
+}
+
+// Moves by so many hundredths of an em times three. Fixed spaces and scripts that open and close in different
+// ways are the steps: 12, 9 and 6 hundredths forward, 9 and 6 back.
+void Step(RunWriter& run, int threes) {
+  const auto put = [&run](std::string_view codes) {
+    for (const char code : codes) run.Code(code);
+  };
+  for (; threes >= 4; threes -= 4) put("\xFF");
+  for (; threes <= -3; threes += 3) put("\xF0\xF8");
+  if (threes == 3) put("\xF6\xF2");
+  if (threes == 2) put("\xF3\xFB");
+  if (threes == 1) put("\xFF\xF0\xF8");
+  if (threes == -1) put("\xF0\xF8\xF3\xFB");
+  if (threes == -2) put("\xF9\xF5");
+}
+
+// A mark of Math0, which takes no room, over the middle of a character.
+void WriteMarked(RunWriter& run, SignPlace base, char mark) {
+  const float width = Advance(CodeOf(base.code), base.font, 1);
+  const int half = static_cast<int>(std::lround(width / 2 / 0.03F));
+  Step(run, half);
+  run.Character(kMath0, mark);
+  Step(run, -half);
+  run.Character(base.font, base.code);
+}
+
+void WriteMade(RunWriter& run, std::string_view made) {
+  const std::int16_t text = TextFaceFor(run.Font());
+  std::int16_t font = text;
+  for (const char c : made) {
+    const int code = CodeOf(c);
+    if (code < kFirstSwitchCode) {
+      run.Character(font, c);
+    } else if (code < kFirstScriptCode) {
+      font = static_cast<std::int16_t>(code - kFirstSwitchCode);
+      if (font == 0) font = text;
+    } else {
+      run.Code(c);
+    }
+  }
+}
+
+std::optional<SignPlace> PlaceOf(char32_t character, std::int16_t font) {
+  if (character >= 32 && character < 127 && IsTextFace(font))
+    return SignPlace{font, static_cast<char>(character)};
+  const auto found = Characters().find(character);
+  if (found == Characters().end()) {
+    return character < 127 ? PlaceIn(TextCodes(), character, TextFaceFor(font)) : std::nullopt;
+  }
+  const Sign& sign = *found->second;
+  if (sign.made || sign.mark) return std::nullopt;
+  return PlaceOf(sign.character, sign.math0, sign.only, font);
+}
+
+bool WriteSign(RunWriter& run, const Sign& sign) {
+  if (sign.made) {
+    WriteMade(run, sign.made);
+    return true;
+  }
+  const auto place =
+      sign.mark ? PlaceOf(sign.base, run.Font()) : PlaceOf(sign.character, sign.math0, sign.only, run.Font());
+  if (!place) return false;
+  if (sign.mark) {
+    WriteMarked(run, *place, sign.mark);
+  } else {
+    run.Character(place->font, place->code);
+  }
+  return true;
+}
+
+// Letters of the mathematical alphabets.
+std::optional<SignPlace> PlaceInAlphabets(char32_t character) {
+  for (const Alphabet& row : Alphabets()) {
+    if (character < row.first || character >= row.first + static_cast<char32_t>(row.count)) continue;
+    const char32_t letter = row.firstLetter + (character - row.first);
+    return PlaceIn(IsSymbolFace(row.font) ? SymbolCodes() : TextCodes(), letter, row.font);
+  }
+  return std::nullopt;
+}
+
+// The place of a character that may carry a mark; as it is typed, a character of ASCII is a code of its
+// typeface.
+std::optional<SignPlace> PlaceOfTyped(char32_t character, std::int16_t font) {
+  if (character >= 32 && character < 127) return SignPlace{font, static_cast<char>(character)};
+  if (const auto letter = PlaceInAlphabets(character)) return letter;
+  return PlaceOf(character, font);
+}
+
+// False if no typeface has it.
+bool WriteCharacter(RunWriter& run, char32_t typed) {
+  const char32_t character = SameAs(typed).value_or(typed);
+  if (character == 0) return true;
+  if (const auto place = PlaceOfTyped(character, run.Font())) {
+    run.Character(place->font, place->code);
+    return true;
+  }
+  const Sign* sign = SignOf(character);
+  return sign && WriteSign(run, *sign);
+}
+
+// A character with a combining one behind it. False if it cannot be set so.
+bool WriteWithMark(RunWriter& run, char32_t character, char32_t combining) {
+  const Sign* accent = SignOf(combining);
+  if (!accent || accent->math0 == 0) return false;
+  // The accent takes the place of the dot.
+  if (character == 'i' && IsTextFace(run.Font()) && combining != kNegation) character = U'\u0131';
+  const auto place = PlaceOfTyped(SameAs(character).value_or(character), run.Font());
+  if (!place) return false;
+  WriteMarked(run, *place, accent->math0);
+  return true;
+}
+
+// ---- Names ----
+
+std::string_view TypedNames(const Sign& sign) {
+  const std::string_view names = sign.names;
+  return names.substr(0, names.find('|'));
+}
+
+// Calls `take` with each name; stops when it returns true.
+template <typename Take>
+bool AnyName(const Sign& sign, Take take) {
+  std::string_view names = TypedNames(sign);
+  while (!names.empty()) {
+    const std::size_t end = std::min(names.find(' '), names.size());
+    if (take(names.substr(0, end))) return true;
+    names.remove_prefix(std::min(end + 1, names.size()));
+  }
+  return false;
+}
+
+std::string Lower(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return lower;
+}
+
+}  // namespace
+
+const Sign* SignOf(char32_t character) {
+  const auto found = Characters().find(SameAs(character).value_or(character));
+  return found == Characters().end() ? nullptr : found->second;
+}
+
+const Sign* SignAt(std::int16_t font, int code) {
+  if (font == kMath0 || font == kMath3)
+    return code >= 32 && code < 128 ? Keys()[static_cast<std::size_t>(code)] : nullptr;
+  if (code < 1 || code >= kFirstSwitchCode) return nullptr;
+  const auto byte = static_cast<unsigned char>(code);
+  const char32_t character = IsSymbolFace(font) ? UnicodeOfSymbol(byte)
+                             : IsTextFace(font) ? UnicodeOfText(byte)
+                                                : u'\0';
+  return SignOf(character);
+}
+
+std::vector<const Sign*> SignsNamed(std::string_view beginning) {
+  std::vector<const Sign*> found;
+  for (const Sign& sign : SignTable())
+    if (AnyName(sign, [&](std::string_view name) { return name.starts_with(beginning); }))
+      found.push_back(&sign);
+  std::ranges::stable_partition(found, [&](const Sign* sign) {
+    return AnyName(*sign, [&](std::string_view name) { return name == beginning; });
+  });
+  return found;
+}
+
+std::vector<const Sign*> FindSigns(std::string_view words) {
+  std::vector<const Sign*> found;
+  const std::string wanted = Lower(words);
+  for (const Sign& sign : SignTable()) {
+    const std::string names = Lower(sign.names);
+    std::string_view rest = wanted;
+    bool all = true;
+    while (all && !rest.empty()) {
+      const std::size_t end = std::min(rest.find(' '), rest.size());
+      all = names.find(rest.substr(0, end)) != names.npos;
+      rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    if (all) found.push_back(&sign);
+  }
+  return found;
+}
+
+std::vector<const Sign*> SignsOfClass(SignClass kind) {
+  std::vector<const Sign*> found;
+  for (const Sign& sign : SignTable())
+    if (sign.kind == kind) found.push_back(&sign);
+  return found;
+}
+
+std::string NameOf(const Sign& sign, std::string_view beginning) {
+  std::string name;
+  AnyName(sign, [&](std::string_view one) {
+    if (one.starts_with(beginning)) name = "\\" + std::string(one);
+    return !name.empty();
+  });
+  return name.empty() ? WordsOf(sign) : name;
+}
+
+std::string WordsOf(const Sign& sign) {
+  const std::string_view names = sign.names;
+  return std::string(names.substr(std::min(names.find('|') + 1, names.size())));
+}
+
+std::string HowTyped(const Sign& sign) {
+  const auto place =
+      sign.made || sign.mark ? std::nullopt : PlaceOf(sign.character, sign.math0, sign.only, kUsualTextFace);
+  if (!place) return "put together from others";
+  const int code = CodeOf(place->code);
+  const std::string face =
+      IsTextFace(place->font) ? "text faces" : kTypefaceNames[place->font].postScriptName;
+  return face + (code > 32 && code < 127 ? ", key " + std::string(1, place->code) + ", code " : ", code ") +
+         std::to_string(code);
+}
+
+std::string RunOf(const Sign& sign, std::int16_t font) {
+  RunWriter run(font);
+  WriteSign(run, sign);
+  return run.Finish();
+}
+
+std::string SignsToRun(std::string_view utf8, std::int16_t font, std::string& missing) {
+  const std::u32string text = ReadUtf8(utf8);
+  RunWriter run(font);
+  std::u32string named;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    char32_t character = text[i];
+    if (character == '\r' && i + 1 < text.size() && text[i + 1] == '\n') continue;
+    if (character == '\n' || character == '\r' || character == '\t' || character == 0x2028 ||
+        character == 0x2029)
+      character = ' ';
+    if (i + 1 < text.size() && IsCombining(text[i + 1]) && WriteWithMark(run, character, text[i + 1])) {
+      ++i;
+    } else if (!WriteCharacter(run, character) && named.find(character) == named.npos) {
+      named += character;
+    }
+  }
+  for (const char32_t character : named) missing += (missing.empty() ? "" : " ") + WriteUtf8(character);
+  return run.Finish();
+}
+
+std::string TextOfRun(std::string_view run, std::int16_t font) {
+  std::string text;
+  std::string mark;  // stands ahead of its character in a run, and behind it in a text
+  for (const char c : run) {
+    const int code = CodeOf(c);
+    if (code >= kFirstScriptCode) continue;
+    if (code >= kFirstSwitchCode) {
+      font = static_cast<std::int16_t>(code - kFirstSwitchCode);
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(c);
+    const Sign* glyph = font >= kFirstGlyphFont ? SignAt(font, code) : nullptr;
+    const char32_t character = glyph                ? glyph->character
+                               : IsSymbolFace(font) ? UnicodeOfSymbol(byte)
+                               : IsTextFace(font)   ? UnicodeOfText(byte)
+                                                    : u'\0';
+    if (character == 0) continue;
+    if (IsCombining(character)) {
+      mark = WriteUtf8(character);
+    } else {
+      text += WriteUtf8(character) + mark;
+      mark.clear();
+    }
+  }
+  return text;
+}
+
+}  // namespace kelvane
