@@ -301,6 +301,7 @@ void QtCanvas::SendKey(int code) {
 }
 
 bool QtCanvas::focusNextPrevChild(bool next) {
+  if (takesTab) return false;  // it comes as a key
   bool used = false;
   RunHandler([&] { used = OnTab && OnTab(next); });
   return used || QWidget::focusNextPrevChild(next);
@@ -370,10 +371,6 @@ void QtCanvas::inputMethodEvent(QInputMethodEvent* event) {
   if (OnPreedit) RunHandler([&] { OnPreedit(preedit); });
   SendText(event->commitString());
   event->accept();
-}
-
-bool QtCanvas::focusNextPrevChild(bool next) {
-  return !takesTab && QWidget::focusNextPrevChild(next);
 }
 
 QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {
