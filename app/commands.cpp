@@ -311,7 +311,7 @@ void AddViewMenu(Table& table) {
   table.push_back({menu, "mViewFitPage", "Fit &Page", "Ctrl+1", Run<FitPage>});
   table.push_back({menu, "mViewFitWidth", "Fit &Width", "Ctrl+2", Run<FitWidth>});
   table.push_back(
-      {menu, "mViewFitSelection", "Fit &Selection", "Ctrl+3", Run<FitSelection>, AnythingSelected});
+      {menu, "mViewFitSelection", "Fit Se&lection", "Ctrl+3", Run<FitSelection>, AnythingSelected});
   table.push_back(Separator(menu));
   table.push_back({menu, "mViewSigns", "&Signs", "F8", Run<TogglePalette>, {}, PaletteShown});
   table.push_back({menu, "mViewGrid", "Show &Grid", "", Toggle<ShowGrid>, {}, IsOn<ShowGrid>});
