@@ -86,4 +86,13 @@ void RunPainter::PaintFrame(int code, const RunPen& pen, ColourValue colour) {
   painter_.StrokePath(box, {colour, 1});
 }
 
+void PaintWords(Painter& painter, std::string_view words, std::int16_t font, float em, float scale, Point at,
+                ColourValue colour) {
+  std::vector<Point> origins;
+  WalkRun(words, PenAt(at, font, em / scale), 0, [&origins](std::size_t, const RunPen& pen) {
+    origins.push_back({pen.x, pen.y});
+  });
+  painter.DrawText(kTypefaceNames[font].screen, em, words, origins, colour);
+}
+
 }  // namespace kelvane
