@@ -335,6 +335,7 @@ void BuildPalette(Window& window) {
     if (!Cells.empty()) Insert(*Cells[Chosen].item);
   };
   SearchBox->OnEscape = FocusPage;
+  SearchBox->OnDown = [] { PaletteCanvas->Focus(); };
   PaletteCanvas = window.AddCanvas();
   PaletteCanvas->SetName("Signs");
   PaletteCanvas->OnPaint = [](Layer layer, const Box& area) {

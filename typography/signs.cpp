@@ -155,13 +155,14 @@ void Step(RunWriter& run, int threes) {
   if (threes == -2) put("\xF9\xF5");
 }
 
-// A mark of Math0, which takes no room, over the middle of a character.
+// A mark of Math0 over the middle of a character; most take no room.
 void WriteMarked(RunWriter& run, SignPlace base, char mark) {
   const float width = Advance(CodeOf(base.code), base.font, 1);
-  const int half = static_cast<int>(std::lround(width / 2 / 0.03F));
-  Step(run, half);
+  const float marks = Advance(CodeOf(mark), kMath0, 1);
+  const int before = static_cast<int>(std::lround((width - marks) / 2 / 0.03F));
+  Step(run, before);
   run.Character(kMath0, mark);
-  Step(run, -half);
+  Step(run, -before - static_cast<int>(std::lround(marks / 0.03F)));
   run.Character(base.font, base.code);
 }
 
