@@ -73,7 +73,8 @@ TEST_F(GlyphsTest, LinesOfGlyphsAreNeitherLostNorBlurred) {
          "0 0 moveto 50 0 rlineto 0 2 rlineto -50 0 rlineto 0 -2 rlineto 0 1 moveto 50 0 rlineto -50 0 "
          "rlineto fill");
   const std::string edge = "stroke M 100 200 L 110 200 L 110 199.6 L 100 199.6 L 100 200 ";
-  EXPECT_EQ(Draw('A'), edge + "M 100 199.8 L 110 199.8 #000000 w 0.33\n");
+  SCALE = 4;  // two edges and one thread: gaps of 1 unit, 0.8 pixels
+  EXPECT_EQ(Draw('A'), "stroke M 100 199.8 L 110 199.8 #000000 w 0.78\n" + edge + "#000000 w 0.39\n");
   SCALE = 1.8F;
   EXPECT_EQ(Draw('A'), edge + "#000000 w 0.35\n");
   SCALE = 0.1F;

@@ -131,18 +131,12 @@ std::vector<PathPart> PartsOf(const Path& path) {
   return parts;
 }
 
-// The lines of a path: threads are left out, or drawn one way.
-Path LinesOf(const Path& path, bool threads) {
-  Path lines;
-  for (const PathPart& part : PartsOf(path)) {
-    const bool thread = part.IsThread();
-    if (thread && !threads) continue;
-    const auto steps = part.steps.first(thread ? (part.steps.size() + 1) / 2 : part.steps.size());
-    const auto points = part.points.first(thread ? (part.points.size() + 1) / 2 : part.points.size());
-    lines.steps.insert(lines.steps.end(), steps.begin(), steps.end());
-    lines.points.insert(lines.points.end(), points.begin(), points.end());
-  }
-  return lines;
+// Puts its first steps and points behind a path.
+void Append(Path& path, const PathPart& part, std::size_t steps, std::size_t points) {
+  path.steps.insert(path.steps.end(), part.steps.begin(),
+                    part.steps.begin() + static_cast<std::ptrdiff_t>(steps));
+  path.points.insert(path.points.end(), part.points.begin(),
+                     part.points.begin() + static_cast<std::ptrdiff_t>(points));
 }
 
 // The area that the parts of a path enclose, counters taken off, and the length of their lines. Curves count
@@ -206,15 +200,19 @@ GlyphShape ExecuteGlyph(const std::string& procedure) {
   }
   const double area = Measurer().Measure(shape.path).area;
   const bool enclosed = shape.filled && area > 0;
-  const auto widthOf = [&](const Path& lines) {
-    return enclosed ? static_cast<float>(area / Measurer().Measure(lines).length) : kStrokeWidth;
-  };
-  shape.lines = enclosed ? LinesOf(shape.path, true) : shape.path;
-  shape.lineWidth = widthOf(shape.lines);
-  shape.edges = enclosed ? LinesOf(shape.path, false) : shape.path;
-  shape.edgeWidth = widthOf(shape.edges);
+  for (const PathPart& part : PartsOf(shape.path)) {
+    if (enclosed && part.IsThread()) {
+      Append(shape.threads, part, (part.steps.size() + 1) / 2, (part.points.size() + 1) / 2);
+    } else {
+      Append(shape.edges, part, part.steps.size(), part.points.size());
+    }
+  }
+  const double edges = Measurer().Measure(shape.edges).length;
+  const double threads = Measurer().Measure(shape.threads).length;
+  shape.edgeWidth = enclosed ? static_cast<float>(area / edges) : kStrokeWidth;
+  shape.threadWidth = enclosed ? static_cast<float>(area / (threads + edges / 2)) : 0;
   if (const GrowingBox outline = ExtentOf(shape.path); !outline.Empty()) {
-    const float reach = shape.filled ? 0 : shape.lineWidth / 2;
+    const float reach = shape.filled ? 0 : shape.edgeWidth / 2;
     const Box& box = outline.box;
     shape.ink = {box.left - reach, box.top - reach, box.right + reach, box.bottom + reach};
   }

@@ -22,14 +22,15 @@ extern std::string CharacterDefs[kGlyphs][4];
 struct GlyphShape {
   Path path;
   bool filled = false;  // printed as an area, otherwise as a line
-  // The lines of the screen, and their width with which they have as much ink as the printed glyph. Threads,
-  // parts that run to their end and back within a stroke, are drawn one way.
-  Path lines;
-  float lineWidth = 0;
-  // The same without threads: fewer and wider lines, for small sizes.
+  // The lines of the screen: edges, and threads, which run to their end and back within a stroke and are
+  // drawn one way. With lines of these widths a glyph has as much ink as the printed one, with threads and
+  // without. Threads are as wide as the gaps between them, and the edges beside them half as wide, since half
+  // of them lies outside.
   Path edges;
-  float edgeWidth = 0;
-  Box ink;  // what it covers in print; of no size where it draws nothing
+  Path threads;
+  float threadWidth = 0;
+  float edgeWidth = 0;  // without threads
+  Box ink;              // what it covers in print; of no size where it draws nothing
 };
 
 // Executes a procedure. It stops at a 21st operand or at an operator that finds too few; what was drawn

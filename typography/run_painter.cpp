@@ -13,8 +13,9 @@ namespace {
 // Lines of glyphs, in device pixels: thinner ones would vanish, wider ones blur what they outline.
 constexpr float kLeastGlyphLine = 1.0F / 3;
 constexpr float kMostGlyphLine = 2;
-// Below so much of the least width all lines would have a third more ink: it is kept with fewer ones then.
-constexpr float kThreadsFrom = 0.75F;
+// Threads thinner than this would, with the least width for the edges, be a quarter too black: edges alone
+// are drawn.
+constexpr float kLeastThread = 1.1F * kLeastGlyphLine;
 
 }  // namespace
 
@@ -71,15 +72,17 @@ void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   const float pixels = unit * view_.scale;
   if (!view_.printed) {
     // On the screen glyphs are lines, as wide as gives them the ink of the print.
-    const float ratio = view_.ratio;
-    const bool threads = shape->lineWidth * pixels * ratio >= kThreadsFrom * kLeastGlyphLine;
-    const float width = (threads ? shape->lineWidth : shape->edgeWidth) * pixels * ratio;
-    painter_.StrokePath(place(threads ? shape->lines : shape->edges),
-                        {colour, std::clamp(width, kLeastGlyphLine, kMostGlyphLine) / ratio});
+    const auto stroke = [&](const Path& path, float width) {
+      const float device = std::clamp(width * pixels * view_.ratio, kLeastGlyphLine, kMostGlyphLine);
+      painter_.StrokePath(place(path), {colour, device / view_.ratio});
+    };
+    const bool threads = !shape->threads.Empty() && shape->threadWidth * pixels * view_.ratio >= kLeastThread;
+    if (threads) stroke(shape->threads, shape->threadWidth);
+    stroke(shape->edges, threads ? shape->threadWidth / 2 : shape->edgeWidth);
   } else if (shape->filled) {
     painter_.FillPath(place(shape->path), colour);
   } else {
-    painter_.StrokePath(place(shape->path), {colour, shape->lineWidth * pixels});
+    painter_.StrokePath(place(shape->path), {colour, shape->edgeWidth * pixels});
   }
 }
 

@@ -1,6 +1,8 @@
 #include "platform/qt/qt_canvas.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -403,6 +405,8 @@ MouseEvent QtCanvas::ToMouseEvent(const QMouseEvent& event, Qt::MouseButton butt
 
 void QtCanvas::mousePressEvent(QMouseEvent* event) {
   if (!OnMouseDown || !IsOurButton(event->button())) return;
+  // What an input method has in the making belongs to where it was typed.
+  QGuiApplication::inputMethod()->commit();
   const MouseEvent mouse = ToMouseEvent(*event, event->button());
   RunHandler([this, &mouse] { OnMouseDown(mouse); });
 }

@@ -1,6 +1,8 @@
 #include "platform/qt/qt_controls.h"
 
 #include <QFontDatabase>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QToolTip>
@@ -210,7 +212,11 @@ QtButton::QtButton(QWidget* parent, const std::string& caption, const IconDrawin
   widget_->setText(PlainText(caption));
   widget_->setAccessibleName(PlainText(caption).remove(u'&'));
   widget_->setToolTip(PlainText(toolTip).toHtmlEscaped());
-  QObject::connect(widget_, &QPushButton::clicked, widget_, [this] { RunHandler(OnClick); });
+  QObject::connect(widget_, &QPushButton::clicked, widget_, [this] {
+    // A button takes no focus, and so does not end what an input method has in the making.
+    QGuiApplication::inputMethod()->commit();
+    RunHandler(OnClick);
+  });
 }
 
 void QtButton::SetPlace(const Place& place) {
