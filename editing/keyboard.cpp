@@ -44,9 +44,12 @@ OpenRun GivenBack;
 
 // The list of signs that a name being typed may mean.
 SignNames Names;
-// The item whose run is open, 0 for none, and the amount that it is justified to.
+// The item whose run is open, 0 for none, and the amount that it is justified to. What is for new runs waits
+// until it is done.
 std::uint64_t Retyped = 0;
 float RetypedAmount = 0;
+std::string WaitingRun;
+TextEntry ForNewRuns;
 
 OpenRun RunNow() {
   return {PendingRun, CursorX, CursorY, FontSize, BaseFont, CursorMode};
@@ -187,6 +190,22 @@ void PaintMark(Painter& painter, const View& view) {
   painter.DrawLine({CursorX, CursorY - arm}, {CursorX, CursorY + arm}, pen);
 }
 
+// Escape takes back one level: what is selected of the run, then the run, which stays where it stands or goes
+// back to what its item was, then the mode.
+void StepOut() {
+  if (!SelectedPart().Empty()) {
+    MoveCaret(Caret());
+    ShowCursor();
+  } else if (Retyped != 0) {
+    GiveUpRetyping();
+  } else if (RunIsOpen()) {
+    CommitPendingRun(false);
+    ShowCursor();
+  } else {
+    TakeMode(0);
+  }
+}
+
 class Typing : public Tool {
  public:
   void Press(const Pointer& pointer) override {
@@ -242,13 +261,8 @@ class Typing : public Tool {
 
  private:
   static bool Do(int code) {
-    if (code == kKeyEscape && !SelectedPart().Empty()) {
-      MoveCaret(Caret());
-      ShowCursor();
-      return true;
-    }
-    if (code == kKeyEscape && Retyped != 0) {
-      GiveUpRetyping();
+    if (code == kKeyEscape) {
+      StepOut();
       return true;
     }
     if (RunIsOpen() && EditingKey(code)) {
@@ -328,10 +342,10 @@ void EndRetyping() {
   const std::uint64_t id = std::exchange(Retyped, 0);
   HiddenItem = 0;
   DropRun();
-  CursorMode = 0;
-  SetCanvasPointer(CursorMode);
+  ForNewRuns.text = WaitingRun;
+  TakeRunOf(ForNewRuns, WaitingRun.size());
   Select({id});
-  ShowCursor();
+  TakeMode(0);
 }
 
 void CommitRetyped() {
@@ -360,15 +374,15 @@ void RetypeItem(std::uint64_t id, Point at) {
     ShowNote("This run has no anchor between 1 and 9: it can be moved, but not typed anew");
     return;
   }
+  WaitingRun = PendingRun;
+  ForNewRuns = EntryOfRun();
   TakeRunOf(entry, CaretAt(entry, at));
   RetypedAmount = entry.justified ? entry.amount : 0;
   const Box area = BoundsOf(entry);
   ClearMarkedBox();
   Retyped = HiddenItem = id;
-  CursorMode = static_cast<std::int16_t>(-entry.anchor);
-  SetCanvasPointer(CursorMode);
   ShowPage(area);
-  ShowCursor();
+  TakeMode(static_cast<std::int16_t>(-entry.anchor));
 }
 
 bool Retyping() {
