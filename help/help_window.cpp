@@ -119,6 +119,9 @@ void ShowFoot(const std::string& text) {
 
 std::vector<TextBlock> BlocksToShow(const HelpPage& page) {
   std::vector<TextBlock> blocks = page.blocks;
+  for (TextBlock& block : blocks) {
+    if (block.kind == TextBlock::Kind::Picture) block.lines[0][0].text.insert(0, ProgramFolder);
+  }
   for (std::size_t i = 0; i < page.faults.size() && i < kMostFaultsShown; ++i) {
     blocks.push_back({TextBlock::Kind::Note, 0, {{{.text = page.faults[i]}}}});
   }

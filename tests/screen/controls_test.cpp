@@ -125,6 +125,9 @@ TEST_F(ControlsTest, ButtonStaysAsItsOwnerSetIt) {
   }
   EXPECT_EQ(clicks, 2);
   EXPECT_EQ(widget->accessibleName(), "Top Left");
+  button->SetVisible(false);
+  button->SetPlace({0, 0, 60, 24});
+  EXPECT_TRUE(widget->isHidden()) << "laying out showed what its owner hides";
 }
 
 TEST_F(ControlsTest, ButtonsLeaveTheFocusAndEscapeToOthers) {
