@@ -130,6 +130,23 @@ TEST_F(ControlsTest, ButtonStaysAsItsOwnerSetIt) {
   EXPECT_TRUE(widget->isHidden()) << "laying out showed what its owner hides";
 }
 
+TEST_F(ControlsTest, TheClickThatEntersASmallBoxSelectsItsText) {
+  TextBox* box = window->AddTextBox("Font Size", false);
+  box->SetPlace({0, 0, 100, 24});
+  box->SetText("11");
+  auto* edit = TheOnly<QLineEdit>();
+  Canvas* canvas = window->AddCanvas();
+  window->SetCanvasPlace(canvas, {0, 30, 100, 100});
+  Show();
+  canvas->Focus();
+  QTest::mouseClick(edit, Qt::LeftButton);
+  QTest::keyClicks(edit, "14");
+  EXPECT_EQ(box->Text(), "14");
+  QTest::mouseClick(edit, Qt::LeftButton, {}, QPoint(90, 12));
+  QTest::keyClicks(edit, ".5");
+  EXPECT_EQ(box->Text(), "14.5");
+}
+
 TEST_F(ControlsTest, ButtonsLeaveTheFocusAndEscapeToOthers) {
   Canvas* canvas = window->AddCanvas();
   window->SetCanvasPlace(canvas, {0, 30, 100, 100});
