@@ -284,7 +284,7 @@ void LayOut() {
 
   const int top = row + 2 * kGap;
   const int foot = height - row;
-  const int panel = std::clamp(width / 3, row * 8, row * 12);
+  const int panel = std::clamp(width / 3, row * 9, row * 12);
   const int below = top + row + kGap / 2;
   HelpParts.tabs->SetPlace({kGap, top, panel, row});
   HelpParts.contents->SetPlace({kGap, below, panel, foot - below});
