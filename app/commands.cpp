@@ -4,6 +4,7 @@
 
 #include "app/about_window.h"
 #include "app/contact_window.h"
+#include "app/context_help.h"
 #include "app/exit.h"
 #include "app/find_window.h"
 #include "app/foot.h"
@@ -139,6 +140,14 @@ bool Editing() {
 }
 void PasteAtPointer() {
   Paste(PointerOnPaper());
+}
+
+// The designer is made when it is first opened.
+bool OpenDesigner() {
+  const bool made = DesignerWindow != nullptr;
+  ShowDesigner();
+  if (!made) AddHelpKeys(*DesignerWindow, kDesignerPage);
+  return true;
 }
 
 Command Separator(const char* menu) {
@@ -552,7 +561,7 @@ Table MakeTable() {
   AddThicknessMenu(table);
   AddDrawMenu(table);
   table.push_back(Separator("F&ormat"));
-  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", Run<ShowDesigner>});
+  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", OpenDesigner});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
   table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});
