@@ -232,9 +232,7 @@ void DrawnPath(benchmark::State& state) {
 // From the key to the painted widget, in the whole editor on a page of 10,000 runs. A run of 40 characters is
 // typed and taken back again.
 void KeyPress(benchmark::State& state) {
-  constexpr float kAround = 100;  // pixels that the controls around the canvas take at most
-  FormPlace = {0, 0, (kWidth + kAround) * kTwipsPerPixel, (kHeight + kAround) * kTwipsPerPixel};
-  ShowEditor({});
+  ShowWholeEditor({});
   FillPage(10000, 24);
   ShowWholePaper();
   CursorMode = -3;

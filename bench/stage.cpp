@@ -3,6 +3,7 @@
 #include <random>
 #include <string>
 
+#include "app/settings.h"
 #include "app/startup.h"
 #include "document/page.h"
 #include "editing/cursor.h"
@@ -23,6 +24,14 @@ constexpr int kRepetitions = 15;
 void ShowWholePaper() {
   STARTX = PaperWidth / 2;
   STARTY = PaperHeight / 2;
+}
+
+void ShowWholeEditor(const std::string& pageFile) {
+  constexpr float kAround = 100;  // pixels that the controls around the canvas take at most
+  FormPlace = {0, 0, (kWidth + kAround) * kTwipsPerPixel, (kHeight + kAround) * kTwipsPerPixel};
+  ShowEditor(pageFile);
+  ShowWholePaper();
+  RedrawPage();
 }
 
 Stage::Stage() : editorCanvas(Picture1) {
@@ -46,8 +55,8 @@ Stage::~Stage() {
   Picture1 = editorCanvas;
 }
 
-void FillPage(int runs, float pixels) {
-  std::minstd_rand random(1);
+void FillPage(int runs, float pixels, unsigned seed) {
+  std::minstd_rand random(seed);
   const float size = pixels / SCALE;
   std::uniform_real_distribution<float> across(0, PaperWidth - kCharacters * 0.5F * size);
   std::uniform_real_distribution<float> down(size, PaperHeight);

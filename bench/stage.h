@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
+#include <string>
 
 #include "platform/qt/qt_canvas.h"
 
@@ -17,6 +18,9 @@ constexpr int kHeight = 1680;
 
 // The whole paper in the view.
 void ShowWholePaper();
+
+// The editor in a window that shows all of the paper.
+void ShowWholeEditor(const std::string& pageFile);
 
 // Counts the paintings of a widget.
 class PaintCounter : public QObject {
@@ -51,8 +55,8 @@ struct Stage {
   }
 };
 
-// Runs all over the paper, the same ones each time, so many device pixels high.
-void FillPage(int runs, float pixels);
+// Runs all over the paper, the same ones for a seed, so many device pixels high.
+void FillPage(int runs, float pixels, unsigned seed = 1);
 
 // What waits for the disk takes long, however little it computes.
 void MeasureDisk(benchmark::internal::Benchmark* benchmark);

@@ -36,7 +36,7 @@ class Browser;
 class Control {
  public:
   virtual ~Control() = default;
-  // A place without a width or a height hides the control.
+  // A place without a width or a height hides the control; another does not show one that SetVisible hid.
   virtual void SetPlace(const Place& place) = 0;
   virtual void SetVisible(bool visible) = 0;
 };
