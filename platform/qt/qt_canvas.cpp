@@ -310,6 +310,7 @@ bool QtCanvas::focusNextPrevChild(bool next) {
 }
 
 void QtCanvas::keyPressEvent(QKeyEvent* event) {
+  made_.clear();
   const bool control = event->modifiers() & Qt::ControlModifier;
   const int held = (control ? kWithControl : 0) | (event->modifiers() & Qt::ShiftModifier ? kWithShift : 0);
   switch (event->key()) {
@@ -369,10 +370,16 @@ void QtCanvas::SendText(const QString& text) {
 }
 
 void QtCanvas::inputMethodEvent(QInputMethodEvent* event) {
-  const std::string preedit = event->preeditString().toStdString();
-  if (OnPreedit) RunHandler([&] { OnPreedit(preedit); });
-  SendText(event->commitString());
+  const QString making = event->preeditString();
+  const QString made = event->commitString();
+  // Some input methods that are told to end a composition give its text a second time.
+  const bool again = making_.isEmpty() && making.isEmpty() && !made.isEmpty() && made == made_;
+  if (!made.isEmpty() || !making.isEmpty()) made_ = made == making_ ? made : QString();
+  making_ = making;
   event->accept();
+  if (again) return;
+  if (OnPreedit) RunHandler([&] { OnPreedit(making.toStdString()); });
+  SendText(made);
 }
 
 QVariant QtCanvas::inputMethodQuery(Qt::InputMethodQuery query) const {

@@ -82,6 +82,8 @@ class QtCanvas final : public QWidget, public Canvas {
   double ratio_ = 1;  // device pixels per logical pixel
   bool showPending_ = false;
   int clicks_ = 1;  // of the last press
+  QString making_;  // what an input method has in the making
+  QString made_;    // what came of the last composition, until something else is typed
   // The part of each layer, in device pixels, that is to be painted before it is shown.
   QRegion invalid_[2];
 

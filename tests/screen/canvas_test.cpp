@@ -294,6 +294,10 @@ TEST_F(CanvasTest, KeysBecomeCodes) {
             (std::vector<int>{'a', '(', '\\', '~', ' ', 13, 8, kKeyEscape, kKeyLeft, kKeyUp, kKeyRight,
                               kKeyDown, 10, kKeyWordBackspace, kKeyWordLeft, kKeyDelete, kKeyHome, 'x'}));
   EXPECT_EQ(texts, "é;α;()(´)()xñ±;");
+  // A composition whose text comes twice.
+  composed.setCommitString(QStringLiteral("´"));
+  for (QInputMethodEvent* event : {&making, &composed, &composed}) QCoreApplication::sendEvent(canvas, event);
+  EXPECT_EQ(texts, "é;α;()(´)()xñ±;(´)()´;");
 }
 
 TEST_F(CanvasTest, MouseReportsLogicalPositions) {
