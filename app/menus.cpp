@@ -63,8 +63,12 @@ void Refresh(BuiltEntry& built) {
 
 }  // namespace
 
-void BuildMenus(Window& window) {
+void ResetMenus() {
   Built.clear();
+}
+
+void BuildMenus(Window& window) {
+  ResetMenus();
   MenuTree menus(window);
   for (const Command& command : Commands()) {
     if (command.menu.empty()) continue;

@@ -10,6 +10,9 @@
 
 namespace kelvane {
 
+// Forgets the menus that were built.
+void ResetMenus();
+
 // Builds all menus into the window, fills the menu handles of the subjects and shows check marks and what
 // can be chosen.
 void BuildMenus(Window& window);

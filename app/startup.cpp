@@ -61,6 +61,7 @@ void ConnectSubjects() {
   PageEdited = [] {
     ShowPaperState();
     ShowCursor();
+    RefreshMenus();
   };
   OpenText = RetypeItem;
   PaintFinds = PaintMatches;
@@ -86,6 +87,7 @@ void LoadProgramFiles() {
 }  // namespace
 
 void ResetProgram() {
+  ResetMenus();
   ResetView();
   ResetColours();
   ResetTypefaces();

@@ -132,7 +132,7 @@ TEST_F(PaletteTest, TallBracketsAreOneEditAndJoin) {
     }
     EXPECT_EQ(set, keys);
     EXPECT_NEAR(foot, 99 + 0.3 * FontSize - 0.75 * FontSize + static_cast<double>(lines) * FontSize, 0.02);
-    Undo();
+    window->PressShortcut("Ctrl+Z");
     EXPECT_EQ(PageText, before);
   }
   EXPECT_EQ(FailureOf([] { SetTallBracket(TallBrackets()[0], 1); }), "A tall bracket has 2 to 200 lines.");
