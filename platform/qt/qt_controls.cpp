@@ -115,6 +115,8 @@ class BoxEdit final : public QLineEdit {
       RunHandler(Box->OnEnter);
     } else if (event->key() == Qt::Key_Escape) {
       RunHandler(Box->OnEscape);
+    } else if (event->key() == Qt::Key_Down && Box->OnDown) {
+      RunHandler(Box->OnDown);
     } else {
       QLineEdit::keyPressEvent(event);
     }
