@@ -127,8 +127,7 @@ void ShowWebPage() {
   if (WebWindow == nullptr && !NoEngine) NoEngine = !Build();
   if (NoEngine) {
     OpenElsewhere(kMakerPage);
-    ShowNote("Opened in your own browser, since Qt WebEngine is not installed or cannot run: " +
-             std::string(kMakerPage));
+    ShowNote("Opened in your own browser: Qt WebEngine is not here, or cannot run");
     return;
   }
   WebWindow->Show();

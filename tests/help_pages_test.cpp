@@ -144,6 +144,7 @@ class ShippedHelp : public ProgramTest {
 };
 
 TEST_F(ShippedHelp, IsInOrder) {
+  EXPECT_TRUE(book.pages[0].blocks.empty()) << "text before the first page";
   for (const HelpPage& page : book.pages) EXPECT_EQ(page.faults, std::vector<std::string>()) << page.title;
 }
 

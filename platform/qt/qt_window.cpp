@@ -1,7 +1,7 @@
 #include "platform/qt/qt_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QMenuBar>
@@ -81,11 +81,14 @@ class QtWindow::MainFrame final : public QMainWindow {
     if (kind_ == Kind::Main) QtToolkit::QuitLater();
   }
 
-  // A window beside the editor that goes gives the keys back to the editor: not every desktop sees to that.
+  // A window beside the editor that goes gives the keys back to the editor, or to the dialog that it waits
+  // for: not every desktop sees to that.
   void hideEvent(QHideEvent* event) override {
     QMainWindow::hideEvent(event);
     if (!event->spontaneous()) window_.StorePlace();
-    if (editor_ != nullptr && !event->spontaneous()) editor_->activateWindow();
+    if (editor_ == nullptr || event->spontaneous()) return;
+    QWidget* waiting = QApplication::activeModalWidget();
+    (waiting != nullptr ? waiting : editor_)->activateWindow();
   }
 
   void moveEvent(QMoveEvent* event) override {

@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QMenu>
 #include <QScreen>
 #include <QShortcut>
@@ -156,6 +157,21 @@ TEST_F(WindowTest, InnerSizeLeavesOutMenuBarStatusLineAndScrollBars) {
   resized = 0;
   window->SetWindowPlace({0, 0, 6600, 4500});
   EXPECT_GE(resized, 1);
+}
+
+TEST_F(WindowTest, WindowsThatGoGiveTheKeysToTheDialogThatWaits) {
+  Show();
+  auto* beside = static_cast<QtWindow*>(toolkit.NewSeparateWindow());
+  QDialog dialog(&window->Frame());
+  for (const bool waits : {true, false}) {
+    if (waits) dialog.open();
+    beside->Show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&beside->Frame()));
+    beside->Hide();
+    QWidget* next = waits ? static_cast<QWidget*>(&dialog) : &window->Frame();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(next));
+    dialog.close();
+  }
 }
 
 }  // namespace
