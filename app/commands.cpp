@@ -7,6 +7,7 @@
 #include "app/exit.h"
 #include "app/find_window.h"
 #include "app/foot.h"
+#include "app/overview_window.h"
 #include "app/samples.h"
 #include "app/typing_view.h"
 #include "app/web_window.h"
@@ -101,6 +102,10 @@ bool Finding() {
 
 bool PaperHasName() {
   return !CurrentPaperFile.empty();
+}
+
+bool MoveCurrentPage() {
+  return MovePageToNumber(CurrentPageNumber);
 }
 
 bool Refresh() {
@@ -276,6 +281,7 @@ void AddEditMenu(Table& table) {
   add("mPagesDelete", "&Delete", "", DeletePage, PaperHasName);
   add("mPagesEarlier", "Move &Earlier", "Alt+PgUp", MovePageEarlier, CanMovePageEarlier);
   add("mPagesLater", "Move &Later", "Alt+PgDown", MovePageLater, CanMovePageLater);
+  add("mPagesMove", "&Move To...", "Ctrl+Shift+F7", MoveCurrentPage, CanMovePages);
   table.push_back(Separator(pages.c_str()));
   addStep(pages, "mPagesUndo", "&Undo", "", UndoPageOperation, [] { return PageStepBack().label; });
   addStep(pages, "mPagesRedo", "&Redo", "", RedoPageOperation, [] { return PageStepForward().label; });
@@ -313,6 +319,7 @@ void AddViewMenu(Table& table) {
   table.push_back(
       {menu, "mViewFitSelection", "Fit Se&lection", "Ctrl+3", Run<FitSelection>, AnythingSelected});
   table.push_back(Separator(menu));
+  table.push_back({menu, "mViewPages", "Pag&e Overview", "F7", Run<ShowOverview>});
   table.push_back({menu, "mViewSigns", "&Signs", "F8", Run<TogglePalette>, {}, PaletteShown});
   table.push_back({menu, "mViewGrid", "Show &Grid", "", Toggle<ShowGrid>, {}, IsOn<ShowGrid>});
   table.push_back({menu, "mViewPrint", "Prin&t View", "", Toggle<PrintView>, {}, IsOn<PrintView>});

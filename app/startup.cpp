@@ -8,6 +8,7 @@
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
+#include "app/overview_window.h"
 #include "app/settings.h"
 #include "app/web_window.h"
 #include "designer/character_files.h"
@@ -108,6 +109,7 @@ void ResetProgram() {
   ResetPlainText();
   ResetFoot();
   ResetFirstMinutes();
+  ResetOverview();
   ResetHelpWindow();
   ResetContactWindow();
   ResetWebWindow();

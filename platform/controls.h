@@ -7,6 +7,7 @@
 // windows are twips, 15 to a logical pixel. Texts are 8-bit.
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -239,6 +240,11 @@ class Toolkit {
   // A window of its own beside the main one; it can be used while a dialog stands above that.
   virtual Window* NewSeparateWindow() = 0;
   virtual Timer* NewTimer() = 0;
+  // A picture of `width` by `height` device pixels that show the logical rectangle `shown`, of which `ratio`
+  // make a logical pixel. What is not painted is see-through, or white. Throws Failure if it is too large for
+  // the machine's memory.
+  virtual std::unique_ptr<Image> NewImage(int width, int height, const Box& shown, float ratio,
+                                          bool transparent) = 0;
   virtual void Quit() = 0;
   // What it is made of, with its version.
   virtual std::string Version() const = 0;
