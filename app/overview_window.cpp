@@ -570,7 +570,7 @@ void AddKeys() {
 }
 
 void Build() {
-  constexpr WindowPlace kFirstPlace{900, 900, 8700, 6600};
+  constexpr WindowPlace kFirstPlace{900, 900, 9000, 6600};
   OverviewWindow = TheToolkit->NewSeparateWindow();
   OverviewWindow->SetTitle("Pages");
   Shown.popup = OverviewWindow->AddPopup();

@@ -263,7 +263,7 @@ bool DeletePageAt(int page) {
 bool MovePageTo(int page, int to) {
   if (page == to || !StorePageOfPaper()) return false;
   const std::string others = to > page ? Renumbering(page + 1, to, -1) : Renumbering(to, page - 1, 1);
-  return AskToRename("Make page " + std::to_string(page) + " page " + std::to_string(to), others) &&
+  return AskToRename("Move page " + std::to_string(page) + " to number " + std::to_string(to), others) &&
          Do({.kind = Kind::Move, .page = page, .to = to, .label = "move page"});
 }
 

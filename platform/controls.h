@@ -223,7 +223,8 @@ class Dialogs {
                                              const std::string& value,
                                              const std::function<std::string(const std::string&)>& check) = 0;
   // The chosen path in backslash form, empty if the person cancelled. `start` is where the dialog starts: a
-  // folder, or a file that Enter then takes; empty for the current folder. `accept` is on the button that
+  // folder, or a file that Enter then takes, and to save one that is not there yet; empty for the current
+  // folder. `accept` is on the button that
   // takes the choice. ChooseToSave asks itself before it returns an existing file.
   virtual std::string ChooseToOpen(const std::string& title, const std::string& filter,
                                    const std::string& start, const std::string& accept = "Open") = 0;
