@@ -5,6 +5,7 @@
 
 #include "typography/colours.h"
 #include "typography/glyph_shapes.h"
+#include "typography/signs.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
@@ -19,10 +20,24 @@ constexpr float kMostGlyphLine = 2;
 RunPen RunPainter::Paint(const Run& run) {
   const ColourValue colour = PaletteColour(run.colour);
   const float extraSpace = run.frame ? 0 : run.extraSpace;
+  const std::vector<SignInPieces> pieces =
+      painter_.KeepsText() ? PiecesOfRun(run.text, run.font) : std::vector<SignInPieces>();
+  auto next = pieces.begin();
+  bool together = false;
   const RunPen end = WalkRun(
       run.text, PenAt(run.origin, run.font, run.size), extraSpace, [&](std::size_t index, const RunPen& pen) {
+        if (together && index >= next->end) {
+          SayTogether({});
+          together = false;
+          ++next;
+        }
+        if (!together && next != pieces.end() && index >= next->begin) {
+          SayTogether(next->text);
+          together = true;
+        }
         PaintCharacter(static_cast<unsigned char>(run.text[index]), pen, colour, run.frame);
       });
+  if (together) SayTogether({});
   Flush();
   return end;
 }
@@ -35,6 +50,11 @@ void RunPainter::PaintCharacter(int code, const RunPen& pen, ColourValue colour,
     PaintGlyph(code, pen, colour);
     if (frame) PaintFrame(code, pen, colour);
   }
+}
+
+void RunPainter::SayTogether(std::string_view text) {
+  Flush();
+  painter_.SayTogether(text);
 }
 
 void RunPainter::HoldBack(int code, const RunPen& pen, ColourValue colour) {
@@ -58,6 +78,8 @@ void RunPainter::Flush() {
 void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   const GlyphShape* shape = ShapeOfGlyph(code, pen.font);
   if (!shape || shape->path.Empty()) return;
+  if (view_.printed && painter_.TakeGlyph({pen.font, code, pen.size * view_.scale, {pen.x, pen.y}, colour}))
+    return;
   const float unit = kGlyphUnit * pen.size;
   path_.steps = shape->path.steps;
   path_.points.clear();

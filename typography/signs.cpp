@@ -251,6 +251,103 @@ bool WriteWithMark(RunWriter& run, char32_t character, char32_t combining) {
   return true;
 }
 
+// ---- Reading ----
+
+// A code of a run that is no switch: a character with its typeface, a script or a fixed space.
+struct Token {
+  std::size_t index = 0;  // in the run
+  std::int16_t font = 0;  // kNoFont for what is no character
+  int code = 0;
+};
+constexpr std::int16_t kNoFont = -1;
+
+std::vector<Token> TokensOf(std::string_view run, std::int16_t font) {
+  std::vector<Token> tokens;
+  for (std::size_t i = 0; i < run.size(); ++i) {
+    const int code = CodeOf(run[i]);
+    if (code >= kFirstScriptCode) {
+      tokens.push_back({i, kNoFont, code});
+    } else if (code >= kFirstSwitchCode) {
+      font = static_cast<std::int16_t>(code - kFirstSwitchCode);
+    } else {
+      tokens.push_back({i, font, code});
+    }
+  }
+  return tokens;
+}
+
+char32_t CharacterAt(const Token& token) {
+  if (token.font >= kFirstGlyphFont) {
+    const Sign* sign = SignAt(token.font, token.code);
+    return sign ? sign->character : 0;
+  }
+  const auto byte = static_cast<unsigned char>(token.code);
+  if (IsSymbolFace(token.font)) return UnicodeOfSymbol(byte);
+  return IsTextFace(token.font) ? UnicodeOfText(byte) : u'\0';
+}
+
+struct Reading {
+  std::size_t count = 0;  // tokens; 0 if nothing is to be read here
+  std::string text;
+};
+
+// The signs that are put together, by the first code of what makes them. Those that are made of characters of
+// the text faces alone cannot be told from what is written so, nor can a single character.
+using MadeSigns = std::unordered_map<int, std::vector<std::pair<std::vector<Token>, const Sign*>>>;
+const MadeSigns& SignsByFirstCode() {
+  static const MadeSigns signs = [] {
+    MadeSigns found;
+    for (const Sign& sign : SignTable()) {
+      if (!sign.made) continue;
+      std::vector<Token> tokens = TokensOf(sign.made, kUsualTextFace);
+      if (tokens.size() < 2 || std::ranges::all_of(tokens, IsTextFace, &Token::font)) continue;
+      const int first = tokens.front().code;
+      found[first].emplace_back(std::move(tokens), &sign);
+    }
+    return found;
+  }();
+  return signs;
+}
+
+// In a sign that is made, the usual text face stands for any of them.
+bool SameToken(const Token& made, const Token& token) {
+  if (made.code != token.code) return false;
+  return made.font == kUsualTextFace ? IsTextFace(token.font) : made.font == token.font;
+}
+
+Reading ReadMade(const std::vector<Token>& tokens, std::size_t at) {
+  Reading reading;
+  const auto candidates = SignsByFirstCode().find(tokens[at].code);
+  if (candidates == SignsByFirstCode().end()) return reading;
+  for (const auto& [made, sign] : candidates->second) {
+    if (made.size() <= reading.count || made.size() > tokens.size() - at) continue;
+    if (std::equal(made.begin(), made.end(), tokens.begin() + static_cast<std::ptrdiff_t>(at), SameToken))
+      reading = {made.size(), WriteUtf8(sign->character)};
+  }
+  return reading;
+}
+
+// Marks of Math0 and the character over or through which they stand; in a text they follow it.
+Reading ReadMarked(const std::vector<Token>& tokens, std::size_t at) {
+  const auto isMark = [](const Token& token) {
+    return token.font >= kFirstGlyphFont && IsCombining(CharacterAt(token));
+  };
+  std::string marks;
+  char key = 0;
+  std::size_t i = at;
+  if (!isMark(tokens[at])) return {};
+  for (; i < tokens.size() && (tokens[i].font == kNoFont || isMark(tokens[i])); ++i) {
+    if (tokens[i].font == kNoFont) continue;
+    key = marks.empty() ? static_cast<char>(tokens[i].code) : char{0};
+    marks += WriteUtf8(CharacterAt(tokens[i]));
+  }
+  const char32_t base = i < tokens.size() ? CharacterAt(tokens[i]) : 0;
+  if (base == 0 || base == ' ') return {};
+  const auto whole = std::ranges::find_if(
+      SignTable(), [&](const Sign& sign) { return key != 0 && sign.mark == key && sign.base == base; });
+  return {i - at + 1, whole != SignTable().end() ? WriteUtf8(whole->character) : WriteUtf8(base) + marks};
+}
+
 // ---- Names ----
 
 std::string_view TypedNames(const Sign& sign) {
@@ -380,28 +477,29 @@ std::string SignsToRun(std::string_view utf8, std::int16_t font, std::string& mi
   return run.Finish();
 }
 
+std::vector<SignInPieces> PiecesOfRun(std::string_view run, std::int16_t font) {
+  std::vector<SignInPieces> pieces;
+  const std::vector<Token> tokens = TokensOf(run, font);
+  for (std::size_t at = 0; at < tokens.size();) {
+    Reading reading = ReadMade(tokens, at);
+    if (reading.count == 0) reading = ReadMarked(tokens, at);
+    if (reading.count > 0)
+      pieces.push_back({tokens[at].index, tokens[at + reading.count - 1].index + 1, reading.text});
+    at += std::max(reading.count, std::size_t{1});
+  }
+  return pieces;
+}
+
 std::string TextOfRun(std::string_view run, std::int16_t font) {
   std::string text;
-  std::string mark;  // stands ahead of its character in a run, and behind it in a text
-  for (const char c : run) {
-    const int code = CodeOf(c);
-    if (code >= kFirstScriptCode) continue;
-    if (code >= kFirstSwitchCode) {
-      font = static_cast<std::int16_t>(code - kFirstSwitchCode);
-      continue;
-    }
-    const auto byte = static_cast<unsigned char>(c);
-    const Sign* glyph = font >= kFirstGlyphFont ? SignAt(font, code) : nullptr;
-    const char32_t character = glyph                ? glyph->character
-                               : IsSymbolFace(font) ? UnicodeOfSymbol(byte)
-                               : IsTextFace(font)   ? UnicodeOfText(byte)
-                                                    : u'\0';
-    if (character == 0) continue;
-    if (IsCombining(character)) {
-      mark = WriteUtf8(character);
-    } else {
-      text += WriteUtf8(character) + mark;
-      mark.clear();
+  const std::vector<SignInPieces> pieces = PiecesOfRun(run, font);
+  auto next = pieces.begin();
+  for (const Token& token : TokensOf(run, font)) {
+    if (next != pieces.end() && token.index >= next->end) ++next;
+    if (next == pieces.end() || token.index < next->begin) {
+      if (const char32_t character = CharacterAt(token)) text += WriteUtf8(character);
+    } else if (token.index == next->begin) {
+      text += next->text;
     }
   }
   return text;
