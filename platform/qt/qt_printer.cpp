@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QPageLayout>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrintEngine>
