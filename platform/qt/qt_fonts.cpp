@@ -114,7 +114,7 @@ char16_t Twin(char16_t character) {
 
 }  // namespace
 
-QtFace::QtFace(const ScreenFace& face) {
+QtFace::QtFace(const ScreenFace& face) : face_{FamilyNamed(face.family).name, face.bold, face.italic} {
   const Family& family = FamilyNamed(face.family);
   const bool symbol = face.family == "Symbol";
   slanted_ = symbol && face.italic;
@@ -135,6 +135,15 @@ void QtFace::LoadGlyphs(bool symbol) {
     if (glyph != 0) continue;
     glyph = GlyphOf(base_, unicode ? Twin(character) : static_cast<char16_t>(0xF000 + code));
   }
+}
+
+const QRawFont* QtFace::Embeddable() {
+  if (slanted_) return nullptr;
+  if (!installed_) installed_ = InstalledFont(FamilyNamed(face_.family), face_, face_.italic);
+  const bool same = installed_->familyName() == base_.familyName() &&
+                    installed_->styleName() == base_.styleName() &&
+                    installed_->fontTable("head") == base_.fontTable("head");
+  return same ? &*installed_ : nullptr;
 }
 
 GlyphImages& QtFace::At(double em) {

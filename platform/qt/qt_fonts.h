@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QRawFont>
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,9 +31,9 @@ class QtFace {
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
-  // The font that the glyphs are numbered in, and whether it needs no slant to be this face.
-  const QRawFont& Base() const { return base_; }
-  bool IsUpright() const { return !slanted_; }
+  // The font with its glyphs by these numbers as documents embed it, which take only fonts that the desktop
+  // knows; null where that is another one, or where the face is a slanted one.
+  const QRawFont* Embeddable();
   // Bytes of images kept; the size in use comes on top of them.
   static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 
@@ -44,7 +45,9 @@ class QtFace {
 
   void LoadGlyphs(bool symbol);
 
+  const ScreenFace face_;
   QRawFont base_;
+  std::optional<QRawFont> installed_;  // loaded when it is first asked for
   bool slanted_ = false;
   std::array<quint32, 256> glyphs_{};
   std::vector<CachedOutline> outlines_;  // by code, empty until one is asked for

@@ -72,11 +72,14 @@ void QtPrintPainter::DrawText(const ScreenFace& face, float em, std::string_view
   if (!(em > 0 && em <= kLargestEm)) return;
   QtFace& font = FaceFor(face);
   const QColor ink(ToRgb(colour));
-  embedsFonts_&& font.IsUpright() ? DrawGlyphs(font, em, codes, origins, ink)
-                                  : DrawOutlines(font, em, codes, origins, ink);
+  if (const QRawFont* embeddable = embedsFonts_ ? font.Embeddable() : nullptr) {
+    DrawGlyphs(font, *embeddable, em, codes, origins, ink);
+  } else {
+    DrawOutlines(font, em, codes, origins, ink);
+  }
 }
 
-void QtPrintPainter::DrawGlyphs(QtFace& face, float em, std::string_view codes,
+void QtPrintPainter::DrawGlyphs(const QtFace& face, QRawFont font, float em, std::string_view codes,
                                 std::span<const Point> origins, const QColor& colour) {
   QList<quint32> glyphs;
   QList<QPointF> places;
@@ -87,7 +90,6 @@ void QtPrintPainter::DrawGlyphs(QtFace& face, float em, std::string_view codes,
     places += ToQt(origins[i]);
   }
   if (glyphs.isEmpty()) return;
-  QRawFont font = face.Base();
   font.setPixelSize(em);
   QGlyphRun run;
   run.setRawFont(font);

@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QRawFont>
 
 #include "platform/canvas.h"
 
@@ -25,8 +26,8 @@ class QtPrintPainter final : public Painter {
                 ColourValue colour) override;
 
  private:
-  void DrawGlyphs(QtFace& face, float em, std::string_view codes, std::span<const Point> origins,
-                  const QColor& colour);
+  void DrawGlyphs(const QtFace& face, QRawFont font, float em, std::string_view codes,
+                  std::span<const Point> origins, const QColor& colour);
   void DrawOutlines(QtFace& face, float em, std::string_view codes, std::span<const Point> origins,
                     const QColor& colour);
 
