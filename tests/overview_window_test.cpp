@@ -25,15 +25,15 @@ class OverviewTest : public EditorTest {
     window->PressShortcut("F7");
     overview = static_cast<FakeWindow*>(OverviewWindow);
     pictures = overview->canvases.front().get();
+    timer = toolkit.timers.back().get();
   }
 
   // As long as there is something to paint; how many ticks that took.
   int LetItPaint() {
-    FakeTimer& timer = *toolkit.timers.back();
     int ticks = 0;
-    for (; timer.interval > 0 && ticks < 3000; ++ticks) {
-      timer.Tick();
-      if (timer.interval >= 100 && ticks > 3) break;
+    for (; timer->interval > 0 && ticks < 3000; ++ticks) {
+      timer->Tick();
+      if (timer->interval >= 100 && ticks > 3) break;
     }
     return ticks;
   }
@@ -69,13 +69,14 @@ class OverviewTest : public EditorTest {
 
   FakeWindow* overview = nullptr;
   RecordingCanvas* pictures = nullptr;
+  FakeTimer* timer = nullptr;
 };
 
 TEST_F(OverviewTest, PaintsOnePageAtATimeAndOnlyThoseNearby) {
   Open(999);
   EXPECT_EQ(Row(), "") << "nothing is painted before the window is there";
-  toolkit.timers.back()->Tick();
-  toolkit.timers.back()->Tick();
+  timer->Tick();
+  timer->Tick();
   EXPECT_EQ(Row(), "p1 p2 ") << "the first ones in view come first";
   EXPECT_LT(LetItPaint(), 60);
   EXPECT_EQ(Row(), "p1 p2 p3 p4 p5 p6 p7 p8 ");
@@ -110,7 +111,7 @@ TEST_F(OverviewTest, FollowsEditsPageTurnsAndUndo) {
   EXPECT_EQ(Row(), "p1 p2 other ");
   // Hidden, it does nothing.
   overview->ClickFrameClose();
-  EXPECT_EQ(toolkit.timers.back()->interval, 0);
+  EXPECT_EQ(timer->interval, 0);
 }
 
 TEST_F(OverviewTest, PagesAreMovedWithTheMouseAndTheKeys) {
@@ -194,7 +195,7 @@ TEST_F(OverviewTest, PagesThatCannotBeShownSayWhy) {
   const std::string drawn = pictures->Drawn(Layer::Page);
   for (const char* words : {"(cannot be read)", "(no file)", "(too large to show)"})
     EXPECT_NE(drawn.find(words), std::string::npos) << words;
-  EXPECT_EQ(Row(), "p1 - p4 - ");
+  EXPECT_EQ(Row(), "p1 - p4 ");
 }
 
 }  // namespace

@@ -31,9 +31,13 @@ class QtFace {
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
-  // The font with its glyphs by these numbers as documents embed it, which take only fonts that the desktop
-  // knows; null where that is another one, or where the face is a slanted one.
-  const QRawFont* Embeddable();
+  // The font as documents embed it, which take only those that the desktop knows. Null where that is another
+  // one, and where the face is slanted.
+  struct Embeddable {
+    QRawFont font;
+    std::array<quint32, 256> glyphs{};  // as Glyph has them
+  };
+  const Embeddable* ForDocuments();
   // Bytes of images kept; the size in use comes on top of them.
   static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 
@@ -43,11 +47,9 @@ class QtFace {
     QPainterPath path;
   };
 
-  void LoadGlyphs(bool symbol);
-
   const ScreenFace face_;
   QRawFont base_;
-  std::optional<QRawFont> installed_;  // loaded when it is first asked for
+  std::optional<Embeddable> embeddable_;  // loaded when it is first asked for
   bool slanted_ = false;
   std::array<quint32, 256> glyphs_{};
   std::vector<CachedOutline> outlines_;  // by code, empty until one is asked for
