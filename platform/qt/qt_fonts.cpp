@@ -141,10 +141,9 @@ QtFace::QtFace(const ScreenFace& face) : face_{FamilyNamed(face.family).name, fa
 }
 
 const QtFace::Embeddable* QtFace::ForDocuments() {
-  if (slanted_) return nullptr;
   if (!embeddable_) {
     embeddable_.emplace();
-    embeddable_->font = InstalledFont(FamilyNamed(face_.family), face_, face_.italic);
+    embeddable_->font = InstalledFont(FamilyNamed(face_.family), face_, face_.italic && !slanted_);
     embeddable_->glyphs = GlyphsOf(embeddable_->font, face_.family == "Symbol");
   }
   // The desktop may put the maker behind the name.

@@ -31,13 +31,14 @@ class QtFace {
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
-  // The font as documents embed it, which take only those that the desktop knows. Null where that is another
-  // one, and where the face is slanted.
+  // The font as documents embed it, which take only those that the desktop knows; upright where this face is
+  // slanted. Null where that is another font.
   struct Embeddable {
     QRawFont font;
     std::array<quint32, 256> glyphs{};  // as Glyph has them
   };
   const Embeddable* ForDocuments();
+  bool IsSlanted() const { return slanted_; }
   // Bytes of images kept; the size in use comes on top of them.
   static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 

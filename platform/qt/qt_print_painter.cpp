@@ -93,10 +93,22 @@ void QtPrintPainter::DrawText(const ScreenFace& face, float em, std::string_view
   sized.setPixelSize(em);
   QGlyphRun run;
   run.setRawFont(sized);
-  run.setGlyphIndexes(glyphs);
-  run.setPositions(places);
   painter_.setPen(ink);
-  painter_.drawGlyphRun({}, run);
+  if (!font.IsSlanted()) {
+    run.setGlyphIndexes(glyphs);
+    run.setPositions(places);
+    painter_.drawGlyphRun({}, run);
+    return;
+  }
+  run.setPositions({QPointF()});
+  for (qsizetype i = 0; i < glyphs.size(); ++i) {
+    run.setGlyphIndexes({glyphs[i]});
+    painter_.save();
+    painter_.translate(places[i]);
+    painter_.shear(-kSlant, 0);
+    painter_.drawGlyphRun({}, run);
+    painter_.restore();
+  }
 }
 
 }  // namespace kelvane
