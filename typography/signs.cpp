@@ -292,13 +292,14 @@ struct Reading {
 };
 
 // The signs that are put together, by the first code of what makes them. Those that are made of characters of
-// the text faces alone cannot be told from what is written so, nor can a single character.
+// the text faces alone cannot be told from what is written so, nor can a single character, nor spaces from
+// steps.
 using MadeSigns = std::unordered_map<int, std::vector<std::pair<std::vector<Token>, const Sign*>>>;
 const MadeSigns& SignsByFirstCode() {
   static const MadeSigns signs = [] {
     MadeSigns found;
     for (const Sign& sign : SignTable()) {
-      if (!sign.made) continue;
+      if (!sign.made || sign.kind == SignClass::Space) continue;
       std::vector<Token> tokens = TokensOf(sign.made, kUsualTextFace);
       if (tokens.size() < 2 || std::ranges::all_of(tokens, IsTextFace, &Token::font)) continue;
       const int first = tokens.front().code;
