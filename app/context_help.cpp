@@ -30,6 +30,8 @@ constexpr Topic kTopics[] = {
     {"Draw Bezier", "Drawing lines and curves"},
     {"Draw ", "Drawing shapes"},
     {"Shape Drawing", "Shaping drawings"},
+    {"Pages of", "Page overview"},
+    {"Dots per inch", "Pictures"},
     {"Page", "The view"},
     {"Scroll", "The view"},
     {"Macro", "Macros"},
@@ -37,7 +39,8 @@ constexpr Topic kTopics[] = {
 };
 
 // File dialogs by their titles.
-constexpr Topic kDialogs[] = {{"Open", "Saving and opening"}, {"Save As", "Saving and opening"}};
+constexpr Topic kDialogs[] = {
+    {"Open", "Saving and opening"}, {"Save As", "Saving and opening"}, {"Export Picture", "Pictures"}};
 
 void ShowHelpOfPointed(const Window& window, const std::string& otherwise) {
   const std::string heading = HeadingAbout(window.NameUnderPointer());

@@ -14,8 +14,10 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
+#include "platform/printer.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_printer.h"
 #include "platform/qt/qt_toolkit.h"
 
 namespace {
@@ -37,9 +39,11 @@ int Run(int argc, char** argv) {
   kelvane::QtToolkit toolkit;
   kelvane::QtDialogs dialogs;
   kelvane::QtClipboard clipboard;
+  kelvane::QtPrinter printer;
   kelvane::TheToolkit = &toolkit;
   kelvane::TheDialogs = &dialogs;
   kelvane::TheClipboard = &clipboard;
+  kelvane::ThePrinter = &printer;
 
   bool started = false;
   kelvane::RunHandler([&] {

@@ -161,6 +161,16 @@ class Painter {
   virtual void SayTogether(std::string_view) {}
 };
 
+// A picture in memory, painted on at once.
+class Image : public Painter {
+ public:
+  // Device pixels.
+  virtual int PixelWidth() const = 0;
+  virtual int PixelHeight() const = 0;
+  // The content of a PNG file, which tells how many pixels make an inch.
+  virtual std::string Png(int dotsPerInch) const = 0;
+};
+
 // A surface on the screen. The page layer holds the page; the overlay above it what comes and goes (cursor
 // mark, the run being typed). A layer is painted when the canvas is about to be shown, once for whatever
 // asked for it since.
@@ -183,6 +193,9 @@ class Canvas : public Painter {
   virtual void SelectLayer(Layer layer) = 0;
   // Page: filled with the desk colour. Overlay: transparent.
   virtual void Clear() = 0;
+
+  // Puts a picture whose upper left corner is at a logical position there, pixel by pixel.
+  virtual void DrawImage(const Image& image, Point corner) = 0;
 
   // Has OnPaint called for a layer before the canvas is next shown: for the whole of it, or for an area in
   // logical coordinates.

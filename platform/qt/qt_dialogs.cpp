@@ -74,8 +74,9 @@ QStringList NameFilters(const std::string& filter) {
 void StartAt(QFileDialog& dialog, const std::string& start) {
   if (start.empty()) return;
   const QFileInfo place(QFile::decodeName(MachinePath(start).c_str()));
-  dialog.setDirectory(place.isFile() ? place.path() : place.filePath());
-  if (!place.isFile()) return;
+  const bool file = place.isFile() || (dialog.acceptMode() == QFileDialog::AcceptSave && !place.isDir());
+  dialog.setDirectory(file ? place.path() : place.filePath());
+  if (!file) return;
   dialog.selectFile(place.fileName());
   for (QLineEdit* name : dialog.findChildren<QLineEdit*>()) name->selectAll();
 }

@@ -30,6 +30,9 @@ class QtFace {
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
+  // The font that the glyphs are numbered in, and whether it needs no slant to be this face.
+  const QRawFont& Base() const { return base_; }
+  bool IsUpright() const { return !slanted_; }
   // Bytes of images kept; the size in use comes on top of them.
   static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 
