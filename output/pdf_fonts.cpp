@@ -39,15 +39,6 @@ int LastOf(const Codes& codes) {
   return last;
 }
 
-char32_t CharacterOf(std::int16_t typeface, int code) {
-  const auto byte = static_cast<unsigned char>(code);
-  if (typeface >= kFirstGlyphFont) {
-    const Sign* sign = SignAt(typeface, code);
-    return sign ? sign->character : 0;
-  }
-  return IsSymbolFace(typeface) ? UnicodeOfSymbol(byte) : UnicodeOfText(byte);
-}
-
 // Six capitals that tell subsets of one font apart, and the font's name.
 std::string SubsetName(const std::string& name, const Codes& codes) {
   std::uint32_t hash = 2166136261U;
