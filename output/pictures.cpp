@@ -69,18 +69,6 @@ double BytesAt(const Box& area, int resolution) {
   return (area.right - area.left) * dots * (area.bottom - area.top) * dots * kBytesPerPixel;
 }
 
-std::string PngOf(const Motif& motif, int resolution, bool transparent) {
-  const auto& [items, area] = motif;
-  const int width = PixelsOf(area.right - area.left, resolution);
-  const int height = PixelsOf(area.bottom - area.top, resolution);
-  const float scale = static_cast<float>(resolution) / kPointsPerInch;
-  const Box shown{area.left, area.top, area.left + static_cast<float>(width) / scale,
-                  area.top + static_cast<float>(height) / scale};
-  const std::unique_ptr<Image> image = TheToolkit->NewImage(width, height, shown, 1, transparent);
-  PaintPage(*image, PrintedView(shown, scale, !transparent), *items, shown);
-  return image->Png(resolution);
-}
-
 std::string SuggestedFile(const char* extension) {
   if (CurrentPaperFile.empty()) return FolderOfPaper();
   return FolderOf(CurrentPaperFile) + "\\" + FileTitleOf(CurrentPaperFile) + "-" +
@@ -99,6 +87,17 @@ std::string AskForFile(const char* extension) {
 }
 
 }  // namespace
+
+std::string PngOf(const PageItems& items, const Box& area, int resolution, bool transparent) {
+  const int width = PixelsOf(area.right - area.left, resolution);
+  const int height = PixelsOf(area.bottom - area.top, resolution);
+  const float scale = static_cast<float>(resolution) / kPointsPerInch;
+  const Box shown{area.left, area.top, area.left + static_cast<float>(width) / scale,
+                  area.top + static_cast<float>(height) / scale};
+  const std::unique_ptr<Image> image = TheToolkit->NewImage(width, height, shown, 1, transparent);
+  PaintPage(*image, PrintedView(shown, scale, !transparent), items, shown);
+  return image->Png(resolution);
+}
 
 void ResetPictures() {
   LastPictureChoice = {};
@@ -131,7 +130,7 @@ std::string ExportPicture(const PictureChoice& choice) {
   const Motif motif = MotifOf(choice.selection);
   std::string missing;
   WriteFileSafely(path, choice.svg ? SvgOf(*motif.items, motif.area, !choice.transparent, &missing)
-                                   : PngOf(motif, choice.resolution, choice.transparent));
+                                   : PngOf(*motif.items, motif.area, choice.resolution, choice.transparent));
   if (!missing.empty()) TheDialogs->Message(missing);
   return path;
 }
@@ -145,7 +144,7 @@ std::string CopyAsPicture() {
   std::vector<Clipboard::Form> forms = {{"image/svg+xml", SvgOf(*motif.items, motif.area, false)},
                                         {"application/pdf", PdfOf(*motif.items, motif.area)}};
   if (RefusalOfPicture(choice).empty())
-    forms.push_back({"image/png", PngOf(motif, choice.resolution, choice.transparent)});
+    forms.push_back({"image/png", PngOf(*motif.items, motif.area, choice.resolution, choice.transparent)});
   TheClipboard->PutForms(forms);
   return choice.selection ? "selection" : "page";
 }

@@ -277,13 +277,7 @@ std::vector<Token> TokensOf(std::string_view run, std::int16_t font) {
 }
 
 char32_t CharacterAt(const Token& token) {
-  if (token.font >= kFirstGlyphFont) {
-    const Sign* sign = SignAt(token.font, token.code);
-    return sign ? sign->character : 0;
-  }
-  const auto byte = static_cast<unsigned char>(token.code);
-  if (IsSymbolFace(token.font)) return UnicodeOfSymbol(byte);
-  return IsTextFace(token.font) ? UnicodeOfText(byte) : u'\0';
+  return token.font == kNoFont ? 0 : CharacterOf(token.font, token.code);
 }
 
 struct Reading {
@@ -292,13 +286,14 @@ struct Reading {
 };
 
 // The signs that are put together, by the first code of what makes them. Those that are made of characters of
-// the text faces alone cannot be told from what is written so, nor can a single character.
+// the text faces alone cannot be told from what is written so, nor can a single character, nor spaces from
+// steps.
 using MadeSigns = std::unordered_map<int, std::vector<std::pair<std::vector<Token>, const Sign*>>>;
 const MadeSigns& SignsByFirstCode() {
   static const MadeSigns signs = [] {
     MadeSigns found;
     for (const Sign& sign : SignTable()) {
-      if (!sign.made) continue;
+      if (!sign.made || sign.kind == SignClass::Space) continue;
       std::vector<Token> tokens = TokensOf(sign.made, kUsualTextFace);
       if (tokens.size() < 2 || std::ranges::all_of(tokens, IsTextFace, &Token::font)) continue;
       const int first = tokens.front().code;
@@ -389,6 +384,16 @@ const Sign* SignAt(std::int16_t font, int code) {
                              : IsTextFace(font) ? UnicodeOfText(byte)
                                                 : u'\0';
   return SignOf(character);
+}
+
+char32_t CharacterOf(std::int16_t font, int code) {
+  if (font >= kFirstGlyphFont) {
+    const Sign* sign = SignAt(font, code);
+    return sign ? sign->character : 0;
+  }
+  const auto byte = static_cast<unsigned char>(code);
+  if (IsSymbolFace(font)) return UnicodeOfSymbol(byte);
+  return IsTextFace(font) ? UnicodeOfText(byte) : u'\0';
 }
 
 std::vector<const Sign*> SignsNamed(std::string_view beginning) {

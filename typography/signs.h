@@ -19,6 +19,9 @@ const Sign* SignOf(char32_t character);
 // The sign that a typeface has under a code; null if it has none.
 const Sign* SignAt(std::int16_t font, int code);
 
+// The character under a code of a typeface; 0 if it has none that is known.
+char32_t CharacterOf(std::int16_t font, int code);
+
 // Signs with a name that begins so, without the backslash: those of that very name first, then in the order
 // of the table. In names capitals differ from small letters.
 std::vector<const Sign*> SignsNamed(std::string_view beginning);
