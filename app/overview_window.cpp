@@ -33,7 +33,7 @@ constexpr float kNumberSize = 13;
 constexpr float kDragFrom = 6;  // a press that moves less is a click
 constexpr float kNotch = 60;    // of the wheel
 constexpr float kEdge = 24;     // a drag there scrolls
-constexpr float kEdgeStep = 16;
+constexpr float kEdgeStep = 4;  // at each tick
 constexpr int kButtonGap = 4;
 
 constexpr ColourValue kInk = 0x000000;

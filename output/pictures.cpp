@@ -127,6 +127,10 @@ std::string ExportPicture(const PictureChoice& choice) {
   LastPictureChoice = choice;
   const std::string path = AskForFile(choice.svg ? "svg" : "png");
   if (path.empty()) return {};
+  if (!CurrentPaperFile.empty() && SameFile(path, CurrentPaperFile)) {
+    throw Failure("The picture would replace the page file " + MachinePath(path) +
+                  " itself. Choose another name.");
+  }
   const Motif motif = MotifOf(choice.selection);
   std::string missing;
   WriteFileSafely(path, choice.svg ? SvgOf(*motif.items, motif.area, !choice.transparent, &missing)

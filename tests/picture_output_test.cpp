@@ -91,6 +91,9 @@ TEST_F(PictureOutputTest, WritesThePageOrWhatIsSelectedOfIt) {
   dialog.ClickButton("Export...");
   EXPECT_EQ(Content("\\P\\part.png"), part);
   EXPECT_TRUE(PictureWindow->Visible());
+  dialogs.AnswerSave("\\P\\Essay.001");
+  EXPECT_NE(FailureOf([&] { dialog.ClickButton("Export..."); }).find("page file"), std::string::npos);
+  EXPECT_TRUE(Content("\\P\\Essay.001").starts_with("100 200 m"));
 }
 
 TEST_F(PictureOutputTest, LeavesNoPartOfAFile) {
