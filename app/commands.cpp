@@ -8,6 +8,8 @@
 #include "app/exit.h"
 #include "app/find_window.h"
 #include "app/foot.h"
+#include "app/overview_window.h"
+#include "app/picture_window.h"
 #include "app/samples.h"
 #include "app/typing_view.h"
 #include "app/web_window.h"
@@ -28,8 +30,10 @@
 #include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
+#include "output/pictures.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
+#include "output/printing.h"
 #include "palette/palette.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
@@ -104,6 +108,15 @@ bool PaperHasName() {
   return !CurrentPaperFile.empty();
 }
 
+bool CopyPicture() {
+  ShowNote("Copied as a picture: the " + CopyAsPicture());
+  return true;
+}
+
+bool MoveCurrentPage() {
+  return MovePageToNumber(CurrentPageNumber);
+}
+
 bool Refresh() {
   ShowPage();
   return true;
@@ -168,6 +181,10 @@ void AddFileMenu(Table& table) {
   add("mFilePrintOne", "Print &One Page", "Ctrl+Shift+P", Outputting<PrintOnePage>);
   add("mFilePrint", "&Print", "Ctrl+P", Outputting<PrintPaper>);
   add("mFileAscii", "&Output As ASCII", "", Outputting<OutputAsText>);
+  table.push_back(Separator("&File"));
+  add("mFilePicture", "Export Pict&ure...", "Ctrl+Shift+U", Run<ShowPictureWindow>);
+  add("mFilePrinter", "Print to Prin&ter...", "Ctrl+Alt+P", PrintToPrinter);
+  add("mFilePreview", "Print Pre&view...", "Ctrl+Alt+V", PreviewPrint);
   table.push_back(Separator("&File"));
   // The frame's close button leaves as this entry does, so the sequence itself ends editing.
   table.push_back({"&File", "mFileExit", "Exit", "Ctrl+Q", Run<LeaveProgram>});
@@ -251,6 +268,12 @@ void AddEditMenu(Table& table) {
   table.push_back({menu, "mEditMove", "&Move", "", Run<StartMove>, AnythingSelected});
   table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X", Editing<Cut>, CanCopy});
   table.push_back({menu, "mEditCopy", "&Copy", "Ctrl+C", Run<Copy>, CanCopy});
+  table.push_back({.menu = menu,
+                   .id = "mEditCopyPicture",
+                   .caption = "Copy A&s Picture",
+                   .key = "Ctrl+Alt+C",
+                   .run = CopyPicture,
+                   .endsEditing = true});
   table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V", Editing<PasteAtPointer>});
   table.push_back({menu, "mEditDelete", "&Delete", "Del", Editing<Delete>, CanDelete});
   table.push_back({menu, "mEditDuplicate", "Dup&licate", "Ctrl+D", Run<DuplicateSelected>, AnythingSelected});
@@ -288,6 +311,7 @@ void AddEditMenu(Table& table) {
   add("mPagesDelete", "&Delete", "", DeletePage, PaperHasName);
   add("mPagesEarlier", "Move &Earlier", "Alt+PgUp", MovePageEarlier, CanMovePageEarlier);
   add("mPagesLater", "Move &Later", "Alt+PgDown", MovePageLater, CanMovePageLater);
+  add("mPagesMove", "&Move To...", "Ctrl+Shift+F7", MoveCurrentPage, CanMovePages);
   table.push_back(Separator(pages.c_str()));
   addStep(pages, "mPagesUndo", "&Undo", "", UndoPageOperation, [] { return PageStepBack().label; });
   addStep(pages, "mPagesRedo", "&Redo", "", RedoPageOperation, [] { return PageStepForward().label; });
@@ -325,6 +349,7 @@ void AddViewMenu(Table& table) {
   table.push_back(
       {menu, "mViewFitSelection", "Fit Se&lection", "Ctrl+3", Run<FitSelection>, AnythingSelected});
   table.push_back(Separator(menu));
+  table.push_back({menu, "mViewPages", "Pag&e Overview", "F7", Run<ShowOverview>});
   table.push_back({menu, "mViewSigns", "&Signs", "F8", Run<TogglePalette>, {}, PaletteShown});
   table.push_back({menu, "mViewGrid", "Show &Grid", "", Toggle<ShowGrid>, {}, IsOn<ShowGrid>});
   table.push_back({menu, "mViewPrint", "Prin&t View", "", Toggle<PrintView>, {}, IsOn<PrintView>});

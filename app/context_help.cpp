@@ -31,6 +31,8 @@ constexpr Topic kOfEditor[] = {
     {"Draw Bezier", "Drawing lines and curves"},
     {"Draw ", "Drawing shapes"},
     {"Shape Drawing", "Shaping drawings"},
+    {"Pages of", "Page overview"},
+    {"Dots per inch", "Pictures"},
     {"Page", "The view"},
     {"Scroll", "The view"},
     {"Sign", "The panel of signs"},
@@ -50,9 +52,9 @@ constexpr WindowTopics kWindows[] = {{kEditorPage, kOfEditor}, {kDesignerPage, k
 
 // Dialogs by their titles, those that choose a file to read by what their button does.
 constexpr Topic kDialogs[] = {{"Open", "Saving and opening"}, {"Save As", "Saving and opening"},
-                              {"Print", "Printing"},          {"Write Text", "Plain text"},
-                              {"Position", "Position"},       {"Scale", "Arranging items"},
-                              {"Rotate", "Arranging items"}};
+                              {"Print", "Printing"},          {"Export Picture", "Pictures"},
+                              {"Write Text", "Plain text"},   {"Position", "Position"},
+                              {"Scale", "Arranging items"},   {"Rotate", "Arranging items"}};
 
 }  // namespace
 

@@ -14,8 +14,12 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
+#include "platform/outlines.h"
+#include "platform/printer.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_outlines.h"
+#include "platform/qt/qt_printer.h"
 #include "platform/qt/qt_toolkit.h"
 
 namespace {
@@ -37,9 +41,13 @@ int Run(int argc, char** argv) {
   kelvane::QtToolkit toolkit;
   kelvane::QtDialogs dialogs;
   kelvane::QtClipboard clipboard;
+  kelvane::QtPrinter printer;
   kelvane::TheToolkit = &toolkit;
   kelvane::TheDialogs = &dialogs;
   kelvane::TheClipboard = &clipboard;
+  kelvane::ThePrinter = &printer;
+
+  kelvane::ScreenOutline = kelvane::QtOutline;
 
   bool started = false;
   kelvane::RunHandler([&] {

@@ -8,6 +8,8 @@
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
+#include "app/overview_window.h"
+#include "app/picture_window.h"
 #include "app/settings.h"
 #include "app/web_window.h"
 #include "designer/character_files.h"
@@ -25,6 +27,7 @@
 #include "help/help_window.h"
 #include "macros/define_macro_window.h"
 #include "macros/macros.h"
+#include "output/pictures.h"
 #include "output/plain_text.h"
 #include "palette/palette.h"
 #include "palette/tall_brackets.h"
@@ -111,6 +114,9 @@ void ResetProgram() {
   ResetPlainText();
   ResetFoot();
   ResetFirstMinutes();
+  ResetOverview();
+  ResetPictures();
+  ResetPictureWindow();
   ResetHelpWindow();
   ResetContactWindow();
   ResetWebWindow();

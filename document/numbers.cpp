@@ -137,4 +137,11 @@ std::string FormatFixed(double value, int decimals, bool leadingZero) {
   return text;
 }
 
+std::string FormatUpTo(double value, int decimals) {
+  std::string text = FormatFixed(value, decimals, true);
+  if (decimals > 0) text.erase(text.find_last_not_of('0') + 1);
+  if (text.ends_with('.')) text.pop_back();
+  return text;
+}
+
 }  // namespace kelvane

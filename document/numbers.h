@@ -30,4 +30,7 @@ std::int16_t RoundToInt16(float value);
 // Fixed decimals, half away from zero. `leadingZero` false writes .50 instead of 0.50.
 std::string FormatFixed(double value, int decimals, bool leadingZero);
 
+// The same without zeros behind the last decimal, and without a point if none is left: 0.5, 12, -3.25.
+std::string FormatUpTo(double value, int decimals);
+
 }  // namespace kelvane

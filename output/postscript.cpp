@@ -57,9 +57,6 @@ std::string ExpandPlaceholders(std::string_view line) {
   }
 }
 
-// The job as it is being made: takes its parts in order.
-using Job = std::function<void(std::string_view)>;
-
 bool NeedsEscapes(std::string_view run) {
   for (const char special : {'\\', '(', ')'}) {
     if (run.find(special) != std::string_view::npos) return true;
@@ -97,7 +94,8 @@ class PageEnd {
   std::size_t matched = 0;
 };
 
-void AddPage(const Job& job, const std::string& pageFile, PageEnd& pageEnd) {
+void AddPage(const std::function<void(std::string_view)>& job, const std::string& pageFile,
+             PageEnd& pageEnd) {
   const std::string content = TheFiles->ReadWhole(pageFile);
   std::string part;
   part.reserve(content.size() + content.size() / 8);
@@ -115,13 +113,6 @@ void AddPage(const Job& job, const std::string& pageFile, PageEnd& pageEnd) {
     part.append(line).append(kLineEnd);
   }
   job(part);
-}
-
-void MakeJob(const Job& job, const std::vector<std::string>& pageFiles) {
-  PageEnd pageEnd;
-  job(Prologue());
-  for (const std::string& pageFile : pageFiles) AddPage(job, pageFile, pageEnd);
-  job({&kEndOfJob, 1});
 }
 
 std::string JobOf(const std::vector<std::string>& pageFiles) {
@@ -174,6 +165,13 @@ std::string Prologue() {
 
 void WritePrologue(const std::string& outputPath) {
   WriteFileSafely(outputPath, Prologue());
+}
+
+void MakeJob(const std::function<void(std::string_view)>& job, const std::vector<std::string>& pageFiles) {
+  PageEnd pageEnd;
+  job(Prologue());
+  for (const std::string& pageFile : pageFiles) AddPage(job, pageFile, pageEnd);
+  job({&kEndOfJob, 1});
 }
 
 std::string OnePageJob(const std::string& pageFile) {

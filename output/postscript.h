@@ -2,7 +2,10 @@
 
 // PostScript output of one page or of a whole paper.
 
+#include <functional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace kelvane {
 
@@ -10,6 +13,9 @@ namespace kelvane {
 std::string Prologue();
 // Writes the prolog alone to a new file.
 void WritePrologue(const std::string& outputPath);
+
+// Makes the job of some page files, in parts that `job` takes in their order.
+void MakeJob(const std::function<void(std::string_view)>& job, const std::vector<std::string>& pageFiles);
 
 // The whole job for a page file, or for pages 1 to 999 of its paper. Throw Failure if QRX.PRO or a page file
 // cannot be read.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/fields.h"
+#include "document/numbers.h"
 #include "document/paper.h"
 #include "editing/edit.h"
 #include "papers/paper_commands.h"
@@ -44,11 +45,6 @@ std::string FileOf(int page) {
 
 std::optional<std::string> ContentOfFile(int page) {
   return TheFiles->Exists(FileOf(page)) ? std::optional(TheFiles->ReadWhole(FileOf(page))) : std::nullopt;
-}
-
-// A page that is new and has no file yet is the last one all the same.
-int LastNumber() {
-  return std::max<int>(LastPageOfPaper(), CurrentPageNumber);
 }
 
 // Pages that take other numbers, one after the other; each number is free when it is taken.
@@ -93,13 +89,13 @@ void RenamePages(const Renamings& renamings) {
 
 Renamings MakingRoom(int page) {
   Renamings renamings;
-  for (int number = LastNumber(); number >= page; --number) renamings.emplace_back(number, number + 1);
+  for (int number = MostPageNumber(); number >= page; --number) renamings.emplace_back(number, number + 1);
   return renamings;
 }
 
 // Takes a page out by way of the first number behind the paper, and closes or shifts the gap up to `to`.
 Renamings Taking(int page, int to) {
-  Renamings renamings = {{page, LastNumber() + 1}};
+  Renamings renamings = {{page, std::max({MostPageNumber(), page, to}) + 1}};
   const int step = to > page ? 1 : -1;
   for (int number = page; number != to; number += step) renamings.emplace_back(number + step, number);
   return renamings;
@@ -107,7 +103,7 @@ Renamings Taking(int page, int to) {
 
 Operation Insert(const Operation& operation) {
   const int page = operation.page;
-  if (std::max(page, LastNumber() + (page <= LastNumber() ? 1 : 0)) > kLastPage)
+  if (std::max(page, MostPageNumber() + (page <= MostPageNumber() ? 1 : 0)) > kLastPage)
     throw Failure("There is no room for another page: a paper has 999 at most.");
   const int shown = CurrentPageNumber;
   const Renamings room = MakingRoom(page);
@@ -129,7 +125,8 @@ Operation Insert(const Operation& operation) {
 
 Operation Remove(const Operation& operation) {
   const int page = operation.page;
-  const int last = LastNumber();
+  // An inserted page that was left empty may be none any more.
+  const int last = std::max(MostPageNumber(), page);
   Operation inverse = {Kind::Insert, page, 0, ContentOfFile(page), ++Kept};
   RenamePages(Taking(page, last));
   ShowPageOfPaper(std::clamp(operation.to > 0 ? operation.to : page, 1, std::max(last - 1, 1)));
@@ -171,14 +168,33 @@ bool Do(const Operation& operation) {
   return true;
 }
 
-bool InsertEmptyPage(int page) {
-  return Do({.kind = Kind::Insert, .page = page, .label = "insert page"});
+std::string PagesNamed(int from, int to) {
+  return from == to ? "page " + std::to_string(from)
+                    : "pages " + std::to_string(from) + " to " + std::to_string(to);
 }
 
-bool Exchange(int step) {
-  if (!StorePageOfPaper()) return false;
-  return Do(
-      {.kind = Kind::Move, .page = CurrentPageNumber, .to = CurrentPageNumber + step, .label = "move page"});
+// "Page 3 becomes page 4." for the pages from `from` to `to` that get numbers `by` higher.
+std::string Renumbering(int from, int to, int by) {
+  std::string text =
+      PagesNamed(from, to) + (from == to ? " becomes " : " become ") + PagesNamed(from + by, to + by) + ".";
+  text.front() = 'P';
+  return text;
+}
+
+// Asks about what gives files other names. Undo takes it back, so Enter goes on.
+bool AskToRename(const std::string& what, const std::string& renumbering) {
+  return TheDialogs->Ask(what + "?\r\n" + renumbering + " Undo takes it back as long as the paper is open.",
+                         true);
+}
+
+// Whether a page may come in as number `page`.
+bool MayInsert(const std::string& what, int page) {
+  const int last = MostPageNumber();
+  return page > last || last >= kLastPage || AskToRename(what, Renumbering(page, last, 1));
+}
+
+bool HasContent(int page) {
+  return !ContentOfFile(page).value_or("").empty();
 }
 
 PageStep Top(const std::vector<Operation>& steps) {
@@ -209,40 +225,91 @@ void ResetPageOperations() {
   PaperOfThem.clear();
 }
 
-bool InsertPageBefore() {
-  return StorePageOfPaper() && InsertEmptyPage(CurrentPageNumber);
+int MostPageNumber() {
+  return std::max<int>(LastPageOfPaper(), CurrentPageNumber);
 }
 
-bool InsertPageAfter() {
-  return StorePageOfPaper() && InsertEmptyPage(CurrentPageNumber + 1);
+bool InsertPageAt(int page) {
+  return StorePageOfPaper() && MayInsert("Insert an empty page " + std::to_string(page), page) &&
+         Do({.kind = Kind::Insert, .page = page, .label = "insert page"});
 }
 
-bool DuplicatePage() {
-  if (!StorePageOfPaper()) return false;
-  return Do({.kind = Kind::Insert,
-             .page = CurrentPageNumber + 1,
-             .content = ContentOfFile(CurrentPageNumber),
+bool DuplicatePageAt(int page) {
+  return StorePageOfPaper() && MayInsert("Duplicate page " + std::to_string(page), page + 1) &&
+         Do({.kind = Kind::Insert,
+             .page = page + 1,
+             .content = ContentOfFile(page),
              .label = "duplicate page"});
 }
 
-bool DeletePage() {
+bool DeletePageAt(int page) {
   if (!StorePageOfPaper()) return false;
-  const std::string number = std::to_string(CurrentPageNumber);
-  const std::string content = ContentOfFile(CurrentPageNumber).value_or("");
-  if (!content.empty() && !TheDialogs->Ask("Delete page " + number + " of " + FileTitleOf(CurrentPaperFile) +
-                                               "?\r\nUndo brings it back as long as the paper is open.",
-                                           false)) {
+  const std::string number = std::to_string(page);
+  const int last = MostPageNumber();
+  const std::string what = "Delete page " + number + " of " + FileTitleOf(CurrentPaperFile);
+  const std::string renumbering = page < last ? Renumbering(page + 1, last, -1) : "";
+  if (HasContent(page)) {
+    const std::string others = renumbering.empty() ? "" : " " + renumbering;
+    if (!TheDialogs->Ask(what + "?\r\nIts file is removed." + others +
+                             " Undo brings it back as long as the paper is open, not afterwards.",
+                         false)) {
+      return false;
+    }
+  } else if (!renumbering.empty() && !AskToRename(what, renumbering)) {
     return false;
   }
-  return Do({.kind = Kind::Remove, .page = CurrentPageNumber, .label = "delete page " + number});
+  return Do({.kind = Kind::Remove, .page = page, .label = "delete page " + number});
+}
+
+bool MovePageTo(int page, int to) {
+  if (page == to || !StorePageOfPaper()) return false;
+  const std::string others = to > page ? Renumbering(page + 1, to, -1) : Renumbering(to, page - 1, 1);
+  return AskToRename("Move page " + std::to_string(page) + " to number " + std::to_string(to), others) &&
+         Do({.kind = Kind::Move, .page = page, .to = to, .label = "move page"});
+}
+
+bool InsertPageBefore() {
+  return InsertPageAt(CurrentPageNumber);
+}
+
+bool InsertPageAfter() {
+  return InsertPageAt(CurrentPageNumber + 1);
+}
+
+bool DuplicatePage() {
+  return DuplicatePageAt(CurrentPageNumber);
+}
+
+bool DeletePage() {
+  return DeletePageAt(CurrentPageNumber);
 }
 
 bool MovePageEarlier() {
-  return Exchange(-1);
+  return MovePageTo(CurrentPageNumber, CurrentPageNumber - 1);
 }
 
 bool MovePageLater() {
-  return Exchange(1);
+  return MovePageTo(CurrentPageNumber, CurrentPageNumber + 1);
+}
+
+bool MovePageToNumber(int page) {
+  const int last = MostPageNumber();
+  const auto number = [](const std::string& text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })
+               ? RoundToInt16(ReadSingle(text))
+               : 0;
+  };
+  const auto refusal = [&](const std::string& text) {
+    if (number(text) >= 1 && number(text) <= last) return std::string();
+    return "A number from 1 to " + std::to_string(last) + " is needed";
+  };
+  const auto entered = TheDialogs->AskText("Move Page", "New number of page " + std::to_string(page),
+                                           std::to_string(page), refusal);
+  return entered && MovePageTo(page, number(*entered));
+}
+
+bool CanMovePages() {
+  return MostPageNumber() > 1;
 }
 
 bool CanMovePageEarlier() {

@@ -6,8 +6,9 @@
 // Every renaming goes to a number that no page has. So whatever step fails, each page is whole in the file of
 // some page of the paper, and no two have ever shared one. A failure puts back what was renamed before it.
 //
-// All complete what is half typed and store the current page first, and return false if the person gave that
-// or the command up. They throw Failure when a file cannot be read or written.
+// All complete what is half typed and store the current page first, ask if another page gets another number
+// or something is deleted, and return false if the person gave that or the command up. The page that they
+// worked on is the current one afterwards. They throw Failure when a file cannot be read or written.
 
 #include <string>
 
@@ -15,18 +16,29 @@ namespace kelvane {
 
 void ResetPageOperations();
 
-// An empty page with the number of the current one, or the next. It has no file until something is on it.
+// An empty page of that number. It has no file until something is on it.
+bool InsertPageAt(int page);
+// A copy of a page behind it.
+bool DuplicatePageAt(int page);
+bool DeletePageAt(int page);
+// Page `page` becomes page `to`, from 1 to MostPageNumber; those between move up or down.
+bool MovePageTo(int page, int to);
+// Asks for the number.
+bool MovePageToNumber(int page);
+bool CanMovePages();  // there is more than one
+
+// The same with the current page.
 bool InsertPageBefore();
 bool InsertPageAfter();
-// A copy of the current page behind it.
 bool DuplicatePage();
-// Asks first if there is something on the page.
 bool DeletePage();
-// The current page changes places with the one before or behind it.
 bool MovePageEarlier();
 bool MovePageLater();
 bool CanMovePageEarlier();
 bool CanMovePageLater();
+
+// The highest page number of the paper, with or without a file: a new page counts.
+int MostPageNumber();
 
 // What the steps would take back or do again ("delete page 3"), empty for nothing. They go on as long as the
 // paper is open. `next` tells whether nothing was edited since, so that the step is what the person means by

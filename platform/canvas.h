@@ -128,6 +128,15 @@ inline constexpr int kWithControl = 1 << 17;
 inline constexpr int kKeyWordLeft = kKeyLeft | kWithControl;
 inline constexpr int kKeyWordRight = kKeyRight | kWithControl;
 
+// A character of one of the program's own fonts.
+struct GlyphOnPage {
+  std::int16_t font = 0;
+  int code = 0;
+  float em = 1;  // pixels
+  Point origin;  // on the baseline
+  ColourValue colour = 0;
+};
+
 class Painter {
  public:
   virtual ~Painter() = default;
@@ -141,6 +150,25 @@ class Painter {
   // `origins` have the same length.
   virtual void DrawText(const ScreenFace& face, float em, std::string_view codes,
                         std::span<const Point> origins, ColourValue colour) = 0;
+
+  // A painter that keeps the program's own characters as such takes one here; false has its shape drawn by
+  // the calls above.
+  virtual bool TakeGlyph(const GlyphOnPage&) { return false; }
+  // A painter that keeps text as text is told what the characters that are drawn until the next call say
+  // together, in UTF-8, where that is something else than one by one (a sign in pieces). An empty text ends
+  // it.
+  virtual bool KeepsText() const { return false; }
+  virtual void SayTogether(std::string_view) {}
+};
+
+// A picture in memory, painted on at once.
+class Image : public Painter {
+ public:
+  // Device pixels.
+  virtual int PixelWidth() const = 0;
+  virtual int PixelHeight() const = 0;
+  // The content of a PNG file, which tells how many pixels make an inch.
+  virtual std::string Png(int dotsPerInch) const = 0;
 };
 
 // A surface on the screen. The page layer holds the page; the overlay above it what comes and goes (cursor
@@ -165,6 +193,9 @@ class Canvas : public Painter {
   virtual void SelectLayer(Layer layer) = 0;
   // Page: filled with the desk colour. Overlay: transparent.
   virtual void Clear() = 0;
+
+  // Puts a picture whose upper left corner is at a logical position there, pixel by pixel.
+  virtual void DrawImage(const Image& image, Point corner) = 0;
 
   // Has OnPaint called for a layer before the canvas is next shown: for the whole of it, or for an area in
   // logical coordinates.

@@ -3,6 +3,7 @@
 // The clipboard, which all programs of the desktop share.
 
 #include <string>
+#include <vector>
 
 namespace kelvane {
 
@@ -12,6 +13,12 @@ class Clipboard {
   // Puts a text of codes there for every program, each code as the sign that the control-code box shows, and
   // beside it, unless empty, the bytes that only this program reads.
   virtual void Put(const std::string& items, const std::string& text) = 0;
+  // One thing in several forms, from which each program takes the one that suits it.
+  struct Form {
+    std::string kind;  // e.g. "image/png"
+    std::string bytes;
+  };
+  virtual void PutForms(const std::vector<Form>& forms) = 0;
   // Empty if nothing of the kind is there.
   virtual std::string Items() const = 0;
   virtual std::string Text() const = 0;  // UTF-8

@@ -7,6 +7,7 @@
 // windows are twips, 15 to a logical pixel. Texts are 8-bit.
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -223,7 +224,8 @@ class Dialogs {
                                              const std::string& value,
                                              const std::function<std::string(const std::string&)>& check) = 0;
   // The chosen path in backslash form, empty if the person cancelled. `start` is where the dialog starts: a
-  // folder, or a file that Enter then takes; empty for the current folder. `accept` is on the button that
+  // folder, or a file that Enter then takes, and to save one that is not there yet; empty for the current
+  // folder. `accept` is on the button that
   // takes the choice. ChooseToSave asks itself before it returns an existing file.
   virtual std::string ChooseToOpen(const std::string& title, const std::string& filter,
                                    const std::string& start, const std::string& accept = "Open") = 0;
@@ -240,6 +242,11 @@ class Toolkit {
   // A window of its own beside the main one; it can be used while a dialog stands above that.
   virtual Window* NewSeparateWindow() = 0;
   virtual Timer* NewTimer() = 0;
+  // A picture of `width` by `height` device pixels that show the logical rectangle `shown`, of which `ratio`
+  // make a logical pixel. What is not painted is see-through, or white. Throws Failure if it is too large for
+  // the machine's memory.
+  virtual std::unique_ptr<Image> NewImage(int width, int height, const Box& shown, float ratio,
+                                          bool transparent) = 0;
   virtual void Quit() = 0;
   // What it is made of, with its version.
   virtual std::string Version() const = 0;

@@ -51,7 +51,7 @@ TEST_F(PageOperationsTest, WhateverFailsEveryPageIsWholeAndFound) {
   for (bool (*const command)() :
        {InsertPageBefore, InsertPageAfter, DuplicatePage, DeletePage, MovePageEarlier, MovePageLater}) {
     Open();
-    if (command == DeletePage) dialogs.AnswerYes();
+    dialogs.AnswerYes();
     EXPECT_TRUE(command());
     const auto after = files.contents;
     for (const bool lasting : {false, true}) {
@@ -60,7 +60,7 @@ TEST_F(PageOperationsTest, WhateverFailsEveryPageIsWholeAndFound) {
         SCOPED_TRACE(step);
         Open();
         const auto before = files.contents;
-        if (command == DeletePage) dialogs.AnswerYes();
+        dialogs.AnswerYes();
         files.FailAnyStep(step, lasting);
         failed = false;
         try {

@@ -134,7 +134,10 @@ TEST_F(SignsTest, MarksStandOverTheMiddleAndTheRunGoesOnBehindTheSign) {
     EXPECT_NEAR(pen.size, 1, 1e-4);
     EXPECT_EQ(pen.depth, 0);
   }
-  EXPECT_EQ(TextOfRun(Run("\u226E"), 0), "<\u0338");
+  // As a text it is the one character where there is one.
+  for (const char* text : {"a\u226Eb", "x\u0302", "\u2208\u0338", "\u21A6", "a\u27F6b", "\u2153", "x\u2074"})
+    EXPECT_EQ(TextOfRun(Run(text), 0), text);
+  EXPECT_EQ(TextOfRun(Run("<\u0338"), 0), "\u226E");
 }
 
 TEST_F(SignsTest, NamesWhatNoTypefaceHas) {

@@ -26,7 +26,8 @@ constexpr float kCalmGridPixels = 8;
 constexpr std::size_t kMostFillPoints = 1000;
 
 // What a line of its own reaches beyond its points: round ends, and a pixel of it at least.
-constexpr float kLeastReach = 2;  // points
+constexpr float kLeastReach = 2;   // points
+constexpr float kHairline = 0.1F;  // points
 
 // Calls draw with each multiple of `spacing` from 0 to `end` that lies within the visible stretch. The index
 // is a whole number, so that the lines do not drift.
@@ -89,6 +90,12 @@ bool CanBeFilled(const Path& path) {
   for (const Path::Step step : path.steps)
     points += step == Path::Step::Curve ? kCurvePoints - 1 : std::size_t{1};
   return points <= kMostFillPoints;
+}
+
+// A line without a width prints as a hairline; on the screen lines are whole pixels wide, one at least.
+float PixelsWide(float width, const View& view) {
+  if (view.exact) return (width > 0 ? width : kHairline) * view.scale;
+  return std::max(std::floor(width * view.scale), 1.0F);
 }
 
 bool Meet(const Box& a, const Box& b) {
@@ -173,7 +180,7 @@ class Placements {
 }  // namespace
 
 void PaintPage(Painter& painter, const View& view, const PageItems& items, const Box& area) {
-  painter.FillBox({0, 0, PaperWidth, PaperHeight}, PaletteColour(kWhite));
+  if (view.paper) painter.FillBox({0, 0, PaperWidth, PaperHeight}, PaletteColour(kWhite));
   PaintGrid(painter, view, area);
   PaintGuides(painter, view);
   for (const DrawingItem& item : items.Drawings()) {
@@ -198,7 +205,7 @@ void PaintDrawing(Painter& painter, const View& view, const Drawing& drawing) {
   }
   const Path path = PathOf(drawing);
   const ColourValue colour = PaletteColour(drawing.style.colour);
-  CanBeFilled(path) ? painter.FillPath(path, colour) : painter.StrokePath(path, {colour, 1});
+  view.exact || CanBeFilled(path) ? painter.FillPath(path, colour) : painter.StrokePath(path, {colour, 1});
 }
 
 void PaintEntry(Painter& painter, const View& view, const TextEntry& entry) {
@@ -208,8 +215,8 @@ void PaintEntry(Painter& painter, const View& view, const TextEntry& entry) {
 }
 
 void StrokeDrawing(Painter& painter, const View& view, const Drawing& drawing) {
-  const float pixels = std::floor(drawing.style.width * view.scale);
-  painter.StrokePath(PathOf(drawing), {PaletteColour(drawing.style.colour), pixels > 1 ? pixels : 1});
+  painter.StrokePath(PathOf(drawing),
+                     {PaletteColour(drawing.style.colour), PixelsWide(drawing.style.width, view)});
 }
 
 Box BoundsOf(const TextEntry& entry) {

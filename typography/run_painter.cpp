@@ -5,6 +5,7 @@
 
 #include "typography/colours.h"
 #include "typography/glyph_shapes.h"
+#include "typography/signs.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
@@ -22,10 +23,24 @@ constexpr float kLeastThread = 1.1F * kLeastGlyphLine;
 RunPen RunPainter::Paint(const Run& run) {
   const ColourValue colour = PaletteColour(run.colour);
   const float extraSpace = run.frame ? 0 : run.extraSpace;
+  const std::vector<SignInPieces> pieces =
+      painter_.KeepsText() ? PiecesOfRun(run.text, run.font) : std::vector<SignInPieces>();
+  auto next = pieces.begin();
+  bool together = false;
   const RunPen end = WalkRun(
       run.text, PenAt(run.origin, run.font, run.size), extraSpace, [&](std::size_t index, const RunPen& pen) {
+        if (together && index >= next->end) {
+          SayTogether({});
+          together = false;
+          ++next;
+        }
+        if (!together && next != pieces.end() && index >= next->begin) {
+          SayTogether(next->text);
+          together = true;
+        }
         PaintCharacter(static_cast<unsigned char>(run.text[index]), pen, colour, run.frame);
       });
+  if (together) SayTogether({});
   Flush();
   return end;
 }
@@ -38,6 +53,11 @@ void RunPainter::PaintCharacter(int code, const RunPen& pen, ColourValue colour,
     PaintGlyph(code, pen, colour);
     if (frame) PaintFrame(code, pen, colour);
   }
+}
+
+void RunPainter::SayTogether(std::string_view text) {
+  Flush();
+  painter_.SayTogether(text);
 }
 
 void RunPainter::HoldBack(int code, const RunPen& pen, ColourValue colour) {
@@ -61,6 +81,8 @@ void RunPainter::Flush() {
 void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   const GlyphShape* shape = ShapeOfGlyph(code, pen.font);
   if (!shape || shape->path.Empty()) return;
+  if (view_.printed && painter_.TakeGlyph({pen.font, code, pen.size * view_.scale, {pen.x, pen.y}, colour}))
+    return;
   const float unit = kGlyphUnit * pen.size;
   const auto place = [&](const Path& path) -> const Path& {
     path_.steps = path.steps;

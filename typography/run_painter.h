@@ -35,6 +35,7 @@ class RunPainter {
   void Flush();
 
  private:
+  void SayTogether(std::string_view text);
   void HoldBack(int code, const RunPen& pen, ColourValue colour);
   void PaintGlyph(int code, const RunPen& pen, ColourValue colour);
   void PaintFrame(int code, const RunPen& pen, ColourValue colour);

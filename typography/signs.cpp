@@ -252,6 +252,99 @@ bool WriteWithMark(RunWriter& run, char32_t character, char32_t combining) {
   return true;
 }
 
+// ---- Reading ----
+
+// A code of a run that is no switch: a character with its typeface, a script or a fixed space.
+struct Token {
+  std::size_t index = 0;  // in the run
+  std::int16_t font = 0;  // kNoFont for what is no character
+  int code = 0;
+};
+constexpr std::int16_t kNoFont = -1;
+
+std::vector<Token> TokensOf(std::string_view run, std::int16_t font) {
+  std::vector<Token> tokens;
+  for (std::size_t i = 0; i < run.size(); ++i) {
+    const int code = CodeOf(run[i]);
+    if (code >= kFirstScriptCode) {
+      tokens.push_back({i, kNoFont, code});
+    } else if (code >= kFirstSwitchCode) {
+      font = static_cast<std::int16_t>(code - kFirstSwitchCode);
+    } else {
+      tokens.push_back({i, font, code});
+    }
+  }
+  return tokens;
+}
+
+char32_t CharacterAt(const Token& token) {
+  return token.font == kNoFont ? 0 : CharacterOf(token.font, token.code);
+}
+
+struct Reading {
+  std::size_t count = 0;  // tokens; 0 if nothing is to be read here
+  std::string text;
+};
+
+// The signs that are put together, by the first code of what makes them. Those that are made of characters of
+// the text faces alone cannot be told from what is written so, nor can a single character, nor spaces from
+// steps.
+using MadeSigns = std::unordered_map<int, std::vector<std::pair<std::vector<Token>, const Sign*>>>;
+const MadeSigns& SignsByFirstCode() {
+  static const MadeSigns signs = [] {
+    MadeSigns found;
+    for (const Sign& sign : SignTable()) {
+      if (!sign.made || sign.kind == SignClass::Space) continue;
+      std::vector<Token> tokens = TokensOf(sign.made, kUsualTextFace);
+      if (tokens.size() < 2 || std::ranges::all_of(tokens, IsTextFace, &Token::font)) continue;
+      const int first = tokens.front().code;
+      found[first].emplace_back(std::move(tokens), &sign);
+    }
+    return found;
+  }();
+  return signs;
+}
+
+// In a sign that is made, the usual text face stands for any of them.
+bool SameToken(const Token& made, const Token& token) {
+  if (made.code != token.code) return false;
+  return made.font == kUsualTextFace ? IsTextFace(token.font) : made.font == token.font;
+}
+
+Reading ReadMade(const std::vector<Token>& tokens, std::size_t at) {
+  Reading reading;
+  const auto candidates = SignsByFirstCode().find(tokens[at].code);
+  if (candidates == SignsByFirstCode().end()) return reading;
+  for (const auto& [made, sign] : candidates->second) {
+    if (made.size() <= reading.count || made.size() > tokens.size() - at) continue;
+    if (std::equal(made.begin(), made.end(), tokens.begin() + static_cast<std::ptrdiff_t>(at), SameToken))
+      reading = {made.size(), WriteUtf8(sign->character)};
+  }
+  return reading;
+}
+
+// A character and the marks of Math0 that stand over or through it.
+Reading ReadMarked(const std::vector<Token>& tokens, std::size_t at) {
+  const auto isMark = [](const Token& token) {
+    return token.font >= kFirstGlyphFont && IsCombining(CharacterAt(token));
+  };
+  const char32_t base = CharacterAt(tokens[at]);
+  if (base == 0 || base == ' ' || isMark(tokens[at])) return {};
+  std::string marks;
+  char key = 0;
+  std::size_t last = at;
+  for (std::size_t i = at + 1; i < tokens.size() && (tokens[i].font == kNoFont || isMark(tokens[i])); ++i) {
+    if (tokens[i].font == kNoFont) continue;
+    key = marks.empty() ? static_cast<char>(tokens[i].code) : char{0};
+    marks += WriteUtf8(CharacterAt(tokens[i]));
+    last = i;
+  }
+  if (marks.empty()) return {};
+  const auto whole = std::ranges::find_if(
+      SignTable(), [&](const Sign& sign) { return key != 0 && sign.mark == key && sign.base == base; });
+  return {last - at + 1, whole != SignTable().end() ? WriteUtf8(whole->character) : WriteUtf8(base) + marks};
+}
+
 // ---- Names ----
 
 std::string_view TypedNames(const Sign& sign) {
@@ -293,6 +386,16 @@ const Sign* SignAt(std::int16_t font, int code) {
                              : IsTextFace(font) ? UnicodeOfText(byte)
                                                 : u'\0';
   return SignOf(character);
+}
+
+char32_t CharacterOf(std::int16_t font, int code) {
+  if (font >= kFirstGlyphFont) {
+    const Sign* sign = SignAt(font, code);
+    return sign ? sign->character : 0;
+  }
+  const auto byte = static_cast<unsigned char>(code);
+  if (IsSymbolFace(font)) return UnicodeOfSymbol(byte);
+  return IsTextFace(font) ? UnicodeOfText(byte) : u'\0';
 }
 
 std::vector<const Sign*> SignsNamed(std::string_view beginning) {
@@ -381,22 +484,30 @@ std::string SignsToRun(std::string_view utf8, std::int16_t font, std::string& mi
   return run.Finish();
 }
 
+std::vector<SignInPieces> PiecesOfRun(std::string_view run, std::int16_t font) {
+  std::vector<SignInPieces> pieces;
+  const std::vector<Token> tokens = TokensOf(run, font);
+  for (std::size_t at = 0; at < tokens.size();) {
+    Reading reading = ReadMade(tokens, at);
+    if (reading.count == 0) reading = ReadMarked(tokens, at);
+    if (reading.count > 0)
+      pieces.push_back({tokens[at].index, tokens[at + reading.count - 1].index + 1, reading.text});
+    at += std::max(reading.count, std::size_t{1});
+  }
+  return pieces;
+}
+
 std::string TextOfRun(std::string_view run, std::int16_t font) {
   std::string text;
-  for (const char c : run) {
-    const int code = CodeOf(c);
-    if (code >= kFirstScriptCode) continue;
-    if (code >= kFirstSwitchCode) {
-      font = static_cast<std::int16_t>(code - kFirstSwitchCode);
-      continue;
+  const std::vector<SignInPieces> pieces = PiecesOfRun(run, font);
+  auto next = pieces.begin();
+  for (const Token& token : TokensOf(run, font)) {
+    if (next != pieces.end() && token.index >= next->end) ++next;
+    if (next == pieces.end() || token.index < next->begin) {
+      if (const char32_t character = CharacterAt(token)) text += WriteUtf8(character);
+    } else if (token.index == next->begin) {
+      text += next->text;
     }
-    const auto byte = static_cast<unsigned char>(c);
-    const Sign* glyph = font >= kFirstGlyphFont ? SignAt(font, code) : nullptr;
-    const char32_t character = glyph                ? glyph->character
-                               : IsSymbolFace(font) ? UnicodeOfSymbol(byte)
-                               : IsTextFace(font)   ? UnicodeOfText(byte)
-                                                    : u'\0';
-    if (character != 0) text += WriteUtf8(character);
   }
   return text;
 }

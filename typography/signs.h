@@ -3,6 +3,7 @@
 // What can be asked of the signs: by character, by name, by class, by place; and runs made of text and read
 // as text.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,6 +18,9 @@ namespace kelvane {
 const Sign* SignOf(char32_t character);
 // The sign that a typeface has under a code; null if it has none.
 const Sign* SignAt(std::int16_t font, int code);
+
+// The character under a code of a typeface; 0 if it has none that is known.
+char32_t CharacterOf(std::int16_t font, int code);
 
 // Signs with a name that begins so, without the backslash: those of that very name first, then in the order
 // of the table. In names capitals differ from small letters.
@@ -42,6 +46,15 @@ std::string RunOf(const Sign& sign, std::int16_t font);
 // that typeface, line ends as blanks, everything else as signs. Characters that no typeface has are left out
 // and put into `missing`, each once, with blanks between them.
 std::string SignsToRun(std::string_view utf8, std::int16_t font, std::string& missing);
+
+// Codes of a run that say something together which they do not say one by one, such as an arrow in pieces, a
+// letter with one of Math0's marks, a fraction put together.
+struct SignInPieces {
+  std::size_t begin = 0;  // in the run, first and behind the last
+  std::size_t end = 0;
+  std::string text;  // UTF-8
+};
+std::vector<SignInPieces> PiecesOfRun(std::string_view run, std::int16_t font);
 
 // What a run says, in UTF-8: its signs without scripts, switches and fixed spaces.
 std::string TextOfRun(std::string_view run, std::int16_t font);

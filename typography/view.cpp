@@ -44,6 +44,15 @@ View CurrentView() {
   return view;
 }
 
+View PrintedView(const Box& area, float scale, bool paper) {
+  View view;
+  view.area = area;
+  view.scale = scale;
+  view.printed = view.exact = true;
+  view.paper = paper;
+  return view;
+}
+
 void ResetView() {
   PaperWidth = kDefaultPaperWidth;
   PaperHeight = kDefaultPaperHeight;

@@ -50,11 +50,16 @@ struct View {
   float scale = 1;  // logical pixels per point
   float ratio = 1;  // device pixels per logical pixel
   bool grid = false;
-  bool printed = false;      // as print shows it: glyphs filled, nothing but the page
+  bool printed = false;  // as print shows it: glyphs filled, nothing but the page
+  // Not for a screen, whose pixels are to be seen: lines as wide as they print, every area filled.
+  bool exact = false;
+  bool paper = true;         // the sheet is white
   std::uint64_t hidden = 0;  // an item that is not painted
 };
 // That of the page canvas as STARTX, STARTY and SCALE have it now; an empty area while it is not laid out.
 View CurrentView();
+// The page as it prints, for pictures and documents: an area of it (points), on white or on nothing.
+View PrintedView(const Box& area, float scale, bool paper);
 
 // The area of the last redraw, points.
 extern float VisibleLeft;

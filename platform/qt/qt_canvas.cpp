@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "platform/handlers.h"
+#include "platform/qt/qt_image_painter.h"
 #include "platform/qt/qt_pointers.h"
 #include "platform/qt/qt_text.h"
 
@@ -132,6 +133,12 @@ void QtCanvas::SelectLayer(Layer layer) {
 
 void QtCanvas::Clear() {
   layer_->Clear(DeskColour());
+  Drawn();
+}
+
+void QtCanvas::DrawImage(const Image& image, Point corner) {
+  const std::span<const FixedPoint> device = ToDevice({&corner, 1});
+  if (!device.empty()) layer_->DrawImage(static_cast<const QtImagePainter&>(image).Picture(), device[0]);
   Drawn();
 }
 

@@ -25,6 +25,7 @@ class QtCanvas final : public QWidget, public Canvas {
   float PixelRatio() const override;
   void SelectLayer(Layer layer) override;
   void Clear() override;
+  void DrawImage(const Image& image, Point corner) override;
   void Invalidate(Layer layer) override;
   void Invalidate(Layer layer, const Box& area) override;
   void FillBox(const Box& box, ColourValue colour) override;

@@ -34,6 +34,12 @@ void QtClipboard::Put(const std::string& items, const std::string& text) {
   QGuiApplication::clipboard()->setMimeData(data);
 }
 
+void QtClipboard::PutForms(const std::vector<Form>& forms) {
+  auto* data = new QMimeData;
+  for (const Form& form : forms) data->setData(PlainText(form.kind), QByteArray::fromStdString(form.bytes));
+  QGuiApplication::clipboard()->setMimeData(data);
+}
+
 std::string QtClipboard::Items() const {
   const QMimeData* data = QGuiApplication::clipboard()->mimeData();
   return data == nullptr ? std::string() : data->data(kItems).toStdString();

@@ -29,9 +29,13 @@ const QString kTitle = QStringLiteral("Kelvane");
 class Asker {
  public:
   Asker() : window_(QApplication::activeWindow()) {
+    // Between two dialogs no window has the keys.
+    static QPointer<QWidget>& last = *new QPointer<QWidget>;
+    if (window_ == nullptr && last != nullptr && last->isVisible()) window_ = last;
     for (QWidget* widget : QApplication::topLevelWidgets()) {
       if (window_ == nullptr && widget->isVisible() && widget->parentWidget() == nullptr) window_ = widget;
     }
+    last = window_;
   }
   ~Asker() {
     if (window_ != nullptr) window_->activateWindow();
@@ -74,8 +78,9 @@ QStringList NameFilters(const std::string& filter) {
 void StartAt(QFileDialog& dialog, const std::string& start) {
   if (start.empty()) return;
   const QFileInfo place(QFile::decodeName(MachinePath(start).c_str()));
-  dialog.setDirectory(place.isFile() ? place.path() : place.filePath());
-  if (!place.isFile()) return;
+  const bool file = place.isFile() || (dialog.acceptMode() == QFileDialog::AcceptSave && !place.isDir());
+  dialog.setDirectory(file ? place.path() : place.filePath());
+  if (!file) return;
   dialog.selectFile(place.fileName());
   for (QLineEdit* name : dialog.findChildren<QLineEdit*>()) name->selectAll();
 }

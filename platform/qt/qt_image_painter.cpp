@@ -1,6 +1,9 @@
 #include "platform/qt/qt_image_painter.h"
 
+#include <QBuffer>
 #include <cmath>
+
+#include "platform/failure.h"
 
 namespace kelvane {
 
@@ -9,6 +12,19 @@ QtImagePainter::QtImagePainter(QSize pixels, const Box& shown, double ratio, con
   layer_.Resize(pixels, background);
   scaleX_ = pixels.width() / static_cast<double>(shown.right - shown.left);
   scaleY_ = pixels.height() / static_cast<double>(shown.bottom - shown.top);
+}
+
+std::string QtImagePainter::Png(int dotsPerInch) const {
+  constexpr double kInchesPerMetre = 1 / 0.0254;
+  const auto dotsPerMetre = static_cast<int>(std::lround(dotsPerInch * kInchesPerMetre));
+  QImage image = Picture();  // shares the pixels
+  QByteArray content;
+  QBuffer buffer(&content);
+  image.setDotsPerMeterX(dotsPerMetre);
+  image.setDotsPerMeterY(dotsPerMetre);
+  if (!image.save(&buffer, "PNG"))
+    throw Failure("The picture could not be made: there is not enough memory.");
+  return content.toStdString();
 }
 
 std::span<const FixedPoint> QtImagePainter::ToDevice(std::span<const Point> points) {

@@ -10,13 +10,17 @@
 
 namespace kelvane {
 
-class QtImagePainter final : public Painter {
+class QtImagePainter final : public Image {
  public:
   // `pixels` device pixels show the logical rectangle `shown`, of which `ratio` make a logical pixel. A
   // transparent background keeps what is not painted see-through.
   QtImagePainter(QSize pixels, const Box& shown, double ratio, const QColor& background);
 
-  const QImage& Image() { return layer_.Image(); }
+  const QImage& Picture() const { return layer_.Image(); }
+
+  int PixelWidth() const override { return Picture().width(); }
+  int PixelHeight() const override { return Picture().height(); }
+  std::string Png(int dotsPerInch) const override;
 
   void FillBox(const Box& box, ColourValue colour) override;
   void DrawLine(Point from, Point to, const Pen& pen) override;

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_layer.h"
 
+#include <QPainter>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -179,6 +180,14 @@ void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes
   } else {
     DrawGlyphs(font, em, codes, origins, colour);
   }
+}
+
+void QtLayer::DrawImage(const QImage& picture, FixedPoint corner) {
+  const QPoint at(EdgeAt(corner.x), EdgeAt(corner.y));
+  if (!Touch(QRect(at, picture.size()))) return;
+  QPainter painter(&image_);
+  painter.setClipRect(clip_);
+  painter.drawImage(at, picture);
 }
 
 void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::span<const FixedPoint> origins,

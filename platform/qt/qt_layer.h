@@ -52,6 +52,8 @@ class QtLayer {
   void FillPath(const Path& path, std::span<const FixedPoint> points, QRgb colour);
   void DrawText(const ScreenFace& face, double em, std::string_view codes,
                 std::span<const FixedPoint> origins, QRgb colour);
+  // The corner goes to the nearest edge between pixels.
+  void DrawImage(const QImage& picture, FixedPoint corner);
 
  private:
   // Marks a rectangle as changed; false if nothing of it is within the clip.

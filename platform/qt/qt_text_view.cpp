@@ -237,7 +237,7 @@ void QtTextView::InsertSign(QTextCursor& cursor, const TextPiece& piece, const Q
   QtImagePainter painter(QSizeF(width * ratio, height * ratio).toSize(), shown, ratio, Qt::transparent);
   RunHandler(
       [&] { OnPaintPicture(piece.picture, static_cast<float>(em), static_cast<float>(ratio), painter); });
-  QImage image = painter.Image();
+  QImage image = painter.Picture();
   QPainter tint(&image);
   tint.setCompositionMode(QPainter::CompositionMode_SourceIn);
   tint.fillRect(image.rect(), widget_->palette().color(QPalette::Text));

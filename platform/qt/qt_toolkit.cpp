@@ -4,7 +4,9 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
+#include "platform/failure.h"
 #include "platform/handlers.h"
+#include "platform/qt/qt_image_painter.h"
 #include "platform/qt/qt_text.h"
 
 namespace kelvane {
@@ -41,6 +43,17 @@ Window* QtToolkit::NewSeparateWindow() {
 
 Timer* QtToolkit::NewTimer() {
   return timers_.emplace_back(std::make_unique<QtTimer>()).get();
+}
+
+std::unique_ptr<Image> QtToolkit::NewImage(int width, int height, const Box& shown, float ratio,
+                                           bool transparent) {
+  auto image = std::make_unique<QtImagePainter>(QSize(width, height), shown, ratio,
+                                                transparent ? Qt::transparent : Qt::white);
+  if (image->Picture().isNull()) {
+    throw Failure("There is not enough memory for a picture of " + std::to_string(width) + " by " +
+                  std::to_string(height) + " pixels.");
+  }
+  return image;
 }
 
 void QtToolkit::Quit() {

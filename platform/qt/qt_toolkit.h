@@ -28,6 +28,8 @@ class QtToolkit final : public Toolkit {
   Window* NewWindow(bool main) override;
   Window* NewSeparateWindow() override;
   Timer* NewTimer() override;
+  std::unique_ptr<Image> NewImage(int width, int height, const Box& shown, float ratio,
+                                  bool transparent) override;
   void Quit() override;
   std::string Version() const override;
   void CopyText(const std::string& text) override;

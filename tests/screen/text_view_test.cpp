@@ -213,15 +213,15 @@ TEST(ImagePainter, PaintsItsRectangleAtItsRatio) {
   QtImagePainter painter(QSize(40, 20), {10, 10, 30, 20}, 2, Qt::white);
   painter.FillBox({20, 10, 30, 15}, 0x0000FF);
   painter.DrawLine({10, 17.5F}, {30, 17.5F}, {.colour = 0, .width = 1, .crisp = false});
-  const QImage& image = painter.Image();
+  const QImage& image = painter.Picture();
   EXPECT_EQ(image.pixelColor(25, 5), QColor(Qt::red));
   EXPECT_EQ(image.pixelColor(15, 5), QColor(Qt::white));
   EXPECT_EQ(image.pixelColor(5, 15), QColor(Qt::black));
   EXPECT_EQ(image.pixelColor(5, 12), QColor(Qt::white)) << "a pixel of the screen wide, two of the device";
   QtImagePainter clear(QSize(4, 4), {0, 0, 4, 4}, 1, Qt::transparent);
   clear.FillBox({0, 0, 2, 4}, 0);
-  EXPECT_EQ(clear.Image().pixelColor(3, 1).alpha(), 0);
-  EXPECT_EQ(clear.Image().pixelColor(1, 1).alpha(), 255);
+  EXPECT_EQ(clear.Picture().pixelColor(3, 1).alpha(), 0);
+  EXPECT_EQ(clear.Picture().pixelColor(1, 1).alpha(), 255);
 }
 
 }  // namespace

@@ -22,6 +22,12 @@ class FakeClipboard : public Clipboard {
       text += static_cast<char>(code < 0x80 ? code : 0x80 | (code & 0x3F));
     }
   }
+  std::vector<Form> forms;
+  void PutForms(const std::vector<Form>& newForms) override {
+    forms = newForms;
+    items.clear();
+    text.clear();
+  }
   std::string Items() const override { return items; }
   std::string Text() const override { return text; }
   std::string CodesOf(const std::string& utf8, std::string& untypable) const override {

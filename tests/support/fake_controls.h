@@ -301,6 +301,9 @@ class FakeToolkit : public Toolkit {
   std::string Version() const override { return "Qt 6"; }
   void CopyText(const std::string& text) override { copiedText = text; }
   Timer* NewTimer() override { return Add(timers); }
+  std::unique_ptr<Image> NewImage(int width, int height, const Box&, float, bool transparent) override {
+    return std::make_unique<RecordingImage>(width, height, transparent);
+  }
   void Quit() override { quit = true; }
   // One interval of every timer that runs.
   void TickAll();

@@ -76,6 +76,7 @@ ProgramTest::ProgramTest() {
   TheDialogs = &dialogs;
   TheToolkit = &toolkit;
   TheClipboard = &clipboard;
+  ThePrinter = &printer;
   ProgramFolder = "\\Kelvane\\";
   StateFolder = "\\State\\";
   toolkit.NewWindow(true);
@@ -92,6 +93,7 @@ ProgramTest::~ProgramTest() {
   TheDialogs = nullptr;
   TheToolkit = nullptr;
   TheClipboard = nullptr;
+  ThePrinter = nullptr;
 }
 
 void ProgramTest::TearDown() {

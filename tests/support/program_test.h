@@ -10,6 +10,7 @@
 #include "platform/failure.h"
 #include "tests/support/fake_clipboard.h"
 #include "tests/support/fake_controls.h"
+#include "tests/support/fake_printer.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recording_canvas.h"
 #include "tests/support/scripted_dialogs.h"
@@ -47,6 +48,7 @@ class ProgramTest : public ::testing::Test {
   ScriptedDialogs dialogs;
   FakeToolkit toolkit;
   FakeClipboard clipboard;
+  FakePrinter printer;
   // The window behind Form1, and the canvas behind Picture1, until a test builds the real main window.
   FakeWindow* window = nullptr;
   RecordingCanvas* canvas = nullptr;

@@ -64,6 +64,29 @@ std::string Codes(std::string_view codes) {
   return text;
 }
 
+std::string BoxCall(const Box& box, ColourValue colour) {
+  return "box" + Numbers({box.left, box.top, box.right, box.bottom}) + Colour(colour);
+}
+
+std::string LineCall(Point from, Point to, const Pen& pen) {
+  return "line" + Numbers({from.x, from.y, to.x, to.y}) + Style(pen);
+}
+
+std::string StrokeCall(const Path& path, const Pen& pen) {
+  return "stroke" + Steps(path) + Style(pen);
+}
+
+std::string FillCall(const Path& path, ColourValue colour) {
+  return "fill" + Steps(path) + Colour(colour);
+}
+
+std::string TextCall(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
+                     ColourValue colour) {
+  EXPECT_EQ(codes.size(), origins.size());
+  return "text " + std::string(face.family) + (face.bold ? " bold" : "") + (face.italic ? " italic" : "") +
+         Numbers({em}) + " (" + Codes(codes) + ")" + Points(origins) + Colour(colour);
+}
+
 }  // namespace
 
 void RecordingCanvas::ForgetDrawn() {
@@ -170,26 +193,61 @@ void RecordingCanvas::Clear() {
 }
 
 void RecordingCanvas::FillBox(const Box& box, ColourValue colour) {
-  Record("box" + Numbers({box.left, box.top, box.right, box.bottom}) + Colour(colour));
+  Record(BoxCall(box, colour));
 }
 
 void RecordingCanvas::DrawLine(Point from, Point to, const Pen& pen) {
-  Record("line" + Numbers({from.x, from.y, to.x, to.y}) + Style(pen));
+  Record(LineCall(from, to, pen));
 }
 
 void RecordingCanvas::StrokePath(const Path& path, const Pen& pen) {
-  Record("stroke" + Steps(path) + Style(pen));
+  Record(StrokeCall(path, pen));
 }
 
 void RecordingCanvas::FillPath(const Path& path, ColourValue colour) {
-  Record("fill" + Steps(path) + Colour(colour));
+  Record(FillCall(path, colour));
 }
 
 void RecordingCanvas::DrawText(const ScreenFace& face, float em, std::string_view codes,
                                std::span<const Point> origins, ColourValue colour) {
-  EXPECT_EQ(codes.size(), origins.size());
-  Record("text " + std::string(face.family) + (face.bold ? " bold" : "") + (face.italic ? " italic" : "") +
-         Numbers({em}) + " (" + Codes(codes) + ")" + Points(origins) + Colour(colour));
+  Record(TextCall(face, em, codes, origins, colour));
+}
+
+void RecordingCanvas::DrawImage(const Image& image, Point corner) {
+  Record("image " + std::to_string(image.PixelWidth()) + " " + std::to_string(image.PixelHeight()) +
+         Numbers({corner.x, corner.y}));
+  const std::string& on = static_cast<const RecordingImage&>(image).drawn;
+  for (std::size_t start = 0; start < on.size();) {
+    const std::size_t end = on.find('\n', start);
+    Record("  " + on.substr(start, end - start));
+    start = end + 1;
+  }
+}
+
+std::string RecordingImage::Png(int dotsPerInch) const {
+  return "PNG " + std::to_string(pixelWidth) + " " + std::to_string(pixelHeight) + " " +
+         std::to_string(dotsPerInch) + (transparent ? " transparent" : "") + "\n" + drawn;
+}
+
+void RecordingImage::FillBox(const Box& box, ColourValue colour) {
+  drawn += BoxCall(box, colour) + "\n";
+}
+
+void RecordingImage::DrawLine(Point from, Point to, const Pen& pen) {
+  drawn += LineCall(from, to, pen) + "\n";
+}
+
+void RecordingImage::StrokePath(const Path& path, const Pen& pen) {
+  drawn += StrokeCall(path, pen) + "\n";
+}
+
+void RecordingImage::FillPath(const Path& path, ColourValue colour) {
+  drawn += FillCall(path, colour) + "\n";
+}
+
+void RecordingImage::DrawText(const ScreenFace& face, float em, std::string_view codes,
+                              std::span<const Point> origins, ColourValue colour) {
+  drawn += TextCall(face, em, codes, origins, colour) + "\n";
 }
 
 bool RecordingCanvas::SetPointerIcon(const std::string& path) {

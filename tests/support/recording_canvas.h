@@ -11,6 +11,30 @@
 
 namespace kelvane {
 
+// A picture that keeps what was drawn as the canvas below does.
+class RecordingImage : public Image {
+ public:
+  RecordingImage(int width, int height, bool isTransparent)
+      : transparent(isTransparent), pixelWidth(width), pixelHeight(height) {}
+  const bool transparent;
+  std::string drawn;
+
+  int PixelWidth() const override { return pixelWidth; }
+  int PixelHeight() const override { return pixelHeight; }
+  // What was drawn, behind a line "PNG WIDTH HEIGHT DPI" and " transparent" if it is.
+  std::string Png(int dotsPerInch) const override;
+  void FillBox(const Box& box, ColourValue colour) override;
+  void DrawLine(Point from, Point to, const Pen& pen) override;
+  void StrokePath(const Path& path, const Pen& pen) override;
+  void FillPath(const Path& path, ColourValue colour) override;
+  void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
+                ColourValue colour) override;
+
+ private:
+  const int pixelWidth;
+  const int pixelHeight;
+};
+
 class RecordingCanvas : public Canvas {
  public:
   int pixelWidth = 600;
@@ -37,6 +61,7 @@ class RecordingCanvas : public Canvas {
   //   line X Y X Y #BBGGRR w W
   //   stroke M X Y L X Y C X Y X Y X Y ... #BBGGRR w W
   //   fill M X Y L X Y C X Y X Y X Y ... #BBGGRR
+  //   image WIDTH HEIGHT X Y and what was drawn on it, indented
   //   text FAMILY[ bold][ italic] EM (CODES) X Y X Y ... #BBGGRR
   // Codes outside ASCII and backslashes are written \xHH.
   // What was asked for is painted first, all of the layer.
@@ -64,6 +89,7 @@ class RecordingCanvas : public Canvas {
   void SelectLayer(Layer layer) override { selected = Index(layer); }
   float PixelRatio() const override { return 1; }
   void Clear() override;
+  void DrawImage(const Image& image, Point corner) override;
   void Invalidate(Layer layer) override;
   // Noted as the last area; painted as if it were all of the layer.
   void Invalidate(Layer layer, const Box& area) override;

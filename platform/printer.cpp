@@ -1,0 +1,7 @@
+#include "platform/printer.h"
+
+namespace kelvane {
+
+Printer* ThePrinter = nullptr;
+
+}  // namespace kelvane

@@ -1,0 +1,140 @@
+#include "platform/qt/qt_printer.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QPageLayout>
+#include <QPaintEngine>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrintEngine>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <QProgressDialog>
+#include <algorithm>
+#include <utility>
+
+#include "platform/failure.h"
+#include "platform/handlers.h"
+#include "platform/qt/qt_print_painter.h"
+#include "platform/qt/qt_text.h"
+
+namespace kelvane {
+namespace {
+
+constexpr double kPointsPerInch = 72;
+
+// The whole sheet belongs to the page: it has its margins itself.
+void SetSheet(QPrinter& printer, const PrintJob& job) {
+  const bool lying = job.width > job.height;
+  const QSizeF upright(std::min(job.width, job.height), std::max(job.width, job.height));
+  printer.setDocName(PlainText(job.title));
+  printer.setCreator(QStringLiteral("Kelvane"));
+  printer.setFullPage(true);
+  printer.setPageSize(QPageSize(upright, QPageSize::Point, {}, QPageSize::FuzzyMatch));
+  printer.setPageOrientation(lying ? QPageLayout::Landscape : QPageLayout::Portrait);
+  printer.setPageMargins(QMarginsF(0, 0, 0, 0));
+}
+
+QList<int> ChosenPages(const QPrinter& printer, const PrintJob& job) {
+  QList<int> pages;
+  if (printer.printRange() == QPrinter::CurrentPage) return {job.current};
+  const bool all = printer.printRange() == QPrinter::AllPages || printer.fromPage() == 0;
+  for (const int page : job.pages)
+    if (all || (page >= printer.fromPage() && page <= printer.toPage())) pages += page;
+  if (printer.pageOrder() == QPrinter::LastPageFirst) std::reverse(pages.begin(), pages.end());
+  return pages;
+}
+
+// Every sheet in its turn, with the copies that the printer does not make itself.
+QList<int> Sheets(const QPrinter& printer, const PrintJob& job) {
+  const QList<int> pages = ChosenPages(printer, job);
+  const int copies = printer.supportsMultipleCopies() ? 1 : printer.copyCount();
+  QList<int> sheets;
+  if (printer.collateCopies()) {
+    for (int i = 0; i < copies; ++i) sheets += pages;
+  } else {
+    for (const int page : pages) sheets += QList<int>(copies, page);
+  }
+  return sheets;
+}
+
+void PaintSheet(QPrinter& printer, QPainter& painter, const PrintJob& job, int page, bool embedsFonts) {
+  const double ratio = printer.resolution() / kPointsPerInch;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(ratio, ratio);
+  painter.setClipRect(QRectF(0, 0, job.width, job.height));
+  QtPrintPainter to(painter, embedsFonts);
+  job.paint(page, static_cast<float>(ratio), to);
+  painter.restore();
+}
+
+// False if the person stopped it.
+bool PaintSheets(QPrinter& printer, const PrintJob& job, QProgressDialog* progress) {
+  const QList<int> sheets = Sheets(printer, job);
+  // Only what makes a PDF has use for fonts; the preview keeps drawing calls, and would set glyphs anew.
+  const bool embedsFonts = printer.paintEngine()->type() == QPaintEngine::Pdf;
+  QPainter painter;
+  if (!painter.begin(&printer)) throw Failure("The printer cannot be used.");
+  for (qsizetype i = 0; i < sheets.size(); ++i) {
+    if (progress != nullptr) {
+      progress->setMaximum(static_cast<int>(sheets.size()));
+      progress->setValue(static_cast<int>(i));
+      if (progress->wasCanceled()) return false;
+    }
+    if (i > 0 && !printer.newPage()) throw Failure("The printer does not take another page.");
+    PaintSheet(printer, painter, job, sheets[i], embedsFonts);
+  }
+  if (!painter.end() || printer.printerState() == QPrinter::Error)
+    throw Failure("What was printed could not be written.");
+  return true;
+}
+
+// Nothing is left in the queue, or of the file, of a job that came to no end.
+void GiveUp(QPrinter& printer) {
+  printer.abort();
+  if (!printer.outputFileName().isEmpty()) QFile::remove(printer.outputFileName());
+}
+
+bool PrintTo(QPrinter& printer, const PrintJob& job, QWidget* above) {
+  QProgressDialog progress(QStringLiteral("Printing"), QStringLiteral("Cancel"), 0, 0, above);
+  progress.setWindowModality(Qt::WindowModal);
+  try {
+    if (PaintSheets(printer, job, &progress)) return true;
+  } catch (...) {
+    GiveUp(printer);
+    throw;
+  }
+  GiveUp(printer);
+  return false;
+}
+
+}  // namespace
+
+bool QtPrinter::Print(const PrintJob& job) {
+  QPrinter printer(QPrinter::HighResolution);
+  SetSheet(printer, job);
+  QWidget* const above = QApplication::activeWindow();
+  QPrintDialog dialog(&printer, above);
+  dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange |
+                    QAbstractPrintDialog::PrintCurrentPage | QAbstractPrintDialog::PrintCollateCopies);
+  dialog.setMinMax(job.pages.front(), job.pages.back());
+  dialog.setFromTo(job.pages.front(), job.pages.back());
+  return dialog.exec() == QDialog::Accepted && PrintTo(printer, job, above);
+}
+
+void QtPrinter::Preview(const PrintJob& job) {
+  QPrinter printer(QPrinter::HighResolution);
+  SetSheet(printer, job);
+  QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
+  QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter* to) {
+    RunHandler([&] {
+      // The preview asks for its own picture first, and for the sheets when the person prints from there.
+      const bool shows = to->paintEngine()->type() == QPaintEngine::Picture;
+      shows ? PaintSheets(*to, job, nullptr) : PrintTo(*to, job, &dialog);
+    });
+  });
+  dialog.exec();
+}
+
+}  // namespace kelvane
