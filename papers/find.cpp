@@ -1,6 +1,7 @@
 #include "papers/find.h"
 
 #include <algorithm>
+#include <array>
 #include <compare>
 #include <map>
 #include <optional>
@@ -14,10 +15,12 @@
 #include "editing/notes.h"
 #include "editing/tool.h"
 #include "papers/paper_commands.h"
+#include "platform/characters.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"
+#include "typography/signs.h"
 #include "typography/typefaces.h"
 #include "typography/zoom.h"
 
@@ -54,23 +57,67 @@ std::map<int, std::size_t> Counts;
 int CountedAt = 0;   // PagesShown by then
 std::string Unread;  // "; page 3 is unreadable"
 
-char Folded(char c) {
-  return !FindCase && c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+char16_t SmallLetter(char16_t letter) {
+  constexpr char16_t kTimes = 0xD7;
+  constexpr char16_t kCapitalY = 0x178;
+  constexpr char16_t kSmallY = 0xFF;
+  if ((letter >= u'A' && letter <= u'Z') || (letter >= 0xC0 && letter <= 0xDE && letter != kTimes))
+    return static_cast<char16_t>(letter + 0x20);
+  if (letter == 0x152 || letter == 0x160 || letter == 0x17D) return static_cast<char16_t>(letter + 1);
+  return letter == kCapitalY ? kSmallY : letter;
 }
 
-// The characters of a run that count, and where they stand in it.
+// By code, those that the text faces have for the small letters of their capitals.
+std::array<char, kFirstSwitchCode> SmallLetters() {
+  std::array<char, kFirstSwitchCode> small{};
+  for (int code = 0; code < kFirstSwitchCode; ++code) {
+    const char16_t letter = SmallLetter(UnicodeOfText(static_cast<unsigned char>(code)));
+    int found = code;
+    for (int other = 1; other < kFirstSwitchCode; ++other)
+      if (letter != 0 && UnicodeOfText(static_cast<unsigned char>(other)) == letter) found = other;
+    small[static_cast<std::size_t>(code)] = static_cast<char>(found);
+  }
+  return small;
+}
+
+// The capital of a Greek letter is on its key, as that of a Latin one.
+char Folded(char c, std::int16_t font) {
+  static const std::array<char, kFirstSwitchCode> small = SmallLetters();
+  const auto code = static_cast<unsigned char>(c);
+  const bool folds = !FindCase && code < small.size() && (IsTextFace(font) || code < 128);
+  return folds ? small[code] : c;
+}
+
+// The characters of a run that count, and the parts of it that set them.
 struct Characters {
+  struct Part {
+    std::size_t begin;
+    std::size_t end;
+  };
   std::string text;
-  std::vector<std::size_t> places;
+  std::vector<Part> parts;
 };
 
-void Take(std::string_view run, Characters& characters) {
+// An accent that is put together with a letter stands before it, and is part of it.
+void Take(const TextEntry& entry, Characters& characters) {
   characters.text.clear();
-  characters.places.clear();
-  for (std::size_t i = 0; i < run.size(); ++i) {
-    if (static_cast<unsigned char>(run[i]) >= kFirstSwitchCode) continue;
-    characters.text += Folded(run[i]);
-    characters.places.push_back(i);
+  characters.parts.clear();
+  std::int16_t font = entry.font;
+  std::size_t begin = std::string::npos;  // of the accent that waits for its letter
+  for (std::size_t i = 0; i < entry.text.size(); ++i) {
+    const auto code = static_cast<unsigned char>(entry.text[i]);
+    if (code >= kFirstSwitchCode) {
+      if (code < kFirstScriptCode) font = static_cast<std::int16_t>(code - kFirstSwitchCode);
+      continue;
+    }
+    const Sign* glyph = font >= kFirstGlyphFont ? SignAt(font, code) : nullptr;
+    if (glyph && glyph->kind == SignClass::Accent) {
+      begin = i;
+      continue;
+    }
+    characters.text += Folded(entry.text[i], font);
+    characters.parts.push_back({std::min(begin, i), i + 1});
+    begin = std::string::npos;
   }
 }
 
@@ -216,17 +263,17 @@ void ResetFind() {
 std::vector<Match> MatchesOf(const PageItems& items) {
   std::vector<Match> matches;
   std::string wanted;
-  for (const char c : FindText) wanted += Folded(c);
+  for (const char c : FindText) wanted += Folded(c, 0);
   if (wanted.empty()) return matches;
   Characters characters;
   for (std::size_t i = 0; i < items.Texts().size(); ++i) {
     const TextItem& item = items.Texts()[i];
     if (!item.draws) continue;
-    Take(item.entry.text, characters);
+    Take(item.entry, characters);
     for (std::size_t at = 0; (at = characters.text.find(wanted, at)) != std::string::npos;
          at += wanted.size()) {
-      const std::size_t begin = characters.places[at];
-      const std::size_t end = characters.places[at + wanted.size() - 1] + 1;
+      const std::size_t begin = characters.parts[at].begin;
+      const std::size_t end = characters.parts[at + wanted.size() - 1].end;
       matches.push_back({i, begin, end, end - begin == wanted.size()});
     }
   }

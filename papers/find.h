@@ -3,8 +3,9 @@
 // Finding text on the pages of a paper, and replacing it in the runs of the current one.
 //
 // What is searched are the characters of the runs; typeface switches, script codes and fixed spaces between
-// them do not count. Capitals match small letters of ASCII unless FindCase says otherwise. Matches on a page
-// follow each other down the page, and to the right, by the places of their entries.
+// them do not count, nor do accents of Math0, which are part of the letter behind them. Capitals match small
+// letters unless FindCase says otherwise. Matches on a page follow each other down the page, and to the right,
+// by the places of their entries.
 
 #include <cstddef>
 #include <string>
@@ -17,7 +18,7 @@ namespace kelvane {
 
 // The search in force; while it is open the matches of the current page are framed. Set by the find window.
 extern bool FindOpen;
-extern std::string FindText;  // codes 32 to 223
+extern std::string FindText;  // codes below 224
 extern bool FindCase;         // capitals are other letters than small ones
 
 void ResetFind();
