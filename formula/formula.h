@@ -16,9 +16,10 @@
 namespace kelvane {
 
 struct FormulaStyle {
-  float size = 11;        // points
-  bool display = true;    // set off from the text, otherwise within a line of it
-  std::int16_t font = 0;  // typeface of the text around: Helvetica's family sets in Helvetica, others in Times
+  float size = 11;      // points
+  bool display = true;  // set off from the text, otherwise within a line of it
+  std::int16_t font =
+      0;  // typeface of the text around: Helvetica's family sets in Helvetica, others in Times
 };
 
 // Why nothing can be set: the bytes of the notation that are meant, and one short sentence without a full

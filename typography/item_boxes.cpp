@@ -22,30 +22,12 @@ constexpr float kMostChords = 512;
 constexpr float kUnknownRise = 0.9F;
 constexpr float kUnknownFall = 0.3F;
 constexpr int kNoBreakSpace = 160;
-constexpr std::int16_t kSymbol = 8;
-constexpr std::int16_t kSymbolItalic = 10;
 // The caret's reach above and below the baseline, ems.
 constexpr float kCaretRise = 0.8F;
 constexpr float kCaretFall = 0.2F;
 
 bool IsEmpty(const Box& box) {
   return box.left == box.right && box.top == box.bottom;
-}
-
-// The ink of a character in ems from its origin, y downwards; of no size if it has none.
-Box InkOfCharacter(int code, std::int16_t font) {
-  if (font >= kFirstGlyphFont) {
-    const GlyphShape* shape = ShapeOfGlyph(code, font);
-    if (!shape) return {};
-    const Box& ink = shape->ink;
-    return {ink.left * kGlyphUnit, -ink.bottom * kGlyphUnit, ink.right * kGlyphUnit, -ink.top * kGlyphUnit};
-  }
-  const std::vector<Box>& known = TypefaceTable[font].Ink;
-  const auto index = static_cast<std::size_t>(code);
-  if (index < known.size()) return known[index];
-  const bool blank = code == ' ' || (code == kNoBreakSpace && font != kSymbol && font != kSymbolItalic);
-  const float width = blank ? 0 : Advance(code, font, 1);
-  return width == 0 ? Box{} : Box{0, -kUnknownRise, width, kUnknownFall};
 }
 
 // Calls `ink` with the box of each character that has some.
@@ -134,6 +116,21 @@ float HalfLine(const Drawing& drawing) {
 }
 
 }  // namespace
+
+Box InkOfCharacter(int code, std::int16_t font) {
+  if (font >= kFirstGlyphFont) {
+    const GlyphShape* shape = ShapeOfGlyph(code, font);
+    if (!shape) return {};
+    const Box& ink = shape->ink;
+    return {ink.left * kGlyphUnit, -ink.bottom * kGlyphUnit, ink.right * kGlyphUnit, -ink.top * kGlyphUnit};
+  }
+  const std::vector<Box>& known = TypefaceTable[font].Ink;
+  const auto index = static_cast<std::size_t>(code);
+  if (index < known.size()) return known[index];
+  const bool blank = code == ' ' || (code == kNoBreakSpace && font != kSymbol && font != kSymbolItalic);
+  const float width = blank ? 0 : Advance(code, font, 1);
+  return width == 0 ? Box{} : Box{0, -kUnknownRise, width, kUnknownFall};
+}
 
 Box InkBoxOf(const TextEntry& entry) {
   GrowingBox ink;
