@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "formula/names.h"
 #include "formula/parameters.h"
 #include "formula/setter.h"
 #include "typography/metrics.h"
@@ -85,7 +86,7 @@ Part Setter::SetBracket(char32_t character, float height, Style style, std::size
     part.width = kFractionSide * size;
     return part;
   }
-  const kelvane::Sign* sign = SignOf(character);
+  const kelvane::Sign* sign = SignMeant(character);
   const float axis = kAxis * size;
   if (height <= kTextBracket * size || (!FindBracket(character) && character != U'|' && character != U'‖')) {
     // A slash or an arrow grows as it is.

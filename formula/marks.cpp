@@ -319,9 +319,9 @@ Part Setter::SetFramed(const Node& node, Style style) {
   Part frame = Begin();
   // Four lines, each of which can be dragged; a closed path would be an area.
   Line(frame, {{left, top}, {right, top}}, rule);
-  Line(frame, {{right, top}, {right, foot}}, rule);
+  Line(frame, {{right, top + rule / 2}, {right, foot - rule / 2}}, rule);
   Line(frame, {{right, foot}, {left, foot}}, rule);
-  Line(frame, {{left, foot}, {left, top}}, rule);
+  Line(frame, {{left, foot - rule / 2}, {left, top + rule / 2}}, rule);
   Take(whole, frame, 0, 0);
   whole.end = layout_.elements.size();
   whole.width = right + rule / 2;

@@ -1,7 +1,10 @@
 #include "formula/names.h"
 
 #include <algorithm>
+#include <array>
 #include <unordered_map>
+
+#include "typography/signs.h"
 
 namespace kelvane::formula {
 namespace {
@@ -253,6 +256,17 @@ const kelvane::Sign* SignNamed(std::string_view name) {
   }();
   const auto at = found.find(name);
   return at == found.end() ? nullptr : at->second;
+}
+
+const kelvane::Sign* SignMeant(char32_t character) {
+  if (character >= 128) return SignOf(character);
+  static const std::array<const kelvane::Sign*, 128> found = [] {
+    std::array<const kelvane::Sign*, 128> made{};
+    for (const kelvane::Sign& sign : SignTable())
+      if (sign.character < 128 && !sign.only) made[sign.character] = &sign;
+    return made;
+  }();
+  return found[character];
 }
 
 Atom AtomOf(char32_t character, const kelvane::Sign* sign) {

@@ -69,6 +69,10 @@ std::span<const Name> Names();
 // The sign of the table with that very name; null if there is none.
 const Sign* SignNamed(std::string_view name);
 
+// The sign that a character means in a formula: of ASCII never the forms that only Math0 has. Null if it has
+// none.
+const Sign* SignMeant(char32_t character);
+
 // The class in a formula of a character, which its row in the table of signs does not always tell.
 Atom AtomOf(char32_t character, const Sign* sign);
 

@@ -526,9 +526,9 @@ class Reader {
         character = U'″';
         break;
       case U'∣':
-        return NewSign(U'|', SignOf(U'|'), Atom::Relation, begin);
+        return NewSign(U'|', SignMeant(U'|'), Atom::Relation, begin);
       case U'∥':
-        return NewSign(U'‖', SignOf(U'‖'), Atom::Relation, begin);
+        return NewSign(U'‖', SignMeant(U'‖'), Atom::Relation, begin);
       default:
         break;
     }
@@ -537,7 +537,7 @@ class Reader {
     if (letter || figure) return NewSign(character, nullptr, Atom::Ordinary, begin);
     if (const int letterOfAlphabet = LetterOfAlphabet(character, begin); letterOfAlphabet != kNone)
       return letterOfAlphabet;
-    const kelvane::Sign* sign = SignOf(character);
+    const kelvane::Sign* sign = SignMeant(character);
     if (!sign) Fail(begin, at_, "no sign for " + WriteUtf8(character));
     if (sign->kind == SignClass::Space) {
       const int space = New(Kind::Space, begin);
@@ -555,7 +555,7 @@ class Reader {
                                         Face::Sans,  Face::Sans, Face::Sans,   Face::Sans,
                                         Face::Usual, Face::Mono, Face::Usual,  Face::Script};
       const char32_t plain = row.firstLetter + (character - row.first);
-      const int index = NewSign(plain, plain < 128 ? nullptr : SignOf(plain), Atom::Ordinary, begin);
+      const int index = NewSign(plain, plain < 128 ? nullptr : SignMeant(plain), Atom::Ordinary, begin);
       tree()[index].face = static_cast<std::int16_t>(kFaces[row.font]);
       return index;
     }
@@ -651,7 +651,6 @@ class Reader {
         const int body = ReadArgument(Behind(name), begin);
         const int index = WithBody(Kind::Brace, body, begin);
         tree()[index].value = name.value;
-        tree()[index].atom = Atom::Operator;
         tree()[index].stacks = true;
         return index;
       }
@@ -732,7 +731,7 @@ class Reader {
         return index;
       }
       case Does::Sign: {
-        const kelvane::Sign* sign = SignOf(name.character);
+        const kelvane::Sign* sign = SignMeant(name.character);
         if (!sign) Fail(begin, at_, "no sign for \\" + std::string(name.name));
         return NewSign(sign->character, sign, name.atom, begin);
       }
@@ -819,7 +818,7 @@ class Reader {
       const std::string_view word = NameHere();
       const Name* name = FindName(word);
       const kelvane::Sign* sign =
-          name && name->does == Does::Sign ? SignOf(name->character) : SignNamed(word);
+          name && name->does == Does::Sign ? SignMeant(name->character) : SignNamed(word);
       if (!sign) Fail(begin, at_ + 1 + word.size(), "no bracket " + of);
       TakeName(word);
       character = sign->character;
@@ -834,7 +833,7 @@ class Reader {
     static constexpr std::u32string_view kDelimiters = U"()[]{}|‖⟨⟩⌈⌉⌊⌋/\\↑↓⇑⇓∖";
     if (kDelimiters.find(character) == kDelimiters.npos) Fail(begin, at_, "no bracket " + of);
     if (character == U'∖') character = U'\\';
-    return {character, SignOf(character)};
+    return {character, SignMeant(character)};
   }
 
   int ReadFence(std::size_t begin) {
@@ -1016,13 +1015,13 @@ class Reader {
     }
     const int body = ReadArgument(Behind(name), begin);
     Append(list, NewSpace(1, begin));
-    if (name.value != 2) Append(list, NewSign(U'(', SignOf(U'('), Atom::Opening, begin));
+    if (name.value != 2) Append(list, NewSign(U'(', SignMeant(U'('), Atom::Opening, begin));
     if (name.value != 3) {
       word("mod", Atom::Ordinary);
       Append(list, NewSpace(0.24F, begin));
     }
     Append(list, body);
-    if (name.value != 2) Append(list, NewSign(U')', SignOf(U')'), Atom::Closing, begin));
+    if (name.value != 2) Append(list, NewSign(U')', SignMeant(U')'), Atom::Closing, begin));
     return RowOf(list, begin);
   }
 

@@ -20,6 +20,7 @@ inline constexpr float kScriptClearance = 0.04F;    // rule 18e has 4 xi 8; figu
 inline constexpr float kSuperscriptLowest = 0.25F;  // rule 18c, of the x-height
 inline constexpr float kSubscriptHighest = 0.8F;    // rules 18b and 18e, of the x-height
 inline constexpr float kItalicSuperscript = 0.09F;  // what the codes of italic superscripts go to the right
+inline constexpr float kPrimeLean = 0.03F;           // of a prime's box that its slant leaves empty
 
 // Fractions.
 inline constexpr float kNumeratorDisplay = 0.677F;    // sigma 8, as there

@@ -39,7 +39,7 @@ Part Setter::SetScripts(const Node& node, Style style) {
   const Node& core = tree_[node.first];
   const bool stacked = core.limits == Limits::Stacked || (core.limits == Limits::AsUsual && core.stacks &&
                                                           (style.Display() || core.kind == Kind::Brace));
-  if (core.atom == Atom::Operator && stacked && primes == 0)
+  if (stacked && primes == 0)
     return SetLimits(SetNode(node.first, style), above, node.third, style);
 
   const float size = SizeOf(style);
@@ -57,7 +57,7 @@ Part Setter::SetScripts(const Node& node, Style style) {
     for (int i = 0; i < primes; ++i)
       Character(mark, kSymbol, static_cast<unsigned char>(kPrime), static_cast<float>(i) * advance, 0, size,
                 node.begin);
-    const float missing = clear(mark.left);
+    const float missing = clear(mark.left) - kPrimeLean;
     const float shift = missing > 0.004F ? std::max(UpToStep(missing), 2 * kStep) * size : 0;
     Take(whole, mark, nucleus.width + shift, 0);
     end = nucleus.width + shift + static_cast<float>(primes) * advance;
