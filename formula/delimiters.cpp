@@ -35,12 +35,17 @@ constexpr float kMostEnlarged = 1.27F;
 constexpr float kPieceTop = 0.75F;     // of a piece above its baseline, ems
 constexpr float kBarWidth = 0.05F;     // of drawn bars, ems: those of type have 0.066, of Math0 0.06
 constexpr float kDoubleBarGap = 0.2F;  // between the middles of double bars
-constexpr float kTextBracket = 0.9F;   // brackets of type reach so high, ems
 constexpr float kLargerAngle = 2.0F;   // ems of the larger angle bracket
 
 const Bracket* FindBracket(char32_t character) {
   const auto found = std::ranges::find(kBrackets, character, &Bracket::character);
   return found == std::end(kBrackets) ? nullptr : found;
+}
+
+// The next height that a classical set of delimiters has.
+float HeightOf(float wanted) {
+  if (wanted <= kTextDelimiter) return kTextDelimiter;
+  return kLeastDrawn + std::ceil(std::max(0.0F, wanted - kLeastDrawn) / kDelimiterStep - 0.001F) * kDelimiterStep;
 }
 
 }  // namespace
@@ -81,6 +86,7 @@ Part Setter::SetPieces(char32_t character, float height, float size, std::size_t
 
 Part Setter::SetBracket(char32_t character, float height, Style style, std::size_t at) {
   const float size = SizeOf(style);
+  height = HeightOf(height / size) * size;
   Part part = Begin();
   if (character == 0) {
     part.width = kFractionSide * size;
@@ -88,9 +94,9 @@ Part Setter::SetBracket(char32_t character, float height, Style style, std::size
   }
   const kelvane::Sign* sign = SignMeant(character);
   const float axis = kAxis * size;
-  if (height <= kTextBracket * size || (!FindBracket(character) && character != U'|' && character != U'‖')) {
+  if (height <= kTextDelimiter * size || (!FindBracket(character) && character != U'|' && character != U'‖')) {
     // A slash or an arrow grows as it is.
-    const float grown = height <= kTextBracket * size ? size : height / 0.9F;
+    const float grown = height <= kTextDelimiter * size ? size : height / 0.9F;
     if (sign) {
       part.width = Run(part, RunOf(*sign, style_.roman), style_.roman, 0, 0, grown, at);
     } else {
@@ -135,7 +141,7 @@ Part Setter::SetBracket(char32_t character, float height, Style style, std::size
 Part Setter::SetBig(const Node& node, Style style) {
   // Plain TeX's \big and its kin, of 8.5, 11.5, 14.5 and 17.5 points with 10 point type, and what brackets
   // stand out over that.
-  static constexpr float kHeights[] = {0.9F, 1.2F, 1.8F, 2.4F, 3.0F};
+  static constexpr float kHeights[] = {1.0F, 1.2F, 1.8F, 2.4F, 3.0F};
   Part part = SetBracket(node.character, kHeights[node.value] * SizeOf(style), style, node.begin);
   part.single = false;
   return part;

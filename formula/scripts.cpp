@@ -69,8 +69,9 @@ Part Setter::SetScripts(const Node& node, Style style) {
     return whole;
   }
 
-  float up = nucleus.single ? 0 : nucleus.height - kSuperscriptDrop * size;
-  float down = nucleus.single ? 0 : nucleus.depth + kSubscriptDrop * size;
+  const bool likeSign = nucleus.single || nucleus.height <= kLikeSign * size;
+  float up = likeSign ? 0 : nucleus.height - kSuperscriptDrop * size;
+  float down = likeSign && nucleus.depth <= kSubscript * size ? 0 : nucleus.depth + kSubscriptDrop * size;
   const Style scriptStyle = style.Script();
   Part raised = Begin();
   if (above != kNone) raised = SetRow(above, scriptStyle);
@@ -96,7 +97,7 @@ Part Setter::SetScripts(const Node& node, Style style) {
   float upAt = afterPrimes;
   if (above != kNone && primes == 0) {
     const float missing = clear(raised.left);
-    if (missing > 0.01F) {
+    if (missing > kItalicLeast) {
       const float more = missing - kItalicSuperscript;
       upAt += (kItalicSuperscript + (more > 0.01F ? std::max(UpToStep(more), 2 * kStep) : 0)) * size;
     }

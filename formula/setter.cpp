@@ -271,7 +271,12 @@ Part Setter::SetSign(const Node& node, Style style) {
         break;
       case U'∫':
         code = style.Display() || sign->math0 == 'I' ? 'I' : 'i';
-        own = size;
+        own = size * (style.Display() ? kDisplayIntegral : 1);
+        break;
+      case U'∬':
+      case U'∭':
+      case U'∮':
+        if (style.Display()) own = size * kDisplayIntegral;
         break;
       case U'∏':
         code = style.Display() || sign->math0 == 'P' ? 'P' : static_cast<char>(213);

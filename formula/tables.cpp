@@ -42,6 +42,7 @@ Part Setter::SetTable(const Node& node, Style style) {
     style = style.Text();
   }
   const float size = SizeOf(style);
+  const float stretch = form.cases ? kCasesStretch : form.small ? kSmallStretch : 1;
   const Columns columns = ColumnsOf(form);
 
   struct Row {
@@ -55,8 +56,8 @@ Part Setter::SetTable(const Node& node, Style style) {
        row = tree_[row].next) {
     Row& set = rows.emplace_back();
     // The lines of a limit stand close; others have the strut of a line.
-    set.height = form.lines ? 0 : kRowHeight * size * (form.small ? 0.85F : 1);
-    set.depth = form.lines ? 0 : kRowDepth * size * (form.small ? 0.85F : 1);
+    set.height = form.lines ? 0 : kRowHeight * stretch * size;
+    set.depth = form.lines ? 0 : kRowDepth * stretch * size;
     for (int cell = tree_[row].first; cell != kNone; cell = tree_[cell].next) {
       const std::size_t column = set.cells.size();
       const Part part = SetRow(cell, style, form.pairs && column % 2 == 1);
@@ -134,7 +135,7 @@ Part Setter::SetTable(const Node& node, Style style) {
   whole.width = wide;
   // The rows reach as far as their struts do, so that brackets do.
   if (!form.lines && !rows.empty()) {
-    AddInk(whole, {0, top + 0.14F * size, wide, top + tall - 0.06F * size});
+    AddInk(whole, {0, top, wide, top + tall});
   }
   return whole;
 }
