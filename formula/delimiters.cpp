@@ -45,7 +45,8 @@ const Bracket* FindBracket(char32_t character) {
 // The next height that a classical set of delimiters has.
 float HeightOf(float wanted) {
   if (wanted <= kTextDelimiter) return kTextDelimiter;
-  return kLeastDrawn + std::ceil(std::max(0.0F, wanted - kLeastDrawn) / kDelimiterStep - 0.001F) * kDelimiterStep;
+  return kLeastDrawn +
+         std::ceil(std::max(0.0F, wanted - kLeastDrawn) / kDelimiterStep - 0.001F) * kDelimiterStep;
 }
 
 }  // namespace
@@ -94,7 +95,8 @@ Part Setter::SetBracket(char32_t character, float height, Style style, std::size
   }
   const kelvane::Sign* sign = SignMeant(character);
   const float axis = kAxis * size;
-  if (height <= kTextDelimiter * size || (!FindBracket(character) && character != U'|' && character != U'‖')) {
+  if (height <= kTextDelimiter * size ||
+      (!FindBracket(character) && character != U'|' && character != U'‖')) {
     // A slash or an arrow grows as it is.
     const float grown = height <= kTextDelimiter * size ? size : height / 0.9F;
     if (sign) {

@@ -32,11 +32,6 @@ bool IsDotted(const Node& node) {
 
 }  // namespace
 
-float AccentPlace(int code, std::int16_t font) {
-  const Box ink = InkOfCharacter(code, font);
-  return (ink.left + ink.right) / 2 + 0.277F * -ink.top / 2;
-}
-
 // Rule 12, but the places come from ink.
 Part Setter::SetAccent(const Node& node, Style style) {
   const float size = SizeOf(style);
@@ -67,7 +62,8 @@ Part Setter::SetAccent(const Node& node, Style style) {
   float middle = (body.left + body.right) / 2;
   if (body.single && body.letter && body.end == body.begin + 1) {
     const Element& letter = layout_.elements[body.begin];
-    middle = letter.x + letter.size * AccentPlace(letter.code, letter.font);
+    const float place = LeanOf(letter.code, letter.font).accent;
+    if (place != 0) middle = letter.x + letter.size * place;
   }
   Part whole = body;
   const bool raised = body.height > kTallLetter * size;
@@ -317,11 +313,13 @@ Part Setter::SetFramed(const Node& node, Style style) {
   const float top = -(std::max(body.height, 0.45F * size) + gap + rule / 2),
               foot = body.depth + gap + rule / 2;
   Part frame = Begin();
-  // Four lines, each of which can be dragged; a closed path would be an area.
+  // Lines across, and areas up and down, whose square ends lie on the lines.
   Line(frame, {{left, top}, {right, top}}, rule);
-  Line(frame, {{right, top + rule / 2}, {right, foot - rule / 2}}, rule);
-  Line(frame, {{right, foot}, {left, foot}}, rule);
-  Line(frame, {{left, foot - rule / 2}, {left, top + rule / 2}}, rule);
+  Line(frame, {{left, foot}, {right, foot}}, rule);
+  for (const float x : {left, right}) {
+    const float from = x - rule / 2, to = x + rule / 2, high = top + rule / 2, low = foot - rule / 2;
+    Line(frame, {{from, high}, {to, high}, {to, low}, {from, low}, {from, high}}, 0);
+  }
   Take(whole, frame, 0, 0);
   whole.end = layout_.elements.size();
   whole.width = right + rule / 2;

@@ -422,12 +422,16 @@ class Reader {
     return RowOf({atom, atom}, begin);
   }
 
-  // An empty one is a place that waits to be filled.
-  int ReadGroup(bool isPlace = true) {
+  // An empty one is a place that waits to be filled. One that is no argument takes no room, for scripts are
+  // hung onto nothing that way.
+  int ReadGroup(bool isArgument = true) {
     const std::size_t begin = at_++;
     const int row = ReadRow(Ends::Brace);
     if (Here() != '}') Fail(begin, begin + 1, "no closing brace");
-    if (isPlace && tree()[row].first == kNone) NotePlace(row, begin + 1);
+    if (tree()[row].first == kNone) {
+      NotePlace(row, begin + 1);
+      if (!isArgument) tree()[row].value = 0;
+    }
     ++at_;
     tree()[row].end = at_;
     return row;
@@ -477,7 +481,7 @@ class Reader {
   int ReadAtom() {
     const std::size_t begin = at_;
     if (Here() == '\\') return ReadNamed();
-    if (Here() == '{') return ReadGroup();
+    if (Here() == '{') return ReadGroup(false);
     const char32_t character = TakeCharacter();
     if (character == U'~') {
       const int space = New(Kind::Space, begin);

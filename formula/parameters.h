@@ -21,8 +21,8 @@ inline constexpr float kScriptClearance = 0.04F;    // rule 18e has 4 xi 8; figu
 inline constexpr float kSuperscriptLowest = 0.25F;  // rule 18c, of the x-height
 inline constexpr float kSubscriptHighest = 0.8F;    // rules 18b and 18e, of the x-height
 inline constexpr float kItalicSuperscript = 0.09F;  // what the codes of italic superscripts go to the right
-inline constexpr float kItalicLeast = 0.03F;         // a letter that leans out by less has plain ones
-inline constexpr float kPrimeLean = 0.03F;           // of a prime's box that its slant leaves empty
+inline constexpr float kItalicLeast = 0.03F;        // a letter that leans out by less has plain ones
+inline constexpr float kPrimeLean = 0.03F;          // of a prime's box that its slant leaves empty
 
 // Fractions.
 inline constexpr float kNumeratorDisplay = 0.677F;    // sigma 8, as there
@@ -38,7 +38,7 @@ inline constexpr float kLimitBelowGap = 0.167F;     // xi 10, as there
 inline constexpr float kLimitAboveBaseline = 0.2F;  // xi 11, as there
 inline constexpr float kLimitBelowBaseline = 0.6F;  // xi 12, as there
 inline constexpr float kTextOperator = 0.72F;       // of a large sign that Math0 has in one size only
-inline constexpr float kDisplayIntegral = 1.2F;       // of Math0's: cmex's is 2.22 ems tall, Math0's 1.84
+inline constexpr float kDisplayIntegral = 1.2F;     // of Math0's: cmex's is 2.22 ems tall, Math0's 1.84
 inline constexpr float kIntegralLean = 0.36F;       // from Math0's integrals: how far the head leads the foot
 
 // Spaces between atoms, measured from ink to ink where a sign brings room of its own. Runs have fixed spaces
@@ -47,6 +47,7 @@ inline constexpr float kFixedSpace = 0.12F;
 inline constexpr float kThinSpace = 0.12F;      // 3 mu are 0.167
 inline constexpr float kMediumSpace = 0.28F;    // 4 mu are 0.222; the signs there bring 0.056 of their own
 inline constexpr float kThickSpace = 0.33F;     // 5 mu are 0.278, and 0.056
+inline constexpr float kSpaceBias = 0.15F;      // of a fixed space, towards the wider number of them
 inline constexpr float kStep = 0.03F;           // what fixed spaces and script codes can make together
 inline constexpr float kInkGap = 0.0F;          // ink of neighbours comes no closer,
 inline constexpr float kLetterOverlap = 0.06F;  // but slanted letters may lean over each other, as in words
@@ -59,15 +60,15 @@ inline constexpr float kBinomial = 1.157F;          // sigma 21: 1.01 there for 
 inline constexpr float kDelimiterSide = 0.07F;      // room beside a drawn bracket; those of type bring theirs
 inline constexpr float kRootIndexRise = 0.6F;       // plain TeX's \root, of the height of the root
 inline constexpr float kRootSide = 0.03F;           // how far the bar of a root goes on behind its ink
-inline constexpr float kLeastDrawn = 1.2F;           // heights of cmex's delimiters: 1.2 and every 0.6 more
+inline constexpr float kLeastDrawn = 1.2F;          // heights of cmex's delimiters: 1.2 and every 0.6 more
 inline constexpr float kDelimiterStep = 0.6F;
-inline constexpr float kTextDelimiter = 1.0F;        // a bracket of type is enough up to this, as there
+inline constexpr float kTextDelimiter = 1.0F;  // a bracket of type is enough up to this, as there
 
 // Tables.
 inline constexpr float kRowHeight = 0.84F;       // LaTeX's strut of an array, 0.7 of 1.2
 inline constexpr float kRowDepth = 0.36F;        // 0.3 of 1.2
-inline constexpr float kCasesStretch = 1.2F;  // amsmath's \arraystretch of cases
-inline constexpr float kSmallStretch = 0.75F;  // of smallmatrix, besides its size
+inline constexpr float kCasesStretch = 1.2F;     // amsmath's \arraystretch of cases
+inline constexpr float kSmallStretch = 0.75F;    // of smallmatrix, besides its size
 inline constexpr float kRowGap = 0.1F;           // between the ink of tall rows; plain TeX's \lineskip is 0.1
 inline constexpr float kColumnGap = 1.0F;        // LaTeX's \arraycolsep on both sides
 inline constexpr float kAlignedGap = 0.3F;       // LaTeX's \jot

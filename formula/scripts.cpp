@@ -39,8 +39,7 @@ Part Setter::SetScripts(const Node& node, Style style) {
   const Node& core = tree_[node.first];
   const bool stacked = core.limits == Limits::Stacked || (core.limits == Limits::AsUsual && core.stacks &&
                                                           (style.Display() || core.kind == Kind::Brace));
-  if (stacked && primes == 0)
-    return SetLimits(SetNode(node.first, style), above, node.third, style);
+  if (stacked && primes == 0) return SetLimits(SetNode(node.first, style), above, node.third, style);
 
   const float size = SizeOf(style);
   Part nucleus = SetNode(node.first, style);
@@ -48,7 +47,8 @@ Part Setter::SetScripts(const Node& node, Style style) {
   // How far a script has to go right to stay clear of a leaning letter. `left` is where its ink begins.
   const auto clear = [&](float left) {
     if (!nucleus.inked) return 0.0F;
-    return (nucleus.right - nucleus.width - left) / size + kInkGap;
+    const float out = nucleus.correction > 0 ? nucleus.correction : nucleus.right - nucleus.width;
+    return (out - left) / size + kInkGap;
   };
   float end = nucleus.width;
   if (primes > 0) {
@@ -255,7 +255,9 @@ Part Setter::SetRoot(const Node& node, Style style) {
   const float y = kRootTop * own - barTop;
   Character(root, kMath0, key, 0, y, own, node.begin);
   const float signWidth = Advance(key, kMath0, own);
-  const float bar = std::max(body.width, body.right) + kRootSide * size;
+  // A letter that reaches out to the left begins behind the sign all the same.
+  const float inset = body.inked ? std::max(0.0F, -body.left) : 0;
+  const float bar = inset + std::max(body.width, body.right) + kRootSide * size;
   ToFront(body.begin, middle);
   const std::size_t count = root.end - root.begin;
   root.begin = body.begin;
@@ -266,23 +268,23 @@ Part Setter::SetRoot(const Node& node, Style style) {
   if (node.second != kNone) {
     // Plain TeX's \root: raised over the tick, close to it.
     Part index = SetRow(node.second, {3, style.cramped});
-    const float total = root.height + root.depth;
-    const float rise = kRootIndexRise * total - root.depth;
+    const float rise = kRootIndexRise * (root.height - root.depth);
     left = std::max(0.0F, std::max(index.width, index.right) - 0.26F * own);
     // The tick's own ink is below the index: above it there is room.
     Move(root, left, 0);
-    Move(body, left + signWidth, 0);
+    Move(body, left + signWidth + inset, 0);
     Move(index, left + 0.26F * own - std::max(index.width, index.right), -rise);
     AddInk(whole, {left + root.left, -root.height, left + root.right, root.depth});
     if (body.inked)
-      AddInk(whole, {left + signWidth + body.left, -body.height, left + signWidth + body.right, body.depth});
+      AddInk(whole, {left + signWidth + inset + body.left, -body.height,
+                     left + signWidth + inset + body.right, body.depth});
     if (index.inked) {
       const float x = left + 0.26F * own - std::max(index.width, index.right);
       AddInk(whole, {x + index.left, -rise - index.height, x + index.right, -rise + index.depth});
     }
   } else {
     Take(whole, root, 0, 0);
-    Take(whole, body, signWidth, 0);
+    Take(whole, body, signWidth + inset, 0);
   }
   Part vinculum = Begin();
   const float from = left + signWidth, thick = kRule * own;

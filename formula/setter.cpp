@@ -15,6 +15,12 @@ float UpToStep(float ems) {
   return std::ceil(ems / kStep - 0.01F) * kStep;
 }
 
+Lean LeanOf(int code, std::int16_t font) {
+  const std::vector<Lean>& leans = TypefaceTable[font].Leans;
+  const auto index = static_cast<std::size_t>(code);
+  return index < leans.size() ? leans[index] : Lean{};
+}
+
 namespace {
 
 // The TeXbook, page 170: the space between an atom and the next. 0 none, 1 thin, 2 medium, 3 thick; from 4 on
@@ -37,7 +43,7 @@ int Spacing(Atom before, Atom after, Style style) {
 }
 
 float WholeFixedSpaces(float ems) {
-  return std::max(1.0F, std::round(ems / kFixedSpace)) * kFixedSpace;
+  return std::max(1.0F, std::round(ems / kFixedSpace + kSpaceBias)) * kFixedSpace;
 }
 
 // Ems between two atoms; what their signs have of room by themselves counts.
@@ -257,6 +263,7 @@ Part Setter::SetSign(const Node& node, Style style) {
     part.width = Advance(static_cast<int>(node.character), font, size);
     part.single = true;
     part.letter = letter && (font & 3) >= 2;
+    part.correction = LeanOf(static_cast<int>(node.character), font).correction * size;
     return part;
   }
   if (node.atom == Atom::Operator && node.large) {
@@ -454,10 +461,12 @@ Part Setter::SetRow(int row, Style style, bool goesOn) {
     const Part part = SetNode(child.node, style);
     if (behind) {
       const int kind = Spacing(lastAtom, child.atom, style);
+      // What a sign has of room by itself, less what a slanted letter takes of it.
       float room = 0;
-      if (child.atom == Atom::Binary || child.atom == Atom::Relation) room = part.left / size;
+      if (child.atom == Atom::Binary || child.atom == Atom::Relation)
+        room = (part.left + std::min(0.0F, last.width - last.right)) / size;
       if (last.inked && (lastAtom == Atom::Binary || lastAtom == Atom::Relation))
-        room = (last.width - last.right) / size;
+        room = (last.width - last.right + std::min(0.0F, part.left)) / size;
       float gap = SpaceBetween(kind, room);
       if (last.inked && part.inked) {
         const bool words = last.letter && part.letter;
@@ -475,6 +484,7 @@ Part Setter::SetRow(int row, Style style, bool goesOn) {
     if (children.size() == 1) {
       whole.single = part.single;
       whole.letter = part.letter;
+      whole.correction = part.correction;
       whole.lean = part.lean;
     }
   }

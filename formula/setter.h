@@ -10,6 +10,7 @@
 
 #include "formula/layout.h"
 #include "formula/tree.h"
+#include "typography/typefaces.h"
 
 namespace kelvane::formula {
 
@@ -34,9 +35,10 @@ struct Part {
   float left = 0;  // where its ink begins and ends
   float right = 0;
   bool inked = false;
-  bool single = false;  // one character on the baseline: scripts go to their own heights
-  bool letter = false;  // a slanted one
-  float lean = 0;       // how far the foot of an integral lies behind its head
+  bool single = false;   // one character on the baseline: scripts go to their own heights
+  bool letter = false;   // a slanted one
+  float correction = 0;  // how far a single letter leans out of its room
+  float lean = 0;        // how far the foot of an integral lies behind its head
 };
 
 class Setter {
@@ -108,8 +110,8 @@ class Setter {
   Layout layout_;
 };
 
-// The middle of where an accent stands over a slanted letter, ems from its origin.
-float AccentPlace(int code, std::int16_t font);
+// How a character leans; not at all where nothing is known.
+Lean LeanOf(int code, std::int16_t font);
 
 // Up to the next whole step.
 float UpToStep(float ems);
