@@ -127,7 +127,7 @@ Box InkOfCharacter(int code, std::int16_t font) {
   const std::vector<Box>& known = TypefaceTable[font].Ink;
   const auto index = static_cast<std::size_t>(code);
   if (index < known.size()) return known[index];
-  const bool blank = code == ' ' || (code == kNoBreakSpace && font != kSymbol && font != kSymbolItalic);
+  const bool blank = code == ' ' || (code == kNoBreakSpace && !IsSymbolFace(font));
   const float width = blank ? 0 : Advance(code, font, 1);
   return width == 0 ? Box{} : Box{0, -kUnknownRise, width, kUnknownFall};
 }
