@@ -1,6 +1,6 @@
 // build_formulas SOURCE DATA: makes the sample paper FORMULAS in the folder DATA from a text of notations.
-// Lines of SOURCE: "page" begins one, "title" and "head" are headings, "text" is a line of text, "both" shows a
-// notation and beside it what comes of it, anything else is a formula in the middle.
+// Lines of SOURCE: "page" begins one, "title" and "head" are headings, "text" is a line of text, "both" shows
+// a notation and beside it what comes of it, anything else is a formula in the middle.
 
 #include <algorithm>
 #include <cstdio>
