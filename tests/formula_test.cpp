@@ -207,7 +207,9 @@ TEST_F(FormulaTest, PiecesOfBracketsJoinAndEmbraceWhatIsBetween) {
         if (entry.font == kMath0 && InkOf(entry).left < 3) pieces.push_back(InkOf(entry));
       std::ranges::sort(pieces, {}, &Box::top);
       for (const Box& piece : pieces) {
-        if (lastBottom < 1e5F) EXPECT_NEAR(piece.top, lastBottom, 0.3) << notation;
+        if (lastBottom < 1e5F) {
+          EXPECT_NEAR(piece.top, lastBottom, 0.3) << notation;
+        }
         lastBottom = piece.bottom;
         left = {std::min(left.left, piece.left), std::min(left.top, piece.top),
                 std::max(left.right, piece.right), std::max(left.bottom, piece.bottom)};
