@@ -77,6 +77,8 @@ constexpr Name kNames[] = {
     Say("liminf", "lim inf", 1), Say("limsup", "lim sup", 1), Say("injlim", "inj lim", 1),
     Say("projlim", "proj lim", 1), Say("argmax", "arg max", 1), Say("argmin", "arg min", 1),
     Say("esssup", "ess sup", 1),
+    {.name = "top", .does = Function, .face = Face::Sans, .text = "T"},
+    {.name = "intercal", .does = Function, .face = Face::Sans, .text = "T"},
     {.name = "operatorname", .does = Named, .atom = Operator, .places = 1},
 
     Quotient("frac", FractionForm::AsUsual), Quotient("dfrac", FractionForm::Display),
@@ -178,6 +180,7 @@ constexpr Name kNames[] = {
     As("bigwedge", U'⋀', Operator), As("bigvee", U'⋁', Operator), 
     As("lgroup", U'(', Opening), As("rgroup", U')', Closing), As("uparrow", U'↑', Relation),
     As("hyphen", U'-'), As("angle", U'∠'), As("Box", U'□'), As("square", U'□'),
+    As("blacksquare", U'□'), As("qed", U'□'),
     As("longrightarrow", U'⟶', Relation), As("N", U'ℕ'), As("Z", U'ℤ'), As("Q", U'ℚ'), As("R", U'ℝ'),
     As("C", U'ℂ'), As("enskip", U'\u2002'),
 };

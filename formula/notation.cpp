@@ -601,9 +601,9 @@ class Reader {
   int Obey(const Name& name, std::size_t begin) {
     switch (name.does) {
       case Does::Function: {
-        const int index = New(Kind::Text, begin, Atom::Operator);
+        const int index = New(Kind::Text, begin, name.atom);
         tree()[index].text = std::string(name.text);
-        tree()[index].face = static_cast<std::int16_t>(Face::Roman);
+        tree()[index].face = static_cast<std::int16_t>(name.face == Face::Usual ? Face::Roman : name.face);
         tree()[index].stacks = name.value == 1;
         return index;
       }

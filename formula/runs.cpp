@@ -215,19 +215,14 @@ class RunMaker {
     return false;
   }
 
-  // An accent above a tall letter comes before it, raised as a script of what follows.
+  // A run may begin raised: with an accent above a tall letter, or a bracket made smaller. Its size is then
+  // that of the first larger character that follows.
   const Element* BaseOf(std::size_t index) const {
     const Element& element = At(index);
     for (std::size_t i = index + 1; i < layout_.elements.size() && i <= index + kLookAhead; ++i) {
       const Element& next = At(i);
       if (groupOf_[i] != groupOf_[index] || next.what != Element::What::Character) return nullptr;
-      if (next.size == element.size) continue;
-      const float ratio = element.size / next.size;
-      const bool fits = std::abs(ratio - kScriptFactor) < 0.002F &&
-                        (Same(next.y - kSuperscript * next.size, element.y) ||
-                         Same(next.y + kSubscript * next.size, element.y)) &&
-                        std::abs(next.x - element.x) < 2 * next.size;
-      return fits ? &next : nullptr;
+      if (next.size > 1.01F * element.size) return &next;
     }
     return nullptr;
   }

@@ -11,6 +11,15 @@
 namespace kelvane::formula {
 namespace {
 
+// Math0's roots, which all reach up to the same height above their baseline.
+struct RootSign {
+  char key;
+  float height;  // ems
+};
+constexpr RootSign kRoots[] = {{'v', 0.94F}, {'&', 1.4F}, {'V', 1.94F}};
+constexpr float kRootTop = 0.8F;
+constexpr float kMostEnlarged = 1.2F;
+
 constexpr char kPrime = static_cast<char>(162);  // of Symbol, raised by itself
 
 bool IsPrimes(const Tree& tree, int row) {
@@ -239,14 +248,12 @@ Part Setter::SetRoot(const Node& node, Style style) {
   const float inside = std::max(body.height, 0.4F * size) + std::max(body.depth, 0.0F);
   const float tall = inside + least + rule;
 
-  // Math0 has roots of 0.94 and of 1.94 ems.
-  constexpr float kRootHeight = 0.94F, kTallRootHeight = 1.94F, kRootTop = 0.8F;
-  const bool small = tall <= kRootHeight * 1.34F * size;
-  const char key = small ? 'v' : 'V';
-  float own = std::max(size, tall / kRootHeight);
-  if (!small) own = tall / kTallRootHeight;
-  if (small && own < 1.02F * size) own = size;
-  const float height = (small ? kRootHeight : kTallRootHeight) * own;
+  const auto sign = std::ranges::find_if(kRoots, [&](const RootSign& one) {
+    return tall <= one.height * kMostEnlarged * size || &one == std::end(kRoots) - 1;
+  });
+  const char key = sign->key;
+  const float own = sign == kRoots ? std::max(size, tall / sign->height) : tall / sign->height;
+  const float height = sign->height * own;
   const float gap = least + (height - tall) / 2;  // what is left over goes half above, half below
   const float barTop = std::max(body.height, 0.4F * size) + gap + rule;
 

@@ -464,9 +464,9 @@ Part Setter::SetRow(int row, Style style, bool goesOn) {
       // What a sign has of room by itself, less what a slanted letter takes of it.
       float room = 0;
       if (child.atom == Atom::Binary || child.atom == Atom::Relation)
-        room = (part.left + std::min(0.0F, last.width - last.right)) / size;
+        room = (part.left + std::min(0.0F, last.width - last.right + kLetterOverlap * size)) / size;
       if (last.inked && (lastAtom == Atom::Binary || lastAtom == Atom::Relation))
-        room = (last.width - last.right + std::min(0.0F, part.left)) / size;
+        room = (last.width - last.right + std::min(0.0F, part.left + kLetterOverlap * size)) / size;
       float gap = SpaceBetween(kind, room);
       if (last.inked && part.inked) {
         const bool words = last.letter && part.letter;

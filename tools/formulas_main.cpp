@@ -32,8 +32,8 @@ class PaperMaker {
     } else if (word == "title") {
       Text(rest, 1, 18, kMiddle, 8, 26);
     } else if (word == "head") {
-      y_ += 8;
-      Text(rest, 1, 11, kLeft, 3, 16);
+      y_ += 14;
+      Text(rest, 1, 11, kLeft, 3, 10);
     } else if (word == "text") {
       Text(rest, 0, 11, kLeft, 3, 14);
     } else if (word == "both") {
