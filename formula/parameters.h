@@ -21,6 +21,7 @@ inline constexpr float kScriptClearance = 0.04F;    // rule 18e has 4 xi 8; figu
 inline constexpr float kSuperscriptLowest = 0.25F;  // rule 18c, of the x-height
 inline constexpr float kSubscriptHighest = 0.8F;    // rules 18b and 18e, of the x-height
 inline constexpr float kItalicSuperscript = 0.09F;  // what the codes of italic superscripts go to the right
+inline constexpr float kScriptSpace = 0.05F;        // plain TeX's \scriptspace; runs have none, tall signs do
 inline constexpr float kItalicLeast = 0.03F;        // a letter that leans out by less has plain ones
 inline constexpr float kPrimeLean = 0.03F;          // of a prime's box that its slant leaves empty
 
@@ -45,6 +46,7 @@ inline constexpr float kIntegralLean = 0.36F;       // from Math0's integrals: h
 // of 0.12 only; what is left after whole fixed spaces is below half of one.
 inline constexpr float kFixedSpace = 0.12F;
 inline constexpr float kThinSpace = 0.12F;      // 3 mu are 0.167
+inline constexpr float kThinExact = 0.167F;     // where no run goes on, beside fractions and tall brackets
 inline constexpr float kMediumSpace = 0.28F;    // 4 mu are 0.222; the signs there bring 0.056 of their own
 inline constexpr float kThickSpace = 0.33F;     // 5 mu are 0.278, and 0.056
 inline constexpr float kSpaceBias = 0.15F;      // of a fixed space, towards the wider number of them
@@ -57,7 +59,7 @@ inline constexpr float kDelimiterFactor = 0.901F;   // plain TeX's \delimiterfac
 inline constexpr float kDelimiterShortfall = 0.5F;  // plain TeX's \delimitershortfall, 5 points of 10
 inline constexpr float kBinomialDisplay = 2.39F;    // sigma 20, as there
 inline constexpr float kBinomial = 1.157F;          // sigma 21: 1.01 there for smaller scripts
-inline constexpr float kDelimiterSide = 0.07F;      // room beside a drawn bracket; those of type bring theirs
+inline constexpr float kDelimiterSide = 0.1F;       // room beside a drawn bracket; those of type bring theirs
 inline constexpr float kRootIndexRise = 0.6F;       // plain TeX's \root, of the height of the root
 inline constexpr float kRootSide = 0.03F;           // how far the bar of a root goes on behind its ink
 inline constexpr float kLeastDrawn = 1.2F;          // heights of cmex's delimiters: 1.2 and every 0.6 more

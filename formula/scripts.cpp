@@ -128,6 +128,7 @@ Part Setter::SetScripts(const Node& node, Style style) {
   if (node.third != kNone) Take(whole, lowered, downAt, down);
   whole.end = layout_.elements.size();
   whole.width = std::max({above != kNone ? upEnd : 0, node.third != kNone ? downEnd : 0, end});
+  if (!likeSign) whole.width += kScriptSpace * size;
   whole.single = whole.letter = false;
   whole.lean = 0;
   return whole;

@@ -468,6 +468,7 @@ Part Setter::SetRow(int row, Style style, bool goesOn) {
       if (last.inked && (lastAtom == Atom::Binary || lastAtom == Atom::Relation))
         room = (last.width - last.right + std::min(0.0F, part.left + kLetterOverlap * size)) / size;
       float gap = SpaceBetween(kind, room);
+      if (kind == 1 && (lastAtom == Atom::Inner || child.atom == Atom::Inner)) gap = kThinExact;
       if (last.inked && part.inked) {
         const bool words = last.letter && part.letter;
         const float apart = gap + (last.width - last.right + part.left) / size;
