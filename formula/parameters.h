@@ -23,6 +23,7 @@ inline constexpr float kSubscriptHighest = 0.8F;    // rules 18b and 18e, of the
 inline constexpr float kItalicSuperscript = 0.09F;  // what the codes of italic superscripts go to the right
 inline constexpr float kScriptSpace = 0.05F;        // plain TeX's \scriptspace; runs have none, tall signs do
 inline constexpr float kItalicLeast = 0.03F;        // a letter that leans out by less has plain ones
+inline constexpr float kPrimeTop = 0.75F;           // how high Symbol's prime reaches
 inline constexpr float kPrimeLean = 0.03F;          // of a prime's box that its slant leaves empty
 
 // Fractions.

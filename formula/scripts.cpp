@@ -68,7 +68,9 @@ Part Setter::SetScripts(const Node& node, Style style) {
                 node.begin);
     const float missing = clear(mark.left) - kPrimeLean;
     const float shift = missing > 0.004F ? std::max(UpToStep(missing), 2 * kStep) * size : 0;
-    Take(whole, mark, nucleus.width + shift, 0);
+    // Beside tall brackets they reach as high as those do.
+    const float rise = nucleus.single ? 0 : std::max(0.0F, nucleus.height - kPrimeTop * size);
+    Take(whole, mark, nucleus.width + shift, -rise);
     end = nucleus.width + shift + static_cast<float>(primes) * advance;
   }
   const float afterPrimes = end;
