@@ -100,7 +100,7 @@ Part Setter::SetAccent(const Node& node, Style style) {
     const float own = raised ? size * kScriptFactor : size;
     float rise = raised ? kSuperscript * size : 0;
     const Box ink = InkOfCharacter(mark->code, mark->font);
-    const float gap = (body.height + 0.03F * size) - (rise - ink.bottom * own);
+    const float gap = body.height - (rise - ink.bottom * own);
     if (gap > 0) rise += gap;  // over towers it stands by itself
     float x = middle - own * (ink.left + ink.right) / 2;
     x = std::round(x / size / kStep) * kStep * size;

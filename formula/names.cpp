@@ -147,10 +147,10 @@ constexpr Name kNames[] = {
     ClassOf("mathord", Ordinary), ClassOf("mathop", Operator), ClassOf("mathbin", Binary),
     ClassOf("mathrel", Relation), ClassOf("mathopen", Opening), ClassOf("mathclose", Closing),
     ClassOf("mathpunct", Punctuation), ClassOf("mathinner", Inner),
-    Do("label", Leave, 1), Do("tag", Leave, 1), Do("nonumber", Leave), Do("notag", Leave),
+    Do("label", Leave, 1, 1), Do("tag", Leave, 1, 1), Do("nonumber", Leave), Do("notag", Leave),
     Do("allowbreak", Leave), Do("nobreak", Leave), Do("noindent", Leave), Do("relax", Leave),
     Do("mathstrut", Leave), Do("strut", Leave), Do("centering", Leave), Do("unboldmath", Leave),
-    Do("ref", Leave, 1), Do("eqref", Leave, 1), Do("vspace", Leave, 1), Do("-", Leave),
+    Do("ref", Leave, 1, 1), Do("eqref", Leave, 1, 1), Do("vspace", Leave, 1, 1), Do("-", Leave), Do("leftroot", Leave, 1, 1), Do("uproot", Leave, 1, 1),
     Do("ensuremath", Argument), Do("mathchoice", Argument, 1),
 
     // Signs under other names, or of another class than their character has.

@@ -46,7 +46,6 @@ enum class Does : std::uint8_t {
   Limits,    // value: Limits
   Class,     // atom
   Sign,      // character; atom
-  Inside,    // \mathstrut and others that leave nothing
   Leave,     // value: number of arguments, left out with them
   Argument,  // stands for its argument
 };

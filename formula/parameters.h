@@ -36,12 +36,16 @@ inline constexpr float kFractionSide = 0.12F;         // plain TeX's \nulldelimi
 
 // Limits of large operators.
 inline constexpr float kLimitAboveGap = 0.111F;     // xi 9, as there
-inline constexpr float kLimitBelowGap = 0.167F;     // xi 10, as there
+inline constexpr float kLimitBelowGap = 0.111F;     // xi 10: 0.167 there, but our scripts are taller
 inline constexpr float kLimitAboveBaseline = 0.2F;  // xi 11, as there
 inline constexpr float kLimitBelowBaseline = 0.6F;  // xi 12, as there
-inline constexpr float kTextOperator = 0.72F;       // of a large sign that Math0 has in one size only
-inline constexpr float kDisplayIntegral = 1.2F;     // of Math0's: cmex's is 2.22 ems tall, Math0's 1.84
-inline constexpr float kIntegralLean = 0.36F;       // from Math0's integrals: how far the head leads the foot
+inline constexpr float kOperatorRise =
+    1.01F;  // boxes of cmex's large signs reach so far up and down; Math0's
+inline constexpr float kOperatorFall = 0.51F;    // sum is a little smaller, and limits keep their places
+inline constexpr float kDisplayOperator = 1.2F;  // of signs that Math0 has lower than its sum
+inline constexpr float kTextOperator = 0.72F;    // of a large sign that Math0 has in one size only
+inline constexpr float kDisplayIntegral = 1.2F;  // of Math0's: cmex's is 2.22 ems tall, Math0's 1.84
+inline constexpr float kIntegralLean = 0.36F;    // from Math0's integrals: how far the head leads the foot
 
 // Spaces between atoms, measured from ink to ink where a sign brings room of its own. Runs have fixed spaces
 // of 0.12 only; what is left after whole fixed spaces is below half of one.

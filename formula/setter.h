@@ -47,10 +47,12 @@ class Setter {
   Layout Set();
 
  private:
-  // setter.cpp: rows and what they are made of
+  // setter.cpp
   // One that goes on begins behind an operand, as the right-hand columns of aligned lines do.
   Part SetRow(int row, Style style, bool goesOn = false);
   Part SetNode(int index, Style style);
+
+  // characters.cpp
   Part SetSign(const Node& node, Style style);
   Part SetText(const Node& node, Style style);
   Part SetPlace(const Node& node, Style style);

@@ -193,6 +193,87 @@ TEST_F(FormulaTest, LimitsStandAboveOrBeside) {
   EXPECT_GT(InkOf(EntryWith(integral, "b")).left, InkOf(EntryWith(integral, "a")).left + 3);
 }
 
+// Baselines that a classical typesetter has for these at ten points, measured there.
+TEST_F(FormulaTest, PartsStandWhereTheyAreLookedFor) {
+  struct Place {
+    const char* notation;
+    const char* part;
+    float y;
+    bool display;
+  };
+  constexpr float kNear = 0.08F * kSize;
+  const Place kPlaces[] = {
+      {"\\frac{a}{b}", "a", -6.77F, true},
+      {"\\frac{a}{b}", "b", 6.86F, true},
+      {"\\frac{a}{b}", "a", -3.94F, false},
+      {"\\frac{a}{b}", "b", 3.45F, false},
+      {"\\sum_{i=1}^nx", "n", -12.5F, true},
+      {"\\sum_{i=1}^nx", "i=1", 11.8F, true},
+      {"\\prod_px", "p", 11.5F, true},
+      {"\\lim_{x\\to0}f", "x→0", 6.2F, true},
+      {"\\int_0^1f", "1", -11.1F, true},
+      {"\\int_0^1f", "0", 9.1F, true},
+      {"\\binom nk", "n", -6.77F, true},
+      {"\\binom nk", "k", 6.86F, true},
+      {"\\left(\\frac ab\\right)^2", "2", -9.0F, true},
+      {"\\begin{matrix}a\\\\b\\end{matrix}", "a", -6.1F, true},
+      {"\\begin{matrix}a\\\\b\\end{matrix}", "b", 5.9F, true},
+      {"\\begin{cases}a\\\\b\\end{cases}", "a", -6.8F, true},
+  };
+  for (const Place& place : kPlaces)
+    EXPECT_NEAR(EntryWith(Set(place.notation, place.display), place.part).at.y, place.y, kNear)
+        << place.notation << ": " << place.part;
+}
+
+TEST_F(FormulaTest, SpaceIsThatOfTheClasses) {
+  const auto width = [](const char* notation) { return Set(notation).width; };
+  // A sign between two operands has room, one in front of its operand has none.
+  EXPECT_NEAR(width("a-b") - width("-b") - width("a"), 4.8, 0.1);
+  EXPECT_NEAR(width("(-b)") - width("-b"), width("()"), 0.05);
+  EXPECT_GT(width("a=-b") - width("-b") - width("a="), 3);
+  EXPECT_NEAR(width("x^{a+b}") - width("x^a") - width("x^b") + width("x"), 0.8F * 5.49F, 0.05);
+  EXPECT_NEAR(width("\\sin x") - width("\\sin") - width("x"), 1.2, 0.05);
+  EXPECT_NEAR(width("\\sin(x)") - width("\\sin") - width("(x)"), 0, 0.05);
+  EXPECT_NEAR(width("a{,}b") - width("ab"), 2.5, 0.05);
+  EXPECT_NEAR(width("a,b") - width("ab"), 3.7, 0.05);
+  EXPECT_NEAR(width("a\\quad b") - width("ab"), 9.6, 0.05);
+  EXPECT_NEAR(width("a\\phantom{xx}b") - width("a{xx}b"), 0, 0.4);
+  EXPECT_TRUE(Set("\\phantom{\\frac ab}").entries.empty());
+  EXPECT_TRUE(Set("\\phantom{\\frac ab}").drawings.empty());
+  // Ink of leaning letters does not run into what follows.
+  EXPECT_GT(width("f(x)"), width("f") + width("(x)") + 0.9F);
+}
+
+TEST_F(FormulaTest, MarksStandOverTheTopsOfTheirLetters) {
+  for (const char* letter : {"a", "x", "d", "f", "A", "T", "\\alpha", "\\beta"}) {
+    const Formula set = Set("\\hat{" + std::string(letter) + "}");
+    ASSERT_EQ(set.entries.size(), 1U) << letter;
+    const FormulaEntry& entry = set.entries[0];
+    Box mark, body;
+    WalkRun(entry.run, PenAt(entry.at, entry.font, entry.size), 0, [&](std::size_t index, const RunPen& pen) {
+      const Box ink = InkOfCharacter(static_cast<unsigned char>(entry.run[index]), pen.font);
+      (pen.font == kMath0 ? mark : body) = {pen.x + ink.left * pen.size, pen.y + ink.top * pen.size,
+                                            pen.x + ink.right * pen.size, pen.y + ink.bottom * pen.size};
+    });
+    EXPECT_LT(mark.bottom, body.top) << letter;
+    EXPECT_GT(mark.bottom, body.top - 2) << letter;
+    EXPECT_GE((mark.left + mark.right) / 2, (body.left + body.right) / 2 - 0.2F) << letter;
+    EXPECT_LE((mark.left + mark.right) / 2, body.right + 0.2F) << letter;
+  }
+  // Wide ones, lines and braces reach over all that is under them.
+  for (const char* notation :
+       {"\\widehat{abc}", "\\overline{abc}", "\\overbrace{a+b+c}", "\\overrightarrow{ABC}"}) {
+    const Formula set = Set(notation);
+    const std::vector<Box> boxes = BoxesOf(set);
+    ASSERT_EQ(boxes.size(), 2U) << notation;
+    const Box& top = boxes[0].top < boxes[1].top ? boxes[0] : boxes[1];
+    const Box& body = boxes[0].top < boxes[1].top ? boxes[1] : boxes[0];
+    EXPECT_LT(top.bottom, body.top) << notation;
+    EXPECT_NEAR(top.left, body.left, 1) << notation;
+    EXPECT_NEAR(top.right, body.right, 1) << notation;
+  }
+}
+
 TEST_F(FormulaTest, PiecesOfBracketsJoinAndEmbraceWhatIsBetween) {
   for (const char* inside :
        {"\\frac{a}{b}", "\\begin{matrix}a\\\\b\\\\c\\end{matrix}", "\\dfrac{\\dfrac{a}{b}}{c}"}) {
@@ -285,24 +366,13 @@ TEST_F(FormulaTest, EveryNameIsTakenWithItsPlacesFilled) {
     for (std::size_t at; (at = typed.find("{}")) != typed.npos;) typed.replace(at, 2, "{c}");
     const std::string name = typed.substr(1, typed.find_first_of("{\\", 1) - 1);
     // These need more around them than places.
-    static const std::vector<std::string> kParts = {"left",        "middle",
-                                                    "right",       "begin",
-                                                    "end",         "\\",
-                                                    "cr",          "newline",
-                                                    "hline",       "limits",
-                                                    "nolimits",    "displaylimits",
-                                                    "over",        "atop",
-                                                    "choose",      "root",
-                                                    "mskip",       "kern",
-                                                    "mkern",       "hskip",
-                                                    "hspace",      "mspace",
-                                                    "color",       "textcolor",
-                                                    "not",         "upharpoonright",
-                                                    "restriction", "Box",
-                                                    "square",      "label",
-                                                    "tag",         "ref",
-                                                    "eqref",       "vspace",
-                                                    "mathchoice",  ""};
+    static const std::vector<std::string> kParts = {
+        "left",  "middle",         "right",       "begin",  "end",      "\\",
+        "cr",    "newline",        "hline",       "limits", "nolimits", "displaylimits",
+        "over",  "atop",           "choose",      "root",   "mskip",    "kern",
+        "mkern", "hskip",          "hspace",      "mspace", "color",    "textcolor",
+        "not",   "upharpoonright", "restriction", "Box",    "square",   "mathchoice",
+        ""};
     if (std::ranges::find(kParts, name) != kParts.end() || name.starts_with("big") || name.starts_with("Big"))
       continue;
     EXPECT_EQ(ErrorOf("x" + typed + " y"), "") << typed;
