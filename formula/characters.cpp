@@ -99,7 +99,7 @@ Part Setter::SetSign(const Node& node, Style style) {
         break;
       case U'∧':
       case U'∨':
-        own = size * (style.Display() ? 1.5F : 1.1F);
+        own = size * (style.Display() ? 2.0F : 1.4F);
         break;
       default:
         break;
