@@ -156,7 +156,7 @@ Part Setter::SetText(const Node& node, Style style) {
   return part;
 }
 
-Part Setter::SetPlace(const Node& node, Style style) {
+Part Setter::NotePlace(const Node& node, Style style) {
   Part part = Begin();
   Element element;
   element.what = Element::What::Place;
@@ -164,8 +164,14 @@ Part Setter::SetPlace(const Node& node, Style style) {
   element.at = node.begin;
   layout_.elements.push_back(element);
   part.end = layout_.elements.size();
-  part.width = UpToStep(kEmptyPlace) * element.size;
-  part.height = 0.68F * element.size;
+  return part;
+}
+
+Part Setter::SetPlace(const Node& node, Style style) {
+  const float size = SizeOf(style);
+  Part part = NotePlace(node, style);
+  part.width = UpToStep(kEmptyPlace) * size;
+  part.height = 0.68F * size;
   part.right = part.width;
   part.inked = true;
   return part;

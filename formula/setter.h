@@ -55,7 +55,9 @@ class Setter {
   // characters.cpp
   Part SetSign(const Node& node, Style style);
   Part SetText(const Node& node, Style style);
+  // An empty place, and one that takes no room.
   Part SetPlace(const Node& node, Style style);
+  Part NotePlace(const Node& node, Style style);
   Part SetPhantom(const Node& node, Style style);
 
   // scripts.cpp

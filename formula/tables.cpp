@@ -60,7 +60,9 @@ Part Setter::SetTable(const Node& node, Style style) {
     set.depth = form.lines ? 0 : kRowDepth * stretch * size;
     for (int cell = tree_[row].first; cell != kNone; cell = tree_[cell].next) {
       const std::size_t column = set.cells.size();
-      const Part part = SetRow(cell, style, form.pairs && column % 2 == 1);
+      const bool empty = tree_[cell].first == kNone && tree_[cell].value == 0;
+      const Part part =
+          empty ? NotePlace(tree_[cell], style) : SetRow(cell, style, form.pairs && column % 2 == 1);
       if (widths.size() <= column) widths.push_back(0);
       widths[column] = std::max({widths[column], part.width, part.right});
       const float more = form.lines ? 0 : kRowGap * size / 2;

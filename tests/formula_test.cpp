@@ -472,7 +472,12 @@ TEST_F(FormulaTest, EmptyPlacesAndCaretsAreWhereTheNotationHasThem) {
   }
   EXPECT_EQ(last, line.width);
   EXPECT_LT(CaretOfFormula(line, 4).at.y, -3);
-  EXPECT_EQ(Set("\\begin{pmatrix}&\\\\&\\end{pmatrix}").empty.size(), 4U);
+  // Those of a matrix are its cells.
+  const Formula matrix = Set("\\begin{pmatrix}&\\\\&\\end{pmatrix}");
+  ASSERT_EQ(matrix.empty.size(), 4U);
+  EXPECT_EQ(matrix.empty[0].at.x, matrix.empty[2].at.x);
+  EXPECT_LT(matrix.empty[0].at.x + 9, matrix.empty[1].at.x);
+  EXPECT_LT(matrix.empty[0].at.y + 11, matrix.empty[2].at.y);
 }
 
 TEST_F(FormulaTest, WhatIsPutOnAPageIsReadBackTheSame) {
