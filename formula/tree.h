@@ -19,7 +19,7 @@ enum class Kind : std::uint8_t {
   Sign,       // character, face
   Text,       // text in UTF-8, face: words, names of functions
   Scripts,    // first: nucleus, second: above, third: below; value: primes
-  Fraction,   // first over second; value: FractionForm; character, closing: brackets round it
+  Fraction,   // first over second; value: FractionForm
   Root,       // first: radicand, second: index
   Fence,      // first: parts joined by next; character, closing; middle signs stand between as Delimiter
   Delimiter,  // character; value: size step 1 to 4, or 0 for as tall as the fence
