@@ -9,8 +9,9 @@ namespace kelvane {
 
 std::span<const SamplePaper> SamplePapers() {
   static constexpr SamplePaper kPapers[] = {
-      {"&Calculus", "CALCULUS", 3}, {"&Matrices", "MATRICES", 3}, {"&Diagrams", "DIAGRAM", 2},
-      {"&Examination", "EXAM", 3},  {"&Fields", "FIELDS", 2},     {"&Specimen of Math0", "SPECIMEN", 2},
+      {"&Calculus", "CALCULUS", 3},          {"&Matrices", "MATRICES", 3}, {"&Diagrams", "DIAGRAM", 2},
+      {"&Examination", "EXAM", 3},           {"&Fields", "FIELDS", 2},     {"F&ormulas", "FORMULAS", 3},
+      {"&Specimen of Math0", "SPECIMEN", 2},
   };
   return kPapers;
 }

@@ -83,6 +83,7 @@ void LoadProgramFiles() {
   IndexHelpFile();
   LoadWidthTables();
   ReadOrReport(LoadInkBoxes);
+  ReadOrReport(LoadLeans);
   ReadOrReport(ReadMacros);
   ReadOrReport(ReadPaletteState);
 }

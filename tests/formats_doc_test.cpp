@@ -204,6 +204,20 @@ class FormatsDocument : public ProgramTest {
     return result;
   }
 
+  std::string LeanRead(const std::string& content) {
+    std::istringstream hex(content);
+    std::string& bytes = File("LEAN.TAB");
+    for (unsigned byte = 0; hex >> std::hex >> byte;) bytes += static_cast<char>(byte);
+    LoadLeans();
+    std::string result;
+    for (std::size_t code = 0; code < TypefaceTable[0].Leans.size(); ++code) {
+      const Lean& lean = TypefaceTable[0].Leans[code];
+      result += "code " + std::to_string(code) + ": correction " + FormatSingle(lean.correction) +
+                ", accent " + FormatSingle(lean.accent) + "\r\n";
+    }
+    return result;
+  }
+
   std::string PageRefused(const std::string& content) {
     std::string message = FailureOf([&] { ReadAsPage(content); });
     EXPECT_NE(message.find(MachinePath(kPageFile)), std::string::npos) << message;
@@ -337,6 +351,7 @@ class FormatsDocument : public ProgramTest {
        }},
       {"width-table-read", [this](Text content) { return WidthTableRead(content); }},
       {"ink-read", [this](Text content) { return InkRead(content); }},
+      {"lean-read", [this](Text content) { return LeanRead(content); }},
       {"glyph-procedure",
        [](Text content) {
          const GlyphProcedure glyph = BuildGlyph(LinesOf(content));

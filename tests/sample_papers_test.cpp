@@ -37,7 +37,7 @@ class SamplePapers : public ProgramTest {
 };
 
 TEST_F(SamplePapers, AreThere) {
-  for (const char* paper : {"CALCULUS", "MATRICES", "DIAGRAM", "EXAM", "FIELDS", "SPECIMEN"})
+  for (const char* paper : {"CALCULUS", "MATRICES", "DIAGRAM", "EXAM", "FIELDS", "FORMULAS", "SPECIMEN"})
     for (const char* page : {".001", ".002"})
       EXPECT_TRUE(files.Exists(ProgramFolder + paper + page)) << paper << page;
 }

@@ -21,6 +21,12 @@ InkTable InkOf(std::size_t face) {
                       face == kSlantedFace ? kSymbolSlant : 0);
 }
 
+LeanTable LeanOf(std::size_t face) {
+  const WidthTableSource& source = kWidthTableSources[face];
+  return MakeLeanTable(DiskFiles().ReadWhole(kAfmFolder + source.afm + ".afm"), source.ownEncoding,
+                       face == kSlantedFace ? kSymbolSlant : 0);
+}
+
 TEST(WidthTablesTest, ShippedTablesAndPrologComeFromTheFonts) {
   std::array<WidthTable, 12> tables;
   for (std::size_t face = 0; face < tables.size(); ++face) {
@@ -31,6 +37,9 @@ TEST(WidthTablesTest, ShippedTablesAndPrologComeFromTheFonts) {
   std::array<InkTable, 12> inks;
   for (std::size_t face = 0; face < inks.size(); ++face) inks[face] = InkOf(face);
   EXPECT_TRUE(DiskFiles().ReadWhole(kData + "INK.TAB") == InkTableBytes(inks));
+  std::array<LeanTable, 12> leans;
+  for (std::size_t face = 0; face < leans.size(); ++face) leans[face] = LeanOf(face);
+  EXPECT_TRUE(DiskFiles().ReadWhole(kData + "LEAN.TAB") == LeanTableBytes(leans));
   const std::string prolog = DiskFiles().ReadWhole(kData + "QRX.PRO");
   EXPECT_TRUE(ReplacePrologWidths(prolog, tables) == prolog);
 }
@@ -75,6 +84,22 @@ TEST(WidthTablesTest, InkIsThatOfTheCharactersShown) {
   EXPECT_GT(leaning['d'].right, symbol['d'].right + 100);
   EXPECT_EQ(leaning['d'].top, symbol['d'].top);
   EXPECT_LT(leaning['m'].left, symbol['m'].left);
+}
+
+TEST(WidthTablesTest, LeaningLettersHaveTheirAccentsAtTheirTops) {
+  const LeanTable roman = LeanOf(0), italic = LeanOf(2);
+  EXPECT_EQ(roman['f'].correction, 50);  // its hook
+  EXPECT_EQ(italic['f'].correction, 146);
+  EXPECT_EQ(italic['a'].correction, 0);
+  EXPECT_EQ(italic[' '], CharacterLean());
+  const InkTable inks = InkOf(2);
+  for (const int letter : {'A', 'd', 'l', 'x', 'V'}) {
+    const auto code = static_cast<std::size_t>(letter);
+    EXPECT_GT(italic[code].accent, (inks[code].left + inks[code].right) / 2 + 40) << letter;
+    EXPECT_LT(italic[code].accent, inks[code].right) << letter;
+  }
+  EXPECT_EQ(italic['b'].accent, (inks['b'].left + inks['b'].right) / 2);
+  EXPECT_GT(LeanOf(kSlantedFace)['d'].accent, LeanOf(8)['d'].accent + 50);
 }
 
 }  // namespace

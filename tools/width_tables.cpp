@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <map>
+#include <numbers>
 #include <sstream>
 
 #include "platform/failure.h"
@@ -69,6 +70,21 @@ bool IsSymbol(int code) {
   return (code >= 32 && code <= 126) || (code >= 160 && code <= kLastCode);
 }
 
+void AddNumber(std::string& bytes, std::int16_t number) {
+  bytes += static_cast<char>(number & 255);
+  bytes += static_cast<char>(number >> 8 & 255);
+}
+
+// The tangent of the line `ItalicAngle -15.5`, degrees counterclockwise from upright.
+double OwnSlant(std::string_view afmText) {
+  constexpr std::string_view kKey = "ItalicAngle ";
+  const std::size_t at = afmText.find(kKey);
+  if (at == afmText.npos) return 0;
+  double degrees = 0;
+  std::istringstream(std::string(afmText.substr(at + kKey.size(), 16))) >> degrees;
+  return std::tan(-degrees * std::numbers::pi / 180);
+}
+
 std::string MarkedLine(std::string_view marker) {
   return "\r\n" + std::string(marker) + "\r\n";
 }
@@ -100,12 +116,35 @@ std::string InkTableBytes(const std::array<InkTable, 12>& tables) {
   std::string bytes;
   for (const InkTable& table : tables) {
     for (const InkBox& box : table) {
-      for (const std::int16_t edge : {box.left, box.bottom, box.right, box.top}) {
-        bytes += static_cast<char>(edge & 255);
-        bytes += static_cast<char>(edge >> 8 & 255);
-      }
+      for (const std::int16_t edge : {box.left, box.bottom, box.right, box.top}) AddNumber(bytes, edge);
     }
   }
+  return bytes;
+}
+
+LeanTable MakeLeanTable(std::string_view afmText, bool ownEncoding, double slant) {
+  const InkTable inks = MakeInkTable(afmText, ownEncoding, slant);
+  const double slope = slant + OwnSlant(afmText);
+  LeanTable table{};
+  for (const auto& [code, character] : CharactersOf(afmText, ownEncoding)) {
+    const InkBox& ink = inks[static_cast<std::size_t>(code)];
+    if (ink == InkBox{}) continue;
+    // The middle of its top. Letters whose stem rises at the left carry an accent over their bowl.
+    const bool stemAtLeft = !ownEncoding && (code == 'b' || code == 'h' || code == 'k');
+    const double rise = stemAtLeft ? 0 : slope * (ink.top - ink.bottom) / 2;
+    CharacterLean& lean = table[static_cast<std::size_t>(code)];
+    lean.correction =
+        static_cast<std::int16_t>(std::max(0.0, ink.right - static_cast<double>(character.width)));
+    lean.accent = static_cast<std::int16_t>(std::lround((ink.left + ink.right) / 2.0 + rise));
+  }
+  return table;
+}
+
+std::string LeanTableBytes(const std::array<LeanTable, 12>& tables) {
+  std::string bytes;
+  for (const LeanTable& table : tables)
+    for (const CharacterLean& lean : table)
+      for (const std::int16_t number : {lean.correction, lean.accent}) AddNumber(bytes, number);
   return bytes;
 }
 

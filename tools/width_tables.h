@@ -1,8 +1,8 @@
 #pragma once
 
-// Width tables and ink boxes of the twelve text typefaces, made from the AFM files of the fonts that pages
-// are shown and printed with. Screen and print both advance by these numbers, so they must come from one
-// place.
+// Width tables, ink boxes and leans of the twelve text typefaces, made from the AFM files of the fonts that
+// pages are shown and printed with. Screen and print both advance by these numbers, so they must come from
+// one place.
 
 #include <array>
 #include <cstdint>
@@ -63,6 +63,21 @@ InkTable MakeInkTable(std::string_view afmText, bool ownEncoding, double slant);
 
 // The bytes of INK.TAB.
 std::string InkTableBytes(const std::array<InkTable, 12>& tables);
+
+// How a character leans, thousandths of an em: see LoadLeans.
+struct CharacterLean {
+  std::int16_t correction = 0;
+  std::int16_t accent = 0;
+  bool operator==(const CharacterLean&) const = default;
+};
+using LeanTable = std::array<CharacterLean, 256>;
+
+// The leans of an AFM file's text. `slant` is the tangent by which its characters are slanted beyond their
+// own.
+LeanTable MakeLeanTable(std::string_view afmText, bool ownEncoding, double slant);
+
+// The bytes of LEAN.TAB.
+std::string LeanTableBytes(const std::array<LeanTable, 12>& tables);
 
 // PostScript lines (CR LF) with the widths of codes 1 to 223 of twelve tables, as the prolog holds them
 // between its two marker lines.

@@ -1,6 +1,7 @@
 // width_tables <folder of AFM files> <data folder>
 //
-// Makes the width tables and the ink boxes of the text typefaces and puts the widths into QRX.PRO too.
+// Makes the width tables, the ink boxes and the leans of the text typefaces and puts the widths into QRX.PRO
+// too.
 
 #include <exception>
 #include <filesystem>
@@ -31,15 +32,18 @@ void WriteWhole(const std::filesystem::path& path, const std::string& content) {
 void Build(const std::filesystem::path& afmFolder, const std::filesystem::path& dataFolder) {
   std::array<kelvane::WidthTable, 12> tables;
   std::array<kelvane::InkTable, 12> inks;
+  std::array<kelvane::LeanTable, 12> leans;
   for (std::size_t face = 0; face < tables.size(); ++face) {
     const kelvane::WidthTableSource& source = kelvane::kWidthTableSources[face];
     const std::string afm = ReadWhole(afmFolder / (std::string(source.afm) + ".afm"));
     tables[face] = kelvane::MakeWidthTable(afm, source.ownEncoding);
-    inks[face] = kelvane::MakeInkTable(afm, source.ownEncoding,
-                                       face == kelvane::kSlantedFace ? kelvane::kSymbolSlant : 0);
+    const double slant = face == kelvane::kSlantedFace ? kelvane::kSymbolSlant : 0;
+    inks[face] = kelvane::MakeInkTable(afm, source.ownEncoding, slant);
+    leans[face] = kelvane::MakeLeanTable(afm, source.ownEncoding, slant);
     WriteWhole(dataFolder / (std::string(source.name) + ".WT"), kelvane::WidthTableBytes(tables[face]));
   }
   WriteWhole(dataFolder / "INK.TAB", kelvane::InkTableBytes(inks));
+  WriteWhole(dataFolder / "LEAN.TAB", kelvane::LeanTableBytes(leans));
   const std::filesystem::path prolog = dataFolder / "QRX.PRO";
   WriteWhole(prolog, kelvane::ReplacePrologWidths(ReadWhole(prolog), tables));
 }

@@ -30,22 +30,6 @@ bool IsEmpty(const Box& box) {
   return box.left == box.right && box.top == box.bottom;
 }
 
-// The ink of a character in ems from its origin, y downwards; of no size if it has none.
-Box InkOfCharacter(int code, std::int16_t font) {
-  if (font >= kFirstGlyphFont) {
-    const GlyphShape* shape = ShapeOfGlyph(code, font);
-    if (!shape) return {};
-    const Box& ink = shape->ink;
-    return {ink.left * kGlyphUnit, -ink.bottom * kGlyphUnit, ink.right * kGlyphUnit, -ink.top * kGlyphUnit};
-  }
-  const std::vector<Box>& known = TypefaceTable[font].Ink;
-  const auto index = static_cast<std::size_t>(code);
-  if (index < known.size()) return known[index];
-  const bool blank = code == ' ' || (code == kNoBreakSpace && !IsSymbolFace(font));
-  const float width = blank ? 0 : Advance(code, font, 1);
-  return width == 0 ? Box{} : Box{0, -kUnknownRise, width, kUnknownFall};
-}
-
 // Calls `ink` with the box of each character that has some.
 template <typename Ink>
 void ForInk(const TextEntry& entry, Ink ink) {
@@ -132,6 +116,21 @@ float HalfLine(const Drawing& drawing) {
 }
 
 }  // namespace
+
+Box InkOfCharacter(int code, std::int16_t font) {
+  if (font >= kFirstGlyphFont) {
+    const GlyphShape* shape = ShapeOfGlyph(code, font);
+    if (!shape) return {};
+    const Box& ink = shape->ink;
+    return {ink.left * kGlyphUnit, -ink.bottom * kGlyphUnit, ink.right * kGlyphUnit, -ink.top * kGlyphUnit};
+  }
+  const std::vector<Box>& known = TypefaceTable[font].Ink;
+  const auto index = static_cast<std::size_t>(code);
+  if (index < known.size()) return known[index];
+  const bool blank = code == ' ' || (code == kNoBreakSpace && !IsSymbolFace(font));
+  const float width = blank ? 0 : Advance(code, font, 1);
+  return width == 0 ? Box{} : Box{0, -kUnknownRise, width, kUnknownFall};
+}
 
 Box InkBoxOf(const TextEntry& entry) {
   GrowingBox ink;

@@ -13,6 +13,9 @@
 
 namespace kelvane {
 
+// The ink of a character in ems from its origin, y downwards; of no size if it has none.
+Box InkOfCharacter(int code, std::int16_t font);
+
 // The least box that holds an item's ink, points. Blanks have none, and neither has what lies beyond the
 // numbers; without any ink it is a box of no size at the item's point.
 Box InkBoxOf(const TextEntry& entry);

@@ -60,6 +60,20 @@ void EndScript(RunPen& pen, const Script& script, ScriptStep step) {
   pen.x = step == ScriptStep::Back ? pen.savedX[pen.depth] : Single(pen.x - script.shift * pen.size);
 }
 
+constexpr std::size_t kCodes = 256;
+
+// A table of the program folder, which may be missing.
+std::string BytesOfTable(const std::string& name) {
+  const std::string path = ProgramFolder + name;
+  return TheFiles->Exists(path) ? TheFiles->ReadWhole(path) : "";
+}
+
+float Thousandths(const std::string& bytes, std::size_t at) {
+  const auto low = static_cast<unsigned char>(bytes[at]);
+  const auto high = static_cast<signed char>(bytes[at + 1]);
+  return static_cast<float>(high * 256 + low) / 1000;
+}
+
 }  // namespace
 
 float Advance(int code, std::int16_t font, float size) {
@@ -99,22 +113,28 @@ void LoadWidthTables() {
 }
 
 void LoadInkBoxes() {
-  constexpr std::size_t kCodes = 256;
   constexpr std::size_t kEntry = 8;  // bytes
-  const std::string path = ProgramFolder + "INK.TAB";
-  const std::string bytes = TheFiles->Exists(path) ? TheFiles->ReadWhole(path) : "";
+  const std::string bytes = BytesOfTable("INK.TAB");
   for (std::size_t font = 0; font < kFirstGlyphFont; ++font) {
     std::vector<Box>& ink = TypefaceTable[font].Ink;
     ink.clear();
     for (std::size_t at = font * kCodes * kEntry; ink.size() < kCodes && at + kEntry <= bytes.size();
          at += kEntry) {
-      const auto edge = [&](std::size_t number) {
-        const auto low = static_cast<unsigned char>(bytes[at + 2 * number]);
-        const auto high = static_cast<signed char>(bytes[at + 2 * number + 1]);
-        return static_cast<float>(high * 256 + low) / 1000;
-      };
+      const auto edge = [&](std::size_t number) { return Thousandths(bytes, at + 2 * number); };
       ink.push_back({edge(0), -edge(3), edge(2), -edge(1)});
     }
+  }
+}
+
+void LoadLeans() {
+  constexpr std::size_t kEntry = 4;  // bytes
+  const std::string bytes = BytesOfTable("LEAN.TAB");
+  for (std::size_t font = 0; font < kFirstGlyphFont; ++font) {
+    std::vector<Lean>& leans = TypefaceTable[font].Leans;
+    leans.clear();
+    for (std::size_t at = font * kCodes * kEntry; leans.size() < kCodes && at + kEntry <= bytes.size();
+         at += kEntry)
+      leans.push_back({Thousandths(bytes, at), Thousandths(bytes, at + 2)});
   }
 }
 

@@ -140,19 +140,8 @@ std::optional<SignPlace> PlaceOf(char32_t character, char math0, bool only, std:
   return PlaceIn(TextCodes(), character, TextFaceFor(font));
 }
 
-// Moves by so many hundredths of an em times three. Fixed spaces and scripts that open and close in different
-// ways are the steps: 12, 9 and 6 hundredths forward, 9 and 6 back.
 void Step(RunWriter& run, int threes) {
-  const auto put = [&run](std::string_view codes) {
-    for (const char code : codes) run.Code(code);
-  };
-  for (; threes >= 4; threes -= 4) put("\xFF");
-  for (; threes <= -3; threes += 3) put("\xF0\xF8");
-  if (threes == 3) put("\xF6\xF2");
-  if (threes == 2) put("\xF3\xFB");
-  if (threes == 1) put("\xFF\xF0\xF8");
-  if (threes == -1) put("\xF0\xF8\xF3\xFB");
-  if (threes == -2) put("\xF9\xF5");
+  for (const char code : StepCodes(threes)) run.Code(code);
 }
 
 // A mark of Math0 over the middle of a character; most take no room.
@@ -462,6 +451,18 @@ std::string RunOf(const Sign& sign, std::int16_t font) {
   RunWriter run(font);
   WriteSign(run, sign);
   return run.Finish();
+}
+
+std::string StepCodes(int threes) {
+  std::string codes;
+  for (; threes >= 4; threes -= 4) codes += "\xFF";
+  for (; threes <= -3; threes += 3) codes += "\xF0\xF8";
+  if (threes == 3) codes += "\xF6\xF2";
+  if (threes == 2) codes += "\xF3\xFB";
+  if (threes == 1) codes += "\xFF\xF0\xF8";
+  if (threes == -1) codes += "\xF0\xF8\xF3\xFB";
+  if (threes == -2) codes += "\xF9\xF5";
+  return codes;
 }
 
 std::string SignsToRun(std::string_view utf8, std::int16_t font, std::string& missing) {

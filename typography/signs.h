@@ -42,6 +42,10 @@ std::string HowTyped(const Sign& sign);
 // text face.
 std::string RunOf(const Sign& sign, std::int16_t font);
 
+// Codes that move the pen by so many times 0.03 ems, in either direction. Fixed spaces and scripts that open
+// and close in different ways are the steps: 12, 9 and 6 hundredths forward, 9 and 6 back.
+std::string StepCodes(int threes);
+
 // A text in UTF-8 as it is set in a run that is in typeface `font`: ASCII by its codes, whatever they are in
 // that typeface, line ends as blanks, everything else as signs. Characters that no typeface has are left out
 // and put into `missing`, each once, with blanks between them.

@@ -21,11 +21,18 @@ inline constexpr std::int16_t kSymbolItalic = 10;
 inline constexpr std::int16_t kMath0 = 12;
 inline constexpr std::int16_t kMath3 = 15;  // the same glyphs, without widths
 
+// How a character of a slanted typeface leans, ems from its origin.
+struct Lean {
+  float correction = 0;  // from its advance to where its ink ends, if that is further to the right
+  float accent = 0;      // the middle of an accent over it
+};
+
 struct TypefaceRecord {
   std::string Name;                 // base name of the width file; empty without one
   std::array<float, 256> Widths{};  // advances in the typeface's own units
   float WidthUnit = 0;              // divisor of all widths
   std::vector<Box> Ink;             // of the codes from 0 on, ems from the origin; may end early
+  std::vector<Lean> Leans;          // of the codes from 0 on; empty where nothing leans
   float AscentFactor = 0;           // cell top above the baseline, in ems
   float ScreenSizeFactor = 0;       // part of the canvas font size
 };
