@@ -472,6 +472,7 @@ void Tick() {
   if (Dragged) ScrollWithDrag();
   if (Resting > 0) {
     --Resting;
+    Painting = false;
     Shown.timer->Start(kWatching);
     return;
   }

@@ -70,10 +70,9 @@ double BytesAt(const Box& area, int resolution) {
 }
 
 std::string SuggestedFile(const char* extension) {
-  const std::string folder = FolderOfPaper();
-  if (CurrentPaperFile.empty()) return folder;
-  return folder + "\\" + FileTitleOf(CurrentPaperFile) + "-" + std::to_string(CurrentPageNumber) + "." +
-         extension;
+  if (CurrentPaperFile.empty()) return FolderOfPaper();
+  return FolderOf(CurrentPaperFile) + "\\" + FileTitleOf(CurrentPaperFile) + "-" +
+         std::to_string(CurrentPageNumber) + "." + extension;
 }
 
 // The path that the person chose, with the extension behind a name that has none; empty if they cancelled.

@@ -95,7 +95,7 @@ Renamings MakingRoom(int page) {
 
 // Takes a page out by way of the first number behind the paper, and closes or shifts the gap up to `to`.
 Renamings Taking(int page, int to) {
-  Renamings renamings = {{page, MostPageNumber() + 1}};
+  Renamings renamings = {{page, std::max({MostPageNumber(), page, to}) + 1}};
   const int step = to > page ? 1 : -1;
   for (int number = page; number != to; number += step) renamings.emplace_back(number + step, number);
   return renamings;
@@ -125,7 +125,8 @@ Operation Insert(const Operation& operation) {
 
 Operation Remove(const Operation& operation) {
   const int page = operation.page;
-  const int last = MostPageNumber();
+  // An inserted page that was left empty may be none any more.
+  const int last = std::max(MostPageNumber(), page);
   Operation inverse = {Kind::Insert, page, 0, ContentOfFile(page), ++Kept};
   RenamePages(Taking(page, last));
   ShowPageOfPaper(std::clamp(operation.to > 0 ? operation.to : page, 1, std::max(last - 1, 1)));

@@ -162,6 +162,7 @@ void TakePage(LoadedPage loaded, int number) {
   PageChanged = 0;
   ShowPaper();
   ShowTopOfPage();
+  ShowPage();  // which may be the same part of another page
   ShowCursor();
 }
 

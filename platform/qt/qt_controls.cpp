@@ -223,6 +223,14 @@ void QtButton::SetPlace(const Place& place) {
 void QtButton::SetDown(bool down) {
   widget_->setCheckable(true);
   widget_->setChecked(down);
+  if (!widget_->icon().isNull()) return;
+  // A dark desktop hardly tells a button that is down from one that is not.
+  QPalette palette;
+  if (down) {
+    palette.setColor(QPalette::Button, palette.color(QPalette::Highlight));
+    palette.setColor(QPalette::ButtonText, palette.color(QPalette::HighlightedText));
+  }
+  widget_->setPalette(palette);
 }
 
 QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, Holds holds)

@@ -29,9 +29,13 @@ const QString kTitle = QStringLiteral("Kelvane");
 class Asker {
  public:
   Asker() : window_(QApplication::activeWindow()) {
+    // Between two dialogs no window has the keys.
+    static QPointer<QWidget>& last = *new QPointer<QWidget>;
+    if (window_ == nullptr && last != nullptr && last->isVisible()) window_ = last;
     for (QWidget* widget : QApplication::topLevelWidgets()) {
       if (window_ == nullptr && widget->isVisible() && widget->parentWidget() == nullptr) window_ = widget;
     }
+    last = window_;
   }
   ~Asker() {
     if (window_ != nullptr) window_->activateWindow();

@@ -112,29 +112,44 @@ char16_t Twin(char16_t character) {
   }
 }
 
-}  // namespace
-
-QtFace::QtFace(const ScreenFace& face) {
-  const Family& family = FamilyNamed(face.family);
-  const bool symbol = face.family == "Symbol";
-  slanted_ = symbol && face.italic;
-  base_ = LoadFont(family, face, face.italic && !symbol);
-  LoadGlyphs(symbol);
-}
-
-void QtFace::LoadGlyphs(bool symbol) {
+// The glyphs of a font by the codes of the screen.
+std::array<quint32, 256> GlyphsOf(const QRawFont& font, bool symbol) {
+  std::array<quint32, 256> glyphs{};
   // Symbol fonts come in two kinds: with Unicode code points, or with the codes of the encoding in their
   // place, plain or moved to the private area at F000. A Greek letter tells which one this is.
-  const bool unicode = !symbol || GlyphOf(base_, 0x03B1) != 0;
+  const bool unicode = !symbol || GlyphOf(font, 0x03B1) != 0;
   for (unsigned code = 1; code < 224; ++code) {
     const auto byte = static_cast<unsigned char>(code);
     const char16_t character = symbol ? UnicodeOfSymbol(byte) : UnicodeOfText(byte);
     if (character == 0) continue;
-    quint32& glyph = glyphs_[code];
-    glyph = GlyphOf(base_, unicode ? character : static_cast<char16_t>(code));
+    quint32& glyph = glyphs[code];
+    glyph = GlyphOf(font, unicode ? character : static_cast<char16_t>(code));
     if (glyph != 0) continue;
-    glyph = GlyphOf(base_, unicode ? Twin(character) : static_cast<char16_t>(0xF000 + code));
+    glyph = GlyphOf(font, unicode ? Twin(character) : static_cast<char16_t>(0xF000 + code));
   }
+  return glyphs;
+}
+
+}  // namespace
+
+QtFace::QtFace(const ScreenFace& face) : face_{FamilyNamed(face.family).name, face.bold, face.italic} {
+  const Family& family = FamilyNamed(face.family);
+  const bool symbol = face.family == "Symbol";
+  slanted_ = symbol && face.italic;
+  base_ = LoadFont(family, face, face.italic && !symbol);
+  glyphs_ = GlyphsOf(base_, symbol);
+}
+
+const QtFace::Embeddable* QtFace::ForDocuments() {
+  if (!embeddable_) {
+    embeddable_.emplace();
+    embeddable_->font = InstalledFont(FamilyNamed(face_.family), face_, face_.italic && !slanted_);
+    embeddable_->glyphs = GlyphsOf(embeddable_->font, face_.family == "Symbol");
+  }
+  // The desktop may put the maker behind the name.
+  const QRawFont& font = embeddable_->font;
+  const bool same = font.familyName().startsWith(base_.familyName()) && font.styleName() == base_.styleName();
+  return same ? &*embeddable_ : nullptr;
 }
 
 GlyphImages& QtFace::At(double em) {

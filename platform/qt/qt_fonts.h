@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QRawFont>
 #include <array>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,9 +31,14 @@ class QtFace {
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
-  // The font that the glyphs are numbered in, and whether it needs no slant to be this face.
-  const QRawFont& Base() const { return base_; }
-  bool IsUpright() const { return !slanted_; }
+  // The font as documents embed it, which take only those that the desktop knows; upright where this face is
+  // slanted. Null where that is another font.
+  struct Embeddable {
+    QRawFont font;
+    std::array<quint32, 256> glyphs{};  // as Glyph has them
+  };
+  const Embeddable* ForDocuments();
+  bool IsSlanted() const { return slanted_; }
   // Bytes of images kept; the size in use comes on top of them.
   static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 
@@ -42,9 +48,9 @@ class QtFace {
     QPainterPath path;
   };
 
-  void LoadGlyphs(bool symbol);
-
+  const ScreenFace face_;
   QRawFont base_;
+  std::optional<Embeddable> embeddable_;  // loaded when it is first asked for
   bool slanted_ = false;
   std::array<quint32, 256> glyphs_{};
   std::vector<CachedOutline> outlines_;  // by code, empty until one is asked for

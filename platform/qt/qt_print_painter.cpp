@@ -1,6 +1,7 @@
 #include "platform/qt/qt_print_painter.h"
 
 #include <QGlyphRun>
+#include <QPainterPath>
 #include <cmath>
 
 #include "platform/qt/qt_fonts.h"
@@ -72,39 +73,41 @@ void QtPrintPainter::DrawText(const ScreenFace& face, float em, std::string_view
   if (!(em > 0 && em <= kLargestEm)) return;
   QtFace& font = FaceFor(face);
   const QColor ink(ToRgb(colour));
-  embedsFonts_&& font.IsUpright() ? DrawGlyphs(font, em, codes, origins, ink)
-                                  : DrawOutlines(font, em, codes, origins, ink);
-}
-
-void QtPrintPainter::DrawGlyphs(QtFace& face, float em, std::string_view codes,
-                                std::span<const Point> origins, const QColor& colour) {
+  const QtFace::Embeddable* embeddable = embedsFonts_ ? font.ForDocuments() : nullptr;
   QList<quint32> glyphs;
   QList<QPointF> places;
   for (std::size_t i = 0; i < codes.size(); ++i) {
-    const quint32 glyph = face.Glyph(static_cast<unsigned char>(codes[i]));
-    if (glyph == 0 || !IsPlace(origins[i])) continue;
-    glyphs += glyph;
-    places += ToQt(origins[i]);
+    const auto code = static_cast<unsigned char>(codes[i]);
+    if (font.Glyph(code) == 0 || !IsPlace(origins[i])) continue;
+    if (embeddable != nullptr && embeddable->glyphs[code] != 0) {
+      glyphs += embeddable->glyphs[code];
+      places += ToQt(origins[i]);
+    } else {
+      const double scale = em / QtFace::kOutlineEm;
+      const QTransform place(scale, 0, 0, scale, origins[i].x, origins[i].y);
+      painter_.fillPath(place.map(font.Outline(code)), ink);
+    }
   }
   if (glyphs.isEmpty()) return;
-  QRawFont font = face.Base();
-  font.setPixelSize(em);
+  QRawFont sized = embeddable->font;
+  sized.setPixelSize(em);
   QGlyphRun run;
-  run.setRawFont(font);
-  run.setGlyphIndexes(glyphs);
-  run.setPositions(places);
-  painter_.setPen(colour);
-  painter_.drawGlyphRun({}, run);
-}
-
-void QtPrintPainter::DrawOutlines(QtFace& face, float em, std::string_view codes,
-                                  std::span<const Point> origins, const QColor& colour) {
-  const double scale = em / QtFace::kOutlineEm;
-  for (std::size_t i = 0; i < codes.size(); ++i) {
-    const auto code = static_cast<unsigned char>(codes[i]);
-    if (face.Glyph(code) == 0 || !IsPlace(origins[i])) continue;
-    const QTransform place(scale, 0, 0, scale, origins[i].x, origins[i].y);
-    painter_.fillPath(place.map(face.Outline(code)), colour);
+  run.setRawFont(sized);
+  painter_.setPen(ink);
+  if (!font.IsSlanted()) {
+    run.setGlyphIndexes(glyphs);
+    run.setPositions(places);
+    painter_.drawGlyphRun({}, run);
+    return;
+  }
+  run.setPositions({QPointF()});
+  for (qsizetype i = 0; i < glyphs.size(); ++i) {
+    run.setGlyphIndexes({glyphs[i]});
+    painter_.save();
+    painter_.translate(places[i]);
+    painter_.shear(-kSlant, 0);
+    painter_.drawGlyphRun({}, run);
+    painter_.restore();
   }
 }
 

@@ -4,13 +4,10 @@
 // where sizes hold and pixels do not count.
 
 #include <QPainter>
-#include <QPainterPath>
 
 #include "platform/canvas.h"
 
 namespace kelvane {
-
-class QtFace;
 
 class QtPrintPainter final : public Painter {
  public:
@@ -25,11 +22,6 @@ class QtPrintPainter final : public Painter {
                 ColourValue colour) override;
 
  private:
-  void DrawGlyphs(QtFace& face, float em, std::string_view codes, std::span<const Point> origins,
-                  const QColor& colour);
-  void DrawOutlines(QtFace& face, float em, std::string_view codes, std::span<const Point> origins,
-                    const QColor& colour);
-
   QPainter& painter_;
   const bool embedsFonts_;
 };

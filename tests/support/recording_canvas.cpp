@@ -180,8 +180,9 @@ void RecordingCanvas::SetCoordinates(float left, float top, float width, float h
 }
 
 void RecordingCanvas::ScrollTo(float left, float top, float width, float height) {
+  const std::string before = coordinates;
   SetCoordinates(left, top, width, height);
-  Invalidate(Layer::Page);
+  if (coordinates != before) Invalidate(Layer::Page);
   Invalidate(Layer::Overlay);
 }
 
