@@ -4,8 +4,8 @@
 
 #include "app/after_editing.h"
 #include "app/contact_window.h"
-#include "app/settings.h"
 #include "app/pdf_window.h"
+#include "app/settings.h"
 #include "designer/designer_window.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
