@@ -9,6 +9,7 @@
 #include "app/find_window.h"
 #include "app/foot.h"
 #include "app/overview_window.h"
+#include "app/pdf_window.h"
 #include "app/picture_window.h"
 #include "app/samples.h"
 #include "app/typing_view.h"
@@ -182,6 +183,7 @@ void AddFileMenu(Table& table) {
   add("mFilePrint", "&Print", "Ctrl+P", Outputting<PrintPaper>);
   add("mFileAscii", "&Output As ASCII", "", Outputting<OutputAsText>);
   table.push_back(Separator("&File"));
+  add("mFilePdf", "Export P&DF...", "Ctrl+Alt+E", Run<ShowPdfWindow>);
   add("mFilePicture", "Export Pict&ure...", "Ctrl+Shift+U", Run<ShowPictureWindow>);
   add("mFilePrinter", "Print to Prin&ter...", "Ctrl+Alt+P", PrintToPrinter);
   add("mFilePreview", "Print Pre&view...", "Ctrl+Alt+V", PreviewPrint);

@@ -4,6 +4,7 @@
 
 #include "app/after_editing.h"
 #include "app/contact_window.h"
+#include "app/pdf_window.h"
 #include "app/settings.h"
 #include "designer/designer_window.h"
 #include "editing/keyboard.h"
@@ -53,6 +54,7 @@ bool SaveAndWriteSettings() {
   if (Form1) FormPlace = Form1->GetWindowPlace();
   // What was applied in the Define Macro window a moment ago has not met the timer yet.
   RefreshMacros();
+  CancelPdfExport();
   KeepForNextStart();
   return true;
 }

@@ -9,6 +9,7 @@
 #include "app/main_window.h"
 #include "app/menus.h"
 #include "app/overview_window.h"
+#include "app/pdf_window.h"
 #include "app/picture_window.h"
 #include "app/settings.h"
 #include "app/web_window.h"
@@ -118,6 +119,7 @@ void ResetProgram() {
   ResetOverview();
   ResetPictures();
   ResetPictureWindow();
+  ResetPdfWindow();
   ResetHelpWindow();
   ResetContactWindow();
   ResetWebWindow();

@@ -1,16 +1,20 @@
 #include "papers/paper_commands.h"
 
 #include <algorithm>
+#include <cctype>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "document/fields.h"
 #include "document/lines.h"
 #include "document/numbers.h"
 #include "document/page.h"
 #include "document/paper.h"
+#include "document/pdf_pages.h"
 #include "editing/edit.h"
 #include "editing/modes.h"
 #include "editing/notes.h"
@@ -168,12 +172,12 @@ void ShowOtherPage(LoadedPage loaded, int number) {
   TakePage(std::move(loaded), number);
 }
 
-void ShowOtherPaper(LoadedPage loaded) {
+void ShowOtherPaper(LoadedPage loaded, int number = 1) {
   LeftFiles.clear();
   ResetEdits();
   CountedPaper.clear();
   LastPage = 0;
-  TakePage(std::move(loaded), 1);
+  TakePage(std::move(loaded), number);
 }
 
 // Gives the paper a name, which writes the page, if it has none. Going from page to page needs one.
@@ -225,7 +229,63 @@ bool Draws(const Page& page) {
   return false;
 }
 
+bool IsPdf(const std::string& file) {
+  std::string ending = file.substr(std::min(file.rfind('.'), file.size()));
+  for (char& c : ending) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return ending == ".pdf";
+}
+
+// Writes the pages that a document carries into the paper of `chosen`, all or none. No page that is there
+// is replaced, but for the file that the person chose.
+void WriteCarriedPages(const std::vector<CarriedPage>& pages, const std::string& chosen) {
+  for (const CarriedPage& page : pages) {
+    const std::string file = PageFileName(chosen, page.number);
+    if (file != chosen && TheFiles->Exists(file)) {
+      throw Failure("The pages were not saved: " + MachinePath(file) +
+                    " is already there. Choose the name of a new paper.");
+    }
+  }
+  std::size_t written = 0;
+  try {
+    for (; written < pages.size(); ++written)
+      WriteFileSafely(PageFileName(chosen, pages[written].number), pages[written].content);
+  } catch (const Failure&) {
+    while (written-- > 0) TheFiles->Remove(PageFileName(chosen, pages[written].number));
+    throw;
+  }
+}
+
+// A document's single page becomes one without a name. Several pages are only in files, so the person is
+// asked for a name for them.
+bool OpenPdf(const std::string& chosen) {
+  const std::vector<CarriedPage> pages = PagesInPdf(TheFiles->ReadWhole(chosen), chosen);
+  if (pages.empty()) {
+    throw Failure(MachinePath(chosen) +
+                  " carries no pages of Kelvane. Only a PDF that Kelvane has exported can be opened.");
+  }
+  // All are read before one is written.
+  LoadedPage first;
+  for (const CarriedPage& page : pages) {
+    Page read = PageOfContent(page.content, chosen);
+    if (&page == &pages.front()) first.page = std::move(read);
+  }
+  if (pages.size() == 1) {
+    ShowOtherPaper(std::move(first));
+    return true;
+  }
+  const std::string name = TheDialogs->ChooseToSave(
+      "Save the " + std::to_string(pages.size()) + " Pages of the PDF As", kPageFilter, FolderOf(chosen));
+  if (name.empty()) return false;
+  const std::string firstFile = PageFileName(name, pages.front().number);
+  WriteCarriedPages(pages, name);
+  first.seen = SeenWith(firstFile, pages.front().content);
+  PaperFolder = FolderOf(firstFile) + "\\";
+  ShowOtherPaper(std::move(first), pages.front().number);
+  return true;
+}
+
 bool OpenChosen(const std::string& chosen) {
+  if (IsPdf(chosen)) return OpenPdf(chosen);
   const std::string firstPage = IsNamedAsPage(chosen) ? PageFileName(chosen, 1) : chosen;
   // A paper may have lost its first page, but a name that leads nowhere is a mistake to be told of.
   LoadedPage loaded = TheFiles->Exists(chosen) ? LoadPageOrEmpty(firstPage) : LoadPage(firstPage);
@@ -271,7 +331,7 @@ bool OpenPaper() {
   FinishEditing();
   if (!OfferToSavePage(true)) return false;
   const std::string folder = PaperFolder.empty() ? FolderOfPaper() : PaperFolder;
-  const std::string chosen = TheDialogs->ChooseToOpen("Open", kPageFilter, folder);
+  const std::string chosen = TheDialogs->ChooseToOpen("Open", kOpenFilter, folder);
   return !chosen.empty() && OpenChosen(chosen);
 }
 

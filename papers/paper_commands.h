@@ -20,6 +20,7 @@ extern Label* PageCountLabel;  // "of 3", beside it
 
 inline constexpr char kProgramTitle[] = "Kelvane ver 1.7";
 inline constexpr char kPageFilter[] = "*.001|*.001";
+inline constexpr char kOpenFilter[] = "*.001|*.001|*.pdf|*.pdf";  // a PDF of this program has its pages in it
 
 // Forgets what page files held.
 void ResetPaperCommands();
