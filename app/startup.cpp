@@ -8,6 +8,7 @@
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
+#include "app/own_files.h"
 #include "app/settings.h"
 #include "app/web_window.h"
 #include "designer/character_files.h"
@@ -30,6 +31,8 @@
 #include "papers/find.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
+#include "papers/versions.h"
+#include "papers/versions_window.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -72,9 +75,11 @@ void ShowChoices() {
 }
 
 void LoadProgramFiles() {
+  SetDamagedAside();
   ReadOrReport([] { ReadSettings(ProgramFolder + "QRX.DAT"); });
   CurrentFont = BaseFont;
   LoadCharacterDefs();
+  MendGlyphWidths();
   IndexHelpFile();
   LoadWidthTables();
   ReadOrReport(LoadInkBoxes);
@@ -93,6 +98,8 @@ void ResetProgram() {
   ResetSettings();
   ResetPaper();
   ResetPaperCommands();
+  ResetVersions();
+  ResetVersionsWindow();
   ResetPageOperations();
   ResetFind();
   ResetKeyboard();
@@ -134,6 +141,11 @@ bool StartUp(const std::string& executableFolder) {
   BuildForm1();
   BuildForm7();
   BuildFindWindow();
+  PageWatch = TheToolkit->NewFileWatch();
+  PageWatch->OnChange = [] {
+    FollowPageFile();
+    RefreshMenus();
+  };
   ShowPageNumber();
   ShowChoices();
   AddHelpKeys(*Form7, "Macros");

@@ -267,8 +267,8 @@ class FilesOfTheDisk : public Files {
 
   bool RemoveLeftover(const std::string& path) override {
     const std::string name = MachinePath(path);
-    const Descriptor file(Uninterrupted(
-        [&] { return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW); }));
+    const Descriptor file(
+        Uninterrupted([&] { return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW); }));
     if (file.Number() < 0 || !IsMarked(file.Number())) return false;
     // A writer that lives holds the lock.
     if (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) return false;

@@ -155,6 +155,12 @@ void WriteFileSafely(const std::string& path, std::string_view content) {
   file.PutInPlace();
 }
 
+std::string NameForDamaged(const std::string& path) {
+  std::string name = path + ".damaged";
+  for (int i = 1; TheFiles->Exists(name); ++i) name = path + ".damaged" + std::to_string(i);
+  return name;
+}
+
 std::string MachinePath(const std::string& path) {
   if (path.starts_with('/')) return path;
   std::string machinePath = HasDrive(path) ? path.substr(2) : path;

@@ -65,10 +65,10 @@ bool SameFile(const std::string& path, const std::string& other);
 
 // New content of `path`, in pieces: written to a temporary file beside it, which is synced, closed and
 // renamed over the old one when it is complete. A link stays; what it points to is replaced. The temporary
-// name has "~" behind the dot of the extension (`QRX.DAT` by way of `QRX.~DAT`), with a number behind it where
-// that name is taken, since what somebody left there may be all that is left of a page; what surely is the
-// leftover of a writer that was killed goes. On any failure, and without PutInPlace, the old file is whole and
-// the temporary file is gone where it can be removed. Every step throws Failure.
+// name has "~" behind the dot of the extension (`QRX.DAT` by way of `QRX.~DAT`), with a number behind it
+// where that name is taken, since what somebody left there may be all that is left of a page; what surely is
+// the leftover of a writer that was killed goes. On any failure, and without PutInPlace, the old file is
+// whole and the temporary file is gone where it can be removed. Every step throws Failure.
 //
 // A file that must stay is written in place, once the new content lies synced in the state folder. If that
 // fails half-way, the copy there is kept and named in the message.
@@ -95,6 +95,10 @@ class SafeFile {
 
 // Replaces the content of `path`, or makes the file, by a SafeFile.
 void WriteFileSafely(const std::string& path, std::string_view content);
+
+// A free name for a file that is damaged and to be kept: `QRX.DAT.damaged`, with a number where that is
+// taken.
+std::string NameForDamaged(const std::string& path);
 
 // Backslash form to the machine's form and back. The only place that knows the difference. A path with a
 // backslash in a name has no backslash form: BackslashPath throws Failure.

@@ -43,6 +43,10 @@ Timer* QtToolkit::NewTimer() {
   return timers_.emplace_back(std::make_unique<QtTimer>()).get();
 }
 
+FileWatch* QtToolkit::NewFileWatch() {
+  return watches_.emplace_back(std::make_unique<QtFileWatch>()).get();
+}
+
 void QtToolkit::Quit() {
   QuitLater();
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/controls.h"
+#include "platform/qt/qt_file_watch.h"
 #include "platform/qt/qt_window.h"
 
 namespace kelvane {
@@ -28,6 +29,7 @@ class QtToolkit final : public Toolkit {
   Window* NewWindow(bool main) override;
   Window* NewSeparateWindow() override;
   Timer* NewTimer() override;
+  FileWatch* NewFileWatch() override;
   void Quit() override;
   std::string Version() const override;
   void CopyText(const std::string& text) override;
@@ -38,6 +40,7 @@ class QtToolkit final : public Toolkit {
  private:
   std::vector<std::unique_ptr<QtWindow>> windows_;
   std::vector<std::unique_ptr<QtTimer>> timers_;
+  std::vector<std::unique_ptr<QtFileWatch>> watches_;
   QtWindow* main_ = nullptr;
 };
 

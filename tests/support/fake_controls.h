@@ -284,8 +284,15 @@ class FakeTimer : public Timer {
   }
 };
 
+class FakeFileWatch : public FileWatch {
+ public:
+  std::string path;
+  void Watch(const std::string& newPath) override { path = newPath; }
+};
+
 class FakeToolkit : public Toolkit {
  public:
+  std::vector<std::unique_ptr<FakeFileWatch>> watches;
   std::vector<std::unique_ptr<FakeWindow>> windows;
   std::vector<std::unique_ptr<FakeTimer>> timers;
   bool quit = false;
@@ -300,6 +307,7 @@ class FakeToolkit : public Toolkit {
   std::string Version() const override { return "Qt 6"; }
   void CopyText(const std::string& text) override { copiedText = text; }
   Timer* NewTimer() override { return Add(timers); }
+  FileWatch* NewFileWatch() override { return Add(watches); }
   void Quit() override { quit = true; }
   // One interval of every timer that runs.
   void TickAll();
