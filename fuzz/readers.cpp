@@ -230,7 +230,8 @@ void ReadHelpLists(std::string_view bytes) {
 void ReadStrokes(std::string_view bytes) {
   GlyphStrokes strokes;
   if (!Accepts([&] { strokes = StrokesOfText(bytes); })) return;
-  MUST(StrokesOfText(StrokeText(strokes)) == strokes);
+  const std::string text = StrokeText(strokes);
+  MUST(StrokeText(StrokesOfText(text)) == text);
   BuildGlyph(StrokeLines(strokes));
   BoundsOfStrokes(strokes);
 }

@@ -379,19 +379,18 @@ void TakePageFile() {
 
 void FollowPageFile() {
   if (CurrentPaperFile.empty() || Seen.path != CurrentPaperFile) return;
-  const std::string name = MachinePath(CurrentPaperFile);
   try {
     const SeenFile now = LookAt(CurrentPaperFile);
     if (now == Seen || now == Noticed) return;
     Noticed = now;
-    if (!now.there) return ShowNote(name + " has gone. Save writes it again.");
+    if (!now.there) return ShowNote("The file of this page has gone; Save makes it anew");
     if (PageChanged != 0 || RunIsOpen() || PathIsOpen())
-      return ShowNote(name + " was changed by another program. Saving will ask what is to become of it.");
+      return ShowNote("Another program changed the file; Save will ask");
     TakePageFile();
-    ShowNote(name + " was changed by another program and is read again. Undo brings back what was here.");
+    ShowNote("Changed by another program, read again; or Undo");
   } catch (const Failure& failure) {
     // Nobody has asked for it, so no box is to come up in the middle of something.
-    ShowNote(name + " was changed by another program: " + failure.what());
+    ShowNote(std::string("Another program changed the file: ") + failure.what());
   }
 }
 

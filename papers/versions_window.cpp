@@ -82,19 +82,14 @@ std::size_t CountOnlyIn(const Page& page, const Page& other) {
   return LinesOnlyIn(page.text, other.text).size() + LinesOnlyIn(page.drawings, other.drawings).size();
 }
 
-std::string Counted(std::size_t number, const char* one, const char* more) {
-  return std::to_string(number) + (number == 1 ? one : more);
-}
-
-// "red: 2 items that the page has no more. Blue: 1 item that it did not have."
 std::string DifferencesText() {
   if (Chosen < 0) return "No version of this page is kept yet: each save keeps what it replaces.";
   if (!Readable) return WhyNot;
-  const std::size_t gone = CountOnlyIn(ChosenPage, ThePage);
-  const std::size_t come = CountOnlyIn(ThePage, ChosenPage);
-  if (gone + come == 0) return "This is the page as it is now.";
-  return Counted(gone, " item stands only there (orange), ", " items stand only there (orange), ") +
-         Counted(come, " only on the page now (blue).", " only on the page now (blue).");
+  const std::size_t then = CountOnlyIn(ChosenPage, ThePage);
+  const std::size_t now = CountOnlyIn(ThePage, ChosenPage);
+  if (then + now == 0) return "This is the page as it is now.";
+  return "Only in this version (orange): " + std::to_string(then) +
+         ".  Only on the page now (blue): " + std::to_string(now) + ".";
 }
 
 std::string TimeText(std::int64_t time) {
@@ -102,13 +97,13 @@ std::string TimeText(std::int64_t time) {
   std::tm local{};
   localtime_r(&seconds, &local);
   std::array<char, 32> text;
-  const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M", &local);
+  const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local);
   return {text.data(), length};
 }
 
 std::string SizeText(std::size_t bytes) {
   constexpr std::size_t kKilo = 1024;
-  return bytes < kKilo ? Counted(bytes, " byte", " bytes") : std::to_string(bytes / kKilo) + " KB";
+  return std::to_string((bytes + kKilo - 1) / kKilo) + " KB";
 }
 
 // ---- The picture ----

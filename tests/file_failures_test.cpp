@@ -207,6 +207,38 @@ TEST_F(FileFailuresTest, TurningPages) {
   });
 }
 
+// Pages change their numbers one after the other, so a cut may come between; none of them is ever gone.
+TEST_F(FileFailuresTest, ThePowerGoesWhilePagesMove) {
+  for (const char* entry : {"Insert &Before", "Du&plicate", "Move &Earlier", "&Delete"}) {
+    SCOPED_TRACE(entry);
+    const bool deletes = entry == std::string("&Delete");
+    bool cut = true;
+    for (int step = 1; cut && !HasFailure(); ++step) {
+      ASSERT_LT(step, kMostSteps);
+      SCOPED_TRACE(step);
+      Prepare();
+      PowerCutFiles disk(files.contents);
+      disk.CutAt(step);
+      TheFiles = &disk;
+      if (deletes) dialogs.AnswerYes();
+      try {
+        window->Entry(entry)->Choose();
+      } catch (const PowerCut&) {
+      }
+      TheFiles = &files;
+      dialogs = ScriptedDialogs();
+      cut = disk.IsCut();
+      for (const PowerCutFiles::Contents& outcome : disk.Outcomes()) {
+        std::string pages;
+        for (const auto& [path, content] : outcome)
+          if (path.starts_with("\\P\\Essay.0")) pages += content;
+        for (const std::string page : {"001", "002", "003"})
+          EXPECT_TRUE(pages.find("(page " + page + ")") != std::string::npos || (deletes && page == "002"));
+      }
+    }
+  }
+}
+
 // The program ends only when the page is safe. Settings and macros that cannot be kept do not hold it up.
 TEST_F(FileFailuresTest, Exit) {
   FailEachStep(

@@ -75,7 +75,7 @@ TEST_F(VersionsTest, ASaveKeepsWhatItReplacesAndItComesBackAsAnEdit) {
   window->ChooseEntry("&Versions");
   ASSERT_EQ(List().rows.size(), 1U);
   const auto& labels = Versions().labels;
-  EXPECT_EQ(labels.front()->text, "0 items stand only there (orange), 1 only on the page now (blue).");
+  EXPECT_EQ(labels.front()->text, "Only in this version (orange): 0.  Only on the page now (blue): 1.");
   EXPECT_EQ(Picture().find("two"), std::string::npos);
   Versions().ClickButton("Show &Page Now");
   EXPECT_NE(Picture().find("two"), std::string::npos);
@@ -151,7 +151,7 @@ TEST_F(OutsideTest, APageThatHasNotChangedIsReadAgainAndUndoBringsItBack) {
   ChangeOutside(LineOf("theirs"));
   EXPECT_EQ(PageText, LineOf("theirs"));
   EXPECT_EQ(PageChanged, 0);
-  EXPECT_NE(NoteLabel->Text().find("changed by another program and is read again"), std::string::npos);
+  EXPECT_NE(NoteLabel->Text().find("Changed by another program, read again"), std::string::npos);
   Undo();
   EXPECT_EQ(PageText, LineOf("one"));
   window->ChooseEntry("&Save");
@@ -162,7 +162,7 @@ TEST_F(OutsideTest, AChangedPageStaysAndTheNoteComesOnce) {
   TypeUnsaved();
   const std::string page = PageText;
   ChangeOutside(LineOf("theirs"));
-  EXPECT_NE(NoteLabel->Text().find("Saving will ask"), std::string::npos);
+  EXPECT_NE(NoteLabel->Text().find("Save will ask"), std::string::npos);
   NoteLabel->SetText("");
   toolkit.watches.front()->OnChange();
   EXPECT_EQ(NoteLabel->Text(), "");
