@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QWindow>
 
 #include "platform/files.h"
 #include "platform/handlers.h"
@@ -29,15 +28,11 @@ QtFileWatch::QtFileWatch() {
                    [begin](Qt::ApplicationState state) {
                      if (state == Qt::ApplicationActive) begin();
                    });
-  QObject::connect(qApp, &QGuiApplication::focusWindowChanged, &settle_, [this, begin] {
-    if (waiting_) begin();
-  });
   QObject::connect(&settle_, &QTimer::timeout, &settle_, [this] { Tell(); });
 }
 
 void QtFileWatch::Watch(const std::string& path) {
   file_ = path.empty() ? QString() : QFile::decodeName(QByteArray::fromStdString(MachinePath(path)));
-  waiting_ = false;
   settle_.stop();
   const QStringList before = watcher_.files() + watcher_.directories();
   if (!before.isEmpty()) watcher_.removePaths(before);
@@ -54,8 +49,8 @@ void QtFileWatch::Follow() {
 
 void QtFileWatch::Tell() {
   Follow();
-  waiting_ = QApplication::activeModalWidget() != nullptr;
-  if (!waiting_) RunHandler(OnChange);
+  if (QApplication::activeModalWidget() != nullptr) return settle_.start();
+  RunHandler(OnChange);
 }
 
 }  // namespace kelvane

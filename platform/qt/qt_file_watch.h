@@ -22,7 +22,6 @@ class QtFileWatch final : public FileWatch {
   QFileSystemWatcher watcher_;
   QTimer settle_;
   QString file_;
-  bool waiting_ = false;  // for a dialog to be closed
 };
 
 }  // namespace kelvane
