@@ -279,10 +279,12 @@ struct FileChange {
   std::string newContent;
 };
 
-// The four files in the order in which they are written.
+// In the order in which they are written.
+constexpr const char* kFontFiles[] = {"MATH0.WT", "MATH0.TXT", "MATH0.PSF", "QRX.PRO"};
+
 std::vector<FileChange> PlanChanges(int code, const GlyphProcedure& glyph) {
   std::vector<FileChange> changes;
-  for (const char* name : {"MATH0.WT", "MATH0.TXT", "MATH0.PSF", "QRX.PRO"}) {
+  for (const char* name : kFontFiles) {
     FileChange change{ProgramFolder + name, true, {}, {}};
     // The width table alone is made whole from memory, so it may be missing.
     change.existed = !changes.empty() || TheFiles->Exists(change.path);
@@ -321,24 +323,77 @@ std::string PutBackUpTo(const std::vector<FileChange>& changes, std::size_t last
   return lost;
 }
 
+// All four contents in one file, which is there while they are written: `NAME SIZE` in a line, and the bytes.
+// If the power goes meanwhile, the next start writes them again.
+std::string RecordPath() {
+  return ProgramFolder + "MATH0.NEW";
+}
+
+std::string RecordOf(const std::vector<FileChange>& changes) {
+  std::string record;
+  for (const FileChange& change : changes)
+    record += change.path.substr(ProgramFolder.size()) + ' ' + std::to_string(change.newContent.size()) +
+              '\n' + change.newContent;
+  return record;
+}
+
+// What the record says, with nothing of it done; empty if it is none of ours.
+std::vector<FileChange> ChangesOfRecord(std::string_view record) {
+  std::vector<FileChange> changes;
+  for (const char* name : kFontFiles) {
+    if (record.empty()) return {};
+    const std::size_t end = record.find('\n');
+    const std::string_view head = record.substr(0, end);
+    const double size = ReadDouble(GetField(head, 2, " "));
+    if (end == std::string_view::npos || GetField(head, 1, " ") != name) return {};
+    record.remove_prefix(end + 1);
+    if (!(size >= 0) || size > static_cast<double>(record.size())) return {};
+    const auto bytes = static_cast<std::size_t>(size);
+    changes.push_back({ProgramFolder + name, true, {}, std::string(record.substr(0, bytes))});
+    record.remove_prefix(bytes);
+  }
+  return changes;
+}
+
+void FinishSaving() {
+  if (!TheFiles->Exists(RecordPath())) return;
+  for (const FileChange& change : ChangesOfRecord(TheFiles->ReadWhole(RecordPath())))
+    WriteFileSafely(change.path, change.newContent);
+  TheFiles->Remove(RecordPath());
+}
+
 void WriteAllOrNone(const std::vector<FileChange>& changes) {
-  for (std::size_t i = 0; i < changes.size(); ++i) {
+  std::size_t i = 0;
+  try {
+    WriteFileSafely(RecordPath(), RecordOf(changes));
+    for (; i < changes.size(); ++i) WriteFileSafely(changes[i].path, changes[i].newContent);
+    TheFiles->Remove(RecordPath());
+  } catch (const Failure& failure) {
+    i = std::min(i, changes.size() - 1);
+    // Without the record first: what is put back must not be replaced again at the next start.
+    std::string lost;
     try {
-      WriteFileSafely(changes[i].path, changes[i].newContent);
-    } catch (const Failure& failure) {
-      const std::string lost = PutBackUpTo(changes, i);
-      std::string message =
-          "The character was not saved in " + MachinePath(changes[i].path) + ". " + failure.what();
-      if (!lost.empty())
-        message += "\r\nThese files hold the new character and could not be put back: " + lost;
-      throw Failure(message);
+      if (TheFiles->Exists(RecordPath())) TheFiles->Remove(RecordPath());
+    } catch (const Failure&) {
+      lost = MachinePath(RecordPath()) + ", ";
     }
+    lost += PutBackUpTo(changes, i);
+    std::string message =
+        "The character was not saved in " + MachinePath(changes[i].path) + ". " + failure.what();
+    if (!lost.empty()) message += "\r\nThese files hold the new character and could not be put back: " + lost;
+    throw Failure(message);
   }
 }
 
 }  // namespace
 
 void LoadCharacterDefs() {
+  try {
+    FinishSaving();
+  } catch (const Failure& failure) {
+    TheDialogs->Message(std::string("A character that was being saved is not in all its files: ") +
+                        failure.what());
+  }
   const std::string content = ReadDefinition("MATH0.PSF");
   Procedures procedures;
   try {
@@ -347,7 +402,7 @@ void LoadCharacterDefs() {
     const std::string mended = MendedDefinition();
     if (mended.empty()) throw;
     procedures = ProceduresOf(mended, "MATH0.PSF");
-    ReplaceDamaged("MATH0.PSF", content, mended, "The characters are those of the prolog QRX.PRO.");
+    ReplaceDamaged("MATH0.PSF", content, mended, "It is made anew from QRX.PRO and MATH0.ORG.");
   }
   for (std::size_t i = 0; i < procedures.size(); ++i) CharacterDefs[i][0] = std::move(procedures[i]);
 }

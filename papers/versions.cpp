@@ -21,6 +21,7 @@ namespace {
 constexpr std::size_t kLastVersions = 20;
 constexpr int kDays = 30;
 constexpr std::int64_t kDay = 86400;
+constexpr std::int64_t kLatest = 253402300799;  // the end of the year 9999
 constexpr std::size_t kMostBytes = 256U << 20;
 constexpr std::size_t kLongestName = 100;  // bytes of a page file's name in that of a version
 constexpr int kNumbers = 3000;             // of pages, with those taken away
@@ -63,6 +64,7 @@ bool TakeNumber(std::string_view& rest, Number& number) {
 std::optional<Version> VersionOfLine(std::string_view line) {
   Version version;
   if (!TakeNumber(line, version.time) || !TakeNumber(line, version.size)) return {};
+  if (version.time < 0 || version.time > kLatest || version.size > kMostBytes) return {};
   const std::size_t blank = line.find(' ');
   if (blank == std::string_view::npos) return {};
   version.page = line.substr(0, blank);

@@ -97,6 +97,7 @@ class FileFailuresTest : public EditorTest {
       Start("\\P\\Essay.002");
       EXPECT_TRUE(dialogs.messages.empty()) << dialogs.messages[0];
       EXPECT_EQ(CurrentPaperFile, "\\P\\Essay.001");
+      if (afterCut) afterCut();
       for (const Version& version : VersionsOf("\\P\\Essay.002"))
         EXPECT_EQ(ContentOfVersion(version), stored.at("\\P\\Essay.002"));
       if (HasFailure()) break;
@@ -138,7 +139,7 @@ class FileFailuresTest : public EditorTest {
       // Not even the temporary file can be removed where everything fails.
       const bool temporary = path.find(".~") != std::string::npos;
       if ((lastingFailure || powerCut) && temporary) continue;
-      if (path.starts_with(StateFolder)) continue;
+      if (path.starts_with(StateFolder) || (powerCut && path.ends_with("MATH0.NEW"))) continue;
       const bool old = stored.contains(path) && stored.at(path) == content;
       const bool fresh = whole.contains(path) && whole.at(path) == content;
       EXPECT_TRUE(old || fresh) << path << " holds:\n" << content;
@@ -160,6 +161,7 @@ class FileFailuresTest : public EditorTest {
     EXPECT_EQ(std::tuple(window->title, PageBox->Text()), std::tuple(" Essay - Kelvane ver 1.7", "2"));
   }
 
+  std::function<void()> afterCut;  // looks at what the next start has made of it
   bool lastingFailure = false;
   bool powerCut = false;
   std::map<std::string, std::string> stored;
@@ -255,6 +257,14 @@ TEST_F(FileFailuresTest, Exit) {
 
 // The four files of the font agree with each other and with memory: one failure leaves none of them changed.
 TEST_F(FileFailuresTest, SavingAGlyph) {
+  afterCut = [&] {
+    std::string state;
+    for (const char* name : {"MATH0.WT", "MATH0.TXT", "MATH0.PSF", "QRX.PRO"}) {
+      const std::string path = std::string("\\Kelvane\\") + name;
+      state += files.contents.at(path) == whole.at(path) ? 'n' : 'o';
+    }
+    EXPECT_TRUE(state == "nnnn" || state == "oooo") << state;
+  };
   FailEachStep(
       [] {
         LeaveEditing();

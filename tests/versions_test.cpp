@@ -127,8 +127,8 @@ TEST_F(VersionsTest, WithoutAFolderOneNoteIsAllThatHappens) {
 TEST_F(VersionsTest, ADamagedIndexShowsWhatCanBeReadAndRemovesNothingElse) {
   TypeAndSave("two");
   std::string& index = files.contents["\\State\\versions\\index"];
-  index = "rubbish\n1 2 x ..\\..\\P\\Essay.001\n99999999999999999999 1 x y\n" + index + "5 5 " +
-          index.substr(index.find(' ', index.find(' ') + 1) + 1, 17) + "gone\n";
+  index = "rubbish\n1 2 x ..\\..\\P\\Essay.001\n99999999999999999999 1 x y\n9000000000000000000 1 x y\n" +
+          index + "5 5 " + index.substr(index.find(' ', index.find(' ') + 1) + 1, 17) + "gone\n";
   EXPECT_EQ(VersionsOf(kPath).size(), 1U);
   for (int i = 0; i < 30; ++i) TypeAndSave(std::to_string(i));
   EXPECT_TRUE(files.contents.contains(kPath));
