@@ -28,6 +28,7 @@
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "palette/palette.h"
+#include "palette/tall_brackets.h"
 #include "papers/find.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
@@ -149,7 +150,9 @@ bool StartUp(const std::string& executableFolder) {
   ShowPageNumber();
   ShowChoices();
   AddHelpKeys(*Form7, "Macros");
-  AddPointedHelpKey(*Form1, "The window");
+  AddHelpKeys(*FindWindow, "Finding text");
+  AddHelpKeys(*TallWindow, "The panel of signs");
+  AddPointedHelpKey(*Form1, kEditorPage);
   AddHelpOfDialogs();
   return true;
 }

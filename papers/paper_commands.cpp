@@ -174,6 +174,7 @@ void TakePage(LoadedPage loaded, int number) {
   PageChanged = 0;
   ShowPaper();
   ShowTopOfPage();
+  ShowPage();  // all of it: what the page before has left in view is not this one's
   ShowCursor();
 }
 
