@@ -15,7 +15,8 @@ inline constexpr float kDesignBaseline = 40;
 
 // Fills CharacterDefs from MATH0.PSF. One that is damaged is kept under another name and made anew, from the
 // sections of QRX.PRO and the shipped MATH0.ORG. Throws Failure "ERROR: Missing file MATH0.PSF", or
-// "ERROR: MATH0.PSF file format" if there is nothing to make it of. First finishes a saving that was cut short.
+// "ERROR: MATH0.PSF file format" if there is nothing to make it of. First finishes a saving that was cut
+// short.
 void LoadCharacterDefs();
 // Before the width tables are read: makes a MATH0.WT that is too short anew, by the widths of MATH0.PSF.
 void MendGlyphWidths();
