@@ -38,6 +38,8 @@
 #include "palette/palette.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
+#include "papers/versions.h"
+#include "papers/versions_window.h"
 #include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"
@@ -59,17 +61,21 @@ bool Run() {
 }
 
 // What leaves no trace on the page says at the foot of the window that it was done.
+void ShowDone(const std::string& what, const std::string& path) {
+  const std::string& trouble = VersionsTrouble();
+  ShowNote(what + ": " + MachinePath(path) + (trouble.empty() ? "" : ". " + trouble));
+}
 template <auto Save>
 bool Saving() {
   if (!Save()) return false;
-  ShowNote("Saved: " + MachinePath(CurrentPaperFile));
+  ShowDone("Saved", CurrentPaperFile);
   return true;
 }
 template <auto Output>
 bool Outputting() {
   const std::string path = Output();
   if (path.empty()) return false;
-  ShowNote("Written: " + MachinePath(path));
+  ShowDone("Written", path);
   return true;
 }
 
@@ -186,7 +192,9 @@ void AddFileMenu(Table& table) {
   add("mFilePdf", "Export P&DF...", "Ctrl+Alt+E", Run<ShowPdfWindow>);
   add("mFilePicture", "Export Pict&ure...", "Ctrl+Shift+U", Run<ShowPictureWindow>);
   add("mFilePrinter", "Print to Prin&ter...", "Ctrl+Alt+P", PrintToPrinter);
-  add("mFilePreview", "Print Pre&view...", "Ctrl+Alt+V", PreviewPrint);
+  add("mFilePreview", "Print Previe&w...", "Ctrl+Alt+V", PreviewPrint);
+  table.push_back(Separator("&File"));
+  table.push_back({"&File", "mFileVersions", "&Versions", "", Run<ShowVersions>, PaperHasName});
   table.push_back(Separator("&File"));
   // The frame's close button leaves as this entry does, so the sequence itself ends editing.
   table.push_back({"&File", "mFileExit", "Exit", "Ctrl+Q", Run<LeaveProgram>});

@@ -11,6 +11,7 @@
 #include "app/overview_window.h"
 #include "app/pdf_window.h"
 #include "app/picture_window.h"
+#include "app/own_files.h"
 #include "app/settings.h"
 #include "app/web_window.h"
 #include "designer/character_files.h"
@@ -35,6 +36,8 @@
 #include "papers/find.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
+#include "papers/versions.h"
+#include "papers/versions_window.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -78,9 +81,11 @@ void ShowChoices() {
 }
 
 void LoadProgramFiles() {
+  SetDamagedAside();
   ReadOrReport([] { ReadSettings(ProgramFolder + "QRX.DAT"); });
   CurrentFont = BaseFont;
   LoadCharacterDefs();
+  MendGlyphWidths();
   IndexHelpFile();
   LoadWidthTables();
   ReadOrReport(LoadInkBoxes);
@@ -101,6 +106,8 @@ void ResetProgram() {
   ResetSettings();
   ResetPaper();
   ResetPaperCommands();
+  ResetVersions();
+  ResetVersionsWindow();
   ResetPageOperations();
   ResetFind();
   ResetKeyboard();
@@ -146,6 +153,11 @@ bool StartUp(const std::string& executableFolder) {
   BuildForm1();
   BuildForm7();
   BuildFindWindow();
+  PageWatch = TheToolkit->NewFileWatch();
+  PageWatch->OnChange = [] {
+    FollowPageFile();
+    RefreshMenus();
+  };
   ShowPageNumber();
   ShowChoices();
   AddHelpKeys(*Form7, "Macros");

@@ -14,6 +14,7 @@
 #include "document/fields.h"
 #include "document/lines.h"
 #include "document/numbers.h"
+#include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "typography/glyphs.h"
@@ -48,12 +49,8 @@ std::string_view BetweenBraces(std::string_view line) {
 
 using Procedures = std::array<std::string, kGlyphs>;
 
-// The procedures of a font definition in the program folder.
-Procedures ReadProcedures(const std::string& name) {
-  const std::string path = ProgramFolder + name;
-  if (!TheFiles->Exists(path)) throw Failure("ERROR: Missing file " + name);
-  const std::string content = TheFiles->ReadWhole(path);
-  std::string_view rest = content;
+// The procedures of a font definition; `name` is for messages.
+Procedures ProceduresOf(std::string_view rest, const std::string& name) {
   // Lines that must be there for the definition to be whole.
   const auto take = [&] {
     if (rest.empty()) throw Failure("ERROR: " + name + " file format");
@@ -65,6 +62,12 @@ Procedures ReadProcedures(const std::string& name) {
   Procedures procedures;
   for (std::string& procedure : procedures) procedure = BetweenBraces(take());
   return procedures;
+}
+
+std::string ReadDefinition(const std::string& name) {
+  const std::string path = ProgramFolder + name;
+  if (!TheFiles->Exists(path)) throw Failure("ERROR: Missing file " + name);
+  return TheFiles->ReadWhole(path);
 }
 
 // A stroke's numbers with y turned upwards from the baseline. Fields past the end count as 0.
@@ -198,6 +201,77 @@ std::string WidthTable(int code, float width) {
   return bytes;
 }
 
+// The lines of the three sections, one after the other; empty if the text does not hold them all.
+std::vector<std::string_view> LinesOfSections(std::string_view text) {
+  std::vector<std::string_view> lines;
+  constexpr std::size_t kAll = std::size_t{kSections} * kGlyphs;
+  while (!text.empty() && lines.size() < kAll) {
+    if (!TakeLine(text).starts_with("/.notdef")) continue;
+    for (int i = 0; i < kGlyphs && !text.empty(); ++i) lines.push_back(TakeLine(text));
+  }
+  if (lines.size() < kAll || !lines.back().ends_with("def")) lines.clear();
+  return lines;
+}
+
+// What MATH0.PSF is to hold when it is damaged: the shipped text, with the lines of the prolog, which has the
+// same sections and every character that the person has made. The shipped lines where the prolog is damaged,
+// too; empty if there is nothing to make it of.
+std::string MendedDefinition() {
+  const auto read = [](const char* name) {
+    const std::string path = ProgramFolder + name;
+    return TheFiles->Exists(path) ? TheFiles->ReadWhole(path) : "";
+  };
+  const std::string shipped = read("MATH0.ORG");
+  const std::string prolog = read("QRX.PRO");
+  const std::vector<std::string_view> lines = LinesOfSections(prolog);
+  std::vector<std::string_view> old = LinesOfSections(shipped);
+  if (old.empty() || lines.empty()) return shipped;
+  std::string mended;
+  std::string_view rest = shipped;
+  auto next = old.begin();
+  auto line = lines.begin();
+  while (!rest.empty()) {
+    const RawLine raw = TakeRawLine(rest);
+    const bool replaced = next != old.end() && raw.text.data() == next->data();
+    mended += replaced ? *line : raw.text;
+    mended += raw.end;
+    if (replaced) ++next, ++line;
+  }
+  return mended;
+}
+
+// MATH0.WT by the advance widths of the definition, as a character that is saved leaves them.
+std::string WidthsOfDefinition(std::string_view definition) {
+  const std::vector<std::string_view> lines = LinesOfSections(definition);
+  if (lines.empty()) return {};
+  constexpr float kUnit = 0.6F;
+  std::string bytes;
+  AppendSingle(bytes, kUnit);
+  for (int code = 1; code < 256; ++code) {
+    const bool hasGlyph = code >= kFirstGlyph && code < kCodesEnd;
+    const std::string_view line = hasGlyph ? lines[static_cast<std::size_t>(code - kFirstGlyph)] : "";
+    AppendSingle(bytes, WidthInEms(ReadSingle(GetField(line, 2, " "))));
+  }
+  return bytes;
+}
+
+// Puts a new content in the place of a damaged one, which is kept under another name.
+void ReplaceDamaged(const std::string& name, const std::string& damaged, const std::string& content,
+                    const std::string& what) {
+  const std::string path = ProgramFolder + name;
+  std::string told = MachinePath(path) + " is damaged. " + what;
+  try {
+    const std::string kept = NameForDamaged(path);
+    WriteFileSafely(kept, damaged);
+    WriteFileSafely(path, content);
+    told += " The damaged file is kept as " + MachinePath(kept) + ".";
+  } catch (const Failure& failure) {
+    // They are in use all the same.
+    told += std::string("\n") + failure.what();
+  }
+  TheDialogs->Message(told);
+}
+
 struct FileChange {
   std::string path;
   bool existed = true;
@@ -205,10 +279,12 @@ struct FileChange {
   std::string newContent;
 };
 
-// The four files in the order in which they are written.
+// In the order in which they are written.
+constexpr const char* kFontFiles[] = {"MATH0.WT", "MATH0.TXT", "MATH0.PSF", "QRX.PRO"};
+
 std::vector<FileChange> PlanChanges(int code, const GlyphProcedure& glyph) {
   std::vector<FileChange> changes;
-  for (const char* name : {"MATH0.WT", "MATH0.TXT", "MATH0.PSF", "QRX.PRO"}) {
+  for (const char* name : kFontFiles) {
     FileChange change{ProgramFolder + name, true, {}, {}};
     // The width table alone is made whole from memory, so it may be missing.
     change.existed = !changes.empty() || TheFiles->Exists(change.path);
@@ -247,30 +323,103 @@ std::string PutBackUpTo(const std::vector<FileChange>& changes, std::size_t last
   return lost;
 }
 
+// All four contents in one file, which is there while they are written: `NAME SIZE` in a line, and the bytes.
+// If the power goes meanwhile, the next start writes them again.
+std::string RecordPath() {
+  return ProgramFolder + "MATH0.NEW";
+}
+
+std::string RecordOf(const std::vector<FileChange>& changes) {
+  std::string record;
+  for (const FileChange& change : changes)
+    record += change.path.substr(ProgramFolder.size()) + ' ' + std::to_string(change.newContent.size()) +
+              '\n' + change.newContent;
+  return record;
+}
+
+// What the record says, with nothing of it done; empty if it is none of ours.
+std::vector<FileChange> ChangesOfRecord(std::string_view record) {
+  std::vector<FileChange> changes;
+  for (const char* name : kFontFiles) {
+    if (record.empty()) return {};
+    const std::size_t end = record.find('\n');
+    const std::string_view head = record.substr(0, end);
+    const double size = ReadDouble(GetField(head, 2, " "));
+    if (end == std::string_view::npos || GetField(head, 1, " ") != name) return {};
+    record.remove_prefix(end + 1);
+    if (!(size >= 0) || size > static_cast<double>(record.size())) return {};
+    const auto bytes = static_cast<std::size_t>(size);
+    changes.push_back({ProgramFolder + name, true, {}, std::string(record.substr(0, bytes))});
+    record.remove_prefix(bytes);
+  }
+  return changes;
+}
+
+void FinishSaving() {
+  if (!TheFiles->Exists(RecordPath())) return;
+  for (const FileChange& change : ChangesOfRecord(TheFiles->ReadWhole(RecordPath())))
+    WriteFileSafely(change.path, change.newContent);
+  TheFiles->Remove(RecordPath());
+}
+
 void WriteAllOrNone(const std::vector<FileChange>& changes) {
-  for (std::size_t i = 0; i < changes.size(); ++i) {
+  std::size_t i = 0;
+  try {
+    WriteFileSafely(RecordPath(), RecordOf(changes));
+    for (; i < changes.size(); ++i) WriteFileSafely(changes[i].path, changes[i].newContent);
+    TheFiles->Remove(RecordPath());
+  } catch (const Failure& failure) {
+    i = std::min(i, changes.size() - 1);
+    // Without the record first: what is put back must not be replaced again at the next start.
+    std::string lost;
     try {
-      WriteFileSafely(changes[i].path, changes[i].newContent);
-    } catch (const Failure& failure) {
-      const std::string lost = PutBackUpTo(changes, i);
-      std::string message =
-          "The character was not saved in " + MachinePath(changes[i].path) + ". " + failure.what();
-      if (!lost.empty())
-        message += "\r\nThese files hold the new character and could not be put back: " + lost;
-      throw Failure(message);
+      if (TheFiles->Exists(RecordPath())) TheFiles->Remove(RecordPath());
+    } catch (const Failure&) {
+      lost = MachinePath(RecordPath()) + ", ";
     }
+    lost += PutBackUpTo(changes, i);
+    std::string message =
+        "The character was not saved in " + MachinePath(changes[i].path) + ". " + failure.what();
+    if (!lost.empty()) message += "\r\nThese files hold the new character and could not be put back: " + lost;
+    throw Failure(message);
   }
 }
 
 }  // namespace
 
 void LoadCharacterDefs() {
-  Procedures procedures = ReadProcedures("MATH0.PSF");
+  try {
+    FinishSaving();
+  } catch (const Failure& failure) {
+    TheDialogs->Message(std::string("A character that was being saved is not in all its files: ") +
+                        failure.what());
+  }
+  const std::string content = ReadDefinition("MATH0.PSF");
+  Procedures procedures;
+  try {
+    procedures = ProceduresOf(content, "MATH0.PSF");
+  } catch (const Failure&) {
+    const std::string mended = MendedDefinition();
+    if (mended.empty()) throw;
+    procedures = ProceduresOf(mended, "MATH0.PSF");
+    ReplaceDamaged("MATH0.PSF", content, mended, "It is made anew from QRX.PRO and MATH0.ORG.");
+  }
   for (std::size_t i = 0; i < procedures.size(); ++i) CharacterDefs[i][0] = std::move(procedures[i]);
 }
 
+void MendGlyphWidths() {
+  constexpr std::size_t kTableBytes = 1024;
+  const std::string path = ProgramFolder + "MATH0.WT";
+  if (!TheFiles->Exists(path)) return;
+  const std::string content = TheFiles->ReadWhole(path);
+  if (content.size() >= kTableBytes) return;
+  const std::string mended = WidthsOfDefinition(ReadDefinition("MATH0.PSF"));
+  if (!mended.empty()) ReplaceDamaged("MATH0.WT", content, mended, "The widths are those of MATH0.PSF.");
+}
+
 std::string ShippedProcedure(std::int16_t code) {
-  return ReadProcedures("MATH0.ORG").at(static_cast<std::size_t>(code - kFirstGlyph));
+  return ProceduresOf(ReadDefinition("MATH0.ORG"), "MATH0.ORG")
+      .at(static_cast<std::size_t>(code - kFirstGlyph));
 }
 
 GlyphProcedure BuildGlyph(const std::vector<std::string>& strokes) {

@@ -13,9 +13,13 @@ namespace kelvane {
 inline constexpr float kDesignSide = 50;
 inline constexpr float kDesignBaseline = 40;
 
-// Fills CharacterDefs from MATH0.PSF. Throws Failure "ERROR: Missing file MATH0.PSF" or
-// "ERROR: MATH0.PSF file format".
+// Fills CharacterDefs from MATH0.PSF. One that is damaged is kept under another name and made anew, from the
+// sections of QRX.PRO and the shipped MATH0.ORG. Throws Failure "ERROR: Missing file MATH0.PSF", or
+// "ERROR: MATH0.PSF file format" if there is nothing to make it of. First finishes a saving that was cut
+// short.
 void LoadCharacterDefs();
+// Before the width tables are read: makes a MATH0.WT that is too short anew, by the widths of MATH0.PSF.
+void MendGlyphWidths();
 
 // The procedure and the width (glyph units) of a glyph drawn as strokes: lines `x0 y0 cx cy x1 y1 ...` in
 // design coordinates 0 to 50, y downwards, baseline at 40. Strokes of four or fewer numbers are skipped.

@@ -27,7 +27,6 @@ constexpr float kPickPixels = 5;    // or the line
 constexpr float kDragPixels = 3;    // a press that moves this far is a drag
 constexpr float kHandlePixels = 4;  // half a handle's width
 constexpr float kJoinPixels = 12;   // ends this near to each other can be joined
-constexpr float kFineStep = 0.1F;   // points
 
 constexpr std::size_t kNoHandle = std::numeric_limits<std::size_t>::max();
 

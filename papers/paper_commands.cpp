@@ -15,11 +15,15 @@
 #include "document/page.h"
 #include "document/paper.h"
 #include "document/pdf_pages.h"
+#include "editing/bezier.h"
 #include "editing/edit.h"
+#include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/notes.h"
 #include "editing/selection.h"
 #include "papers/seen_file.h"
+#include "papers/versions.h"
+#include "papers/versions_window.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "typography/renderer.h"
@@ -30,11 +34,15 @@ namespace kelvane {
 Window* Form1 = nullptr;
 TextBox* PageBox = nullptr;
 Label* PageCountLabel = nullptr;
+FileWatch* PageWatch = nullptr;
 
 namespace {
 
 // The file of the page in memory. Without a path nothing is known of it.
 SeenFile Seen;
+// What it held when the person was told that another program has changed it.
+SeenFile Noticed;
+std::string Watched;  // the file that PageWatch is told to watch
 // The files of the paper's other pages as they were when the pages were left, by number.
 std::map<int, SeenFile> LeftFiles;
 
@@ -85,11 +93,17 @@ enum class Verdict { Write, SaveAs, GiveUp };
 Verdict AskAboutChanged(const std::string& file) {
   switch (TheDialogs->Choose(
       MachinePath(file) + " was changed by another program.\nReplace it with the page as it is here?",
-      {"&Replace", "&Save As", "&Cancel"}, 2, 2)) {
+      {"&Replace", "&Save As", "&Look at Both", "&Take the Other", "&Cancel"}, 4, 4)) {
     case 0:
       return Verdict::Write;
     case 1:
       return Verdict::SaveAs;
+    case 2:
+      ShowVersions();
+      return Verdict::GiveUp;
+    case 3:
+      TakePageFile();
+      return Verdict::GiveUp;
     default:
       return Verdict::GiveUp;
   }
@@ -120,12 +134,14 @@ bool WriteInto(const std::string& paperFile, const std::string& chosen, PageOrde
   if (verdict == Verdict::SaveAs) return WriteUnderNewName(order);
   if (verdict == Verdict::GiveUp) return false;
   const std::string content = ContentOfPage(ThePage, order, file);
+  KeepReplaced(file, content);
   WriteFileSafely(file, content);
   CurrentPaperFile = file;
   Seen = SeenWith(file, content);
   PageChanged = 0;
   if (CountedPaper == NameOfPaper()) LastPage = std::max<int>(LastPage, CurrentPageNumber);
   ShowPaper();
+  if (!VersionsTrouble().empty()) ShowNote(VersionsTrouble());
   return true;
 }
 
@@ -304,7 +320,9 @@ bool OpenChosen(const std::string& chosen) {
 }  // namespace
 
 void ResetPaperCommands() {
-  Seen = {};
+  PageWatch = nullptr;
+  Watched.clear();
+  Seen = Noticed = {};
   LeftFiles.clear();
   CountedPaper.clear();
   LastPage = 0;
@@ -398,12 +416,43 @@ void RenumberPages(const std::function<int(int)>& numberOf) {
     moved.path = PageFileName(CurrentPaperFile, numberOf(number));
   }
   LeftFiles = std::move(renumbered);
+  RenumberVersions(CurrentPaperFile, numberOf);
   ++Shown;
   RenumberEdits(numberOf);
   CurrentPageNumber = static_cast<std::int16_t>(numberOf(CurrentPageNumber));
   CurrentPaperFile = Seen.path = PageFileName(CurrentPaperFile, CurrentPageNumber);
   CountPages();
   ShowPaper();
+}
+
+bool PageFileIsOther() {
+  return !CurrentPaperFile.empty() && Seen.path == CurrentPaperFile && LookAt(CurrentPaperFile) != Seen;
+}
+
+void TakePageFile() {
+  FinishEditing();
+  LoadedPage loaded = LoadPage(CurrentPaperFile);
+  EditPage("the other program's change", [&loaded](Page& page) { page = std::move(loaded.page); });
+  Seen = std::move(loaded.seen);
+  PageChanged = 0;
+  ShowPaper();
+}
+
+void FollowPageFile() {
+  if (CurrentPaperFile.empty() || Seen.path != CurrentPaperFile) return;
+  try {
+    const SeenFile now = LookAt(CurrentPaperFile);
+    if (now == Seen || now == Noticed) return;
+    Noticed = now;
+    if (!now.there) return ShowNote("The file of this page has gone; Save makes it anew");
+    if (PageChanged != 0 || RunIsOpen() || PathIsOpen())
+      return ShowNote("Another program changed the file; Save will ask");
+    TakePageFile();
+    ShowNote("Changed by another program, read again; or Undo");
+  } catch (const Failure& failure) {
+    // Nobody has asked for it, so no box is to come up in the middle of something.
+    ShowNote(std::string("Another program changed the file: ") + failure.what());
+  }
 }
 
 bool OfferToSave() {
@@ -426,6 +475,8 @@ void ShowPaperState() {
       CurrentPaperFile.empty() ? std::string() : " " + FileTitleOf(CurrentPaperFile) + " - ";
   Form1->SetTitle(name + kProgramTitle);
   Form1->SetChanged(PageChanged != 0);
+  if (PageWatch && Watched != CurrentPaperFile) PageWatch->Watch(Watched = CurrentPaperFile);
+  FollowVersions();
 }
 
 void ShowPageNumber() {

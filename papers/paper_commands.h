@@ -22,6 +22,9 @@ inline constexpr char kProgramTitle[] = "Kelvane ver 1.7";
 inline constexpr char kPageFilter[] = "*.001|*.001";
 inline constexpr char kOpenFilter[] = "*.001|*.001|*.pdf|*.pdf";  // a PDF of this program has its pages in it
 
+// Watches the file of the page; null until start-up has made it.
+extern FileWatch* PageWatch;
+
 // Forgets what page files held.
 void ResetPaperCommands();
 
@@ -53,6 +56,14 @@ bool StorePageOfPaper();
 void ShowPageOfPaper(int number);
 // Page files have other names now: page `n` is page `numberOf(n)`, with all that is known of it.
 void RenumberPages(const std::function<int(int)>& numberOf);
+
+// Looks whether another program has changed the page's file, when the watch tells of it. A page that has not
+// changed here is read again, as an edit; otherwise a note tells, and saving asks.
+void FollowPageFile();
+// Whether the page's file holds something else than was last read or written.
+bool PageFileIsOther();
+// Puts what the page's file holds in the place of the page in memory, as an edit.
+void TakePageFile();
 
 // Asks whether to save a changed page that is not empty, and saves it.
 bool OfferToSave();

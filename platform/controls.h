@@ -201,6 +201,17 @@ class Timer {
   std::function<void()> OnTick;
 };
 
+// Tells when a file may hold something else. Costs nothing while nothing happens.
+class FileWatch {
+ public:
+  virtual ~FileWatch() = default;
+  // Backslash form; empty: no file.
+  virtual void Watch(const std::string& path) = 0;
+  // The file or a name in its folder has changed and has been left alone for a moment since, or the person has
+  // come back to the program. Not while a dialog stands open, but behind it.
+  std::function<void()> OnChange;
+};
+
 enum class Answer { Yes, No, Neither };
 
 class Dialogs {
@@ -233,7 +244,7 @@ class Dialogs {
                                    const std::string& start) = 0;
 };
 
-// Makes windows and timers. Everything it hands out lives as long as the toolkit.
+// Makes windows, timers and the like. Everything it hands out lives as long as the toolkit.
 class Toolkit {
  public:
   virtual ~Toolkit() = default;
@@ -247,6 +258,7 @@ class Toolkit {
   // the machine's memory.
   virtual std::unique_ptr<Image> NewImage(int width, int height, const Box& shown, float ratio,
                                           bool transparent) = 0;
+  virtual FileWatch* NewFileWatch() = 0;
   virtual void Quit() = 0;
   // What it is made of, with its version.
   virtual std::string Version() const = 0;

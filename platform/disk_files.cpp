@@ -1,6 +1,7 @@
 // The files of the disk, by the system calls themselves: the standard streams hide a failing sync or close.
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -22,6 +23,9 @@ constexpr std::size_t kLargestFile = 256U << 20;  // no file of the program come
 constexpr int kLongestLinkChain = 40;
 constexpr mode_t kModeBits = 07777;
 constexpr mode_t kPlainModeBits = 0777;
+// The mark of a file that is being written, until it takes its place. Its value is the file's number on its
+// disk, which a copy of the file does not share.
+constexpr char kMark[] = "user.kelvane.writing";
 
 [[noreturn]] void Fail(const std::string& doing, const std::string& machinePath, const std::string& reason) {
   throw Failure("Cannot " + doing + " the file " + machinePath + ": " + reason + ".");
@@ -96,7 +100,7 @@ void CopyAttributes(int from, int to) {
     const std::string name = names.c_str() + at;
     at += static_cast<ssize_t>(name.size()) + 1;
     const ssize_t length = fgetxattr(from, name.c_str(), nullptr, 0);
-    if (length < 0) continue;
+    if (length < 0 || name == kMark) continue;
     std::string value(static_cast<std::size_t>(length), '\0');
     const ssize_t got = fgetxattr(from, name.c_str(), value.data(), value.size());
     if (got >= 0) fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(got), 0);
@@ -119,6 +123,18 @@ bool TakeOver(const std::string& model, int to) {
   if (fchmod(to, mode) != 0) return false;
   if (from.Number() >= 0 && made.st_gid == old.st_gid) CopyAttributes(from.Number(), to);
   return true;
+}
+
+std::string NumberOf(int file) {
+  struct stat status;
+  return fstat(file, &status) == 0 ? std::to_string(status.st_ino) : "";
+}
+
+// Whether the open file bears the mark. Where the file system keeps no attributes none does.
+bool IsMarked(int file) {
+  std::array<char, 32> value;
+  const ssize_t length = fgetxattr(file, kMark, value.data(), value.size());
+  return length > 0 && std::string_view(value.data(), static_cast<std::size_t>(length)) == NumberOf(file);
 }
 
 class FilesOfTheDisk : public Files {
@@ -193,6 +209,7 @@ class FilesOfTheDisk : public Files {
       close(handle);
       Fail("write", name, std::generic_category().message(reason));
     }
+    MarkAndLock(handle, name);
     return handle;
   }
 
@@ -235,12 +252,27 @@ class FilesOfTheDisk : public Files {
     const std::string target = MachinePath(to);
     CheckReplaceable(target);
     if (rename(source.c_str(), target.c_str()) != 0) FailBySystem("replace", target);
+    if (const auto lock = locks_.find(source); lock != locks_.end()) {
+      fremovexattr(lock->second, kMark);
+      Unlock(source);
+    }
     SyncFolder(target);
   }
 
   void Remove(const std::string& path) override {
     const std::string name = MachinePath(path);
+    Unlock(name);
     if (unlink(name.c_str()) != 0) FailBySystem("remove", name);
+  }
+
+  bool RemoveLeftover(const std::string& path) override {
+    const std::string name = MachinePath(path);
+    const Descriptor file(
+        Uninterrupted([&] { return open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW); }));
+    if (file.Number() < 0 || !IsMarked(file.Number())) return false;
+    // A writer that lives holds the lock.
+    if (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) return false;
+    return unlink(name.c_str()) == 0;
   }
 
   void MakeFolder(const std::string& path) override {
@@ -284,7 +316,24 @@ class FilesOfTheDisk : public Files {
     }
   }
 
+  // Marks a new file as one that is being written, and holds it, by a descriptor of its own, until it takes
+  // its place or is removed: it outlives Close. Without attributes or locks a leftover is nobody's for sure.
+  void MarkAndLock(Handle handle, const std::string& name) {
+    const std::string number = NumberOf(handle);
+    if (fsetxattr(handle, kMark, number.data(), number.size(), 0) != 0) return;
+    const int lock = fcntl(handle, F_DUPFD_CLOEXEC, 0);
+    if (lock < 0) return;
+    Unlock(name);
+    locks_[name] = lock;
+    flock(lock, LOCK_EX | LOCK_NB);
+  }
+  void Unlock(const std::string& name) {
+    const auto lock = locks_.extract(name);
+    if (!lock.empty()) close(lock.mapped());
+  }
+
   std::map<Handle, Opened> files_;
+  std::map<std::string, int> locks_;  // descriptors, by the names of files that are being written
 };
 
 }  // namespace

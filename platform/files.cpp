@@ -24,8 +24,8 @@ std::string_view Beginning(std::string_view name, std::size_t bytes) {
   return name.substr(0, bytes);
 }
 
-// A free name in the folder of `path`.
-std::string TemporaryName(const std::string& path) {
+// A free name in the folder of `path`; `freed` tells whether a name that is taken could be freed.
+std::string TemporaryName(const std::string& path, bool (*freed)(const std::string&)) {
   constexpr std::size_t kMark = 2;                     // ".~"
   constexpr std::size_t kNumber = 2;                   // digits that tell temporary files apart
   const std::size_t nameStart = path.rfind('\\') + 1;  // 0 without a backslash
@@ -38,10 +38,9 @@ std::string TemporaryName(const std::string& path) {
     name += Beginning(whole, kLongestName - kMark - kNumber);
     name += ".~";
   }
-  if (!TheFiles->Exists(name)) return name;
-  for (int i = 1; i < kTemporaryNames; ++i) {
-    std::string numbered = name + std::to_string(i);
-    if (!TheFiles->Exists(numbered)) return numbered;
+  for (int i = 0; i < kTemporaryNames; ++i) {
+    std::string numbered = i == 0 ? name : name + std::to_string(i);
+    if (!TheFiles->Exists(numbered) || freed(numbered)) return numbered;
   }
   throw Failure("Cannot write the file " + MachinePath(path) + ": too many temporary files " +
                 MachinePath(name) + " lie beside it.");
@@ -73,12 +72,18 @@ auto OnBehalfOf(const std::string& path, const std::string& temporary, Step step
   }
 }
 
-// A free name in the state folder, which is made if it is missing.
+std::string NameBeside(const std::string& target) {
+  return TemporaryName(target, [](const std::string& name) { return TheFiles->RemoveLeftover(name); });
+}
+
+// A free name in the state folder, which is made if it is missing. What a writer that was killed left there
+// may be all that is left of a page.
 std::string SafetyName(const std::string& path, const std::string& target) {
   if (StateFolder.empty())
     throw Failure("Cannot write the file " + MachinePath(path) + ": there is no folder for a safety copy.");
   TheFiles->MakeFolder(StateFolder);
-  return TemporaryName(StateFolder + target.substr(target.rfind('\\') + 1));
+  return TemporaryName(StateFolder + target.substr(target.rfind('\\') + 1),
+                       [](const std::string&) { return false; });
 }
 
 // Writes over a file that must stay. Its old content is gone from the first byte on, but the safety copy is
@@ -115,7 +120,7 @@ SafeFile::SafeFile(const std::string& name)
     : path_(name),
       target_(TheFiles->Resolve(path_)),
       mustStay_(TheFiles->MustStay(target_)),
-      temporary_(mustStay_ ? SafetyName(path_, target_) : TemporaryName(target_)) {
+      temporary_(mustStay_ ? SafetyName(path_, target_) : NameBeside(target_)) {
   handle_ = OnBehalfOf(path_, temporary_, [&] { return TheFiles->Create(temporary_, target_); });
 }
 
@@ -148,6 +153,12 @@ void WriteFileSafely(const std::string& path, std::string_view content) {
   SafeFile file(path);
   file.Append(content);
   file.PutInPlace();
+}
+
+std::string NameForDamaged(const std::string& path) {
+  std::string name = path + ".damaged";
+  for (int i = 1; TheFiles->Exists(name); ++i) name = path + ".damaged" + std::to_string(i);
+  return name;
 }
 
 std::string MachinePath(const std::string& path) {

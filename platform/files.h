@@ -49,6 +49,9 @@ class Files {
   // write-protected.
   virtual void Rename(const std::string& from, const std::string& to) = 0;
   virtual void Remove(const std::string& path) = 0;
+  // Removes the file if Create has made it and whoever wrote it ended before Rename: true if it is gone now.
+  // What might be somebody's own stays.
+  virtual bool RemoveLeftover(const std::string& path) = 0;
   // Makes the folder, for the person alone, and those above it, where they are missing.
   virtual void MakeFolder(const std::string& path) = 0;
 };
@@ -62,11 +65,10 @@ bool SameFile(const std::string& path, const std::string& other);
 
 // New content of `path`, in pieces: written to a temporary file beside it, which is synced, closed and
 // renamed over the old one when it is complete. A link stays; what it points to is replaced. The temporary
-// name has
-// "~" behind the dot of the extension (`QRX.DAT` by way of `QRX.~DAT`), with a number behind it where that
-// name is taken, since what somebody left there may be all that is left of a page. On any failure, and
-// without PutInPlace, the old file is whole and the temporary file is gone where it can be removed. Every
-// step throws Failure.
+// name has "~" behind the dot of the extension (`QRX.DAT` by way of `QRX.~DAT`), with a number behind it
+// where that name is taken, since what somebody left there may be all that is left of a page; what surely is
+// the leftover of a writer that was killed goes. On any failure, and without PutInPlace, the old file is
+// whole and the temporary file is gone where it can be removed. Every step throws Failure.
 //
 // A file that must stay is written in place, once the new content lies synced in the state folder. If that
 // fails half-way, the copy there is kept and named in the message.
@@ -93,6 +95,10 @@ class SafeFile {
 
 // Replaces the content of `path`, or makes the file, by a SafeFile.
 void WriteFileSafely(const std::string& path, std::string_view content);
+
+// A free name for a file that is damaged and to be kept: `QRX.DAT.damaged`, with a number where that is
+// taken.
+std::string NameForDamaged(const std::string& path);
 
 // Backslash form to the machine's form and back. The only place that knows the difference. A path with a
 // backslash in a name has no backslash form: BackslashPath throws Failure.

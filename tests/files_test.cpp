@@ -73,6 +73,9 @@ TEST_F(SafeWriting, KeepsATemporaryFileThatWasLeftBehind) {
   files.contents = {{"\\P\\Essay.001", "old"}, {"\\P\\Essay.~001", "all that is left"}};
   WriteFileSafely("\\P\\Essay.001", "new");
   EXPECT_EQ(files.contents, Contents({{"\\P\\Essay.001", "new"}, {"\\P\\Essay.~001", "all that is left"}}));
+  files.leftovers = {"\\P\\Essay.~001"};
+  WriteFileSafely("\\P\\Essay.001", "newer");
+  EXPECT_EQ(files.contents, Contents({{"\\P\\Essay.001", "newer"}})) << "nobody's for sure";
 }
 
 TEST_F(SafeWriting, AFileThatStaysIsWrittenOnceItsNewContentIsSafe) {
@@ -235,6 +238,40 @@ TEST_F(FilesOnDisk, AWriterThatIsKilledLeavesNothing) {
   int status = 0;
   ASSERT_EQ(waitpid(writer, &status, 0), writer);
   ExpectOldFileAlone();
+}
+
+// What a writer left that was killed between naming its file and putting it in place.
+TEST_F(FilesOnDisk, TheNextWriteRemovesWhatAKilledWriterLeft) {
+  const std::string old = folder / "a.001";
+  if (setxattr(old.c_str(), "user.note", "x", 1, 0) != 0) GTEST_SKIP() << "no attributes on this file system";
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t writer = fork();
+  if (writer == 0) {
+    const Files::Handle handle = DiskFiles().Create(Path("a.~001"), Path("a.001"));
+    DiskFiles().Write(handle, "half");
+    DiskFiles().Sync(handle);
+    DiskFiles().Close(handle);
+    if (write(ready[1], "x", 1) != 1) _exit(1);
+    while (true) pause();
+  }
+  char byte;
+  ASSERT_EQ(read(ready[0], &byte, 1), 1);
+  WriteFileSafely(Path("a.001"), "while it lives");
+  EXPECT_EQ(Content("a.~001"), "half");
+  kill(writer, SIGKILL);
+  int status = 0;
+  ASSERT_EQ(waitpid(writer, &status, 0), writer);
+  std::filesystem::copy_file(folder / "a.~001", folder / "a.~0011");
+  WriteFileSafely(Path("a.001"), "new");
+  EXPECT_FALSE(DiskFiles().Exists(Path("a.~001")));
+  std::ofstream(folder / "a.~001") << "somebody's own";
+  WriteFileSafely(Path("a.001"), "newer");
+  EXPECT_EQ(Content("a.~001"), "somebody's own");
+  EXPECT_EQ(Content("a.~0011"), "half") << "a copy";
+  EXPECT_EQ(getxattr(old.c_str(), "user.kelvane.writing", nullptr, 0), -1);
+  close(ready[0]);
+  close(ready[1]);
 }
 
 TEST_F(FilesOnDisk, AWriteProtectedFileIsNotReplaced) {

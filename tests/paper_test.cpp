@@ -137,7 +137,7 @@ TEST_F(PaperTest, APageThatAnotherProgramChangedIsNotReplacedUnasked) {
     Write(kTyped);
     files.contents["\\P\\Essay.001"] = others;
     if (index < 3) dialogs.AnswerYes();
-    dialogs.AnswerChoice(2);
+    dialogs.AnswerChoice(4);
     EXPECT_FALSE(command());
     EXPECT_EQ(dialogs.asked.back(),
               "/P/Essay.001 was changed by another program.\n"

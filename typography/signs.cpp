@@ -392,7 +392,7 @@ std::vector<const Sign*> SignsNamed(std::string_view beginning) {
   for (const Sign& sign : SignTable())
     if (AnyName(sign, [&](std::string_view name) { return name.starts_with(beginning); }))
       found.push_back(&sign);
-  std::ranges::stable_partition(found, [&](const Sign* sign) {
+  std::stable_partition(found.begin(), found.end(), [&](const Sign* sign) {
     return AnyName(*sign, [&](std::string_view name) { return name == beginning; });
   });
   return found;

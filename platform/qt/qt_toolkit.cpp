@@ -56,6 +56,10 @@ std::unique_ptr<Image> QtToolkit::NewImage(int width, int height, const Box& sho
   return image;
 }
 
+FileWatch* QtToolkit::NewFileWatch() {
+  return watches_.emplace_back(std::make_unique<QtFileWatch>()).get();
+}
+
 void QtToolkit::Quit() {
   QuitLater();
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/controls.h"
+#include "platform/qt/qt_file_watch.h"
 #include "platform/qt/qt_window.h"
 
 namespace kelvane {
@@ -30,6 +31,7 @@ class QtToolkit final : public Toolkit {
   Timer* NewTimer() override;
   std::unique_ptr<Image> NewImage(int width, int height, const Box& shown, float ratio,
                                   bool transparent) override;
+  FileWatch* NewFileWatch() override;
   void Quit() override;
   std::string Version() const override;
   void CopyText(const std::string& text) override;
@@ -40,6 +42,7 @@ class QtToolkit final : public Toolkit {
  private:
   std::vector<std::unique_ptr<QtWindow>> windows_;
   std::vector<std::unique_ptr<QtTimer>> timers_;
+  std::vector<std::unique_ptr<QtFileWatch>> watches_;
   QtWindow* main_ = nullptr;
 };
 

@@ -285,8 +285,15 @@ class FakeTimer : public Timer {
   }
 };
 
+class FakeFileWatch : public FileWatch {
+ public:
+  std::string path;
+  void Watch(const std::string& newPath) override { path = newPath; }
+};
+
 class FakeToolkit : public Toolkit {
  public:
+  std::vector<std::unique_ptr<FakeFileWatch>> watches;
   std::vector<std::unique_ptr<FakeWindow>> windows;
   std::vector<std::unique_ptr<FakeTimer>> timers;
   bool quit = false;
@@ -304,6 +311,7 @@ class FakeToolkit : public Toolkit {
   std::unique_ptr<Image> NewImage(int width, int height, const Box&, float, bool transparent) override {
     return std::make_unique<RecordingImage>(width, height, transparent);
   }
+  FileWatch* NewFileWatch() override { return Add(watches); }
   void Quit() override { quit = true; }
   // One interval of every timer that runs.
   void TickAll();

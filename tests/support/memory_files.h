@@ -21,6 +21,8 @@ class MemoryFiles : public Files {
   std::set<std::string> unreadable;
   // Symbolic links and what they point to.
   std::map<std::string, std::string> links;
+  // Files that writers who were killed have left behind.
+  std::set<std::string> leftovers;
   // Files that must be written in place.
   std::set<std::string> staying;
   // Number of handles that were made and not closed.
@@ -48,6 +50,9 @@ class MemoryFiles : public Files {
   void Close(Handle handle) override;
   void Rename(const std::string& from, const std::string& to) override;
   void Remove(const std::string& path) override;
+  bool RemoveLeftover(const std::string& path) override {
+    return leftovers.erase(path) > 0 && contents.erase(path) > 0;
+  }
   void MakeFolder(const std::string&) override {}
 
  private:
