@@ -10,6 +10,7 @@
 #include "editing/modes.h"
 #include "macros/macros.h"
 #include "palette/palette.h"
+#include "papers/journal.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -54,6 +55,8 @@ bool SaveAndWriteSettings() {
   // What was applied in the Define Macro window a moment ago has not met the timer yet.
   RefreshMacros();
   KeepForNextStart();
+  EndJournal();
+  ReleasePaper();
   return true;
 }
 

@@ -28,6 +28,7 @@
 #include "output/plain_text.h"
 #include "palette/palette.h"
 #include "papers/find.h"
+#include "papers/journal.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"
@@ -92,6 +93,7 @@ void ResetProgram() {
   ResetCursor();
   ResetSettings();
   ResetPaper();
+  ResetJournal();
   ResetPaperCommands();
   ResetPageOperations();
   ResetFind();
@@ -148,6 +150,7 @@ void ShowEditor(const std::string& pageFile) {
   Form1->Show();
   Form1_Resize();
   Picture1->Focus();
+  StartJournal();
   if (pageFile.empty()) {
     BeginFirstMinutes();
   } else {

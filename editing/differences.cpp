@@ -121,6 +121,12 @@ Differences Compare(std::string_view before, std::string_view after) {
 
 void Replace(std::string& text, const Differences& differences, bool forward) {
   if (differences.empty()) return;
+  if (differences.size() == 1) {  // in place, which costs what stands behind it
+    const Difference& only = differences.front();
+    const std::string& there = forward ? only.before : only.after;
+    text.replace(only.at, there.size(), forward ? only.after : only.before);
+    return;
+  }
   std::string replaced;
   replaced.reserve(text.size());
   std::size_t done = 0;

@@ -709,6 +709,10 @@ bool Retyping() {
   return Retyped != 0;
 }
 
+std::uint64_t RetypedItem() {
+  return Retyped;
+}
+
 void GiveUpRetyping() {
   const TextItem* item = FindText(Retyped);
   if (item) ShowPage(BoundsOf(item->entry));
@@ -780,6 +784,15 @@ bool GiveBackRun(std::string_view line) {
   GivenBack = RunNow();
   ShowCursor();
   return true;
+}
+
+void PutRun(const std::string& run, std::size_t caret) {
+  PendingRun = run;
+  CleanRun();
+  PutCaret(PendingRun.size() - std::min(caret, PendingRun.size()));
+  ShowRun();
+  ShowFontAtCaret();
+  ShowCursor();
 }
 
 bool RunIsAsGivenBack() {

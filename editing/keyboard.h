@@ -2,6 +2,7 @@
 
 // Typing at the cursor point: the pending run, its caret and keys, and its commit into a text entry.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -87,10 +88,15 @@ RunEnds EndsOfRun();
 void RetypeItem(std::uint64_t id, Point at);
 bool Retyping();
 void GiveUpRetyping();
+// The item by its identity; 0 for none.
+std::uint64_t RetypedItem();
 
 // Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself
 // is no longer on the page. Only in its own anchor mode and while nothing is being typed.
 bool GiveBackRun(std::string_view line);
+// Puts a run into the box, its caret before character `caret`, whatever stood there. An item being retyped
+// goes on being it.
+void PutRun(const std::string& run, std::size_t caret);
 // Whether the open run is as it was given back.
 bool RunIsAsGivenBack();
 // Empties the run without a commit.

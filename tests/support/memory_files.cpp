@@ -85,7 +85,7 @@ void MemoryFiles::Sync(Handle handle) {
 void MemoryFiles::Close(Handle handle) {
   const std::string path = handles.at(handle);
   handles.erase(handle);
-  --openHandles;
+  if (locked.erase(path) == 0) --openHandles;
   Take(FileStep::Close, path);
 }
 
@@ -98,6 +98,36 @@ void MemoryFiles::Rename(const std::string& from, const std::string& to) {
 void MemoryFiles::Remove(const std::string& path) {
   Take(FileStep::Remove, path);
   if (contents.erase(path) == 0) throw Failure("Cannot remove the file " + path);
+}
+
+std::optional<Files::Handle> MemoryFiles::OpenLocked(const std::string& path) {
+  Take(FileStep::OpenLocked, path);
+  if (lockedElsewhere.contains(path) || locked.contains(path)) return {};
+  contents[path];
+  locked.insert(path);
+  handles[++lastHandle] = path;
+  return lastHandle;
+}
+
+bool MemoryFiles::IsInPlace(Handle handle) {
+  const std::string& path = handles.at(handle);
+  return contents.contains(path) && !lockedElsewhere.contains(path);
+}
+
+std::vector<std::string> MemoryFiles::FilesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& file : contents) {
+    if (!file.first.starts_with(folder)) continue;
+    const std::string name = file.first.substr(folder.size());
+    if (!name.empty() && name.find('\\') == std::string::npos) names.push_back(name);
+  }
+  return names;
+}
+
+void MemoryFiles::LetGo() {
+  handles.clear();
+  locked.clear();
+  openHandles = 0;
 }
 
 }  // namespace kelvane
