@@ -7,6 +7,7 @@
 #include "app/exit.h"
 #include "app/find_window.h"
 #include "app/foot.h"
+#include "app/recovery_window.h"
 #include "app/samples.h"
 #include "app/typing_view.h"
 #include "app/web_window.h"
@@ -159,6 +160,8 @@ void AddFileMenu(Table& table) {
   add("mFilePrintOne", "Print &One Page", "Ctrl+Shift+P", Outputting<PrintOnePage>);
   add("mFilePrint", "&Print", "Ctrl+P", Outputting<PrintPaper>);
   add("mFileAscii", "&Output As ASCII", "", Outputting<OutputAsText>);
+  table.push_back(Separator("&File"));
+  table.push_back({"&File", "mFileRecover", "&Recover", "", Run<ShowRecovery>});
   table.push_back(Separator("&File"));
   // The frame's close button leaves as this entry does, so the sequence itself ends editing.
   table.push_back({"&File", "mFileExit", "Exit", "Ctrl+Q", Run<LeaveProgram>});

@@ -8,6 +8,7 @@
 #include "app/foot.h"
 #include "app/main_window.h"
 #include "app/menus.h"
+#include "app/recovery_window.h"
 #include "app/settings.h"
 #include "app/web_window.h"
 #include "designer/character_files.h"
@@ -31,6 +32,7 @@
 #include "papers/journal.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
+#include "papers/recovery.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -94,6 +96,7 @@ void ResetProgram() {
   ResetSettings();
   ResetPaper();
   ResetJournal();
+  ResetRecovery();
   ResetPaperCommands();
   ResetPageOperations();
   ResetFind();
@@ -114,6 +117,7 @@ void ResetProgram() {
   ResetContactWindow();
   ResetWebWindow();
   ResetAboutWindow();
+  ResetRecoveryWindow();
   ResizeGuard = true;
   ConnectSubjects();
 }
@@ -156,6 +160,7 @@ void ShowEditor(const std::string& pageFile) {
   } else {
     RunHandler([&] { OpenPaperFile(pageFile); });
   }
+  RunHandler(OfferRecovery);
   RefreshMenus();
 }
 
