@@ -10,7 +10,9 @@
 #include "app/context_help.h"
 #include "app/menus.h"
 #include "document/fields.h"
+#include "document/lines.h"
 #include "document/page_items.h"
+#include "editing/differences.h"
 #include "editing/notes.h"
 #include "papers/paper_commands.h"
 #include "papers/recovery.h"
@@ -84,25 +86,62 @@ std::string AboutWork(const LeftWork& work) {
            MachinePath(work.path);
   if (!CanBeRead(journal)) return "Nothing of this can be read any more: " + MachinePath(work.path);
   std::string text = journal.file.path.empty() ? "It was in no file." : MachinePath(journal.file.path);
-  if (journal.kind == Journal::Kind::Damaged) text += "  The end of what was kept is damaged and is not here.";
+  if (journal.kind == Journal::Kind::Damaged)
+    text += "  The end of what was kept is damaged and is not here.";
   return text;
 }
 
 // ---- The pictures ----
 
-// The whole paper, as large as the canvas shows it.
+// The part of the paper that both pictures show, points: where they differ with what is around it, or all.
+Box Shown;
+
+// Room around what differs, and the least width of what is shown, points.
+constexpr float kAround = 36;
+constexpr float kLeastShown = 240;
+
+template <typename Parse, typename Item>
+void AddLines(const Differences& differences, Parse parse, Item item, std::optional<Box>& all) {
+  for (const Difference& difference : differences) {
+    for (std::string_view rest : {std::string_view(difference.before), std::string_view(difference.after)}) {
+      while (!rest.empty()) {
+        if (!parse(TakeLine(rest), item)) continue;
+        const Box box = BoundsOf(item);
+        all = all ? Box{std::min(all->left, box.left), std::min(all->top, box.top),
+                        std::max(all->right, box.right), std::max(all->bottom, box.bottom)}
+                  : box;
+      }
+    }
+  }
+}
+
+Box WhatDiffers(const Page& file, const Page& left) {
+  std::optional<Box> all;
+  AddLines(Compare(file.text, left.text), ParseTextEntry, TextEntry(), all);
+  AddLines(Compare(file.drawings, left.drawings), ParseDrawing, Drawing(), all);
+  const Box paper{0, 0, PaperWidth, PaperHeight};
+  if (!all) return paper;
+  Box shown{all->left - kAround, all->top - kAround, all->right + kAround, all->bottom + kAround};
+  const float more = std::max(kLeastShown - (shown.right - shown.left), 0.0F) / 2;
+  shown.left -= more;
+  shown.right += more;
+  const bool large = shown.right - shown.left > PaperWidth || shown.bottom - shown.top > PaperHeight;
+  return large ? paper : shown;
+}
+
+// As large as the canvas shows it, in its middle.
 View PictureView(const Canvas& canvas) {
   const auto width = static_cast<float>(canvas.PixelWidth());
   const auto height = static_cast<float>(canvas.PixelHeight());
   View view;
-  view.scale = std::min(width / PaperWidth, height / PaperHeight);
+  view.scale = std::min(width / (Shown.right - Shown.left), height / (Shown.bottom - Shown.top));
   view.ratio = canvas.PixelRatio();
   view.printed = true;
   if (!(view.scale > 0)) return view;
   const float across = width / view.scale;
   const float down = height / view.scale;
-  const float left = (PaperWidth - across) / 2;
-  const float top = (PaperHeight - down) / 2;
+  const float left = (Shown.left + Shown.right - across) / 2;
+  const float top = (Shown.top + Shown.bottom - down) / 2;
   view.area = {left, top, left + across, top + down};
   return view;
 }
@@ -126,8 +165,10 @@ void ShowChosen() {
   LeftItems.reset();
   const bool readable = work && CanBeRead(work->journal);
   if (readable) {
-    LeftItems.emplace(WholePage(work->journal));
+    const Page left = WholePage(work->journal);
+    LeftItems.emplace(left);
     if (work->stored) FileItems.emplace(*work->stored);
+    Shown = WhatDiffers(work->stored.value_or(Page{}), left);
   }
   FileCaption->SetText(readable && !work->stored ? "There is no file" : "As the file is");
   RecoveryParts.about->SetText(work ? AboutWork(*work) : "");
@@ -248,7 +289,7 @@ void Build() {
   RecoveryWindow->OnEscape = Later;
   RecoveryWindow->OnResize = LayOut;
   RecoveryWindow->KeepPlaceAs("recovery/place", kFirstPlace);
-  AddHelpKeys(*RecoveryWindow, "When something goes wrong");
+  AddHelpKeys(*RecoveryWindow, "Unsaved work");
 }
 
 void Show() {
@@ -268,6 +309,7 @@ void ResetRecoveryWindow() {
   FileItems.reset();
   LeftItems.reset();
   Chosen = 0;
+  Shown = {0, 0, PaperWidth, PaperHeight};
 }
 
 void OfferRecovery() {

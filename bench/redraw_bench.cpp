@@ -39,6 +39,7 @@
 #include "output/postscript.h"
 #include "papers/paper_commands.h"
 #include "platform/files.h"
+#include "platform/handlers.h"
 #include "platform/qt/qt_canvas.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_toolkit.h"
@@ -317,13 +318,14 @@ void DrawnPath(benchmark::State& state) {
   CursorMode = 0;
 }
 
-// From the key to the painted widget, in the whole editor on a page of 10,000 runs. A run of 40 characters is
-// typed and taken back again.
+// From the key to the painted widget, in the whole editor with its journal. A run of 40 characters is typed
+// and taken back again.
 void KeyPress(benchmark::State& state) {
   constexpr float kAround = 100;  // pixels that the controls around the canvas take at most
   FormPlace = {0, 0, (kWidth + kAround) * kTwipsPerPixel, (kHeight + kAround) * kTwipsPerPixel};
   ShowEditor({});
-  FillPage(10000, 24);
+  FillPage(static_cast<int>(state.range(0)), 24);
+  ResetEdits();
   ShowWholePaper();
   CursorMode = -3;
   CursorX = 100;
@@ -344,6 +346,19 @@ void KeyPress(benchmark::State& state) {
     while (paintings.Count() == before) QCoreApplication::processEvents();
   }
   widget->removeEventFilter(&paintings);
+}
+
+// An edit and its undoing, with the journal and without the painting.
+void JournaledEdit(benchmark::State& state) {
+  ShowEditor({});
+  FillPage(static_cast<int>(state.range(0)), 24);
+  ResetEdits();
+  for (auto _ : state) {
+    RunHandler([] {
+      EditPage("typing", [](Page& page) { page.text += "100 300 m 12 F0 (A run of text) 3 s\r\n"; });
+    });
+    RunHandler(Undo);
+  }
 }
 
 void Scroll(benchmark::State& state) {
@@ -550,7 +565,8 @@ BENCHMARK(Save)->ArgNames({"runs"})->Arg(10000)->Apply(MeasureDisk);
 BENCHMARK(BarePrint)->ArgNames({"pages"})->Arg(999)->Apply(MeasureDisk);
 BENCHMARK(Print)->ArgNames({"pages"})->Arg(999)->Apply(MeasureDisk);
 BENCHMARK(TurnPage)->ArgNames({"pages"})->Arg(3)->Apply(MeasureDisk);
-BENCHMARK(KeyPress)->Apply(Measure);
+BENCHMARK(KeyPress)->ArgNames({"runs"})->Arg(100)->Arg(10000)->Apply(Measure);
+BENCHMARK(JournaledEdit)->ArgNames({"runs"})->Arg(100)->Arg(10000)->Apply(Measure);
 
 // Keeps the medians for the table of ratios.
 class MedianReporter : public benchmark::ConsoleReporter {
@@ -612,6 +628,7 @@ int main(int argc, char** argv) {
   kelvane::QtDialogs dialogs;
   kelvane::TheToolkit = &toolkit;
   kelvane::TheDialogs = &dialogs;
+  kelvane::StateFolder = kelvane::ScratchFile("kelvane-bench-state") + "\\";
   if (!kelvane::StartUp(kelvane::BackslashPath(KELVANE_PROGRAM_FOLDER))) return 1;
   kelvane::MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -99,13 +99,15 @@ void GiveUp(const Failure& failure) {
   ShowNote(std::string("What you do is not kept for the case of a crash. ") + failure.what());
 }
 
+void Record();
+
 void WakeClock() {
   if (!Clock) {
     Clock = TheToolkit->NewTimer();
     Clock->OnTick = [] {
-      if (!Unsynced) return Clock->Stop();
+      Record();  // what a handler has changed that is waiting for a dialog
+      if (!Unsynced || !Now) return Clock->Stop();
       Unsynced = false;
-      if (!Now) return;
       try {
         TheFiles->SyncSoon(Now->handle);
       } catch (const Failure& failure) {

@@ -13,10 +13,10 @@
 #include "document/page.h"
 #include "document/paper.h"
 #include "editing/edit.h"
+#include "editing/half_done.h"
 #include "editing/modes.h"
 #include "editing/notes.h"
 #include "editing/selection.h"
-#include "editing/half_done.h"
 #include "papers/journal.h"
 #include "papers/paper_lock.h"
 #include "papers/seen_file.h"
@@ -44,7 +44,8 @@ int LastPage = 0;
 
 int Shown = 0;  // see PagesShown
 
-// Of the current paper. On the heap, since the files that it needs may be gone before it at the program's end.
+// Of the current paper. On the heap, since the files that it needs may be gone before it at the program's
+// end.
 PaperLock& Held = *new PaperLock;
 
 std::string NameOfPaper() {
@@ -133,6 +134,13 @@ std::optional<PaperLock> AskForPaper(const std::string& file) {
 // Whether the current paper's own files may be written; says why not.
 bool MayWritePaper() {
   if (Held.MayWrite()) return true;
+  // Whoever took it over may have left it since; what they did to its files is seen in the files.
+  if (!Held.Looking()) {
+    if (std::optional<PaperLock> lock = PaperLock::Try(CurrentPaperFile)) {
+      Held = std::move(*lock);
+      return true;
+    }
+  }
   ShowNote(Held.Looking() ? "This paper is only looked at here: it can be saved under another name"
                           : "This paper was taken over by another window: save it under another name");
   return false;

@@ -32,13 +32,15 @@ PaperLock::~PaperLock() {
 }
 
 PaperLock::PaperLock(PaperLock&& other) noexcept
-    : file_(std::move(other.file_)),
+    : paper_(std::move(other.paper_)),
+      file_(std::move(other.file_)),
       handle_(std::exchange(other.handle_, {})),
       looking_(std::exchange(other.looking_, false)) {}
 
 PaperLock& PaperLock::operator=(PaperLock&& other) noexcept {
   if (this == &other) return *this;
   Release();
+  paper_ = std::move(other.paper_);
   file_ = std::move(other.file_);
   handle_ = std::exchange(other.handle_, {});
   looking_ = std::exchange(other.looking_, false);
@@ -64,6 +66,7 @@ void PaperLock::Release() {
 
 std::optional<PaperLock> PaperLock::Try(const std::string& pageFile) {
   PaperLock lock;
+  lock.paper_ = PageFileName(pageFile, 0);
   try {
     lock.file_ = LockOf(pageFile);
     if (lock.file_.empty()) return lock;
@@ -78,7 +81,7 @@ std::optional<PaperLock> PaperLock::Try(const std::string& pageFile) {
 
 PaperLock PaperLock::ToLook(const std::string& pageFile) {
   PaperLock lock;
-  lock.file_ = LockOf(pageFile);
+  lock.paper_ = PageFileName(pageFile, 0);
   lock.looking_ = true;
   return lock;
 }
@@ -93,7 +96,7 @@ PaperLock PaperLock::TakeOver(const std::string& pageFile) {
 }
 
 bool PaperLock::IsOf(const std::string& pageFile) const {
-  return !file_.empty() && file_ == LockOf(pageFile);
+  return !paper_.empty() && paper_ == PageFileName(pageFile, 0);
 }
 
 bool PaperLock::MayWrite() const {

@@ -35,7 +35,8 @@ class PaperLock {
  private:
   void Release();
 
-  std::string file_;  // of the lock
+  std::string paper_;  // its name as that of a page 0
+  std::string file_;   // of the lock
   std::optional<Files::Handle> handle_;
   bool looking_ = false;
 };

@@ -1,6 +1,5 @@
 #include "papers/recovery.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "document/fields.h"
@@ -167,7 +166,7 @@ bool RestoreWork(std::size_t index) {
     page.stored = Page{};
   }
   if (!OpenRecovered(std::move(page))) return false;
-  ContinueJournal(work.path, work.handle, std::max(journal.edits, 1));
+  ContinueJournal(work.path, work.handle, journal.edits);
   Drop(index);
   return true;
 }

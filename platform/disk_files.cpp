@@ -254,7 +254,8 @@ class FilesOfTheDisk : public Files {
     std::string name = MachinePath(path);
     while (name.size() > 1 && name.ends_with('/')) name.pop_back();
     constexpr mode_t kForThePerson = 0700;
-    if (mkdir(name.c_str(), kForThePerson) == 0 || errno == EEXIST) return;
+    if (mkdir(name.c_str(), kForThePerson) == 0) return SyncFolder(name);
+    if (errno == EEXIST) return;
     const std::string above = FolderOfMachinePath(name).string();
     if (errno != ENOENT || above == name) FailBySystem("make", name);
     MakeFolder(BackslashPath(above));

@@ -11,6 +11,13 @@ namespace kelvane {
 
 std::function<void()> HandlerDone;
 
+namespace {
+
+// Handlers run within each other: painting, and whatever happens while a dialog is open.
+int Depth = 0;
+
+}  // namespace
+
 void RunHandler(const std::function<void()>& handler) {
   if (!handler) return;
   if (TheDialogs == nullptr) {
@@ -18,6 +25,7 @@ void RunHandler(const std::function<void()>& handler) {
     return;
   }
   std::string message;
+  ++Depth;
   try {
     handler();
   } catch (const Failure& failure) {
@@ -27,7 +35,7 @@ void RunHandler(const std::function<void()>& handler) {
   } catch (const std::exception& error) {
     message = std::string("This command stopped because of an error in the program: ") + error.what();
   }
-  if (HandlerDone) HandlerDone();
+  if (--Depth == 0 && HandlerDone) HandlerDone();
   if (!message.empty()) TheDialogs->Message(message);
 }
 

@@ -34,6 +34,8 @@ class MemoryFiles : public Files {
   void FailStep(FileStep step, int nth = 1);
   // The `nth` step of any kind from now on fails, and with `lasting` every one after it.
   void FailAnyStep(int nth, bool lasting = false);
+  // Steps on files in these folders neither fail nor count.
+  std::vector<std::string> spared;
   // Takes failures that did not come about back.
   void FailNothing();
 
@@ -63,7 +65,7 @@ class MemoryFiles : public Files {
 
  private:
   Handle Open(const std::string& path);
-  bool IsToFail(FileStep step);
+  bool IsToFail(FileStep step, const std::string& path);
   void Take(FileStep step, const std::string& path);
 
   std::map<Handle, std::string> handles;
