@@ -121,7 +121,11 @@ Box WhatDiffers(const Page& file, const Page& left) {
   AddLines(Compare(file.drawings, left.drawings), ParseDrawing, Drawing(), all);
   const Box paper{0, 0, PaperWidth, PaperHeight};
   if (!all) return paper;
-  Box shown{all->left - kAround, all->top - kAround, all->right + kAround, all->bottom + kAround};
+  // What lies on the paper is shown with what is around it there.
+  const auto below = [](float edge, float end) { return edge >= 0 ? std::max(edge - kAround, 0.0F) : edge - end; };
+  const auto above = [](float edge, float end) { return edge <= end ? std::min(edge + kAround, end) : edge + kAround; };
+  Box shown{below(all->left, kAround), below(all->top, kAround), above(all->right, PaperWidth),
+            above(all->bottom, PaperHeight)};
   const float more = std::max(kLeastShown - (shown.right - shown.left), 0.0F) / 2;
   shown.left -= more;
   shown.right += more;
@@ -140,8 +144,14 @@ View PictureView(const Canvas& canvas) {
   if (!(view.scale > 0)) return view;
   const float across = width / view.scale;
   const float down = height / view.scale;
-  const float left = (Shown.left + Shown.right - across) / 2;
-  const float top = (Shown.top + Shown.bottom - down) / 2;
+  // Beside the paper there is nothing to be seen, unless something lies there.
+  const auto onPaper = [](float least, float most, float length, float paper) {
+    const float start = (least + most - length) / 2;
+    if (least < 0 || most > paper || length > paper) return start;
+    return std::clamp(start, 0.0F, paper - length);
+  };
+  const float left = onPaper(Shown.left, Shown.right, across, PaperWidth);
+  const float top = onPaper(Shown.top, Shown.bottom, down, PaperHeight);
   view.area = {left, top, left + across, top + down};
   return view;
 }

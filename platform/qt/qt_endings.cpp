@@ -47,6 +47,9 @@ void WatchForEndings(QApplication& application, std::function<void()> flush) {
   const auto leave = [flush = std::move(flush)] {
     flush();
     QCoreApplication::exit(0);
+    // A dialog that was opened before the event loop began ends by that, and the loop is still to come.
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
   };
   application.installEventFilter(new QuitWatcher(&application, leave));
 
