@@ -1,6 +1,5 @@
 #include "papers/journal_format.h"
 
-#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstddef>
@@ -90,11 +89,9 @@ void FileOfPage(std::string& out, const JournalFile& file) {
 
 // The one stretch in which a text differs from what it was.
 void Change(std::string& out, const std::string& before, const std::string& now) {
-  const std::size_t shorter = std::min(before.size(), now.size());
-  std::size_t front = 0;
-  while (front < shorter && before[front] == now[front]) ++front;
-  std::size_t back = 0;
-  while (back < shorter - front && before[before.size() - 1 - back] == now[now.size() - 1 - back]) ++back;
+  const std::size_t front = CommonFront(before, now);
+  const std::size_t back =
+      CommonBack(std::string_view(before).substr(front), std::string_view(now).substr(front));
   Count(out, front);
   Count(out, before.size() - front - back);
   Text(out, std::string_view(now).substr(front, now.size() - front - back));
