@@ -49,16 +49,18 @@ void ShowText(const std::string& ghostscript) {
        {{{.text = "Windows        " + TheToolkit->Version()}}, {{.text = "Ghostscript    " + ghostscript}}}},
       Heading(2, "Licences"),
       Paragraph(
-          "Qt: GNU Lesser General Public License, version 3. It is loaded when the program starts and can "
-          "be replaced by another build of it."),
+          "Qt: GNU Lesser General Public License, version 3, or GNU General Public License, version 2. It is "
+          "loaded when the program starts and can be replaced by another build of it."),
       Paragraph(
           "Widths of the text typefaces, in the width tables and the prolog: from the metrics of the URW "
-          "base 35 fonts, GNU Affero General Public License, version 3, with the exception for documents "
-          "that use the fonts. The fonts themselves are those of the system."),
-      Paragraph("Ghostscript: GNU Affero General Public License, version 3. It is no part of the program."),
+          "base 35 fonts, GNU Affero General Public License, version 3, with an exception for documents in "
+          "PostScript or PDF that are set in them. The fonts themselves are those of the system."),
+      Paragraph("Ghostscript: GNU Affero General Public License, version 3 or later. It is no part of the "
+                "program."),
+      Paragraph("zlib: zlib License. It is loaded when the program starts."),
       Paragraph(
-          "Web engine, where it is installed: Qt WebEngine, GNU Lesser General Public License, version 3, "
-          "with the parts of Chromium under their own licences."),
+          "Web engine, where it is installed: Qt WebEngine, GNU Lesser General Public License, version 3, or "
+          "GNU General Public License, version 2, with the parts of Chromium under their own licences."),
       Paragraph("The font Math0, the manual and the sample papers are part of Kelvane."),
   });
 }

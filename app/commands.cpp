@@ -4,6 +4,7 @@
 
 #include "app/about_window.h"
 #include "app/contact_window.h"
+#include "app/context_help.h"
 #include "app/exit.h"
 #include "app/find_window.h"
 #include "app/foot.h"
@@ -142,6 +143,14 @@ void PasteAtPointer() {
   Paste(PointerOnPaper());
 }
 
+// The designer is made when it is first opened.
+bool OpenDesigner() {
+  const bool made = DesignerWindow != nullptr;
+  ShowDesigner();
+  if (!made) AddHelpKeys(*DesignerWindow, kDesignerPage);
+  return true;
+}
+
 Command Separator(const char* menu) {
   return {.menu = menu};
 }
@@ -178,13 +187,16 @@ std::string OpenCaption() {
 void AddAnchorMenu(Table& table) {
   for (int anchor = 1; anchor <= 9; ++anchor) {
     const auto choose = [anchor] {
-      SetAnchor(anchor);
+      SelectedProperties().texts > 0 ? SetAnchor(anchor) : ChooseAnchor(static_cast<std::int16_t>(anchor));
       return true;
     };
-    table.push_back({"&Edit/Anc&hor", "mAnchor" + std::to_string(anchor),
-                     "&" + std::to_string(anchor) + " " + kAnchorNames[anchor], "", choose,
-                     [] { return SelectedProperties().texts > 0; },
-                     [anchor] { return ShowsAnchor(anchor); }});
+    const std::string number = std::to_string(anchor);
+    table.push_back({.menu = "&Edit/Anc&hor",
+                     .id = "mAnchor" + number,
+                     .caption = "&" + number + " " + kAnchorNames[anchor],
+                     .key = "Ctrl+Alt+" + number,
+                     .run = choose,
+                     .checked = [anchor] { return ShowsAnchor(anchor); }});
   }
 }
 
@@ -517,7 +529,7 @@ void AddButtons(Table& table) {
       "Italic Subscript",   "Back from Italic Subscript",   "Forward from Italic Subscript",
   };
   const auto add = [&](const std::string& id, const char* caption, const char* key, std::function<bool()> run,
-                       const char* toolTip) {
+                       const std::string& toolTip) {
     table.push_back({.id = id, .caption = caption, .key = key, .run = std::move(run), .toolTip = toolTip});
   };
   for (int i = 0; i < 12; ++i) {
@@ -528,14 +540,16 @@ void AddButtons(Table& table) {
     };
     add("Script" + std::to_string(i), kScripts[i], "", insert, kScripts[i]);
   }
-  add("PageUp", "Pg Up", "PgUp", PageUp, "Previous Page");
-  add("PageDown", "Pg Dn", "PgDown", PageDown, "Next Page");
+  add("PageUp", "Pg Up", "PgUp", PageUp, "Previous Page (PgUp)");
+  add("PageDown", "Pg Dn", "PgDown", PageDown, "Next Page (PgDown)");
   for (std::int16_t mode = 0; mode < 10; ++mode) {
     const auto choose = [mode] {
       ChooseAnchor(mode);
       return true;
     };
-    add("Cur" + std::to_string(mode), kAnchorNames[mode], "", choose, kAnchorNames[mode]);
+    const std::string name = kAnchorNames[mode];
+    const std::string key = mode == 0 ? "Esc" : "Ctrl+Alt+" + std::to_string(mode);
+    add("Cur" + std::to_string(mode), kAnchorNames[mode], "", choose, name + " (" + key + ")");
   }
 }
 
@@ -550,7 +564,7 @@ Table MakeTable() {
   AddThicknessMenu(table);
   AddDrawMenu(table);
   table.push_back(Separator("F&ormat"));
-  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", Run<ShowDesigner>});
+  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", OpenDesigner});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
   table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});

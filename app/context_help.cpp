@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 
 #include "editing/cursor.h"
 #include "help/help_window.h"
@@ -15,7 +16,7 @@ struct Topic {
   const char* name;
   const char* heading;
 };
-constexpr Topic kTopics[] = {
+constexpr Topic kOfEditor[] = {
     {"Superscript", "Superscripts and subscripts"},
     {"Subscript", "Superscripts and subscripts"},
     {"Italic Su", "Superscripts and subscripts"},
@@ -32,25 +33,38 @@ constexpr Topic kTopics[] = {
     {"Shape Drawing", "Shaping drawings"},
     {"Page", "The view"},
     {"Scroll", "The view"},
-    {"Macro", "Macros"},
-    {"Definition", "Macros"},
+    {"Sign", "The panel of signs"},
 };
+constexpr Topic kOfDesigner[] = {
+    {"Draw", "Drawing strokes"},       {"Reverse", "Drawing strokes"}, {"Select", "Changing them"},
+    {"Close", "Changing them"},        {"Split", "Changing them"},     {"Undo", "Changing them"},
+    {"Redo", "Changing them"},         {"Restore", "Saving"},          {"Save", "Saving"},
+    {"Fit", "Keys of the grid"},       {"Grid", "Keys of the grid"},   {"Characters", "What it shows"},
+    {"Character ", "Behind the grid"},
+};
+struct WindowTopics {
+  const char* page;
+  std::span<const Topic> topics;
+};
+constexpr WindowTopics kWindows[] = {{kEditorPage, kOfEditor}, {kDesignerPage, kOfDesigner}};
 
-// File dialogs by their titles.
-constexpr Topic kDialogs[] = {{"Open", "Saving and opening"}, {"Save As", "Saving and opening"}};
-
-void ShowHelpOfPointed(const Window& window, const std::string& otherwise) {
-  const std::string heading = HeadingAbout(window.NameUnderPointer());
-  ShowHelpAt(heading.empty() ? otherwise : heading);
-}
+// Dialogs by their titles, those that choose a file to read by what their button does.
+constexpr Topic kDialogs[] = {{"Open", "Saving and opening"}, {"Save As", "Saving and opening"},
+                              {"Print", "Printing"},          {"Write Text", "Plain text"},
+                              {"Position", "Position"},       {"Scale", "Arranging items"},
+                              {"Rotate", "Arranging items"}};
 
 }  // namespace
 
-std::string HeadingAbout(const std::string& control) {
+std::string HeadingAbout(const std::string& page, const std::string& control) {
   const auto isAnchor = [&](const char* name) { return control == name; };
-  if (std::any_of(std::begin(kAnchorNames) + 1, std::end(kAnchorNames), isAnchor)) return "Anchors";
-  for (const Topic& topic : kTopics)
-    if (control.starts_with(topic.name)) return topic.heading;
+  if (page == kEditorPage && std::any_of(std::begin(kAnchorNames) + 1, std::end(kAnchorNames), isAnchor))
+    return "Anchors";
+  for (const WindowTopics& window : kWindows) {
+    if (page != window.page) continue;
+    for (const Topic& topic : window.topics)
+      if (control.starts_with(topic.name)) return topic.heading;
+  }
   return {};
 }
 
@@ -60,7 +74,10 @@ void AddHelpKeys(Window& window, const std::string& heading) {
 }
 
 void AddPointedHelpKey(Window& window, const std::string& heading) {
-  window.AddShortcut("Shift+F1", [&window, heading] { ShowHelpOfPointed(window, heading); });
+  window.AddShortcut("Shift+F1", [&window, heading] {
+    const std::string pointed = HeadingAbout(heading, window.NameUnderPointer());
+    ShowHelpAt(pointed.empty() ? heading : pointed);
+  });
 }
 
 void AddHelpOfDialogs() {

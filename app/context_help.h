@@ -8,14 +8,19 @@
 
 namespace kelvane {
 
-// F1 in the window shows the page of that heading; Shift+F1 that of the control under the pointer.
+// The pages about windows whose controls have headings of their own.
+inline constexpr char kEditorPage[] = "The window";
+inline constexpr char kDesignerPage[] = "The character designer";
+
+// F1 in a window beside the editor shows the page of that heading; Shift+F1 what is said of the control under
+// the pointer.
 void AddHelpKeys(Window& window, const std::string& heading);
 // Shift+F1 alone: the main window's F1 is a command.
 void AddPointedHelpKey(Window& window, const std::string& heading);
 // F1 in message boxes and file dialogs.
 void AddHelpOfDialogs();
 
-// The heading about a control of the main window, by its accessible name; empty if none is.
-std::string HeadingAbout(const std::string& control);
+// The heading about a control, by its accessible name, in the window of that page; empty if none is.
+std::string HeadingAbout(const std::string& page, const std::string& control);
 
 }  // namespace kelvane

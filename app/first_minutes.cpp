@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
 
 #include "document/page.h"
 #include "editing/keyboard.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "typography/metrics.h"
+#include "typography/run_painter.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
@@ -20,7 +20,6 @@ constexpr const char* kLines[] = {
     "To look at a page that is done first: Help, Sample Papers.",
 };
 constexpr std::int16_t kFont = 4;  // Helvetica
-constexpr ScreenFace kFace{"Arial"};
 constexpr ColourValue kInk = 0x704030;
 constexpr ColourValue kGround = 0xFFF8F0;
 // Pixels.
@@ -77,13 +76,8 @@ void PaintHint(Painter& painter, const View& view) {
   painter.FillBox({corner.x, corner.y, opposite.x, opposite.y}, kGround);
   float baseline = top + kMargin + kEm * fit;
   for (const std::string_view line : kLines) {
-    std::vector<Point> origins;
-    float x = (width - MeasureRun(line, kFont, kEm * fit)) / 2;
-    for (const char character : line) {
-      origins.push_back(at(x, baseline));
-      x += Advance(static_cast<unsigned char>(character), kFont, kEm * fit);
-    }
-    painter.DrawText(kFace, kEm * fit, line, origins, kInk);
+    const float x = (width - MeasureRun(line, kFont, kEm * fit)) / 2;
+    PaintWords(painter, line, kFont, kEm * fit, view.scale, at(x, baseline), kInk);
     baseline += kLead * fit;
   }
 }

@@ -28,6 +28,7 @@
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "palette/palette.h"
+#include "palette/tall_brackets.h"
 #include "papers/find.h"
 #include "papers/journal.h"
 #include "papers/page_operations.h"
@@ -143,7 +144,9 @@ bool StartUp(const std::string& executableFolder) {
   ShowPageNumber();
   ShowChoices();
   AddHelpKeys(*Form7, "Macros");
-  AddPointedHelpKey(*Form1, "The window");
+  AddHelpKeys(*FindWindow, "Finding text");
+  AddHelpKeys(*TallWindow, "The panel of signs");
+  AddPointedHelpKey(*Form1, kEditorPage);
   AddHelpOfDialogs();
   return true;
 }

@@ -127,7 +127,8 @@ void ShowWebPage() {
   if (WebWindow == nullptr && !NoEngine) NoEngine = !Build();
   if (NoEngine) {
     OpenElsewhere(kMakerPage);
-    ShowNote("Opened in your own browser, since Qt WebEngine is not installed: " + std::string(kMakerPage));
+    ShowNote("Opened in your own browser, since Qt WebEngine is not installed or cannot run: " +
+             std::string(kMakerPage));
     return;
   }
   WebWindow->Show();

@@ -1,12 +1,20 @@
-// How long it takes to find what lies under the pointer on a page of 5,000 items.
+// How long it takes on a page of 5,000 items to find what lies under the pointer, to drag, to nudge and to
+// undo, with one item selected and with all of them.
 
 #include <benchmark/benchmark.h>
 
+#include <QCoreApplication>
 #include <random>
 #include <string>
 
+#include "app/main_window.h"
+#include "app/startup.h"
 #include "document/page.h"
 #include "document/page_items.h"
+#include "editing/edit.h"
+#include "editing/modes.h"
+#include "editing/selection.h"
+#include "editing/undo.h"
 #include "typography/item_boxes.h"
 
 namespace kelvane {
@@ -60,6 +68,74 @@ void AllInkBoxes(benchmark::State& state) {
   }
 }
 
+// The editor on that page, in Select, the first item or all of them selected.
+void OpenBusyPage(bool all) {
+  std::minstd_rand random(7);
+  ShowEditor({});
+  ThePage = BusyPage(random);
+  ResetEdits();
+  LeaveEditing();
+  SelectAll();
+  if (!all) Select({ItemsOfPage().Texts().front().id});
+  QCoreApplication::processEvents();
+}
+
+void Nudge(benchmark::State& state) {
+  OpenBusyPage(state.range(0) != 0);
+  for (auto _ : state) Form1_Picture1_KeyPress(kKeyRight);
+}
+
+// Both of them: half of it is one.
+void UndoAndRedo(benchmark::State& state) {
+  OpenBusyPage(state.range(0) != 0);
+  Form1_Picture1_KeyPress(kKeyRight);
+  for (auto _ : state) {
+    Undo();
+    Redo();
+  }
+}
+
+// A move of the mouse, and the screen shown.
+void DragStep(benchmark::State& state) {
+  OpenBusyPage(state.range(0) != 0);
+  const TextEntry& entry = ItemsOfPage().Texts().front().entry;
+  const Box ink = InkBoxOf(entry);
+  MouseEvent mouse;
+  mouse.x = (ink.left + ink.right) / 2;
+  mouse.y = (ink.top + ink.bottom) / 2;
+  Form1_Picture1_MouseDown(mouse);
+  float way = 10;
+  for (auto _ : state) {
+    mouse.x += way;
+    way = -way;
+    Form1_Picture1_MouseMove(mouse);
+    QCoreApplication::processEvents();
+  }
+  Form1_Picture1_KeyPress(kKeyEscape);
+  Form1_Picture1_MouseUp(mouse);
+}
+
+BENCHMARK(Nudge)
+    ->ArgNames({"all"})
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(9)
+    ->MinTime(0.1);
+BENCHMARK(UndoAndRedo)
+    ->ArgNames({"all"})
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(9)
+    ->MinTime(0.1);
+BENCHMARK(DragStep)
+    ->ArgNames({"all"})
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(9)
+    ->MinTime(0.1);
 BENCHMARK(Pick)->Unit(benchmark::kMillisecond)->Repetitions(15)->MinTime(0.05);
 BENCHMARK(AllInkBoxes)->Unit(benchmark::kMillisecond)->Repetitions(15)->MinTime(0.05);
 

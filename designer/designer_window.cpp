@@ -44,21 +44,12 @@ std::string Note;  // what was done last; a warning comes before it
 // Controls that belong to the window alone.
 struct Parts {
   std::vector<std::pair<Button*, int>> buttons;  // and their widths
-  Button* select = nullptr;
-  Button* draw = nullptr;
-  Label* backgroundLabel = nullptr;
-  Label* width = nullptr;
-  Label* place = nullptr;
-  Label* note = nullptr;
-  MenuEntry* selectEntry = nullptr;
-  MenuEntry* drawEntry = nullptr;
-  MenuEntry* quarters = nullptr;
-  MenuEntry* undo = nullptr;
-  MenuEntry* redo = nullptr;
-  MenuEntry* paste = nullptr;
-  MenuEntry* typefaces[kFirstGlyphFont + 1] = {};
+  Button *select, *draw;
+  Label *backgroundLabel, *width, *place, *note;
+  MenuEntry *selectEntry, *drawEntry, *quarters, *undo, *redo, *paste;
+  MenuEntry* typefaces[kFirstGlyphFont + 1];
 };
-Parts Own;
+Parts Own{};
 
 std::string NameOfCode(std::int16_t code) {
   const std::string key = code == ' '         ? "space"

@@ -61,15 +61,6 @@ View PixelView(const Canvas& canvas, bool printed) {
   return view;
 }
 
-void PaintLabel(Canvas& canvas, std::string_view text, Point at) {
-  std::vector<Point> origins;
-  for (const char c : text) {
-    origins.push_back(at);
-    at.x += Advance(static_cast<unsigned char>(c), kLabelFont, kLabelEm);
-  }
-  canvas.DrawText(kTypefaceNames[kLabelFont].screen, kLabelEm, text, origins, kLabelColour);
-}
-
 // How far a run with glyphs of Math0 reaches above and below its baseline, in ems: as letters do, or further.
 struct Height {
   float up = 0.75F;
@@ -220,10 +211,12 @@ void PaintPreview(Canvas& canvas, const Box& area, std::int16_t code) {
       row = {left.left, split + large, left.right, left.bottom};
     }
     const char* label = printed ? "in print" : "on the screen";
-    PaintLabel(canvas, label, {small.left + kMargin, small.top + kLabelEm});
+    PaintWords(canvas, label, kLabelFont, kLabelEm, 1, {small.left + kMargin, small.top + kLabelEm},
+               kLabelColour);
     small.top += kLabelEm;
     PaintFitting(canvas, small, run, kTextFont, height, FontSize * SCALE, printed);
-    PaintLabel(canvas, label, {row.left + kMargin, row.top + kLabelEm});
+    PaintWords(canvas, label, kLabelFont, kLabelEm, 1, {row.left + kMargin, row.top + kLabelEm},
+               kLabelColour);
     PaintFitting(canvas, row, run, kTextFont, height, kLargeSize * SCALE, printed);
   }
 }

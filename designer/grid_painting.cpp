@@ -100,13 +100,7 @@ class GridPainter {
 
   void PaintHeight(float y, std::string_view name) {
     painter.DrawLine({area.left, y}, {area.right, y}, {kMarkColour, 1, true});
-    std::vector<Point> origins;
-    float x = area.left + 3 / unit;
-    for (const char c : name) {
-      origins.push_back({x, y - 2 / unit});
-      x += Advance(static_cast<unsigned char>(c), kLabelFont, kLabelEm) / unit;
-    }
-    painter.DrawText(kTypefaceNames[kLabelFont].screen, kLabelEm, name, origins, kMarkColour);
+    PaintWords(painter, name, kLabelFont, kLabelEm, unit, {area.left + 3 / unit, y - 2 / unit}, kMarkColour);
   }
 
   void PaintStrokes() {

@@ -58,12 +58,38 @@ T ReadNumber(std::string_view text) {
   return negative && value != 0 ? -value : value;
 }
 
+// Writes a number of the size that places on paper have with up to seven digits, and returns the end: several
+// times as quick as std::to_chars. Null for other sizes, and halfway between two such numbers, where the
+// product may have been rounded.
+char* WriteUsual(float value, char* to) {
+  constexpr double kLeast = 0.001;
+  constexpr double kSevenDigits = 1e6;
+  constexpr double kTooNear = 1e-6;
+  const double size = std::fabs(static_cast<double>(value));
+  if (!(size >= kLeast && size < kSevenDigits)) return nullptr;
+  long long scale = 1;
+  while (size * static_cast<double>(scale) < kSevenDigits) scale *= 10;
+  const double scaled = size * static_cast<double>(scale);
+  if (std::fabs(scaled - std::floor(scaled) - 0.5) < kTooNear) return nullptr;
+  const auto digits = static_cast<long long>(std::nearbyint(scaled));
+  if (value < 0) *to++ = '-';
+  to = std::to_chars(to, to + kSingleDigits + 1, digits / scale).ptr;
+  long long rest = digits % scale;
+  if (rest != 0) *to++ = '.';
+  for (; rest != 0; rest %= scale) {
+    scale /= 10;
+    *to++ = static_cast<char>('0' + rest / scale);
+  }
+  return to;
+}
+
 }  // namespace
 
 std::string FormatSingle(float value) {
   if (value == 0 || std::isnan(value)) return "0";
   constexpr float kLargest = std::numeric_limits<float>::max();
   std::array<char, 32> buffer;
+  if (char* end = WriteUsual(value, buffer.data())) return {buffer.data(), end};
   const auto written =
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::clamp(value, -kLargest, kLargest),
                     std::chars_format::general, kSingleDigits);

@@ -181,10 +181,14 @@ bool ParseTextEntry(std::string_view line, TextEntry& entry) {
 std::string LineOfEntry(const TextEntry& entry) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   const char font = kDigits[entry.font >= 0 && entry.font < 16 ? entry.font : 0];
-  std::string line = FormatSingle(entry.x) + ' ' + FormatSingle(entry.y) + " m " + FormatSingle(entry.size) +
-                     " F" + font + " (";
-  line.append(entry.text).append(") ").append(std::to_string(entry.anchor));
-  return entry.justified ? line + ' ' + FormatSingle(entry.amount) + " a" : line + " s";
+  std::string line;
+  AppendTokens(line, {entry.x, entry.y});
+  line += " m";
+  AppendTokens(line, {entry.size});
+  line.append(" F").append(1, font).append(" (").append(entry.text).append(") ");
+  line += std::to_string(entry.anchor);
+  if (entry.justified) AppendTokens(line, {entry.amount});
+  return line.append(entry.justified ? " a" : " s");
 }
 
 LineStyle DecodeLineStyle(float value) {

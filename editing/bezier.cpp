@@ -145,7 +145,7 @@ class PathDrawer : public Tool {
   bool Key(int code) override {
     if (code == kKeyEnter) FinishDrawing();
     if (code == kKeyBackspace) TakeBackPoint();
-    if (code == kKeyEscape) DropDrawing();
+    if (code == kKeyEscape) PathIsOpen() ? DropDrawing() : TakeMode(0);
     return code < kKeyLeft;
   }
 

@@ -1,7 +1,8 @@
 #include "editing/differences.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <compare>
+#include <functional>
 
 namespace kelvane {
 
@@ -28,17 +29,29 @@ class Lines {
   std::string_view operator[](std::size_t i) const { return lines_[i]; }
   // How far behind line `i` such a line stands next.
   std::size_t WayTo(std::string_view line, std::size_t i) {
-    if (places_.empty())
-      for (std::size_t place = 0; place < lines_.size(); ++place) places_[lines_[place]].push_back(place);
-    const auto found = places_.find(line);
-    if (found == places_.end()) return kNowhere;
-    const auto next = std::upper_bound(found->second.begin(), found->second.end(), i);
-    return next == found->second.end() ? kNowhere : *next - i;
+    const std::hash<std::string_view> hash;
+    if (places_.empty()) {
+      places_.reserve(lines_.size());
+      for (std::size_t at = 0; at < lines_.size(); ++at) places_.push_back({hash(lines_[at]), at});
+      std::sort(places_.begin(), places_.end());
+    }
+    const Place from{hash(line), i + 1};
+    for (auto next = std::lower_bound(places_.begin(), places_.end(), from);
+         next != places_.end() && next->hash == from.hash; ++next) {
+      if (lines_[next->at] == line) return next->at - i;
+    }
+    return kNowhere;
   }
 
  private:
+  struct Place {
+    std::size_t hash;
+    std::size_t at;
+    auto operator<=>(const Place&) const = default;
+  };
+
   std::vector<std::string_view> lines_;
-  std::unordered_map<std::string_view, std::vector<std::size_t>> places_;
+  std::vector<Place> places_;  // sorted: equal lines stand together
 };
 
 // Walks down two stretches of lines. If most lines are in their places, the others were changed. Otherwise,

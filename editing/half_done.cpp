@@ -2,12 +2,13 @@
 
 #include <algorithm>
 
-#include "document/numbers.h"
+#include "document/page.h"
 #include "document/page_items.h"
 #include "editing/bezier.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/pending_run.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
@@ -23,7 +24,8 @@ std::uint64_t NumberOfItem(std::uint64_t id) {
   number = 0;
   if (id == 0) return 0;
   const auto& texts = ItemsOfPage().Texts();
-  const auto item = std::find_if(texts.begin(), texts.end(), [id](const TextItem& text) { return text.id == id; });
+  const auto item =
+      std::find_if(texts.begin(), texts.end(), [id](const TextItem& text) { return text.id == id; });
   if (item != texts.end()) number = static_cast<std::uint64_t>(item - texts.begin()) + 1;
   return number;
 }
@@ -44,30 +46,29 @@ HalfDone HalfDoneNow() {
 }
 
 void TakeUp(const HalfDone& half) {
-  const int anchor = AnchorOfMode(half.mode);
   if (half.mode == kBezierMode) {
     ChooseShape(half.shape);
     CurrentDrawing = half.path;
     ShowCursor();
     return;
   }
+  // What waits in the box for a place is not to make room for nothing.
+  const std::string run = half.run.empty() ? PendingRun : half.run;
+  TextEntry entry;
+  entry.x = half.cursor.x;
+  entry.y = half.cursor.y;
+  entry.size = half.size;
+  entry.font = half.font;
+  entry.text = run;
   TakeMode(0);
   const auto& texts = ItemsOfPage().Texts();
   if (half.retyped > 0 && half.retyped <= texts.size()) {
     RetypeItem(texts[half.retyped - 1].id, half.cursor);
-    if (Retyping()) return PutRun(half.run, half.caret);
-  }
-  if (anchor != 0) {
+  } else if (AnchorOfMode(half.mode) != 0) {
     TakeMode(half.mode);
-    CursorX = half.cursor.x;
-    CursorY = half.cursor.y;
   }
-  BaseFont = half.font;
-  CheckFontMenu(BaseFont);
-  FontSize = half.size;
-  if (Text1) Text1->SetText(FormatSingle(FontSize));
-  // What waits in the box for a place is not to make room for nothing.
-  if (!half.run.empty()) PutRun(half.run, half.caret);
+  TakeRunOf(entry, half.caret);
+  ShowCursor();
 }
 
 }  // namespace kelvane

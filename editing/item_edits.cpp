@@ -1,8 +1,7 @@
 #include "editing/item_edits.h"
 
 #include <limits>
-#include <unordered_map>
-#include <unordered_set>
+#include <utility>
 
 #include "document/lines.h"
 #include "editing/edit.h"
@@ -14,8 +13,9 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-// New texts of items by their place in the page; an empty text takes the item away.
-using Changes = std::unordered_map<const void*, std::string>;
+// Items and their new texts, in the page's order; an empty text takes the item away.
+template <typename Item>
+using Changes = std::vector<std::pair<const Item*, std::string>>;
 
 std::string_view TextOf(const TextItem& item) {
   return item.line;
@@ -25,21 +25,22 @@ std::string_view TextOf(const DrawingItem& item) {
 }
 
 template <typename Item>
-std::string Rewritten(const std::vector<Item>& items, const Changes& changes, int& removed) {
+std::string Rewritten(const std::vector<Item>& items, const Changes<Item>& changes, int& removed) {
   std::string text;
+  auto change = changes.begin();
   for (const Item& item : items) {
-    const auto change = changes.find(&item);
-    const std::string_view line = change == changes.end() ? TextOf(item) : std::string_view(change->second);
-    if (change != changes.end() && line.empty()) {
+    const bool changed = change != changes.end() && change->first == &item;
+    const std::string_view line = changed ? std::string_view((change++)->second) : TextOf(item);
+    if (changed && line.empty()) {
       ++removed;
-      continue;
+    } else {
+      text.append(line).append(kLineEnd);
     }
-    text.append(line).append(kLineEnd);
   }
   return text;
 }
 
-void Rewrite(const std::string& label, const Changes& texts, const Changes& drawings) {
+void Rewrite(const std::string& label, const Changes<TextItem>& texts, const Changes<DrawingItem>& drawings) {
   const PageItems& items = ItemsOfPage();
   int removed = 0;
   int removedDrawings = 0;
@@ -70,17 +71,17 @@ std::string StyleOf(const DrawingItem& item) {
 }  // namespace
 
 void ChangeSelected(const std::string& label, const ChangeText& text, const ChangeDrawing& drawing) {
-  Changes texts;
-  Changes drawings;
+  Changes<TextItem> texts;
+  Changes<DrawingItem> drawings;
   const SelectedItems selected = Selection();
   for (const TextItem* item : selected.texts) {
     TextEntry entry = item->entry;
-    if (text && text(entry)) texts[item] = LineOfEntry(entry);
+    if (text && text(entry)) texts.emplace_back(item, LineOfEntry(entry));
   }
   for (const DrawingItem* item : selected.drawings) {
     Drawing changed = item->drawing;
     std::string style = StyleOf(*item);
-    if (drawing && drawing(changed, style)) drawings[item] = RecordOfDrawing(changed, style);
+    if (drawing && drawing(changed, style)) drawings.emplace_back(item, RecordOfDrawing(changed, style));
   }
   if (!texts.empty() || !drawings.empty()) Rewrite(label, texts, drawings);
 }
@@ -101,11 +102,11 @@ void MoveSelected(float dx, float dy) {
 }
 
 void DeleteSelected(const std::string& label) {
-  Changes texts;
-  Changes drawings;
+  Changes<TextItem> texts;
+  Changes<DrawingItem> drawings;
   const SelectedItems selected = Selection();
-  for (const TextItem* item : selected.texts) texts[item];
-  for (const DrawingItem* item : selected.drawings) drawings[item];
+  for (const TextItem* item : selected.texts) texts.emplace_back(item, "");
+  for (const DrawingItem* item : selected.drawings) drawings.emplace_back(item, "");
   if (selected.Count() > 0) Rewrite(label, texts, drawings);
 }
 

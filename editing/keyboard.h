@@ -1,23 +1,18 @@
 #pragma once
 
-// Typing at the cursor point: the pending run, its caret and keys, and its commit into a text entry.
+// Typing at the cursor point: what keys and the mouse do to the pending run, and its commit into a text
+// entry.
 
-#include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
 
+#include "editing/pending_run.h"
 #include "editing/tool.h"
-#include "platform/controls.h"
 
 namespace kelvane {
 
-// The run being typed; always equal to the text of Text4. Codes 1 to 255 without CR and LF.
-extern std::string PendingRun;
 // The next commit writes the justified form.
 extern bool JustifyRun;
-
-extern TextBox* Text4;  // control-code box
 
 void ResetKeyboard();
 
@@ -30,30 +25,6 @@ bool RunIsOpen();
 
 // A key on the canvas, by character code.
 void TypeKey(int code);
-// Script button 0 to 11 puts code 240 + index into the run. One that begins a script puts what is selected
-// into it.
-void InsertScript(int index);
-// Puts text into the run at the caret, or in the place of what is selected, if a cursor point is placed.
-void InsertText(const std::string& text);
-// The same for what sets a sign, which may begin and end with a switch: one that has no effect is left out.
-void InsertRun(std::string run);
-// What an input method has in the making, in UTF-8: shown at the caret as it would be set, in
-// the place of what is selected.
-void ShowPreedit(const std::string& utf8);
-// What stands before the caret, or before what is selected and gives way; and the typeface in force there.
-std::string_view RunBeforeCaret();
-std::int16_t FontAtCaret();
-// The typeface in force behind a run that begins in BaseFont.
-std::int16_t FontBehind(std::string_view run);
-// The selected part of the run being typed, empty if there is none.
-std::string SelectedText();
-void SelectWholeRun();
-// A typeface chosen from the Font Name menu: for what is selected, else for what is typed next.
-void ChooseFont(std::int16_t font);
-// The one that was in force before the last choice.
-void ChooseFontBefore();
-// The person edited the control-code box.
-void ControlCodeBoxChanged();
 // Enter in the box, or "OK": completes the run and gives the focus back to the canvas.
 void ApplyControlCodeBox();
 
@@ -94,9 +65,6 @@ std::uint64_t RetypedItem();
 // Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself
 // is no longer on the page. Only in its own anchor mode and while nothing is being typed.
 bool GiveBackRun(std::string_view line);
-// Puts a run into the box, its caret before character `caret`, whatever stood there. An item being retyped
-// goes on being it.
-void PutRun(const std::string& run, std::size_t caret);
 // Whether the open run is as it was given back.
 bool RunIsAsGivenBack();
 // Empties the run without a commit.

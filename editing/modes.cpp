@@ -59,12 +59,6 @@ void LeaveEditing() {
   TakeMode(0);
 }
 
-void TakeMode(std::int16_t mode) {
-  CursorMode = mode;
-  SetCanvasPointer(CursorMode);
-  ShowCursor();
-}
-
 void PaintOverlay(Painter& painter, const View& view) {
   ToolInForce().Paint(painter, view);
   if (view.printed) return;

@@ -24,8 +24,6 @@ void ShapeDrawing(std::uint64_t id);
 void FinishEditing();
 // What every command of the File and Edit menus does first: that, then Select.
 void LeaveEditing();
-// Takes a mode as it was found, its sign included, with its pointer.
-void TakeMode(std::int16_t mode);
 
 // Filled at start-up: the marks of what a search found, which are on every tool's overlay.
 extern std::function<void(Painter&, const View&)> PaintFinds;

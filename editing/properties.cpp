@@ -116,7 +116,7 @@ bool ShowsThickness(double width) {
 }
 
 bool ShowsAnchor(int anchor) {
-  return SelectedProperties().anchor == anchor;
+  return RunsSelected() ? SelectedProperties().anchor == anchor : AnchorOfMode(CursorMode) == anchor;
 }
 
 void SetFont(std::int16_t font) {

@@ -65,6 +65,7 @@ class ShapeDrawer : public Tool {
 
   bool Key(int code) override {
     if (code == kKeyEnter) FinishDrawing();
+    if (code == kKeyEscape && !PathIsOpen()) TakeMode(0);
     if (code == kKeyEscape || code == kKeyBackspace) DropDrawing();
     return code < kKeyLeft;
   }

@@ -214,10 +214,8 @@ void DropDrag() {
 void Leave() {
   const std::uint64_t id = Shaped;
   TakeToShape(0);
-  CursorMode = 0;
-  SetCanvasPointer(CursorMode);
   if (ItemOf(id)) Select({id});
-  ShowCursor();
+  TakeMode(0);
 }
 
 // Ctrl+Left and Ctrl+Right go from point to point, Home and End to the first and the last.

@@ -14,6 +14,12 @@ Tool& ToolInForce() {
   return tool ? *tool : none;
 }
 
+void TakeMode(std::int16_t mode) {
+  CursorMode = mode;
+  SetCanvasPointer(CursorMode);
+  ShowCursor();
+}
+
 std::string CursorLabelText() {
   // The line has room for one thing: while a mode is new, what is missing of it is the news.
   const bool fresh = CursorMode > 0 && !MissingPointer().empty();

@@ -44,6 +44,8 @@ class Tool {
 // By mode, whatever its sign; filled by ResetModes.
 extern Tool* Tools[kLastMode + 1];
 Tool& ToolInForce();
+// Takes a mode, its sign included, with its pointer. What is half done is the caller's.
+void TakeMode(std::int16_t mode);
 
 // Tells what the next key or click will do: where typing goes, or what to do first.
 extern Label* CursorLabel;

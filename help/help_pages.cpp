@@ -34,7 +34,7 @@ bool ReadNumber(std::string_view text, int& number) {
 // --- Pages ---
 
 struct Tag {
-  enum class Kind { None, Page, PageEnd, Table, TableEnd, Heading, HeadingEnd, Unknown };
+  enum class Kind { None, Page, PageEnd, Table, TableEnd, Picture, Heading, HeadingEnd, Unknown };
   Kind kind = Kind::None;
   int level = 0;
   std::size_t begin = 0;
@@ -46,6 +46,7 @@ Tag::Kind KindOfTag(std::string_view upperName, int& level) {
   if (upperName == "/PAGE") return Tag::Kind::PageEnd;
   if (upperName == "TABLE") return Tag::Kind::Table;
   if (upperName == "/TABLE") return Tag::Kind::TableEnd;
+  if (upperName == "PICTURE") return Tag::Kind::Picture;
   const bool ends = upperName.starts_with('/');
   const std::string_view name = upperName.substr(ends ? 1 : 0);
   if (name.size() == 2 && name[0] == 'H' && name[1] >= '1' && name[1] < '1' + kHeadingLevels) {
@@ -123,8 +124,8 @@ class PageParser {
     do {
       tag = NextTag(line, upperLine, from);
       from = tag.end;
-    } while (tag.kind == Tag::Kind::Unknown || tag.kind == Tag::Kind::Heading ||
-             tag.kind == Tag::Kind::HeadingEnd);
+    } while (tag.kind == Tag::Kind::Unknown || tag.kind == Tag::Kind::Picture ||
+             tag.kind == Tag::Kind::Heading || tag.kind == Tag::Kind::HeadingEnd);
     return tag;
   }
 
@@ -158,6 +159,8 @@ class PageParser {
           Fault(number, "</TABLE> closes nothing");
         }
         break;
+      case Tag::Kind::Picture:
+        return TakePicture(line, upperLine, tag);
       case Tag::Kind::Heading:
         return TakeHeading(line, upperLine, tag);
       default:
@@ -166,19 +169,40 @@ class PageParser {
     return tag.end;
   }
 
+  // What stands between a tag and its closing one on the same line, or up to the end of the line; `from` is
+  // then where the line goes on.
+  std::string Enclosed(std::string_view line, const std::string& upperLine, const std::string& name,
+                       std::size_t& from) {
+    const std::string closing = "</" + name + ">";
+    const std::size_t start = from;
+    std::size_t close = upperLine.find(closing, start);
+    from = close + closing.size();
+    if (close == std::string::npos) {
+      Fault(number, "<" + name + "> is not closed");
+      close = from = line.size();
+    }
+    return std::string(line.substr(start, close - start));
+  }
+
   std::size_t TakeHeading(std::string_view line, const std::string& upperLine, const Tag& tag) {
     EndParagraph();
-    const std::string closing = "</H" + std::to_string(tag.level) + ">";
-    std::size_t close = upperLine.find(closing, tag.end);
-    std::size_t after = close + closing.size();
-    if (close == std::string::npos) {
-      Fault(number, "<H" + std::to_string(tag.level) + "> is not closed");
-      close = after = line.size();
-    }
-    const std::string text(line.substr(tag.end, close - tag.end));
+    std::size_t after = tag.end;
+    const std::string text = Enclosed(line, upperLine, "H" + std::to_string(tag.level), after);
     if (text.empty() || ended) return after;
     if (page.title.empty()) page.title = text;
     page.blocks.push_back({TextBlock::Kind::Heading, tag.level, {{{.text = text}}}});
+    return after;
+  }
+
+  std::size_t TakePicture(std::string_view line, const std::string& upperLine, const Tag& tag) {
+    EndParagraph();
+    std::size_t after = tag.end;
+    const std::string file = Enclosed(line, upperLine, "PICTURE", after);
+    if (file.empty() || file.find_first_of("/\\") != std::string::npos) {
+      Fault(number, "\"" + file + "\" is no file of the program folder");
+    } else if (!ended) {
+      page.blocks.push_back({TextBlock::Kind::Picture, 0, {{{.text = file}}}});
+    }
     return after;
   }
 
@@ -370,6 +394,7 @@ HelpHit SearchPage(const HelpPage& page, const std::vector<std::string>& words, 
   std::vector<int> counts(words.size());
   for (std::size_t i = 0; i < page.blocks.size(); ++i) {
     const TextBlock& block = page.blocks[i];
+    if (block.kind == TextBlock::Kind::Picture) continue;
     const double worth = Worth(block, i == 0);
     for (std::size_t j = 0; j < block.lines.size(); ++j) {
       const std::string line = WordsOf(block.lines[j]);

@@ -119,6 +119,9 @@ void ShowFoot(const std::string& text) {
 
 std::vector<TextBlock> BlocksToShow(const HelpPage& page) {
   std::vector<TextBlock> blocks = page.blocks;
+  for (TextBlock& block : blocks) {
+    if (block.kind == TextBlock::Kind::Picture) block.lines[0][0].text.insert(0, ProgramFolder);
+  }
   for (std::size_t i = 0; i < page.faults.size() && i < kMostFaultsShown; ++i) {
     blocks.push_back({TextBlock::Kind::Note, 0, {{{.text = page.faults[i]}}}});
   }
@@ -281,7 +284,7 @@ void LayOut() {
 
   const int top = row + 2 * kGap;
   const int foot = height - row;
-  const int panel = std::clamp(width / 3, row * 8, row * 12);
+  const int panel = std::clamp(width / 3, row * 9, row * 12);
   const int below = top + row + kGap / 2;
   HelpParts.tabs->SetPlace({kGap, top, panel, row});
   HelpParts.contents->SetPlace({kGap, below, panel, foot - below});

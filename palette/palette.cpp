@@ -16,6 +16,7 @@
 #include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
+#include "typography/item_boxes.h"
 #include "typography/metrics.h"
 #include "typography/run_painter.h"
 #include "typography/zoom.h"
@@ -36,7 +37,7 @@ constexpr float kCell = 32;
 constexpr float kHeading = 20;
 constexpr float kHeadingText = 12;
 constexpr float kSignText = 17;
-constexpr float kMostSign = 28;  // a wider one is set smaller
+constexpr float kMostSign = 28;  // a wider or taller one is set smaller
 constexpr float kEdge = 5;       // dragging it changes the width
 constexpr float kThumb = 8;
 constexpr float kNotch = 64;
@@ -145,11 +146,11 @@ void Insert(const PaletteItem& item) {
     ShowNote("Choose an anchor and click on the page: signs go to the cursor point");
     return;
   }
+  FocusPage();
   if (item.bracket) {
     AskTallBracket(*item.bracket);
     return;
   }
-  FocusPage();
   if (item.sign) {
     InsertSign(*item.sign);
     const Sign& sign = *item.sign;  // the item goes when everything is laid out anew
@@ -169,14 +170,16 @@ void PaintItem(Painter& painter, const View& view, const Cell& cell) {
   RunPainter runs(painter, view);
   const bool mark = item.sign && item.sign->kind == SignClass::Accent && item.sign->math0 != 0;
   const bool space = item.sign && item.sign->kind == SignClass::Space;
-  float size = kSignText;
-  float width = MeasureRun(item.picture, 0, size);
-  if (width > kMostSign) {
-    size *= kMostSign / width;
-    width = kMostSign;
-  }
+  const Box ink = InkBoxOf(item.picture, 0, kSignText, 3, {});
+  const float whole = MeasureRun(item.picture, 0, kSignText);
+  const float fit = kMostSign / std::max({kMostSign, whole, ink.bottom - ink.top});
+  const float size = kSignText * fit;
+  const float width = whole * fit;
   const float middle = cell.left + kCell / 2;
-  const float base = cell.top + kCell / 2 + 0.27F * size;
+  float base = cell.top + kCell / 2 + 0.27F * size;
+  // One that stands higher or hangs lower than its cell is set in the middle.
+  if (base + ink.top * fit < cell.top || base + ink.bottom * fit > cell.top + kCell)
+    base = cell.top + kCell / 2 - (ink.top + ink.bottom) / 2 * fit;
   const float left = middle - width / 2;
   if (mark) {
     const float letter = MeasureRun("x", 2, size);
@@ -335,6 +338,7 @@ void BuildPalette(Window& window) {
     if (!Cells.empty()) Insert(*Cells[Chosen].item);
   };
   SearchBox->OnEscape = FocusPage;
+  SearchBox->OnDown = [] { PaletteCanvas->Focus(); };
   PaletteCanvas = window.AddCanvas();
   PaletteCanvas->SetName("Signs");
   PaletteCanvas->OnPaint = [](Layer layer, const Box& area) {

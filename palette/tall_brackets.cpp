@@ -11,13 +11,14 @@
 #include "editing/keyboard.h"
 #include "editing/notes.h"
 #include "papers/paper_commands.h"
-#include "platform/controls.h"
 #include "platform/failure.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
 
 namespace kelvane {
+
+Window* TallWindow;
 
 namespace {
 
@@ -38,7 +39,6 @@ constexpr TallBracket kBrackets[] = {
 // A piece reaches so far above its baseline, in ems, and is one em tall.
 constexpr float kPieceRise = 0.75F;
 
-Window* TallWindow;
 TextBox* LinesBox;
 const TallBracket* Asked;
 

@@ -4,6 +4,8 @@
 
 #include <span>
 
+#include "platform/controls.h"
+
 namespace kelvane {
 
 struct TallBracket {
@@ -24,6 +26,7 @@ inline constexpr int kMostBracketLines = 200;
 void SetTallBracket(const TallBracket& bracket, int lines);
 
 // Asks how many lines.
+extern Window* TallWindow;
 void BuildTallWindow();
 void AskTallBracket(const TallBracket& bracket);
 

@@ -21,6 +21,7 @@ enum ItemKind : char { kPage = 'P', kEdit = 'E', kBack = 'B', kForward = 'F', kH
 // What of HalfDone an item tells anew.
 enum HalfPart : unsigned char { kPlace = 1, kFace = 2, kRetyped = 4, kRun = 8, kPath = 16, kCaret = 32 };
 
+constexpr std::string_view kNeverInARun("\r\n\0", 3);
 constexpr int kSumBytes = 8;
 constexpr int kTimeBytes = 4;
 
@@ -255,6 +256,7 @@ void ReadHalf(Reader& in, HalfDone& half) {
   }
   if (parts & kRetyped) half.retyped = in.Count();
   if (parts & kRun) ReadChange(in, half.run);
+  if (half.run.find_first_of(kNeverInARun) != std::string::npos) in.Fail();
   if (parts & kPath) ReadChange(in, half.path);
   if (parts & kCaret) half.caret = static_cast<std::uint32_t>(in.Count());
 }

@@ -208,6 +208,7 @@ void TakePage(LoadedPage loaded, int number) {
   BeginJournalOfPage(Seen, number);
   ShowPaper();
   ShowTopOfPage();
+  ShowPage();  // all of it: what the page before has left in view is not this one's
   ShowCursor();
 }
 

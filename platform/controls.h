@@ -36,7 +36,7 @@ class Browser;
 class Control {
  public:
   virtual ~Control() = default;
-  // A place without a width or a height hides the control.
+  // A place without a width or a height hides the control; another does not show one that SetVisible hid.
   virtual void SetPlace(const Place& place) = 0;
   virtual void SetVisible(bool visible) = 0;
 };
@@ -82,6 +82,7 @@ class TextBox : public Control {
   std::function<std::string(const std::string& before, const std::string& utf8)> SignsFor;
   std::function<void()> OnEnter;  // Enter, with or without Ctrl, was pressed in the box
   std::function<void()> OnEscape;
+  std::function<void()> OnDown;  // the arrow key down, which does nothing within one line
 };
 
 class ScrollBar : public Control {

@@ -85,7 +85,14 @@ void Mail::Compose(const MailMessage& message) {
   if (byProgram) {
     // The mail program knows the person's address; the one given here is where an answer is wanted.
     const std::string answer = message.from.empty() ? "" : "\n\nAnswer to: " + message.from + "\n";
-    arguments = {path, "--utf8", "--subject", message.subject, "--body", message.body + answer, message.to};
+    arguments = {path, "--utf8"};
+    const auto add = [this](const char* option, const std::string& value) {
+      // xdg-email refuses an option whose value is empty.
+      if (!value.empty()) arguments.insert(arguments.end(), {option, value});
+    };
+    add("--subject", message.subject);
+    add("--body", message.body + answer);
+    arguments.push_back(message.to);
     return;
   }
   arguments = {path, "-i", "--", message.to};

@@ -27,7 +27,7 @@ struct TextBlock {
     Paragraph,  // one line, broken to the width of the view
     Table,      // lines as they stand, in "Letter Gothic" or the nearest fixed-pitch face
     Note,       // a paragraph that stands out: something is amiss
-    Picture,    // the text of its line is the path of an image file
+    Picture,    // the text of its line is the path of an image file; never wider than the view
   };
   Kind kind = Kind::Paragraph;
   int level = 0;  // of a heading, 1 to 6

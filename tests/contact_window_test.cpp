@@ -63,6 +63,10 @@ TEST_F(ContactWindowTest, HandsTheCommentToTheMailProgram) {
             "Answer to: ada@example.org\n]\n[comments@kelvane.example]\n");
   EXPECT_NE(Note().find("Your mail program has the comment"), std::string::npos) << Note();
   EXPECT_EQ(ContactParts.comment->Text(), "First\n\"second\" 'line'") << "it may not be sent in the end";
+  // The real one takes no option without a value.
+  Write("", "", "Text");
+  EXPECT_EQ(Send(), "");
+  EXPECT_EQ(programs.Written("got"), "[--utf8]\n[--body]\n[Text]\n[comments@kelvane.example]\n");
 }
 
 TEST_F(ContactWindowTest, SendsThroughTheTransportWhereThereIsNoMailProgram) {

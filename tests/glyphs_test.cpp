@@ -57,7 +57,7 @@ TEST_F(GlyphsTest, LinesGoFromPointToPoint) {
   EXPECT_EQ(DrawProcedure("0 0 moveto 50 0 rlineto 0 2 rlineto -50 0 rlineto fill"),
             "stroke M 100 200 L 110 200 L 110 199.6 L 100 199.6 #000000 w 0.39\n");
   EXPECT_EQ(DrawProcedure("10 -5 moveto 5 5 rlineto 40 0 moveto 0 10 rlineto st"),
-            "stroke M 102 201 L 103 200 M 108 200 L 108 198 #000000 w 0.2\n");
+            "stroke M 102 201 L 103 200 M 108 200 L 108 198 #000000 w 0.33\n");
   EXPECT_EQ(DrawProcedure("10 20 moveto 25 ci").substr(0, 41), "stroke M 107 196 C 107 193.24 104.76 191 ");
   PrintView = true;
   EXPECT_EQ(DrawProcedure("0 0 moveto 50 0 rlineto 0 2 rlineto fill"),
@@ -68,13 +68,20 @@ TEST_F(GlyphsTest, LinesGoFromPointToPoint) {
 TEST_F(GlyphsTest, LinesOfGlyphsAreNeitherLostNorBlurred) {
   Define('A', "0 0 moveto 50 0 rlineto 0 50 rlineto fill");
   EXPECT_TRUE(Draw('A').ends_with(" w 2\n"));
+  // A thread is drawn one way, and left out where all lines would be too thin.
+  Define('A',
+         "0 0 moveto 50 0 rlineto 0 2 rlineto -50 0 rlineto 0 -2 rlineto 0 1 moveto 50 0 rlineto -50 0 "
+         "rlineto fill");
+  const std::string edge = "stroke M 100 200 L 110 200 L 110 199.6 L 100 199.6 L 100 200 ";
+  EXPECT_EQ(Draw('A'), edge + "M 100 199.8 L 110 199.8 #000000 w 0.33\n");
+  SCALE = 1.8F;
+  EXPECT_EQ(Draw('A'), edge + "#000000 w 0.35\n");
   SCALE = 0.1F;
-  Define('A', "0 0 moveto 50 0 rlineto 0 0.01 rlineto fill");
-  EXPECT_TRUE(Draw('A').ends_with(" w 0.2\n"));
+  EXPECT_EQ(Draw('A'), edge + "#000000 w 0.33\n");
 }
 
 TEST_F(GlyphsTest, AProcedureStopsAtItsFirstFault) {
-  const std::string line = "stroke M 100 200 L 101 200 #000000 w 0.2\n";
+  const std::string line = "stroke M 100 200 L 101 200 #000000 w 0.33\n";
   const std::string start = "0 0 moveto 5 0 rlineto ";
   const std::string eighteen = "1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 1 ";
   for (const std::string& procedure :

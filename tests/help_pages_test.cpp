@@ -22,9 +22,10 @@ HelpBook BookOf(const std::string& text) {
 std::string Shape(const HelpPage& page) {
   std::string shape;
   for (const TextBlock& block : page.blocks) {
-    shape += block.kind == Kind::Heading ? "H" + std::to_string(block.level)
-             : block.kind == Kind::Table ? "T"
-                                         : "P";
+    shape += block.kind == Kind::Heading   ? "H" + std::to_string(block.level)
+             : block.kind == Kind::Table   ? "T"
+             : block.kind == Kind::Picture ? "I"
+                                           : "P";
     shape += ' ';
     for (const TextLine& line : block.lines) {
       for (const TextPiece& piece : line) {
@@ -79,6 +80,18 @@ TEST(HelpPages, ShowWhatTheyCanAndSayWhatIsWrong) {
   for (int page : {1, 2})
     EXPECT_NE(moved.pages[static_cast<std::size_t>(page)].faults.front().find("has changed"),
               std::string::npos);
+}
+
+TEST(HelpPages, HoldPicturesOfTheProgramFolderOnly) {
+  const HelpBook book = BookOf(
+      "<PAGE>\r\n<H1>One</H1>\r\nbefore <picture>A.PNG</picture> behind\r\n<TABLE>\r\n"
+      "<PICTURE>T.PNG</PICTURE>\r\n</TABLE>\r\n<PICTURE>../B.PNG</PICTURE>\r\n<PICTURE>C.PNG\r\n</PAGE>\r\n");
+  EXPECT_EQ(Shape(book.pages[1]),
+            "H1 One\nP before \nI A.PNG\nP  behind\nT <PICTURE>T.PNG</PICTURE>\nI C.PNG\n");
+  EXPECT_EQ(book.pages[1].faults,
+            (std::vector<std::string>{"Line 7: \"../B.PNG\" is no file of the program folder.",
+                                      "Line 8: <PICTURE> is not closed."}));
+  EXPECT_TRUE(SearchHelp(book, "A.PNG").empty());
 }
 
 TEST(HelpPages, ShowTheSignsOfTheirKeys) {

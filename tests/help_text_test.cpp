@@ -1,5 +1,6 @@
 // The help text QRX.HLP: in good form for the program's own index, and its tables as the program has them.
 
+#include <filesystem>
 #include <map>
 #include <set>
 #include <span>
@@ -139,6 +140,20 @@ TEST_F(HelpText, ProgramFindsEveryPageUnderItsHeading) {
   }
   EXPECT_EQ(HelpPageStarts.size(), pages);
   EXPECT_GE(pages, 30U);
+}
+
+TEST_F(HelpText, PicturesAreThoseOfTheProgramFolder) {
+  std::set<std::string> shown, there;
+  for (const std::string& line : LinesOf(text))
+    if (line.starts_with("<PICTURE>")) shown.insert(line.substr(9, line.find('<', 1) - 9));
+  std::uintmax_t bytes = 0;
+  for (const auto& file : std::filesystem::directory_iterator(KELVANE_SOURCE_DIR "/data")) {
+    if (file.path().extension() != ".PNG") continue;
+    there.insert(file.path().filename());
+    bytes += file.file_size();
+  }
+  EXPECT_EQ(shown, there);
+  EXPECT_LT(bytes, 300'000U) << "the manual is to stay small";
 }
 
 TEST_F(HelpText, TablesAreThoseOfTheWindow) {

@@ -3,6 +3,7 @@
 #include "app/commands.h"
 #include "app/context_help.h"
 #include "app/main_window.h"
+#include "designer/designer_window.h"
 #include "help/help_files.h"
 #include "help/help_pages.h"
 #include "macros/define_macro_window.h"
@@ -173,7 +174,17 @@ TEST_F(HelpWindowTest, EveryControlAndDialogHasItsPage) {
   for (const auto& button : window->buttons) names.push_back(button->caption);
   HelpPlace place;
   for (const std::string& name : names)
-    EXPECT_TRUE(FindHelpHeading(book, HeadingAbout(name), place)) << name << ": " << HeadingAbout(name);
+    EXPECT_TRUE(FindHelpHeading(book, HeadingAbout(kEditorPage, name), place)) << name;
+  for (const char* entry : {"&Character Designer", "&Find", "C&ontact", "&About"}) window->ChooseEntry(entry);
+  for (const auto& made : toolkit.windows) {
+    if (made->title.empty() || made.get() == window || made.get() == help) continue;
+    HelpParts.page->Show({});
+    made->PressShortcut("F1");
+    EXPECT_FALSE(Page().blocks.empty()) << made->title;
+  }
+  for (const auto& button : static_cast<FakeWindow*>(DesignerWindow)->buttons)
+    EXPECT_TRUE(FindHelpHeading(book, HeadingAbout(kDesignerPage, button->caption), place))
+        << button->caption;
   window->pointed = "Superscript";
   window->PressShortcut("Shift+F1");
   EXPECT_EQ(AtTop(), "Superscripts and subscripts");

@@ -73,6 +73,8 @@ TEST_F(PaletteTest, PutsInWhatIsFoundClickedOrChosenByKeys) {
   EXPECT_EQ(PendingRun,
             "x\xE8\xCD"
             "a\xE0");
+  static_cast<FakeTextBox*>(SearchBox)->PressDown();
+  EXPECT_EQ(FocusedControl, PaletteCanvas);
   Search("superscript");
   panel->Press(kKeyEnd);
   panel->Press(kKeyEnter);

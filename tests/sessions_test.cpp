@@ -233,7 +233,9 @@ class Session : public EditorTest {
     MouseButton button = MouseButton::Left;
     if (rest == "right") button = MouseButton::Right;
     if (rest == "middle") button = MouseButton::Middle;
-    (canvas->*event)(x, ReadSingle(y), button);
+    // GCC's checks read a temporary of their own too early if the member is reached within the call.
+    RecordingCanvas& page = *canvas;
+    (page.*event)(x, ReadSingle(y), button);
     if (y.ends_with(',')) Mouse(event);
   }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -146,43 +147,23 @@ TEST_F(StrokesTest, SurviveRandomEditsAndUndo) {
     StrokeEditor editor;
     const GlyphStrokes first = RandomStrokes();
     editor.Load(first);
+    const std::function<void()> edits[] = {
+        [&] { editor.Move(OnQuarters()); },
+        [&] { editor.Mirror(Number(0, 1) == 1); },
+        [&] { editor.CloseStrokes(); },
+        [&] { editor.Split(); },
+        [&] { editor.Delete(); },
+        [&] { editor.Reverse(); },
+        [&] { editor.Undo(); },
+        [&] { editor.Redo(); },
+        [&] { editor.TakeBackDrawn(); },
+        [&] { editor.Draw(OnQuarters()), editor.BendDrawn(OnQuarters()); }};
     for (int i = 0; i < 60; ++i) {
       PointSelection selection;
       for (const PointPlace& place : AllPoints(editor.Strokes()))
         if (Number(0, 5) == 0) selection.insert(place);
       if (!editor.Drawing()) editor.Select(selection);
-      switch (Number(0, 9)) {
-        case 0:
-          editor.Move(OnQuarters());
-          break;
-        case 1:
-          editor.Mirror(Number(0, 1) == 1);
-          break;
-        case 2:
-          editor.CloseStrokes();
-          break;
-        case 3:
-          editor.Split();
-          break;
-        case 4:
-          editor.Delete();
-          break;
-        case 5:
-          editor.Reverse();
-          break;
-        case 6:
-          editor.Undo();
-          break;
-        case 7:
-          editor.Redo();
-          break;
-        case 8:
-          editor.TakeBackDrawn();
-          break;
-        default:
-          editor.Draw(OnQuarters());
-          editor.BendDrawn(OnQuarters());
-      }
+      edits[Number(0, 9)]();
       for (const GlyphStroke& stroke : editor.Strokes()) {
         ASSERT_EQ(stroke.size() % 2, 1U);
         ASSERT_TRUE(stroke.size() > 1 || (editor.Drawing() && &stroke == &editor.Strokes().back()));

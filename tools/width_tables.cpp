@@ -1,5 +1,6 @@
 #include "tools/width_tables.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -163,6 +164,11 @@ std::string WidthTableBytes(const WidthTable& table) {
 std::string PrologWidthLines(const std::array<WidthTable, 12>& tables) {
   std::string lines;
   for (std::size_t face = 0; face < tables.size(); ++face) {
+    const auto same = static_cast<std::size_t>(std::ranges::find(tables, tables[face]) - tables.begin());
+    if (same < face) {
+      lines += std::to_string(face) + " " + std::to_string(same) + " face.samewidths\r\n";
+      continue;
+    }
     lines += std::to_string(face) + " [";
     std::string line;
     for (std::size_t code = kFirstCode; code <= kLastCode; ++code) {

@@ -3,7 +3,9 @@
 #include <cmath>
 #include <cstddef>
 #include <numbers>
+#include <span>
 #include <string_view>
+#include <vector>
 
 #include "document/fields.h"
 #include "document/numbers.h"
@@ -98,8 +100,53 @@ class Interpreter {
   bool begun = false;  // whether the path stands at the current point
 };
 
-// The area that the parts of a path enclose, counters taken off, and the length of their lines. A part
-// without area runs to its end and back, and its two lines lie on each other. Curves count as eight chords.
+// A path's steps from one Move to the next, and their points.
+struct PathPart {
+  std::span<const Path::Step> steps;
+  std::span<const Point> points;
+
+  bool IsThread() const {
+    constexpr float kNear = 0.01F;
+    const std::size_t last = points.size() - 1;
+    for (std::size_t i = 0; i < points.size() / 2; ++i) {
+      if (std::hypot(points[i].x - points[last - i].x, points[i].y - points[last - i].y) > kNear)
+        return false;
+    }
+    return steps.size() > 1 && steps.size() % 2 == 1;
+  }
+};
+
+std::vector<PathPart> PartsOf(const Path& path) {
+  std::vector<PathPart> parts;
+  const Point* point = path.points.data();
+  const auto& steps = path.steps;
+  for (auto from = steps.begin(); from != steps.end();) {
+    std::size_t points = 1;
+    auto to = from + 1;
+    for (; to != steps.end() && *to != Path::Step::Move; ++to) points += *to == Path::Step::Curve ? 3 : 1;
+    parts.push_back({{from, to}, {point, points}});
+    point += points;
+    from = to;
+  }
+  return parts;
+}
+
+// The lines of a path: threads are left out, or drawn one way.
+Path LinesOf(const Path& path, bool threads) {
+  Path lines;
+  for (const PathPart& part : PartsOf(path)) {
+    const bool thread = part.IsThread();
+    if (thread && !threads) continue;
+    const auto steps = part.steps.first(thread ? (part.steps.size() + 1) / 2 : part.steps.size());
+    const auto points = part.points.first(thread ? (part.points.size() + 1) / 2 : part.points.size());
+    lines.steps.insert(lines.steps.end(), steps.begin(), steps.end());
+    lines.points.insert(lines.points.end(), points.begin(), points.end());
+  }
+  return lines;
+}
+
+// The area that the parts of a path enclose, counters taken off, and the length of their lines. Curves count
+// as eight chords.
 struct Extent {
   double area = 0;
   double length = 0;
@@ -137,11 +184,9 @@ class Measurer {
     for (int i = 1; i <= kChords; ++i) Go(PointOnCubic(from, point, static_cast<float>(i) / kChords));
   }
   void EndPart() {
-    constexpr double kNoArea = 0.01;
-    const double length = part.length;
+    whole.length += part.length;
     Go(start);  // encloses the area without drawing
     whole.area += part.area;
-    whole.length += std::abs(part.area) < kNoArea ? length / 2 : length;
     part = {};
   }
 
@@ -159,9 +204,15 @@ GlyphShape ExecuteGlyph(const std::string& procedure) {
   for (const std::string_view token : SplitFields(procedure, " ")) {
     if (!interpreter.Execute(token)) break;
   }
-  const Extent extent = Measurer().Measure(shape.path);
-  const bool enclosed = shape.filled && extent.area > 0;
-  shape.lineWidth = enclosed ? static_cast<float>(extent.area / extent.length) : kStrokeWidth;
+  const double area = Measurer().Measure(shape.path).area;
+  const bool enclosed = shape.filled && area > 0;
+  const auto widthOf = [&](const Path& lines) {
+    return enclosed ? static_cast<float>(area / Measurer().Measure(lines).length) : kStrokeWidth;
+  };
+  shape.lines = enclosed ? LinesOf(shape.path, true) : shape.path;
+  shape.lineWidth = widthOf(shape.lines);
+  shape.edges = enclosed ? LinesOf(shape.path, false) : shape.path;
+  shape.edgeWidth = widthOf(shape.edges);
   if (const GrowingBox outline = ExtentOf(shape.path); !outline.Empty()) {
     const float reach = shape.filled ? 0 : shape.lineWidth / 2;
     const Box& box = outline.box;

@@ -22,8 +22,13 @@ extern std::string CharacterDefs[kGlyphs][4];
 struct GlyphShape {
   Path path;
   bool filled = false;  // printed as an area, otherwise as a line
-  // The width of the path's line with which a glyph drawn by it has as much ink as the printed one.
+  // The lines of the screen, and their width with which they have as much ink as the printed glyph. Threads,
+  // parts that run to their end and back within a stroke, are drawn one way.
+  Path lines;
   float lineWidth = 0;
+  // The same without threads: fewer and wider lines, for small sizes.
+  Path edges;
+  float edgeWidth = 0;
   Box ink;  // what it covers in print; of no size where it draws nothing
 };
 

@@ -22,8 +22,6 @@ constexpr float kMostChords = 512;
 constexpr float kUnknownRise = 0.9F;
 constexpr float kUnknownFall = 0.3F;
 constexpr int kNoBreakSpace = 160;
-constexpr std::int16_t kSymbol = 8;
-constexpr std::int16_t kSymbolItalic = 10;
 // The caret's reach above and below the baseline, ems.
 constexpr float kCaretRise = 0.8F;
 constexpr float kCaretFall = 0.2F;
@@ -43,7 +41,7 @@ Box InkOfCharacter(int code, std::int16_t font) {
   const std::vector<Box>& known = TypefaceTable[font].Ink;
   const auto index = static_cast<std::size_t>(code);
   if (index < known.size()) return known[index];
-  const bool blank = code == ' ' || (code == kNoBreakSpace && font != kSymbol && font != kSymbolItalic);
+  const bool blank = code == ' ' || (code == kNoBreakSpace && !IsSymbolFace(font));
   const float width = blank ? 0 : Advance(code, font, 1);
   return width == 0 ? Box{} : Box{0, -kUnknownRise, width, kUnknownFall};
 }

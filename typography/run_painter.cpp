@@ -11,8 +11,10 @@ namespace kelvane {
 namespace {
 
 // Lines of glyphs, in device pixels: thinner ones would vanish, wider ones blur what they outline.
-constexpr float kLeastGlyphLine = 0.2F;
+constexpr float kLeastGlyphLine = 1.0F / 3;
 constexpr float kMostGlyphLine = 2;
+// Below so much of the least width all lines would have a third more ink: it is kept with fewer ones then.
+constexpr float kThreadsFrom = 0.75F;
 
 }  // namespace
 
@@ -59,19 +61,25 @@ void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   const GlyphShape* shape = ShapeOfGlyph(code, pen.font);
   if (!shape || shape->path.Empty()) return;
   const float unit = kGlyphUnit * pen.size;
-  path_.steps = shape->path.steps;
-  path_.points.clear();
-  for (const Point& point : shape->path.points)
-    path_.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
-  const float line = shape->lineWidth * unit * view_.scale;
+  const auto place = [&](const Path& path) -> const Path& {
+    path_.steps = path.steps;
+    path_.points.clear();
+    for (const Point& point : path.points)
+      path_.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
+    return path_;
+  };
+  const float pixels = unit * view_.scale;
   if (!view_.printed) {
     // On the screen glyphs are lines, as wide as gives them the ink of the print.
-    const float device = std::clamp(line * view_.ratio, kLeastGlyphLine, kMostGlyphLine);
-    painter_.StrokePath(path_, {colour, device / view_.ratio});
+    const float ratio = view_.ratio;
+    const bool threads = shape->lineWidth * pixels * ratio >= kThreadsFrom * kLeastGlyphLine;
+    const float width = (threads ? shape->lineWidth : shape->edgeWidth) * pixels * ratio;
+    painter_.StrokePath(place(threads ? shape->lines : shape->edges),
+                        {colour, std::clamp(width, kLeastGlyphLine, kMostGlyphLine) / ratio});
   } else if (shape->filled) {
-    painter_.FillPath(path_, colour);
+    painter_.FillPath(place(shape->path), colour);
   } else {
-    painter_.StrokePath(path_, {colour, line});
+    painter_.StrokePath(place(shape->path), {colour, shape->lineWidth * pixels});
   }
 }
 
@@ -84,6 +92,15 @@ void RunPainter::PaintFrame(int code, const RunPen& pen, ColourValue colour) {
   for (const Point corner : {Point{right, bottom}, {right, top}, {pen.x, top}, {pen.x, bottom}})
     box.LineTo(corner);
   painter_.StrokePath(box, {colour, 1});
+}
+
+void PaintWords(Painter& painter, std::string_view words, std::int16_t font, float em, float scale, Point at,
+                ColourValue colour) {
+  std::vector<Point> origins;
+  WalkRun(words, PenAt(at, font, em / scale), 0, [&origins](std::size_t, const RunPen& pen) {
+    origins.push_back({pen.x, pen.y});
+  });
+  painter.DrawText(kTypefaceNames[font].screen, em, words, origins, colour);
 }
 
 }  // namespace kelvane

@@ -50,4 +50,9 @@ class RunPainter {
   Path path_;  // reused from glyph to glyph
 };
 
+// Words beside what is drawn, in one text face: an em of so many pixels, on a painter with so many pixels a
+// unit.
+void PaintWords(Painter& painter, std::string_view words, std::int16_t font, float em, float scale, Point at,
+                ColourValue colour);
+
 }  // namespace kelvane

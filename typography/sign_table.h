@@ -34,7 +34,7 @@ struct Sign {
 
   // Signs put together from others. A run that begins in a text face, where 224 means that face.
   const char* made = nullptr;
-  // Or a character with one of Math0's marks on its middle, which take no room.
+  // Or a character with one of Math0's marks on its middle.
   char32_t base = 0;
   char mark = 0;
 };

@@ -155,14 +155,15 @@ void Step(RunWriter& run, int threes) {
   if (threes == -2) put("\xF9\xF5");
 }
 
-// A mark of Math0, which takes no room, over the middle of a character.
+// A mark of Math0 over the middle of a character; most take no room.
 void WriteMarked(RunWriter& run, SignPlace base, char mark) {
   const float width = Advance(CodeOf(base.code), base.font, 1);
-  const int half = static_cast<int>(std::lround(width / 2 / 0.03F));
-  Step(run, half);
-  run.Character(kMath0, mark);
-  Step(run, -half);
+  const float marks = Advance(CodeOf(mark), kMath0, 1);
+  const int back = static_cast<int>(std::lround((width + marks) / 2 / 0.03F));
   run.Character(base.font, base.code);
+  Step(run, -back);
+  run.Character(kMath0, mark);
+  Step(run, back - static_cast<int>(std::lround(marks / 0.03F)));
 }
 
 void WriteMade(RunWriter& run, std::string_view made) {
@@ -382,7 +383,6 @@ std::string SignsToRun(std::string_view utf8, std::int16_t font, std::string& mi
 
 std::string TextOfRun(std::string_view run, std::int16_t font) {
   std::string text;
-  std::string mark;  // stands ahead of its character in a run, and behind it in a text
   for (const char c : run) {
     const int code = CodeOf(c);
     if (code >= kFirstScriptCode) continue;
@@ -396,13 +396,7 @@ std::string TextOfRun(std::string_view run, std::int16_t font) {
                                : IsSymbolFace(font) ? UnicodeOfSymbol(byte)
                                : IsTextFace(font)   ? UnicodeOfText(byte)
                                                     : u'\0';
-    if (character == 0) continue;
-    if (IsCombining(character)) {
-      mark = WriteUtf8(character);
-    } else {
-      text += WriteUtf8(character) + mark;
-      mark.clear();
-    }
+    if (character != 0) text += WriteUtf8(character);
   }
   return text;
 }

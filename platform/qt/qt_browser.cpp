@@ -4,6 +4,10 @@
 #include <QLibrary>
 #include <QOpenGLContext>
 
+#include <sched.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "platform/handlers.h"
 #include "platform/qt/qt_text.h"
 
@@ -23,7 +27,19 @@ void ShareContext() {
   qt_gl_set_global_share_context(context);
 }
 
+// The engine ends the whole program where it cannot shut its pages off: for root, and where a person may have
+// no user namespace. So this is tried in a process of its own. Who sets the variable does without.
+bool CanShutOff() {
+  if (qEnvironmentVariableIntValue("QTWEBENGINE_DISABLE_SANDBOX") != 0) return true;
+  if (geteuid() == 0) return false;
+  const pid_t child = fork();
+  if (child == 0) _exit(unshare(CLONE_NEWUSER) == 0 ? 0 : 1);
+  int status = 1;
+  return child > 0 && waitpid(child, &status, 0) == child && status == 0;
+}
+
 NewWebPage LoadEngine() {
+  if (!CanShutOff()) return nullptr;
   QLibrary plugin(QCoreApplication::applicationDirPath() + u'/' + QLatin1String(kWebPlugin));
   if (!QLibrary::isLibrary(plugin.fileName() + QStringLiteral(".so"))) return nullptr;
   ShareContext();

@@ -87,6 +87,7 @@ class BoxEdit final : public QLineEdit {
   using QLineEdit::QLineEdit;
   TextBox* Box = nullptr;
   bool HoldsRun = false;
+  bool IsShort = false;
 
  protected:
   // Entering a box by Tab would select its text, so that typing replaces it. In a run being typed, where one
@@ -96,9 +97,17 @@ class BoxEdit final : public QLineEdit {
     const int length = selectionLength();
     const int caret = cursorPosition();
     QLineEdit::focusInEvent(event);
+    entered_ = event->reason() == Qt::MouseFocusReason;
     if (!HoldsRun) return;
     setCursorPosition(caret);
     if (start >= 0) setSelection(start, length);
+  }
+  // The click that enters a box of a number or the like selects all of it, as Tab does, so that the new one
+  // replaces the old one.
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    QLineEdit::mouseReleaseEvent(event);
+    if (entered_ && IsShort && !hasSelectedText()) selectAll();
+    entered_ = false;
   }
 
   void keyPressEvent(QKeyEvent* event) override {
@@ -106,10 +115,15 @@ class BoxEdit final : public QLineEdit {
       RunHandler(Box->OnEnter);
     } else if (event->key() == Qt::Key_Escape) {
       RunHandler(Box->OnEscape);
+    } else if (event->key() == Qt::Key_Down && Box->OnDown) {
+      RunHandler(Box->OnDown);
     } else {
       QLineEdit::keyPressEvent(event);
     }
   }
+
+ private:
+  bool entered_ = false;
 };
 
 constexpr int kSmallestFont = 9;  // pixels; can still be read
@@ -240,6 +254,7 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, Holds h
     widget_->setFont(FixedPitchFont());
     static_cast<BoxEdit*>(widget_)->HoldsRun = true;
   }
+  static_cast<BoxEdit*>(widget_)->IsShort = holds == Holds::Codes;
   widget_->setValidator(new RunValidator(*this, widget_));
   QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { Edited(true); });
   QObject::connect(widget_, &QLineEdit::inputRejected, widget_, [this] { Edited(false); });

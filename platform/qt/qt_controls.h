@@ -25,14 +25,22 @@ class QtControl : public Interface {
 
   void SetPlace(const Place& place) override {
     widget_->setGeometry(place.left, place.top, place.width, place.height);
-    widget_->setVisible(place.width > 0 && place.height > 0);
+    hasRoom_ = place.width > 0 && place.height > 0;
+    widget_->setVisible(visible_ && hasRoom_);
   }
-  void SetVisible(bool visible) override { widget_->setVisible(visible); }
+  void SetVisible(bool visible) override {
+    visible_ = visible;
+    widget_->setVisible(visible_ && hasRoom_);
+  }
   Widget* GetWidget() const { return widget_; }
 
  protected:
   explicit QtControl(Widget* widget) : widget_(widget) {}
   Widget* widget_;
+
+ private:
+  bool visible_ = true;
+  bool hasRoom_ = true;
 };
 
 class QtLabel final : public QtControl<Label, QLabel> {

@@ -163,7 +163,7 @@ std::optional<std::string> QtDialogs::AskText(const std::string& title, const st
     box->setFocus();
     box->selectAll();
   });
-  if (dialog.exec() != QDialog::Accepted) return {};
+  if (Run(dialog, title) != QDialog::Accepted) return {};
   return entered();
 }
 
@@ -192,7 +192,7 @@ std::string QtDialogs::ChooseFile(const std::string& title, const std::string& f
     dialog.setNameFilters(NameFilters(filter));
     StartAt(dialog, start);
     LetTypedPathsCount(dialog);
-    if (Run(dialog, title) != QDialog::Accepted) return {};
+    if (Run(dialog, save ? title : accept) != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
     const std::string name = QFile::encodeName(chosen).toStdString();
     try {

@@ -72,6 +72,10 @@ class QtTextView::View final : public QTextBrowser {
     if (turned != 0) view_.ChangeTextSize(turned > 0 ? 1 : -1);
     event->accept();
   }
+  void resizeEvent(QResizeEvent* event) override {
+    QTextBrowser::resizeEvent(event);
+    if (view_.picturesLaidOut_ && view_.PictureRoom() != view_.roomLaidOut_) view_.LayOut();
+  }
   void changeEvent(QEvent* event) override {
     QTextBrowser::changeEvent(event);
     const bool looks = event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange;
@@ -110,20 +114,23 @@ void QtTextView::LayOut() {
   const TextPlace top = Top();
   const double points = UsualPoints() * std::pow(kZoomStep, zoom_);
   QTextDocument* document = widget_->document();
+  roomLaidOut_ = PictureRoom();
+  picturesLaidOut_ = std::ranges::any_of(
+      blocks_, [](const TextBlock& block) { return block.kind == TextBlock::Kind::Picture; });
   document->clear();
   firstLines_.clear();
   QTextCursor cursor(document);
   cursor.beginEditBlock();
   for (const TextBlock& block : blocks_) {
     firstLines_.push_back(cursor.block().blockNumber() + (cursor.atStart() ? 0 : 1));
-    InsertBlock(cursor, block, points, widget_->viewport()->width());
+    InsertBlock(cursor, block, points);
   }
   cursor.endEditBlock();
   ShowMarks();
   GoTo(top);
 }
 
-void QtTextView::InsertBlock(QTextCursor& cursor, const TextBlock& block, double points, double width) {
+void QtTextView::InsertBlock(QTextCursor& cursor, const TextBlock& block, double points) {
   QTextBlockFormat lines;
   QTextCharFormat words;
   QFont font = block.kind == TextBlock::Kind::Table ? TableFont() : TextFont();
@@ -160,20 +167,38 @@ void QtTextView::InsertBlock(QTextCursor& cursor, const TextBlock& block, double
       cursor.insertBlock(format, words);
     }
     if (block.kind == TextBlock::Kind::Picture) {
-      const QString path = PlainText(MachinePath(WordsOf(block.lines[i])));
-      const QImage image(path);
-      if (image.isNull()) continue;
-      widget_->document()->addResource(QTextDocument::ImageResource, QUrl(path), image);
-      QTextImageFormat picture;
-      picture.setName(path);
-      // A picture too wide for the window is shown smaller.
-      const double room = std::max(width - 4 * points, 40.0);
-      if (image.width() > room) picture.setWidth(room);
-      cursor.insertImage(picture);
+      InsertPicture(cursor, WordsOf(block.lines[i]), words);
     } else {
       InsertLine(cursor, block.lines[i], words, size);
     }
   }
+}
+
+// The room for pictures, whether the scroll bar is there or not: it may come and go with them.
+int QtTextView::PictureRoom() const {
+  const int bar = widget_->verticalScrollBar()->sizeHint().width();
+  const double margins = 2 * (widget_->document()->documentMargin() + widget_->frameWidth());
+  return std::max(static_cast<int>(widget_->width() - bar - margins), 40);
+}
+
+void QtTextView::InsertPicture(QTextCursor& cursor, const std::string& path, const QTextCharFormat& words) {
+  const QString file = PlainText(MachinePath(path));
+  QImage image(file);
+  if (image.isNull()) {
+    cursor.insertText(QStringLiteral("[The picture %1 cannot be shown.]").arg(file), words);
+    return;
+  }
+  const int room = PictureRoom();
+  QTextImageFormat picture;
+  picture.setName(file);
+  if (image.width() > room) {
+    const double ratio = widget_->devicePixelRatioF();
+    image = image.scaledToWidth(static_cast<int>(room * ratio), Qt::SmoothTransformation);
+    picture.setWidth(room);
+    picture.setHeight(image.height() / ratio);
+  }
+  widget_->document()->addResource(QTextDocument::ImageResource, QUrl(file), image);
+  cursor.insertImage(picture);
 }
 
 void QtTextView::InsertLine(QTextCursor& cursor, const TextLine& line, const QTextCharFormat& format,

@@ -32,13 +32,17 @@ class QtTextView final : public QtControl<TextView, QTextBrowser> {
   // Lays the blocks out anew, as faces, sizes and colours are now.
   void LayOut();
   void ShowMarks();
-  void InsertBlock(QTextCursor& cursor, const TextBlock& block, double points, double width);
+  void InsertBlock(QTextCursor& cursor, const TextBlock& block, double points);
+  int PictureRoom() const;
+  void InsertPicture(QTextCursor& cursor, const std::string& path, const QTextCharFormat& words);
   void InsertLine(QTextCursor& cursor, const TextLine& line, const QTextCharFormat& format, double points);
   void InsertSign(QTextCursor& cursor, const TextPiece& piece, const QTextCharFormat& format, double points);
 
   std::vector<TextBlock> blocks_;
   std::vector<std::string> marked_;
   std::vector<int> firstLines_;  // of each block: the number of its first text block
+  int roomLaidOut_ = 0;          // for pictures, in pixels
+  bool picturesLaidOut_ = false;
   int zoom_ = 0;
   std::string keptAs_;
 };

@@ -125,6 +125,26 @@ TEST_F(ControlsTest, ButtonStaysAsItsOwnerSetIt) {
   }
   EXPECT_EQ(clicks, 2);
   EXPECT_EQ(widget->accessibleName(), "Top Left");
+  button->SetVisible(false);
+  button->SetPlace({0, 0, 60, 24});
+  EXPECT_TRUE(widget->isHidden()) << "laying out showed what its owner hides";
+}
+
+TEST_F(ControlsTest, TheClickThatEntersASmallBoxSelectsItsText) {
+  TextBox* box = window->AddTextBox("Font Size", false);
+  box->SetPlace({0, 0, 100, 24});
+  box->SetText("11");
+  auto* edit = TheOnly<QLineEdit>();
+  Canvas* canvas = window->AddCanvas();
+  window->SetCanvasPlace(canvas, {0, 30, 100, 100});
+  Show();
+  canvas->Focus();
+  QTest::mouseClick(edit, Qt::LeftButton);
+  QTest::keyClicks(edit, "14");
+  EXPECT_EQ(box->Text(), "14");
+  QTest::mouseClick(edit, Qt::LeftButton, {}, QPoint(90, 12));
+  QTest::keyClicks(edit, ".5");
+  EXPECT_EQ(box->Text(), "14.5");
 }
 
 TEST_F(ControlsTest, ButtonsLeaveTheFocusAndEscapeToOthers) {

@@ -13,6 +13,7 @@
 #include <QTreeWidget>
 #include <QWheelEvent>
 
+#include "platform/files.h"
 #include "platform/qt/qt_image_painter.h"
 #include "tests/screen/screen_test.h"
 
@@ -66,6 +67,26 @@ TEST_F(TextViewTest, LaysOutEachKindAndFollowsTheWidth) {
   const int lines = block(2).layout()->lineCount();
   view->SetPlace({0, 0, 800, 200});
   EXPECT_LT(block(2).layout()->lineCount(), lines);
+}
+
+TEST_F(TextViewTest, PicturesAreNeverWiderThanTheView) {
+  const QString file = settings.filePath(QStringLiteral("wide.png"));
+  ASSERT_TRUE(QImage(1000, 100, QImage::Format_RGB32).save(file));
+  view->Show({Block(Kind::Picture, BackslashPath(file.toStdString())), Block(Kind::Picture, "\\gone.png")});
+  const auto width = [&] {
+    QTextCursor cursor(browser->document());
+    cursor.movePosition(QTextCursor::NextCharacter);
+    const QTextImageFormat format = cursor.charFormat().toImageFormat();
+    return format.width() > 0 ? format.width() : 1000;
+  };
+  EXPECT_LT(width(), 400);
+  EXPECT_EQ(browser->horizontalScrollBar()->maximum(), 0);
+  EXPECT_NEAR(browser->document()->firstBlock().layout()->boundingRect().height(), width() / 10, 8);
+  EXPECT_NE(browser->toPlainText().indexOf(QStringLiteral("/gone.png cannot be shown")), -1);
+  view->SetPlace({0, 0, 700, 200});
+  EXPECT_GT(width(), 600);
+  view->SetPlace({0, 0, 1300, 200});
+  EXPECT_EQ(width(), 1000);
 }
 
 TEST_F(TextViewTest, KeepsItsPlaceWhenLettersGrow) {

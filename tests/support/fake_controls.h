@@ -74,6 +74,7 @@ class FakeTextBox : public FakeControl<TextBox> {
   void Type(const std::string& newText);
   void PressEnter() { OnEnter ? OnEnter() : void(); }
   void PressEscape() { OnEscape ? OnEscape() : void(); }
+  void PressDown() { OnDown ? OnDown() : void(); }
 };
 
 class FakeScrollBar : public FakeControl<ScrollBar> {

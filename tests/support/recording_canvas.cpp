@@ -157,8 +157,10 @@ void RecordingCanvas::SetCoordinates(float left, float top, float width, float h
 }
 
 void RecordingCanvas::ScrollTo(float left, float top, float width, float height) {
+  // What stays where it was is not painted again.
+  const std::string before = coordinates;
   SetCoordinates(left, top, width, height);
-  Invalidate(Layer::Page);
+  if (coordinates != before) Invalidate(Layer::Page);
   Invalidate(Layer::Overlay);
 }
 

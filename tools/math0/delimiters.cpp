@@ -1,4 +1,5 @@
 #include <array>
+#include <cmath>
 
 #include "tools/math0/glyphs.h"
 
@@ -121,48 +122,52 @@ Outline DoubleBar() {
   return Bar() + Shift(Bar(), 7, 0);
 }
 
-// Both roots carry their bar at y 0 to 2, at the right edge of their advance, so the same vinculum goes on
-// from either; the tall root hangs down from there. Flag, thick fall, thin rise, bar.
+// All roots carry their bar at y 0 to 2, at the right edge of their advance, so the same vinculum goes on
+// from each; the taller ones hang down from there. Flag, thick fall, thin rise, bar.
 constexpr double kRootBar = 0;
 constexpr double kRootRule = 2;  // roots are set larger than what they stand beside, so their bar is thinner
 
-Outline Root() {
+// The points of a root for each of two heights, and of those between them: `tall` goes from 0 to 1.
+Outline RootOf(double tall) {
+  const auto between = [tall](Vec one, Vec other) {
+    const Vec at = one + (other - one) * tall;
+    return Vec{std::round(at.x * 16) / 16, std::round(at.y * 16) / 16};
+  };
   constexpr double foot = kRootBar + kRootRule;
-  return Polygon({{0, 28},
-                  {7.25, 23.75},
-                  {15.75, 41},
-                  {30, kRootBar},
-                  {36, kRootBar},
-                  {36, foot},
-                  {31.5, foot},
-                  {16, 47},
-                  {14.25, 47},
-                  {4.75, 27.5},
-                  {0.75, 29.75}}) +
-         ThreadsBetween(Path(0, 28).Line(7.25, 23.75), Path(0.75, 29.75).Line(4.75, 27.5)) +
-         ThreadsBetween(Path(7.25, 23.75).Line(15.75, 41), Path(4.75, 27.5).Line(14.25, 47)) +
-         ThreadsBetween(Path(15.75, 41).Line(30, kRootBar).Line(36, kRootBar),
-                        Path(16, 47).Line(31.5, foot).Line(36, foot)) +
-         Path(15.5, 42).Line(15.125, 46).Thread();
+  const Vec flag = between({0, 28}, {0, 59}), flagFoot = between({0.75, 29.75}, {0.75, 60.75});
+  const Vec bend = between({7.25, 23.75}, {8, 54.25}), bendFoot = between({4.75, 27.5}, {5, 58.25});
+  const Vec valley = between({15.75, 41}, {17.5, 87.5});
+  const Vec tip = between({14.25, 47}, {15.75, 97}), tipRight = between({16, 47}, {17.75, 97});
+  const Vec bar = between({30, kRootBar}, {36.5, kRootBar}), barFoot = between({31.5, foot}, {38.25, foot});
+  const double end = between({36, 0}, {42, 0}).x;
+  const Vec inner = between({15.5, 42}, {17.25, 89}), lowest = between({15.125, 46}, {16.75, 96});
+  return Polygon({flag,
+                  bend,
+                  valley,
+                  bar,
+                  {end, kRootBar},
+                  {end, foot},
+                  barFoot,
+                  tipRight,
+                  tip,
+                  bendFoot,
+                  flagFoot}) +
+         ThreadsBetween(Path(flag.x, flag.y).Line(bend.x, bend.y),
+                        Path(flagFoot.x, flagFoot.y).Line(bendFoot.x, bendFoot.y)) +
+         ThreadsBetween(Path(bend.x, bend.y).Line(valley.x, valley.y),
+                        Path(bendFoot.x, bendFoot.y).Line(tip.x, tip.y)) +
+         ThreadsBetween(Path(valley.x, valley.y).Line(bar.x, bar.y).Line(end, kRootBar),
+                        Path(tipRight.x, tipRight.y).Line(barFoot.x, barFoot.y).Line(end, foot)) +
+         Path(inner.x, inner.y).Line(lowest.x, lowest.y).Thread();
+}
+Outline Root() {
+  return RootOf(0);
+}
+Outline MiddleRoot() {
+  return RootOf(0.46);
 }
 Outline TallRoot() {
-  constexpr double foot = kRootBar + kRootRule;
-  return Polygon({{0, 59},
-                  {8, 54.25},
-                  {17.5, 87.5},
-                  {36.5, kRootBar},
-                  {42, kRootBar},
-                  {42, foot},
-                  {38.25, foot},
-                  {17.75, 97},
-                  {15.75, 97},
-                  {5, 58.25},
-                  {0.75, 60.75}}) +
-         ThreadsBetween(Path(0, 59).Line(8, 54.25), Path(0.75, 60.75).Line(5, 58.25)) +
-         ThreadsBetween(Path(8, 54.25).Line(17.5, 87.5), Path(5, 58.25).Line(15.75, 97)) +
-         ThreadsBetween(Path(17.5, 87.5).Line(36.5, kRootBar).Line(42, kRootBar),
-                        Path(17.75, 97).Line(38.25, foot).Line(42, foot)) +
-         Path(17.25, 89).Line(16.75, 96).Thread();
+  return RootOf(1);
 }
 Outline Vinculum() {
   return Box(0, kRootBar, 25, kRootBar + kRootRule);
@@ -195,10 +200,10 @@ constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'>', "uni27E9.big", AngleRight},
     {',', "uni27E8.bigg", BigAngleLeft},
     {';', "uni27E9.bigg", BigAngleRight},
-    {'r', "uni23A1", CeilingLeft},
-    {'t', "uni23A4", CeilingRight},
-    {'f', "uni23A3", FloorLeft},
-    {'g', "uni23A6", FloorRight},
+    {'r', "uni2308", CeilingLeft},
+    {'t', "uni2309", CeilingRight},
+    {'f', "uni230A", FloorLeft},
+    {'g', "uni230B", FloorRight},
     {'7', "uni239B", HookTopLeft},
     {'9', "uni239E", HookTopRight},
     {'1', "uni239D", HookBottomLeft},
@@ -208,6 +213,7 @@ constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'|', "bar.ex", Bar},
     {'5', "dblverticalbar", DoubleBar},
     {'v', "radical", Root},
+    {'&', "radical.big", MiddleRoot},
     {'V', "radical.bigg", TallRoot},
     {' ', "uni203E", Vinculum},
     {'q', "uni256D", LevelBraceLeftEnd},

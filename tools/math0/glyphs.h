@@ -38,7 +38,7 @@
 //   | 5        the same, from either edge (5: from the left)        3
 //   - q z x w  from x 0 to the advance (25; quarters 14)            2.5, middle at y 27.5
 //   =          from x 0 to 25                                       2.5 each, middles at y 24.25 and 30.75
-//   space v V  from x 0 to the advance (space 25)                   2, y 0 to 2
+//   space v & V  from x 0 to the advance (space 25)                   2, y 0 to 2
 
 #include <span>
 #include <string>

@@ -153,37 +153,6 @@ Outline Ell() {
       .Ink();
 }
 
-// A small loop on the left, a stem that leans and loops below the line, and from there the large bowl.
-Outline WeierstrassP() {
-  const Outline upright = Pen(11.25, 31, 1.25)
-                              .Curve(9, 36.5, 6, 36.5, 1.75)
-                              .Curve(2.25, 36.5, 2.25, 29.5, 2.75)
-                              .Curve(2.25, 19.5, 9, 19.5, 1.75)
-                              .Curve(14, 19.5, 14, 29, 3.25)
-                              .Curve(14, 41, 11.5, 48.5, 2.5)
-                              .Curve(9.75, 53, 6.25, 53, 1.75)
-                              .Curve(3, 53, 3, 49.5, 1.25)
-                              .Curve(3, 45, 8.5, 41.5, 1.25)
-                              .Curve(13, 38.75, 17, 38.75, 2)
-                              .Curve(25.4375, 38.75, 25.4375, 28.5, 3.25)
-                              .Curve(25.4375, 18.75, 20, 18.75, 1.75)
-                              .Curve(16, 18.75, 14, 26, 1.25)
-                              .Ink();
-  return Shift(Slant(upright, kBaseline, 0.17), 0.5, 0);
-}
-
-// A thick falling diagonal with an arm above and a leg below, each with a bent end.
-Outline Aleph() {
-  const Outline fall =
-      Band(Path(4.75, 7.25).Curve(6, 9.75, 9, 12.5).Line(30, 32.75).Curve(31.75, 34.5, 31.5, 40),
-           Path(3.5, 7.5).Curve(3.5, 12, 6.25, 14.75).Line(27, 34.75).Curve(29, 36.75, 30, 40));
-  const Outline arm = Band(Path(24, 29.5).Curve(31.25, 24.5, 31.25, 17.5).Curve(31.25, 12, 27.75, 7.25),
-                           Path(23, 28).Curve(28, 24, 28, 17.5).Curve(28, 13, 26.25, 8.25));
-  const Outline leg = Band(Path(11.5, 18.75).Curve(4.75, 23.25, 5, 31).Curve(5, 35, 6.25, kBaseline - 1),
-                           Path(12.5, 20.25).Curve(8, 24, 8.25, 31).Curve(8.25, 35, 9, kBaseline - 1));
-  return fall + arm + leg + Box(3.5, 38.25, 10, kBaseline);
-}
-
 // A delta turned over: the thick side comes first.
 Outline Nabla() {
   return Polygon({{2, kCap}, {34.5, kCap}, {19.25, kBaseline}, {17.75, kBaseline}}) +
@@ -232,8 +201,6 @@ constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'F', "uni2131", ScriptF},
     {'h', "hbar", HBar},
     {'l', "uni2113", Ell},
-    {'p', "weierstrass", WeierstrassP},
-    {'a', "aleph", Aleph},
     {'G', "gradient", Nabla},
     {'d', "partialdiff", Partial},
     {'8', "infinity", Infinity},

@@ -2,7 +2,7 @@
 
 #include "tools/math0/glyphs.h"
 
-// Accents, dots, prime and dagger.
+// Accents and dots.
 //
 // An accent takes no room: its ink lies evenly about x = 0, at the height for a small letter. A glyph's
 // right-hand bearing repeats its left one, so this is as far to the left as a mark can stand; the pen is
@@ -59,24 +59,6 @@ Outline DotsRising() {
   return MirrorY(DotsFalling(), kAxis);
 }
 
-// A wedge, round and full at the top.
-Outline Prime() {
-  return Band(Path(3, 19.5).Line(7, 8).Curve(7.75, 6, 9.5, 6.5),
-              Path(4.25, 20).Line(10.75, 9).Curve(11.5, 7.25, 9.5, 6.5));
-}
-
-// Four tapering arms; the foot is the long one.
-Outline Dagger() {
-  constexpr double middle = 12.5, bar = 18;
-  const Outline head = Band(Path(middle, 7).Curve(10.25, 7, 10.5, 9.5).Line(11.75, 17.5),
-                            Path(middle, 7).Curve(14.75, 7, 14.5, 9.5).Line(13.25, 17.5));
-  const Outline foot =
-      Band(Path(11.75, 17.5).Line(10.75, 25).Line(12, 46), Path(13.25, 17.5).Line(14.25, 25).Line(13, 46));
-  const Outline arm = Band(Path(3, bar).Curve(3, 15.75, 5.5, 16).Line(middle, 17.375),
-                           Path(3, bar).Curve(3, 20.25, 5.5, 20).Line(middle, 18.625));
-  return head + foot + arm + MirrorX(arm, middle);
-}
-
 constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'^', "circumflex", Hat},
     {'~', "tilde", Tilde},
@@ -88,8 +70,6 @@ constexpr std::array kGlyphs = std::to_array<Glyph>({
     {':', "uni22EE", DotsUpright},
     {'\\', "uni22F1", DotsFalling},
     {'/', "uni22F0", DotsRising},
-    {'\'', "minute", Prime},
-    {'D', "dagger", Dagger},
 });
 
 }  // namespace

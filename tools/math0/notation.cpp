@@ -9,9 +9,9 @@ namespace {
 
 constexpr std::string_view kLeaning = "fTVWY";
 constexpr std::string_view kSymbolRelations = "=<>";
-constexpr std::string_view kSymbolOperators = "+-\xB4\xD7";
+constexpr std::string_view kSymbolOperators = "+-\xB4\xD7\xD9\xDA";
 constexpr std::string_view kMathRelations = "#@?$%WXkceTM-=YBybmj2\x7F";
-constexpr std::string_view kMathOperators = "&o";
+constexpr std::string_view kMathOperators = "po";
 
 char Take(std::string_view& rest) {
   const char c = rest.empty() ? ' ' : rest.front();

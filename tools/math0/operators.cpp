@@ -205,10 +205,10 @@ constexpr std::array kGlyphs = std::to_array<Glyph>({
     {'i', "integral", TextIntegral},
     {'J', "uni222C.display", DoubleIntegral},
     {'O', "uni222E.display", ContourIntegral},
-    {'u', "union.display", Cup},
-    {'n', "intersection.display", Cap},
-    {'+', "circleplus.display", DirectSum},
-    {'*', "circlemultiply.display", Tensor},
+    {'u', "uni22C3", Cup},
+    {'n', "uni22C2", Cap},
+    {'+', "uni2A01", DirectSum},
+    {'*', "uni2A02", Tensor},
 });
 
 }  // namespace

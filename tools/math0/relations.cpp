@@ -2,8 +2,8 @@
 
 #include "tools/math0/glyphs.h"
 
-// Relations and logic, of one weight and centred on the axis. Most relations are 30 units wide with 3 on
-// either side.
+// Relations, logic and small operators, of one weight and centred on the axis. Most relations are 30 units
+// wide with 3 on either side.
 
 namespace kelvane::math0 {
 namespace {
@@ -109,32 +109,49 @@ Outline Exists() {
   return Box(26 - kWeight, 7, 26, 40) + Box(4, 7, 26, 7 + kWeight) + Level(23.5, 6, 26) +
          Box(4, 40 - kWeight, 26, 40);
 }
-Outline Wedge() {
-  return SlantBar(14.5, 13, 3, 42, 3) + SlantBar(15.5, 13, 27, 42, 3);
+
+// As high and wide as the plus-minus sign of Symbol, which it is turned over.
+Outline MinusPlus() {
+  constexpr double left = 2, right = 26, middle = (left + right) * 0.5;
+  return Level(9.375, left, right) + Level(26.75, left, right) +
+         Box(middle - kWeight * 0.5, 13.5, middle + kWeight * 0.5, 40);
 }
-Outline Vee() {
-  return MirrorY(Wedge(), kAxis);
+
+// Circle and square are so wide that the shaft of an arrow, stepped back by fixed spaces, comes to lie in
+// their middle, and the circle's ink takes the shaft's ends.
+constexpr double kFrame = 2.5, kFrameMiddle = 17.5, kFrameReach = 14;
+
+Outline Circle() {
+  return EllipseRing({kFrameMiddle, kAxis}, kFrameReach, kFrameReach, kFrame, kFrame);
+}
+Outline CircledDot() {
+  return Circle() + Disc({kFrameMiddle, kAxis}, 3);
+}
+Outline Square() {
+  constexpr double left = kFrameMiddle - kFrameReach, right = kFrameMiddle + kFrameReach;
+  constexpr double top = kAxis - kFrameReach, bottom = kAxis + kFrameReach;
+  return Box(left, top, right, top + kFrame) + Box(left, bottom - kFrame, right, bottom) +
+         Box(left, top, left + kFrame, bottom) + Box(right - kFrame, top, right, bottom);
+}
+Outline Triangle() {
+  return Polygon({{18, 12}, {34, 40}, {2, 40}}) + Reverse(Polygon({{18, 17}, {29.75, 37.5}, {6.25, 37.5}})) +
+         ThreadsBetween(Path(2, 40).Line(18, 12), Path(6.25, 37.5).Line(18, 17)) +
+         ThreadsBetween(Path(18, 12).Line(34, 40), Path(18, 17).Line(29.75, 37.5)) +
+         ThreadsBetween(Path(34, 40).Line(2, 40), Path(29.75, 37.5).Line(6.25, 37.5));
 }
 
 constexpr std::array kGlyphs = std::to_array<Glyph>({
-    {'#', "equivalence", Equivalent},
-    {'@', "congruent", Congruent},
-    {'?', "uni2243", Asymptotic},
-    {'$', "precedes", Precedes},
-    {'%', "succeeds", Succeeds},
-    {'W', "muchless", MuchLess},
-    {'X', "muchgreater", MuchGreater},
-    {'k', "proportional", Proportional},
-    {'c', "propersubset", Subset},
-    {'\x7f', "reflexsubset", SubsetOrEqual},
-    {'e', "element", Element},
-    {'T', "uni22A2", Turnstile},
-    {'M', "uni22A8", Models},
-    {'!', "uni0338", Negation},
-    {'A', "universal", ForAll},
-    {'E', "existential", Exists},
-    {'&', "logicaland", Wedge},
-    {'o', "logicalor", Vee},
+    {'#', "equivalence", Equivalent},  {'@', "congruent", Congruent},
+    {'?', "uni2243", Asymptotic},      {'$', "precedes", Precedes},
+    {'%', "succeeds", Succeeds},       {'W', "muchless", MuchLess},
+    {'X', "muchgreater", MuchGreater}, {'k', "proportional", Proportional},
+    {'c', "propersubset", Subset},     {'\x7f', "reflexsubset", SubsetOrEqual},
+    {'e', "element", Element},         {'T', "uni22A2", Turnstile},
+    {'M', "uni22A8", Models},          {'!', "uni0338", Negation},
+    {'A', "universal", ForAll},        {'E', "existential", Exists},
+    {'p', "uni2213", MinusPlus},       {'o', "uni2299", CircledDot},
+    {'\'', "uni25CB", Circle},         {'a', "uni25A1", Square},
+    {'D', "uni25B3", Triangle},
 });
 
 }  // namespace

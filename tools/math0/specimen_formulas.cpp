@@ -50,11 +50,11 @@ void PutFormulas(Page& page, float y) {
       {44, Waves(), Row().Large('n', "i`eI").Then("A_i `\x7F").Large('u', "i`eI").Then("A_i")},
       {44, Coproduct(), Row("T(V) =").Large('+', "k=0", "`8").Then(";").Large('*', "i=1", "k").Then("V")},
       {40, "`A~e > 0;;`E~d > 0:;`|x - a`| < ~d `Y `|f(x) - f(a)`| < ~e",
-       "`N `c `Z `c `Q `c `R `c `C,@`|`R`| = 2^{`a_0}"},
-      {24, "p `& (q `o r) `# (p `& q) `o (p `& r)", "~G `T ~j `B`Y ~G `M ~j"},
+       "`N `c `Z `c `Q `c `R `c `C,@`|`R`| = 2^{~\xC0_0}"},
+      {24, "p ~\xD9 (q ~\xDA r) `# (p ~\xD9 q) ~\xDA (p ~\xD9 r)", "~G `T ~j `B`Y ~G `M ~j"},
       {24, "A `\x7F B `B`Y `Ax;(x `e A `Y x `e B)", "a `W b `$ c `% d `X e,@x `k y `? z"},
-      {24, "`L{f`'}(s) = s;`L{f}(s) - f(0)", "`Ff(k) = `if(x);e^{-ikx};dx"},
-      {24, "`p`'^2 = 4`p^3 - g_2`p - g_3", "`s;a_{ii} = 'tr 'A,@A^{`D}A = I;,@`H `@ `l^2"},
+      {24, "`L{f~\xA2}(s) = s;`L{f}(s) - f(0)", "`Ff(k) = `if(x);e^{-ikx};dx"},
+      {24, "~\xC3~\xA2^2 = 4~\xC3^3 - g_2~\xC3 - g_3", "`s;a_{ii} = 'tr 'A,@A^{'\x86'}A = I;,@`H `@ `l^2"},
       {46, Matrix(), Cases()},
   };
   for (const Line& line : lines) {

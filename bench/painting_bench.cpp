@@ -1,10 +1,6 @@
-// What a person waits for: a page painted, zoomed, scrolled, edited, undone, turned, opened, saved and
-// printed, a key that reaches the screen. Beside it, where there is such a thing, bare Qt or the bare system
-// doing the same work. Prints the medians and, at the end, a table of them with the ratios.
+// A page painted, zoomed, scrolled, drawn on, edited, and a key that reaches the screen. Beside it, where
+// there is such a thing, bare Qt doing the same work.
 
-#include <benchmark/benchmark.h>
-
-#include <QApplication>
 #include <QFont>
 #include <QGlyphRun>
 #include <QImage>
@@ -14,8 +10,6 @@
 #include <QRawFont>
 #include <QWidget>
 #include <cstdint>
-#include <cstdio>
-#include <filesystem>
 #include <map>
 #include <random>
 #include <string>
@@ -25,107 +19,25 @@
 
 #include "app/settings.h"
 #include "app/startup.h"
+#include "bench/stage.h"
 #include "document/lines.h"
 #include "document/page.h"
 #include "document/page_items.h"
-#include "document/paper.h"
 #include "editing/bezier.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
-#include "editing/modes.h"
 #include "editing/tool.h"
 #include "editing/undo.h"
-#include "output/postscript.h"
-#include "papers/paper_commands.h"
-#include "platform/files.h"
 #include "platform/handlers.h"
-#include "platform/qt/qt_canvas.h"
-#include "platform/qt/qt_dialogs.h"
-#include "platform/qt/qt_toolkit.h"
 #include "typography/glyphs.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
-#include "typography/typefaces.h"
 #include "typography/view.h"
 #include "typography/zoom.h"
 
 namespace kelvane {
 namespace {
-
-// The default paper at the default scale.
-constexpr int kWidth = 1188;
-constexpr int kHeight = 1680;
-constexpr int kCharacters = 10;
-constexpr int kRepetitions = 15;
-
-void ShowWholePaper() {
-  STARTX = PaperWidth / 2;
-  STARTY = PaperHeight / 2;
-}
-
-// Counts the paintings of a widget.
-class PaintCounter : public QObject {
- public:
-  int Count() const { return count_; }
-
- protected:
-  bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::Paint) ++count_;
-    return false;
-  }
-
- private:
-  int count_ = 0;
-};
-
-// A canvas of its own, without a window around it.
-struct Stage {
-  QtCanvas canvas{nullptr};
-  PaintCounter paintings;
-  Canvas* editorCanvas = Picture1;
-
-  Stage() {
-    ResetProgram();
-    for (TypefaceRecord& face : TypefaceTable) {
-      face.Widths.fill(500);
-      face.WidthUnit = 600;
-    }
-    canvas.resize(kWidth, kHeight);
-    canvas.show();
-    QCoreApplication::processEvents();
-    Picture1 = &canvas;
-    ShowWholePaper();
-    canvas.OnPaint = PaintLayer;
-    canvas.installEventFilter(&paintings);
-    RedrawPage();
-    QCoreApplication::processEvents();
-  }
-  ~Stage() { Picture1 = editorCanvas; }
-
-  // Does something and waits until it is painted.
-  template <typename Act>
-  void Show(Act act) const {
-    const int before = paintings.Count();
-    act();
-    while (paintings.Count() == before) QCoreApplication::processEvents();
-  }
-};
-
-// Runs all over the paper, the same ones each time.
-void FillPage(int runs, float pixels) {
-  std::minstd_rand random(1);
-  const float size = pixels / SCALE;
-  std::uniform_real_distribution<float> across(0, PaperWidth - kCharacters * 0.5F * size);
-  std::uniform_real_distribution<float> down(size, PaperHeight);
-  PageText.clear();
-  for (int i = 0; i < runs; ++i) {
-    std::string run;
-    for (int c = 0; c < kCharacters; ++c) run += static_cast<char>('a' + random() % 26);
-    PageText += std::to_string(across(random)) + ' ' + std::to_string(down(random)) + " m " +
-                std::to_string(size) + " F0 (" + run + ") 3 s\r\n";
-  }
-}
 
 // The page's characters as bare Qt takes them: font, glyphs and positions, ready to be drawn.
 std::vector<QGlyphRun> GlyphRunsOfPage(float pixels) {
@@ -321,9 +233,7 @@ void DrawnPath(benchmark::State& state) {
 // From the key to the painted widget, in the whole editor with its journal. A run of 40 characters is typed
 // and taken back again.
 void KeyPress(benchmark::State& state) {
-  constexpr float kAround = 100;  // pixels that the controls around the canvas take at most
-  FormPlace = {0, 0, (kWidth + kAround) * kTwipsPerPixel, (kHeight + kAround) * kTwipsPerPixel};
-  ShowEditor({});
+  ShowWholeEditor({});
   FillPage(static_cast<int>(state.range(0)), 24);
   ResetEdits();
   ShowWholePaper();
@@ -350,7 +260,7 @@ void KeyPress(benchmark::State& state) {
 
 // An edit and its undoing, with the journal and without the painting.
 void JournaledEdit(benchmark::State& state) {
-  ShowEditor({});
+  ShowWholeEditor({});
   FillPage(static_cast<int>(state.range(0)), 24);
   ResetEdits();
   for (auto _ : state) {
@@ -424,117 +334,6 @@ void CommitAndUndo(benchmark::State& state) {
   }
 }
 
-std::string ScratchFile(const std::string& name) {
-  return BackslashPath((std::filesystem::temp_directory_path() / name).string());
-}
-
-void Save(benchmark::State& state) {
-  const Stage stage;
-  FillPage(static_cast<int>(state.range(0)), 24);
-  const std::string path = ScratchFile("kelvane-bench.001");
-  for (auto _ : state) WritePageSorted(path);
-  TheFiles->Remove(path);
-}
-
-// The same bytes, safely put in the place of the old file.
-void BareSave(benchmark::State& state) {
-  const Stage stage;
-  FillPage(static_cast<int>(state.range(0)), 24);
-  const std::string path = ScratchFile("kelvane-bench.001");
-  for (auto _ : state) WriteFileSafely(path, PageText);
-  TheFiles->Remove(path);
-}
-
-void Open(benchmark::State& state) {
-  const Stage stage;
-  FillPage(static_cast<int>(state.range(0)), 24);
-  const std::string path = ScratchFile("kelvane-bench.001");
-  WritePageSorted(path);
-  for (auto _ : state) {
-    ReadPage(path);
-    benchmark::DoNotOptimize(ItemsOfPage().Texts().data());
-  }
-  TheFiles->Remove(path);
-}
-
-void BareOpen(benchmark::State& state) {
-  const Stage stage;
-  FillPage(static_cast<int>(state.range(0)), 24);
-  const std::string path = ScratchFile("kelvane-bench.001");
-  WritePageSorted(path);
-  for (auto _ : state) benchmark::DoNotOptimize(TheFiles->ReadWhole(path));
-  TheFiles->Remove(path);
-}
-
-// A paper of pages with 100 runs each, as long as it is needed.
-class ScratchPaper {
- public:
-  explicit ScratchPaper(int pages) : pages_(pages) {
-    FillPage(100, 24);
-    for (int number = 1; number <= pages; ++number) WritePagePlain(Page(number));
-    // Nothing that one would be asked about.
-    ClearPage();
-    PageChanged = 0;
-  }
-  ~ScratchPaper() {
-    for (int number = 1; number <= pages_; ++number) TheFiles->Remove(Page(number));
-    TheFiles->Remove(Output());
-  }
-  ScratchPaper(const ScratchPaper&) = delete;
-  ScratchPaper& operator=(const ScratchPaper&) = delete;
-
-  std::string Page(int number) const { return PageFileName(first_, number); }
-  std::string Output() const { return ScratchFile("kelvane-bench.ps"); }
-
- private:
-  int pages_;
-  std::string first_ = ScratchFile("kelvane-bench-paper.001");
-};
-
-void Print(benchmark::State& state) {
-  const Stage stage;
-  const ScratchPaper paper(static_cast<int>(state.range(0)));
-  WriteFileSafely(paper.Output(), "");
-  for (auto _ : state) WriteFileSafely(paper.Output(), WholePaperJob(paper.Page(1)));
-}
-
-// The paper's bytes copied.
-void BarePrint(benchmark::State& state) {
-  const Stage stage;
-  const ScratchPaper paper(static_cast<int>(state.range(0)));
-  WriteFileSafely(paper.Output(), "");
-  for (auto _ : state) {
-    std::string all;
-    for (int number = 1; number <= state.range(0); ++number) all += TheFiles->ReadWhole(paper.Page(number));
-    WriteFileSafely(paper.Output(), all);
-  }
-}
-
-// There and back, in the whole editor.
-void TurnPage(benchmark::State& state) {
-  const ScratchPaper paper(static_cast<int>(state.range(0)));
-  ShowEditor(paper.Page(1));
-  QCoreApplication::processEvents();
-  PaintCounter paintings;
-  auto* widget = dynamic_cast<QWidget*>(Picture1);
-  widget->installEventFilter(&paintings);
-  std::int16_t to = 2;
-  for (auto _ : state) {
-    const int before = paintings.Count();
-    GoToPage(to);
-    while (paintings.Count() == before) QCoreApplication::processEvents();
-    to = static_cast<std::int16_t>(3 - to);
-  }
-  widget->removeEventFilter(&paintings);
-}
-
-// What waits for the disk takes long, however little it computes.
-void MeasureDisk(benchmark::internal::Benchmark* benchmark) {
-  benchmark->Unit(benchmark::kMillisecond)->Repetitions(5)->Iterations(4)->MeasureProcessCPUTime();
-}
-void Measure(benchmark::internal::Benchmark* benchmark) {
-  benchmark->Unit(benchmark::kMillisecond)->Repetitions(kRepetitions)->MinTime(0.05)->MeasureProcessCPUTime();
-}
 void TextSizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgNames({"runs", "px"})->ArgsProduct({{1000, 10000}, {12, 24, 96}})->Apply(Measure);
 }
@@ -543,9 +342,6 @@ void ZoomSizes(benchmark::internal::Benchmark* benchmark) {
 }
 void DrawingSizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgNames({"drawings", "px"})->ArgsProduct({{1000, 10000}, {1, 2, 4}})->Apply(Measure);
-}
-void RunCounts(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgNames({"runs"})->Arg(1000)->Arg(10000)->Apply(Measure);
 }
 BENCHMARK(BareText)->Apply(TextSizes);
 BENCHMARK(ImagesText)->Apply(TextSizes);
@@ -558,79 +354,8 @@ BENCHMARK(DrawnPath)->ArgNames({"pieces"})->Arg(100)->Arg(1000)->Apply(Measure);
 BENCHMARK(BareScroll)->Apply(RunCounts);
 BENCHMARK(Scroll)->Apply(RunCounts);
 BENCHMARK(CommitAndUndo)->Apply(RunCounts);
-BENCHMARK(BareOpen)->Apply(RunCounts);
-BENCHMARK(Open)->Apply(RunCounts);
-BENCHMARK(BareSave)->ArgNames({"runs"})->Arg(10000)->Apply(MeasureDisk);
-BENCHMARK(Save)->ArgNames({"runs"})->Arg(10000)->Apply(MeasureDisk);
-BENCHMARK(BarePrint)->ArgNames({"pages"})->Arg(999)->Apply(MeasureDisk);
-BENCHMARK(Print)->ArgNames({"pages"})->Arg(999)->Apply(MeasureDisk);
-BENCHMARK(TurnPage)->ArgNames({"pages"})->Arg(3)->Apply(MeasureDisk);
 BENCHMARK(KeyPress)->ArgNames({"runs"})->Arg(100)->Arg(10000)->Apply(Measure);
 BENCHMARK(JournaledEdit)->ArgNames({"runs"})->Arg(100)->Arg(10000)->Apply(Measure);
 
-// Keeps the medians for the table of ratios.
-class MedianReporter : public benchmark::ConsoleReporter {
- public:
-  MedianReporter() : ConsoleReporter(OO_Tabular) {}
-
-  void ReportRuns(const std::vector<Run>& runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run& run : runs) {
-      if (run.aggregate_name != "median") continue;
-      // Processor time: what else the machine does must not decide a ratio.
-      medians_[run.run_name.function_name][run.run_name.args] = run.GetAdjustedCPUTime();
-    }
-  }
-
-  // Milliseconds, and how many times those of the bare forms.
-  void PrintTable() const {
-    std::printf("\n| | | Kelvane | bare | ratio | images | ratio |\n|---|---|---|---|---|---|---|\n");
-    for (const auto& [name, times] : medians_) {
-      if (name.starts_with("Bare") || name.starts_with("Images")) continue;
-      for (const auto& [arguments, time] : times) {
-        std::printf("| %s | %s | %.2f |", name.c_str(), arguments.c_str(), time);
-        for (const char* form : {"Bare", "Images"}) PrintRatio(form + name, arguments, time);
-        std::printf("\n");
-      }
-    }
-  }
-
- private:
-  void PrintRatio(const std::string& name, const std::string& arguments, double time) const {
-    const auto form = medians_.find(name);
-    const auto other = form == medians_.end() ? Times::const_iterator() : form->second.find(arguments);
-    if (form == medians_.end() || other == form->second.end()) {
-      std::printf(" | |");
-    } else {
-      std::printf(" %.2f | %.2f |", other->second, time / other->second);
-    }
-  }
-
-  using Times = std::map<std::string, double>;  // by arguments
-  std::map<std::string, Times> medians_;
-};
-
 }  // namespace
 }  // namespace kelvane
-
-int main(int argc, char** argv) {
-  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  QApplication application(argc, argv);
-  // Interleaved, so that what else the machine does meets both sides of a ratio.
-  std::vector<char*> arguments(argv, argv + argc);
-  std::string interleave = "--benchmark_enable_random_interleaving=true";
-  std::string medians = "--benchmark_report_aggregates_only=true";
-  arguments.insert(arguments.begin() + 1, {interleave.data(), medians.data()});
-  int count = static_cast<int>(arguments.size());
-  benchmark::Initialize(&count, arguments.data());
-  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
-  kelvane::QtToolkit toolkit;
-  kelvane::QtDialogs dialogs;
-  kelvane::TheToolkit = &toolkit;
-  kelvane::TheDialogs = &dialogs;
-  kelvane::StateFolder = kelvane::ScratchFile("kelvane-bench-state") + "\\";
-  if (!kelvane::StartUp(kelvane::BackslashPath(KELVANE_PROGRAM_FOLDER))) return 1;
-  kelvane::MedianReporter reporter;
-  benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.PrintTable();
-}
