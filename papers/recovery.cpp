@@ -23,10 +23,14 @@ struct FileNow {
 
 FileNow LookAtFile(const std::string& path) {
   if (path.empty()) return {};
-  if (!TheFiles->Exists(path)) return {SeenMissing(path), {}};
-  std::string content = TheFiles->ReadWhole(path);
-  SeenFile seen = SeenWith(path, content);
-  return {std::move(seen), std::move(content)};
+  try {
+    if (!TheFiles->Exists(path)) return {SeenMissing(path), {}};
+    std::string content = TheFiles->ReadWhole(path);
+    SeenFile seen = SeenWith(path, content);
+    return {std::move(seen), std::move(content)};
+  } catch (const Failure&) {
+    return {SeenMissing(path), {}};  // what was left is offered all the same
+  }
 }
 
 // Whether a file's content is what saving the page would write.
