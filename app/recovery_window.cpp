@@ -121,11 +121,13 @@ Box WhatDiffers(const Page& file, const Page& left) {
   AddLines(Compare(file.drawings, left.drawings), ParseDrawing, Drawing(), all);
   const Box paper{0, 0, PaperWidth, PaperHeight};
   if (!all) return paper;
-  // What lies on the paper is shown with what is around it there.
-  const auto below = [](float edge, float end) { return edge >= 0 ? std::max(edge - kAround, 0.0F) : edge - end; };
-  const auto above = [](float edge, float end) { return edge <= end ? std::min(edge + kAround, end) : edge + kAround; };
-  Box shown{below(all->left, kAround), below(all->top, kAround), above(all->right, PaperWidth),
-            above(all->bottom, PaperHeight)};
+  // With what is around it, though not with the desk beside the paper unless it lies there.
+  const auto before = [](float edge) { return edge < 0 ? edge - kAround : std::max(edge - kAround, 0.0F); };
+  const auto behind = [](float edge, float end) {
+    return edge > end ? edge + kAround : std::min(edge + kAround, end);
+  };
+  Box shown{before(all->left), before(all->top), behind(all->right, PaperWidth),
+            behind(all->bottom, PaperHeight)};
   const float more = std::max(kLeastShown - (shown.right - shown.left), 0.0F) / 2;
   shown.left -= more;
   shown.right += more;

@@ -1,7 +1,7 @@
 #pragma once
 
-// What is half done above the page: the run being typed, the path being drawn, and where. Taken as a value, so
-// that it can be kept and taken up again.
+// What is half done above the page: the run being typed, the path being drawn, and where. Taken as a value,
+// so that it can be kept and taken up again.
 
 #include <cstdint>
 #include <string>
@@ -17,9 +17,10 @@ struct HalfDone {
   float size = 0;  // of the typeface, points
   std::int16_t font = 0;
   std::string run;
-  std::uint32_t caret = 0;    // before this character of the run
-  std::uint64_t retyped = 0;  // number of the item among the texts of the page, from 1, whose run it is; 0: new
-  std::string path;           // CurrentDrawing
+  std::uint32_t caret = 0;  // before this character of the run
+  std::uint64_t retyped =
+      0;             // number of the item among the texts of the page, from 1, whose run it is; 0: new
+  std::string path;  // CurrentDrawing
   Shape shape = Shape::Bezier;
   std::int32_t placeChosen = 0;
   bool operator==(const HalfDone&) const = default;

@@ -13,8 +13,8 @@
 
 namespace kelvane {
 
-// A journal that was left behind, with something that is in no file. It stays locked, so that no other program
-// offers it too.
+// A journal that was left behind, with something that is in no file. It stays locked, so that no other
+// program offers it too.
 struct LeftWork {
   std::string path;  // of the journal
   Files::Handle handle = 0;
@@ -24,8 +24,8 @@ struct LeftWork {
 
 void ResetRecovery();
 
-// Looks for such journals, those that were found before included. Journals that hold nothing which is not in a
-// file are removed.
+// Looks for such journals, those that were found before included. Journals that hold nothing which is not in
+// a file are removed.
 void FindLeftWork();
 const std::vector<LeftWork>& FoundWork();
 

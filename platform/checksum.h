@@ -1,7 +1,7 @@
 #pragma once
 
-// A checksum that is the same on every machine, since it is written into files: FNV-1a, 64 bits. A single byte
-// that differs always shows.
+// A checksum that is the same on every machine, since it is written into files: FNV-1a, 64 bits. A single
+// byte that differs always shows.
 
 #include <cstdint>
 #include <string_view>

@@ -71,8 +71,8 @@ class Files {
 extern Files* TheFiles;
 Files& DiskFiles();
 
-// Filled at start-up: called before a file is replaced, so that what might be lost with it is on the disk. Throws
-// nothing.
+// Filled at start-up: called before a file is replaced, so that what might be lost with it is on the disk.
+// Throws nothing.
 extern std::function<void()> BeforeReplacing;
 
 // True if the two paths lead to one file, links followed, or are equal.
