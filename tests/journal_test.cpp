@@ -255,6 +255,31 @@ TEST_F(JournalTest, AKilledProgramIsTakenUpWhereItWas) {
   EXPECT_EQ(JournalPath(), "");
 }
 
+TEST_F(JournalTest, ARunBeingRetypedAndAPathBeingDrawnAreTakenUp) {
+  files.contents[kPaper] = "50 60 m 11 F0 (old) 1 s\r\n";
+  Start(kPaper);
+  Act([] { RunCommand(CommandOf("mEditSelectAll")); });
+  Act([] { RunCommand(CommandOf("mEditOpen")); });
+  Key(kKeyEnd);
+  Type("er");
+  State left = StateNow();
+  KillAndStart();
+  Choose("&Restore");
+  EXPECT_EQ(StateNow(), left);
+  Key(kKeyEnter);
+  EXPECT_EQ(PageText, "50 60 m 11 F0 (older) 1 s\r\n");
+
+  Place("Draw Bezier", 10, 20);
+  Act([&] { canvas->Click(40, 60); });
+  left = StateNow();
+  ASSERT_NE(left.half.path, "");
+  KillAndStart();
+  Choose("&Restore");
+  EXPECT_EQ(StateNow(), left);
+  Key(kKeyEnter);
+  EXPECT_EQ(DrawingCount, 1);
+}
+
 TEST_F(JournalTest, ItGoesWhenThePageIsLeftInOrder) {
   Start(kPaper);
   EXPECT_EQ(JournalPath(), "");
