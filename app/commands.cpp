@@ -11,6 +11,7 @@
 #include "app/overview_window.h"
 #include "app/pdf_window.h"
 #include "app/picture_window.h"
+#include "app/recovery_window.h"
 #include "app/samples.h"
 #include "app/typing_view.h"
 #include "app/web_window.h"
@@ -195,6 +196,7 @@ void AddFileMenu(Table& table) {
   add("mFilePreview", "Print Previe&w...", "Ctrl+Alt+V", PreviewPrint);
   table.push_back(Separator("&File"));
   table.push_back({"&File", "mFileVersions", "&Versions", "", Run<ShowVersions>, PaperHasName});
+  table.push_back({"&File", "mFileRecover", "&Recover", "", Run<ShowRecovery>});
   table.push_back(Separator("&File"));
   // The frame's close button leaves as this entry does, so the sequence itself ends editing.
   table.push_back({"&File", "mFileExit", "Exit", "Ctrl+Q", Run<LeaveProgram>});

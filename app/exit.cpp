@@ -11,6 +11,7 @@
 #include "editing/modes.h"
 #include "macros/macros.h"
 #include "palette/palette.h"
+#include "papers/journal.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -56,6 +57,8 @@ bool SaveAndWriteSettings() {
   RefreshMacros();
   CancelPdfExport();
   KeepForNextStart();
+  EndJournal();
+  ReleasePaper();
   return true;
 }
 

@@ -9,6 +9,7 @@
 
 #include "app/arguments.h"
 #include "app/startup.h"
+#include "papers/journal.h"
 #include "platform/clipboard.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -20,6 +21,7 @@
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_outlines.h"
 #include "platform/qt/qt_printer.h"
+#include "platform/qt/qt_endings.h"
 #include "platform/qt/qt_toolkit.h"
 
 namespace {
@@ -60,6 +62,7 @@ int Run(int argc, char** argv) {
   if (!started) return 1;
   std::string page;
   if (!pageFile.empty()) kelvane::RunHandler([&] { page = kelvane::BackslashPath(pageFile); });
+  kelvane::WatchForEndings(application, kelvane::FlushJournal);
   kelvane::ShowEditor(page);
   return QCoreApplication::exec();
 }

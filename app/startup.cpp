@@ -12,6 +12,7 @@
 #include "app/pdf_window.h"
 #include "app/picture_window.h"
 #include "app/own_files.h"
+#include "app/recovery_window.h"
 #include "app/settings.h"
 #include "app/web_window.h"
 #include "designer/character_files.h"
@@ -34,10 +35,12 @@
 #include "palette/palette.h"
 #include "palette/tall_brackets.h"
 #include "papers/find.h"
+#include "papers/journal.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "papers/versions.h"
 #include "papers/versions_window.h"
+#include "papers/recovery.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -105,6 +108,8 @@ void ResetProgram() {
   ResetCursor();
   ResetSettings();
   ResetPaper();
+  ResetJournal();
+  ResetRecovery();
   ResetPaperCommands();
   ResetVersions();
   ResetVersionsWindow();
@@ -131,6 +136,7 @@ void ResetProgram() {
   ResetContactWindow();
   ResetWebWindow();
   ResetAboutWindow();
+  ResetRecoveryWindow();
   ResizeGuard = true;
   ConnectSubjects();
 }
@@ -174,11 +180,13 @@ void ShowEditor(const std::string& pageFile) {
   Form1->Show();
   Form1_Resize();
   Picture1->Focus();
+  StartJournal();
   if (pageFile.empty()) {
     BeginFirstMinutes();
   } else {
     RunHandler([&] { OpenPaperFile(pageFile); });
   }
+  RunHandler(OfferRecovery);
   RefreshMenus();
 }
 

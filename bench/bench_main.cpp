@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <string>
 #include <vector>
@@ -77,6 +78,9 @@ int main(int argc, char** argv) {
   kelvane::QtDialogs dialogs;
   kelvane::TheToolkit = &toolkit;
   kelvane::TheDialogs = &dialogs;
+  kelvane::StateFolder =
+      kelvane::BackslashPath((std::filesystem::temp_directory_path() / "kelvane-bench-state").string()) +
+      "\\";
   if (!kelvane::StartUp(kelvane::BackslashPath(KELVANE_PROGRAM_FOLDER))) return 1;
   kelvane::MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);

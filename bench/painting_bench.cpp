@@ -29,6 +29,7 @@
 #include "editing/keyboard.h"
 #include "editing/tool.h"
 #include "editing/undo.h"
+#include "platform/handlers.h"
 #include "typography/glyphs.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
@@ -229,11 +230,12 @@ void DrawnPath(benchmark::State& state) {
   CursorMode = 0;
 }
 
-// From the key to the painted widget, in the whole editor on a page of 10,000 runs. A run of 40 characters is
-// typed and taken back again.
+// From the key to the painted widget, in the whole editor with its journal. A run of 40 characters is typed
+// and taken back again.
 void KeyPress(benchmark::State& state) {
   ShowWholeEditor({});
-  FillPage(10000, 24);
+  FillPage(static_cast<int>(state.range(0)), 24);
+  ResetEdits();
   ShowWholePaper();
   CursorMode = -3;
   CursorX = 100;
@@ -254,6 +256,19 @@ void KeyPress(benchmark::State& state) {
     while (paintings.Count() == before) QCoreApplication::processEvents();
   }
   widget->removeEventFilter(&paintings);
+}
+
+// An edit and its undoing, with the journal and without the painting.
+void JournaledEdit(benchmark::State& state) {
+  ShowWholeEditor({});
+  FillPage(static_cast<int>(state.range(0)), 24);
+  ResetEdits();
+  for (auto _ : state) {
+    RunHandler([] {
+      EditPage("typing", [](Page& page) { page.text += "100 300 m 12 F0 (A run of text) 3 s\r\n"; });
+    });
+    RunHandler(Undo);
+  }
 }
 
 void Scroll(benchmark::State& state) {
@@ -339,7 +354,8 @@ BENCHMARK(DrawnPath)->ArgNames({"pieces"})->Arg(100)->Arg(1000)->Apply(Measure);
 BENCHMARK(BareScroll)->Apply(RunCounts);
 BENCHMARK(Scroll)->Apply(RunCounts);
 BENCHMARK(CommitAndUndo)->Apply(RunCounts);
-BENCHMARK(KeyPress)->Apply(Measure);
+BENCHMARK(KeyPress)->ArgNames({"runs"})->Arg(100)->Arg(10000)->Apply(Measure);
+BENCHMARK(JournaledEdit)->ArgNames({"runs"})->Arg(100)->Arg(10000)->Apply(Measure);
 
 }  // namespace
 }  // namespace kelvane

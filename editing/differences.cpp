@@ -8,6 +8,7 @@ namespace kelvane {
 
 namespace {
 
+constexpr std::size_t kBlock = 1024;  // bytes
 constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
 bool EndsLine(std::string_view text, std::size_t end, std::size_t start) {
@@ -114,15 +115,30 @@ class Walk {
 
 }  // namespace
 
-Differences Compare(std::string_view before, std::string_view after) {
-  const std::size_t shorter = std::min(before.size(), after.size());
-  auto front = static_cast<std::size_t>(
-      std::mismatch(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(shorter), after.begin())
-          .first -
-      before.begin());
-  while (front > 0 && before[front - 1] != '\n') --front;
+// Blocks are compared at once: most of two pages is the same.
+std::size_t CommonFront(std::string_view a, std::string_view b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
+  std::size_t front = 0;
+  while (shorter - front >= kBlock && a.compare(front, kBlock, b, front, kBlock) == 0) front += kBlock;
+  while (front < shorter && a[front] == b[front]) ++front;
+  return front;
+}
+
+std::size_t CommonBack(std::string_view a, std::string_view b) {
+  const std::size_t shorter = std::min(a.size(), b.size());
   std::size_t back = 0;
-  while (back < shorter - front && before[before.size() - 1 - back] == after[after.size() - 1 - back]) ++back;
+  while (shorter - back >= kBlock &&
+         a.compare(a.size() - back - kBlock, kBlock, b, b.size() - back - kBlock, kBlock) == 0) {
+    back += kBlock;
+  }
+  while (back < shorter && a[a.size() - 1 - back] == b[b.size() - 1 - back]) ++back;
+  return back;
+}
+
+Differences Compare(std::string_view before, std::string_view after) {
+  std::size_t front = CommonFront(before, after);
+  while (front > 0 && before[front - 1] != '\n') --front;
+  std::size_t back = CommonBack(before.substr(front), after.substr(front));
   while (back > 0 &&
          !(EndsLine(before, before.size() - back, front) && EndsLine(after, after.size() - back, front))) {
     --back;
@@ -134,6 +150,12 @@ Differences Compare(std::string_view before, std::string_view after) {
 
 void Replace(std::string& text, const Differences& differences, bool forward) {
   if (differences.empty()) return;
+  if (differences.size() == 1) {  // in place, which costs what stands behind it
+    const Difference& only = differences.front();
+    const std::string& there = forward ? only.before : only.after;
+    text.replace(only.at, there.size(), forward ? only.after : only.before);
+    return;
+  }
   std::string replaced;
   replaced.reserve(text.size());
   std::size_t done = 0;

@@ -8,33 +8,18 @@
 
 #include "document/lines.h"
 #include "editing/cursor.h"
-#include "editing/differences.h"
 #include "platform/failure.h"
 #include "typography/renderer.h"
 
 namespace kelvane {
 
 std::function<void()> PageEdited;
+std::function<void(PageEvent, const Step&)> PageRecorded;
 
 namespace {
 
 // A larger difference is shown by painting the whole page, which costs less than measuring what differs.
 constexpr std::size_t kMostShownBytes = 16384;
-
-struct Step {
-  std::string label;
-  Differences text;
-  Differences drawings;
-  int countChange = 0;  // of drawings
-  Point cursorBefore;
-  Point cursorAfter;
-  int place = 0;
-};
-
-struct Steps {
-  std::vector<Step> back;
-  std::vector<Step> forward;
-};
 
 Steps Now;
 // By number, the pages that are not in memory and have steps.
@@ -49,10 +34,8 @@ Page Known;
 int Places = 0;
 int Edits = 0;
 
-void Apply(Page& page, const Step& step, bool forward) {
-  Replace(page.text, step.text, forward);
-  Replace(page.drawings, step.drawings, forward);
-  page.drawingCount = static_cast<std::int16_t>(page.drawingCount + (forward ? 1 : -1) * step.countChange);
+void Record(PageEvent event, const Step& step) {
+  if (PageRecorded) PageRecorded(event, step);
 }
 
 // The step that leads from what is known to the page in memory, which is known from then on.
@@ -71,9 +54,10 @@ void NoteOtherChanges() {
   if (ThePage == Known) return;
   Step step = TakeStep("change");
   Now.forward.clear();
-  if (Now.back.empty()) return;
+  if (Now.back.empty()) return Record(PageEvent::Replaced, {});
   step.cursorBefore = step.cursorAfter = {CursorX, CursorY};
   Now.back.push_back(std::move(step));
+  Record(PageEvent::Edit, Now.back.back());
 }
 
 // What is drawn on the page where a text stood or stands.
@@ -147,6 +131,7 @@ StepTaken Take(std::vector<Step>& from, std::vector<Step>& to, bool forward) {
   Apply(ThePage, step, forward);
   Apply(Known, step, forward);
   if (!forward) step.cursorAfter = {CursorX, CursorY};
+  Record(forward ? PageEvent::Forward : PageEvent::Back, step);
   FollowPage();
   ShowStep(step);
   if (PageEdited) PageEdited();
@@ -159,6 +144,12 @@ StepTaken Take(std::vector<Step>& from, std::vector<Step>& to, bool forward) {
 }
 
 }  // namespace
+
+void Apply(Page& page, const Step& step, bool forward) {
+  Replace(page.text, step.text, forward);
+  Replace(page.drawings, step.drawings, forward);
+  page.drawingCount = static_cast<std::int16_t>(page.drawingCount + (forward ? 1 : -1) * step.countChange);
+}
 
 void ResetEdits() {
   Now = {};
@@ -184,6 +175,18 @@ void TakeUpEdits(int page, bool same) {
   ClearMarkedBox();  // items of another page
 }
 
+void RestoreEdits(Page page, Steps steps, int placeChosen) {
+  ThePage = std::move(page);
+  Known = ThePage;
+  Now = std::move(steps);
+  Places = placeChosen;
+  ClearMarkedBox();
+}
+
+const Steps& StepsOfPage() {
+  return Now;
+}
+
 void RenumberEdits(const std::function<int(int)>& numberOf) {
   std::map<int, LeftPage> renumbered;
   for (auto& [number, left] : LeftPages) renumbered[numberOf(number)] = std::move(left);
@@ -206,6 +209,7 @@ void EditPage(const std::string& label, const std::function<void(Page&)>& change
   step.place = Places;
   Now.back.push_back(std::move(step));
   Now.forward.clear();
+  Record(PageEvent::Edit, Now.back.back());
   ++Edits;
   FollowPage();
   ShowStep(Now.back.back());

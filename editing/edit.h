@@ -2,14 +2,38 @@
 
 // The one door through which the page in memory changes, and the steps back and forward through its changes.
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "document/page.h"
+#include "editing/differences.h"
 
 namespace kelvane {
+
+// A change of the page that can be taken back and done again.
+struct Step {
+  std::string label;  // what the person would call it
+  Differences text;
+  Differences drawings;
+  int countChange = 0;  // of drawings
+  Point cursorBefore;
+  Point cursorAfter;
+  int place = 0;  // number of the person's choice of a cursor point at the time
+};
+
+// Takes a page through a step, or back.
+void Apply(Page& page, const Step& step, bool forward);
+
+// The steps of a page, the next one of each last.
+struct Steps {
+  std::vector<Step> back;
+  std::vector<Step> forward;
+};
+const Steps& StepsOfPage();
 
 // Forgets the steps of all pages: another paper came into memory.
 void ResetEdits();
@@ -19,6 +43,8 @@ void KeepEdits(int page);
 // After a page was read. Puts it back as it was left, with its steps, if it is `same`: what was read then is
 // what was written. Otherwise its steps are forgotten, for they would lead elsewhere.
 void TakeUpEdits(int page, bool same);
+// Puts a page into memory with its steps and the number of the last choice of a cursor point, as they were.
+void RestoreEdits(Page page, Steps steps, int placeChosen);
 // Pages that are not in memory get other numbers.
 void RenumberEdits(const std::function<int(int)>& numberOf);
 
@@ -30,6 +56,12 @@ void EditPage(const std::string& label, const std::function<void(Page&)>& change
 
 // Filled at start-up: told after each edit and each step.
 extern std::function<void()> PageEdited;
+
+// What has happened to the page: an edit, a step back or forward, or something that no step leads back from.
+enum class PageEvent : std::uint8_t { Edit, Back, Forward, Replaced };
+// Filled at start-up: told right after each of them, before anything else hears of it. `step` is the one that
+// was made or taken; that of Replaced says nothing.
+extern std::function<void(PageEvent event, const Step& step)> PageRecorded;
 
 // Labels of the next steps, empty if there is none.
 std::string StepBackLabel();

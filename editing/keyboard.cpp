@@ -389,6 +389,10 @@ bool Retyping() {
   return Retyped != 0;
 }
 
+std::uint64_t RetypedItem() {
+  return Retyped;
+}
+
 void GiveUpRetyping() {
   const TextItem* item = FindText(Retyped);
   if (item) ShowPage(BoundsOf(item->entry));

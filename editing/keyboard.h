@@ -59,6 +59,8 @@ RunEnds EndsOfRun();
 void RetypeItem(std::uint64_t id, Point at);
 bool Retyping();
 void GiveUpRetyping();
+// The item by its identity; 0 for none.
+std::uint64_t RetypedItem();
 
 // Opens the run of an entry again for editing, at its place and with its typeface and size; the entry itself
 // is no longer on the page. Only in its own anchor mode and while nothing is being typed.

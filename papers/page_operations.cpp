@@ -9,6 +9,7 @@
 #include "document/numbers.h"
 #include "document/paper.h"
 #include "editing/edit.h"
+#include "papers/journal.h"
 #include "papers/paper_commands.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -67,6 +68,7 @@ void FollowRenamings(const Renamings& renamings) {
 }
 
 void RenamePages(const Renamings& renamings) {
+  FlushJournal();
   Renamings done;
   try {
     for (const auto& [from, to] : renamings) {
@@ -202,7 +204,7 @@ PageStep Top(const std::vector<Operation>& steps) {
   return {steps.back().label, steps.back().edits == EditsMade()};
 }
 
-bool Step(std::vector<Operation>& from, std::vector<Operation>& to) {
+bool TakeOperation(std::vector<Operation>& from, std::vector<Operation>& to) {
   if (Top(from).label.empty() || !StorePageOfPaper()) return false;
   const Operation& operation = from.back();
   if (operation.kind == Kind::Remove && ContentOfFile(operation.page) != operation.content &&
@@ -329,11 +331,11 @@ PageStep PageStepForward() {
 }
 
 bool UndoPageOperation() {
-  return Step(Done, Undone);
+  return TakeOperation(Done, Undone);
 }
 
 bool RedoPageOperation() {
-  return Step(Undone, Done);
+  return TakeOperation(Undone, Done);
 }
 
 }  // namespace kelvane

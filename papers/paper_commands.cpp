@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -18,9 +19,12 @@
 #include "editing/bezier.h"
 #include "editing/edit.h"
 #include "editing/keyboard.h"
+#include "editing/half_done.h"
 #include "editing/modes.h"
 #include "editing/notes.h"
 #include "editing/selection.h"
+#include "papers/journal.h"
+#include "papers/paper_lock.h"
 #include "papers/seen_file.h"
 #include "papers/versions.h"
 #include "papers/versions_window.h"
@@ -51,6 +55,10 @@ std::string CountedPaper;
 int LastPage = 0;
 
 int Shown = 0;  // see PagesShown
+
+// Of the current paper. On the heap, since the files that it needs may be gone before it at the program's
+// end.
+PaperLock& Held = *new PaperLock;
 
 std::string NameOfPaper() {
   return PageFileName(CurrentPaperFile, 0);
@@ -123,6 +131,39 @@ Verdict MayWrite(const std::string& file, const std::string& chosen) {
 
 bool WriteUnderNewName(PageOrder order);
 
+constexpr char kOpenElsewhere[] = " is open in another window of Kelvane";
+
+// The lock of a paper that is about to be opened; nothing if the person gave it up.
+std::optional<PaperLock> AskForPaper(const std::string& file) {
+  if (std::optional<PaperLock> lock = PaperLock::Try(file)) return lock;
+  switch (TheDialogs->Choose(MachinePath(file) + kOpenElsewhere +
+                                 ".\nYou can look at it here, or take it over: the other window then saves "
+                                 "under another name only.",
+                             {"&Look", "&Take Over", "&Cancel"}, 0, 2)) {
+    case 0:
+      return PaperLock::ToLook(file);
+    case 1:
+      return PaperLock::TakeOver(file);
+    default:
+      return {};
+  }
+}
+
+// Whether the current paper's own files may be written; says why not.
+bool MayWritePaper() {
+  if (Held.MayWrite()) return true;
+  // Whoever took it over may have left it since; what they did to its files is seen in the files.
+  if (!Held.Looking()) {
+    if (std::optional<PaperLock> lock = PaperLock::Try(CurrentPaperFile)) {
+      Held = std::move(*lock);
+      return true;
+    }
+  }
+  ShowNote(Held.Looking() ? "This paper is only looked at here: it can be saved under another name"
+                          : "This paper was taken over by another window: save it under another name");
+  return false;
+}
+
 // Writes the page into the paper that `paperFile` belongs to, which becomes the current one.
 bool WriteInto(const std::string& paperFile, const std::string& chosen, PageOrder order) {
   const std::string file = PageFileName(paperFile, CurrentPageNumber);
@@ -130,15 +171,23 @@ bool WriteInto(const std::string& paperFile, const std::string& chosen, PageOrde
     throw Failure("The page was not saved: " + MachinePath(paperFile) +
                   " has nothing before the dot. A paper needs a name; the page number stands behind it.");
   }
+  if (file == CurrentPaperFile && chosen.empty() && !MayWritePaper()) return WriteUnderNewName(order);
+  std::optional<PaperLock> other;  // of the paper that the page goes to, if it is not the current one
+  if (!Held.IsOf(file) || !Held.MayWrite()) {
+    other = PaperLock::Try(file);
+    if (!other) throw Failure("The page was not saved: " + MachinePath(file) + kOpenElsewhere + ".");
+  }
   const Verdict verdict = MayWrite(file, chosen);
   if (verdict == Verdict::SaveAs) return WriteUnderNewName(order);
   if (verdict == Verdict::GiveUp) return false;
   const std::string content = ContentOfPage(ThePage, order, file);
   KeepReplaced(file, content);
   WriteFileSafely(file, content);
+  if (other) Held = std::move(*other);
   CurrentPaperFile = file;
   Seen = SeenWith(file, content);
   PageChanged = 0;
+  NoteFileOfPage(Seen, CurrentPageNumber, true);
   if (CountedPaper == NameOfPaper()) LastPage = std::max<int>(LastPage, CurrentPageNumber);
   ShowPaper();
   if (!VersionsTrouble().empty()) ShowNote(VersionsTrouble());
@@ -176,6 +225,7 @@ void TakePage(LoadedPage loaded, int number) {
   const auto left = LeftFiles.find(number);
   TakeUpEdits(number, left != LeftFiles.end() && left->second == Seen);
   PageChanged = 0;
+  BeginJournalOfPage(Seen, number);
   ShowPaper();
   ShowTopOfPage();
   ShowPage();  // all of it: what the page before has left in view is not this one's
@@ -188,7 +238,8 @@ void ShowOtherPage(LoadedPage loaded, int number) {
   TakePage(std::move(loaded), number);
 }
 
-void ShowOtherPaper(LoadedPage loaded, int number = 1) {
+void ShowOtherPaper(LoadedPage loaded, PaperLock lock, int number = 1) {
+  Held = std::move(lock);
   LeftFiles.clear();
   ResetEdits();
   CountedPaper.clear();
@@ -204,7 +255,7 @@ bool NamePaper() {
 // Writes the page, in the order of typing, if its file does not hold it. `forwards`: a page that has no file
 // gets one even if it is empty, for the row of pages goes on behind it.
 bool StoreBeforeTurning(bool forwards) {
-  const bool madeNow = forwards && !TheFiles->Exists(CurrentPaperFile);
+  const bool madeNow = forwards && Held.MayWrite() && !TheFiles->Exists(CurrentPaperFile);
   return (!madeNow && IsStored()) || WriteInto(CurrentPaperFile, {}, PageOrder::AsTyped);
 }
 
@@ -312,8 +363,13 @@ bool OpenChosen(const std::string& chosen) {
                        false)) {
     return false;
   }
+  // Opened again, it is let go first.
+  const bool again = Held.IsOf(firstPage) && Held.MayWrite();
+  std::optional<PaperLock> lock = again ? std::optional(std::move(Held)) : AskForPaper(firstPage);
+  if (!lock) return false;
   if (chosen.find('\\') != std::string::npos) PaperFolder = FolderOf(chosen) + "\\";
-  ShowOtherPaper(std::move(loaded));
+  ShowOtherPaper(std::move(loaded), std::move(*lock));
+  MayWritePaper();
   return true;
 }
 
@@ -323,6 +379,8 @@ void ResetPaperCommands() {
   PageWatch = nullptr;
   Watched.clear();
   Seen = Noticed = {};
+  Held.Forget();
+  Held = {};
   LeftFiles.clear();
   CountedPaper.clear();
   LastPage = 0;
@@ -341,7 +399,7 @@ bool SavePaperAs() {
 bool NewPaper() {
   FinishEditing();
   if (!OfferToSavePage(false)) return false;
-  ShowOtherPaper({});
+  ShowOtherPaper({}, {});
   return true;
 }
 
@@ -364,7 +422,34 @@ bool OpenCopyOf(const std::string& pageFile) {
   LoadedPage loaded = LoadPage(pageFile);
   loaded.seen = {};
   ShowOtherPage(std::move(loaded), 1);
+  Held = {};
   return true;
+}
+
+bool OpenRecovered(RecoveredPage recovered) {
+  FinishEditing();
+  if (!OfferToSavePage(true)) return false;
+  std::optional<PaperLock> lock = PaperLock();
+  if (!recovered.file.path.empty() && !(Held.IsOf(recovered.file.path) && Held.MayWrite())) {
+    lock = AskForPaper(recovered.file.path);
+    if (!lock) return false;
+  } else if (!recovered.file.path.empty()) {
+    lock = std::move(Held);
+  }
+  ShowOtherPaper({recovered.stored.value_or(Page{}), std::move(recovered.file)}, std::move(*lock),
+                 recovered.number);
+  if (!recovered.stored) PageChanged = 1;
+  RestoreEdits(std::move(recovered.page), std::move(recovered.steps), recovered.half.placeChosen);
+  TakeUp(recovered.half);
+  ++Shown;
+  ShowPage();
+  ShowPaper();
+  MayWritePaper();
+  return true;
+}
+
+void ReleasePaper() {
+  Held = {};
 }
 
 bool PageUp() {
@@ -400,6 +485,9 @@ int PagesShown() {
 bool StorePageOfPaper() {
   FinishEditing();
   if (!NamePaper()) return false;
+  if (!Held.MayWrite())
+    throw Failure("The pages of this paper cannot be changed here: " + MachinePath(CurrentPaperFile) +
+                  kOpenElsewhere + ".");
   const std::string paper = NameOfPaper();
   return StoreBeforeTurning(false) && NameOfPaper() == paper;  // not if it went to another paper
 }
@@ -421,6 +509,7 @@ void RenumberPages(const std::function<int(int)>& numberOf) {
   RenumberEdits(numberOf);
   CurrentPageNumber = static_cast<std::int16_t>(numberOf(CurrentPageNumber));
   CurrentPaperFile = Seen.path = PageFileName(CurrentPaperFile, CurrentPageNumber);
+  NoteFileOfPage(Seen, CurrentPageNumber, false);
   CountPages();
   ShowPaper();
 }
@@ -435,6 +524,7 @@ void TakePageFile() {
   EditPage("the other program's change", [&loaded](Page& page) { page = std::move(loaded.page); });
   Seen = std::move(loaded.seen);
   PageChanged = 0;
+  NoteFileOfPage(Seen, CurrentPageNumber, true);
   ShowPaper();
 }
 

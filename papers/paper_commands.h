@@ -7,8 +7,12 @@
 // false if the person gave the command up, with the same left as it was.
 
 #include <functional>
+#include <optional>
 #include <string>
 
+#include "editing/edit.h"
+#include "editing/half_done.h"
+#include "papers/seen_file.h"
 #include "platform/controls.h"
 
 namespace kelvane {
@@ -35,6 +39,19 @@ bool OpenPaper();
 bool OpenPaperFile(const std::string& chosenFile);
 // Opens a copy of one page as a paper that has no name yet, so that its file is not written to.
 bool OpenCopyOf(const std::string& pageFile);
+// A page as a journal has it, with what was half done on it.
+struct RecoveredPage {
+  Page page;
+  Steps steps;
+  HalfDone half;
+  int number = 1;
+  SeenFile file;               // as the journal knew it, or as it is if that is no other
+  std::optional<Page> stored;  // what it holds; none if that is not known
+};
+// Goes on with it where it was broken off: nothing is saved by that.
+bool OpenRecovered(RecoveredPage recovered);
+// The paper is left: other programs may have it.
+void ReleasePaper();
 // They write the page that is left if its file does not hold it, and return false, too, if there is no page
 // to go to.
 bool PageUp();

@@ -1,13 +1,12 @@
 #include "papers/seen_file.h"
 
-#include <functional>
-
+#include "platform/checksum.h"
 #include "platform/files.h"
 
 namespace kelvane {
 
 SeenFile SeenWith(const std::string& path, std::string_view content) {
-  return {path, true, content.size(), std::hash<std::string_view>{}(content)};
+  return {path, true, content.size(), Checksum(content)};
 }
 
 SeenFile SeenMissing(const std::string& path) {

@@ -3,7 +3,7 @@
 // What a page file held when this program last read or wrote it, by which it is seen that another program has
 // changed it since.
 
-#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -12,8 +12,8 @@ namespace kelvane {
 struct SeenFile {
   std::string path;
   bool there = false;
-  std::size_t size = 0;  // bytes
-  std::size_t hash = 0;  // of the content, which may be too large to keep beside the page
+  std::uint64_t size = 0;  // bytes
+  std::uint64_t sum = 0;   // Checksum of the content, which may be too large to keep beside the page
 
   bool operator==(const SeenFile&) const = default;
 };

@@ -12,6 +12,7 @@
 #include "document/lines.h"
 #include "document/paper.h"
 #include "platform/failure.h"
+#include "platform/checksum.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -35,10 +36,8 @@ std::string Folder() {
 
 // FNV-1a: the same in every build, since it stands in names of files.
 std::string HashOf(std::string_view bytes) {
-  std::uint64_t hash = 14695981039346656037U;
-  for (const char byte : bytes) hash = (hash ^ static_cast<unsigned char>(byte)) * 1099511628211U;
   std::array<char, 17> text;
-  std::snprintf(text.data(), text.size(), "%016llx", static_cast<unsigned long long>(hash));
+  std::snprintf(text.data(), text.size(), "%016llx", static_cast<unsigned long long>(Checksum(bytes)));
   return text.data();
 }
 

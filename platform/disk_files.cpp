@@ -6,14 +6,17 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <system_error>
+#include <utility>
 
 #include "platform/failure.h"
+#include "platform/file_syncer.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -195,12 +198,12 @@ class FilesOfTheDisk : public Files {
     if (lstat(name.c_str(), &status) == 0) Fail("write", name, std::generic_category().message(EEXIST));
     Handle handle = CreateNameless(name, mode);
     if (handle >= 0) {
-      files_[handle] = {name, true, false};
+      files_[handle] = {.name = name, .nameless = true};
     } else {
       handle =
           Uninterrupted([&] { return open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode); });
       if (handle < 0) FailBySystem("write", name);
-      files_[handle] = {name, false, false};
+      files_[handle] = {.name = name};
     }
     if (hasModel && !TakeOver(modelName, handle)) {
       const int reason = errno;
@@ -217,7 +220,7 @@ class FilesOfTheDisk : public Files {
     const std::string name = MachinePath(path);
     const Handle handle = Uninterrupted([&] { return open(name.c_str(), O_WRONLY | O_CLOEXEC); });
     if (handle < 0) FailBySystem("write", name);
-    files_[handle] = {name, false, true};
+    files_[handle] = {.name = name, .overwritten = true};
     return handle;
   }
 
@@ -231,9 +234,11 @@ class FilesOfTheDisk : public Files {
 
   void Sync(Handle handle) override {
     Opened& file = files_[handle];
+    syncer_.Forget(handle);
     if (file.overwritten && ftruncate(handle, lseek(handle, 0, SEEK_CUR)) != 0)
       FailBySystem("write", file.name);
     if (Uninterrupted([&] { return fsync(handle); }) != 0) FailBySystem("write", file.name);
+    if (std::exchange(file.made, false)) SyncFolder(file.name);
     if (!file.nameless) return;
     if (linkat(AT_FDCWD, PathOf(handle).c_str(), AT_FDCWD, file.name.c_str(), AT_SYMLINK_FOLLOW) != 0)
       FailBySystem("write", file.name);
@@ -243,6 +248,7 @@ class FilesOfTheDisk : public Files {
   void Close(Handle handle) override {
     const std::string name = files_[handle].name;
     files_.erase(handle);
+    syncer_.Forget(handle);
     // An interrupted close has closed; trying again might close what somebody else has opened since.
     if (close(handle) != 0 && errno != EINTR) FailBySystem("write", name);
   }
@@ -279,20 +285,74 @@ class FilesOfTheDisk : public Files {
     std::string name = MachinePath(path);
     while (name.size() > 1 && name.ends_with('/')) name.pop_back();
     constexpr mode_t kForThePerson = 0700;
-    if (mkdir(name.c_str(), kForThePerson) == 0 || errno == EEXIST) return;
+    if (mkdir(name.c_str(), kForThePerson) == 0) return SyncFolder(name);
+    if (errno == EEXIST) return;
     const std::string above = FolderOfMachinePath(name).string();
     if (errno != ENOENT || above == name) FailBySystem("make", name);
     MakeFolder(BackslashPath(above));
     if (mkdir(name.c_str(), kForThePerson) != 0 && errno != EEXIST) FailBySystem("make", name);
   }
 
+  std::optional<Handle> OpenLocked(const std::string& path) override {
+    const std::string name = MachinePath(path);
+    constexpr mode_t kForThePerson = 0600;
+    while (true) {
+      struct stat before;
+      const bool made = lstat(name.c_str(), &before) != 0;
+      const Handle handle = Uninterrupted(
+          [&] { return open(name.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, kForThePerson); });
+      if (handle < 0) FailBySystem("write", name);
+      const bool locked = Uninterrupted([&] { return flock(handle, LOCK_EX | LOCK_NB); }) == 0;
+      const int reason = errno;
+      if (locked && IsNamed(handle, name)) {
+        files_[handle] = {.name = name, .made = made};
+        return handle;
+      }
+      close(handle);
+      if (!locked && reason == EWOULDBLOCK) return {};
+      if (!locked) Fail("lock", name, std::generic_category().message(reason));
+      // Its owner has removed it in between.
+    }
+  }
+
+  bool IsInPlace(Handle handle) override { return IsNamed(handle, files_[handle].name); }
+
+  void SyncSoon(Handle handle) override {
+    Opened& file = files_[handle];
+    if (const int reason = syncer_.TakeError(handle); reason != 0)
+      Fail("write", file.name, std::generic_category().message(reason));
+    const std::string folder =
+        std::exchange(file.made, false) ? FolderOfMachinePath(file.name).string() : std::string();
+    syncer_.Sync(handle, folder);
+  }
+
+  std::vector<std::string> FilesIn(const std::string& folder) override {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(MachinePath(folder), error), end; !error && entry != end;
+         entry.increment(error)) {
+      std::error_code ofEntry;
+      if (entry->is_regular_file(ofEntry)) names.push_back(entry->path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
  private:
   // A file being written.
   struct Opened {
-    std::string name;  // for messages
-    bool nameless;     // gets its name when it is synced
-    bool overwritten;
+    std::string name;       // for messages
+    bool nameless = false;  // gets its name when it is synced
+    bool overwritten = false;
+    bool made = false;  // its name is new and was not synced yet
   };
+
+  static bool IsNamed(Handle handle, const std::string& name) {
+    struct stat opened;
+    struct stat named;
+    return fstat(handle, &opened) == 0 && stat(name.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
+           opened.st_dev == named.st_dev;
+  }
 
   static std::string PathOf(Handle handle) { return "/proc/self/fd/" + std::to_string(handle); }
 
@@ -334,6 +394,7 @@ class FilesOfTheDisk : public Files {
 
   std::map<Handle, Opened> files_;
   std::map<std::string, int> locks_;  // descriptors, by the names of files that are being written
+  FileSyncer syncer_;
 };
 
 }  // namespace

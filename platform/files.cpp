@@ -111,6 +111,7 @@ void CopyInPlace(const std::string& safety, const std::string& target) {
 std::string ProgramFolder;
 std::string StateFolder;
 Files* TheFiles = &DiskFiles();
+std::function<void()> BeforeReplacing;
 
 bool SameFile(const std::string& path, const std::string& other) {
   return path == other || TheFiles->Resolve(path) == TheFiles->Resolve(other);
@@ -134,6 +135,7 @@ void SafeFile::Append(std::string_view bytes) {
 }
 
 void SafeFile::PutInPlace() {
+  if (BeforeReplacing) BeforeReplacing();
   OnBehalfOf(path_, temporary_, [&] {
     TheFiles->Sync(handle_);
     open_ = false;

@@ -2,8 +2,11 @@
 
 // Files as the program sees them: whole contents, backslash paths, and single steps that can each fail.
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kelvane {
 
@@ -54,11 +57,26 @@ class Files {
   virtual bool RemoveLeftover(const std::string& path) = 0;
   // Makes the folder, for the person alone, and those above it, where they are missing.
   virtual void MakeFolder(const std::string& path) = 0;
+
+  // Opens a file to be written at its end, made for the person alone where it is missing, and keeps it from
+  // other programs that open it so until it is closed, or until this program ends in whatever way. Nothing if
+  // another one has it.
+  virtual std::optional<Handle> OpenLocked(const std::string& path) = 0;
+  // Whether the file that was opened so still goes by its name.
+  virtual bool IsInPlace(Handle handle) = 0;
+  // Has what was written reach the disk without waiting for it. Throws what went wrong with the last time.
+  virtual void SyncSoon(Handle handle) = 0;
+  // Names of the files in a folder, sorted; none if there is no such folder.
+  virtual std::vector<std::string> FilesIn(const std::string& folder) = 0;
 };
 
 // The files in use: those of the disk unless a test puts others in their place.
 extern Files* TheFiles;
 Files& DiskFiles();
+
+// Filled at start-up: called before a file is replaced, so that what might be lost with it is on the disk.
+// Throws nothing.
+extern std::function<void()> BeforeReplacing;
 
 // True if the two paths lead to one file, links followed, or are equal.
 bool SameFile(const std::string& path, const std::string& other);

@@ -9,22 +9,34 @@
 
 namespace kelvane {
 
+std::function<void()> HandlerDone;
+
+namespace {
+
+// Handlers run within each other: painting, and whatever happens while a dialog is open.
+int Depth = 0;
+
+}  // namespace
+
 void RunHandler(const std::function<void()>& handler) {
   if (!handler) return;
   if (TheDialogs == nullptr) {
     handler();
     return;
   }
+  std::string message;
+  ++Depth;
   try {
     handler();
   } catch (const Failure& failure) {
-    TheDialogs->Message(failure.what());
+    message = failure.what();
   } catch (const std::bad_alloc&) {
-    TheDialogs->Message("There is not enough memory for this command.");
+    message = "There is not enough memory for this command.";
   } catch (const std::exception& error) {
-    TheDialogs->Message(std::string("This command stopped because of an error in the program: ") +
-                        error.what());
+    message = std::string("This command stopped because of an error in the program: ") + error.what();
   }
+  if (--Depth == 0 && HandlerDone) HandlerDone();
+  if (!message.empty()) TheDialogs->Message(message);
 }
 
 }  // namespace kelvane

@@ -10,4 +10,8 @@ namespace kelvane {
 // TheDialogs, so that the event loop goes on. Without dialogs, early in start-up, the exception passes.
 void RunHandler(const std::function<void()>& handler);
 
+// Filled at start-up: called when a handler is done that was not called by another one, before a failure is
+// shown. Throws nothing.
+extern std::function<void()> HandlerDone;
+
 }  // namespace kelvane

@@ -12,7 +12,9 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "tests/support/program_test.h"
 
@@ -327,6 +329,59 @@ TEST_F(FilesOnDisk, AFileThatGrowsTooLargeIsNamedAndStaysAsItWas) {
   EXPECT_EQ(reason, "Cannot write the file " + (folder / "a.001").string() +
                         ": File too large.\nWhat the file held before is still there.");
   ExpectOldFileAlone();
+}
+
+// A second program is a child process: one that opens a file anew is as good as another one.
+TEST(LockedFiles, BelongToOneProgramUntilItEnds) {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "kelvane-locked-files";
+  std::filesystem::remove_all(folder);
+  Files& disk = DiskFiles();
+  const std::string inside = BackslashPath(folder.string()) + "\\";
+  EXPECT_TRUE(disk.FilesIn(inside).empty());
+  disk.MakeFolder(inside + "deeper\\");
+  const std::string path = inside + "a";
+  const std::optional<Files::Handle> first = disk.OpenLocked(path);
+  ASSERT_TRUE(first);
+  disk.Write(*first, "one");
+  EXPECT_FALSE(disk.OpenLocked(path));
+  disk.Write(*first, " two");
+  disk.SyncSoon(*first);
+  disk.SyncSoon(*first);
+  disk.Sync(*first);
+  EXPECT_EQ(disk.ReadWhole(path), "one two");
+  EXPECT_EQ(disk.FilesIn(inside), std::vector<std::string>{"a"});
+
+  // Taken over: the name leads to another file, and only that one is in the way of others.
+  disk.Remove(path);
+  EXPECT_FALSE(disk.IsInPlace(*first));
+  const std::optional<Files::Handle> second = disk.OpenLocked(path);
+  ASSERT_TRUE(second);
+  EXPECT_TRUE(disk.IsInPlace(*second));
+  EXPECT_FALSE(disk.IsInPlace(*first));
+  disk.Close(*first);
+  EXPECT_FALSE(disk.OpenLocked(path));
+  disk.Close(*second);
+
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t other = fork();
+  if (other == 0) {
+    const bool locked = disk.OpenLocked(path).has_value();
+    [[maybe_unused]] const ssize_t told = write(ready[1], locked ? "y" : "n", 1);
+    pause();
+  }
+  char locked = 0;
+  ASSERT_EQ(read(ready[0], &locked, 1), 1);
+  EXPECT_EQ(locked, 'y');
+  EXPECT_FALSE(disk.OpenLocked(path));
+  kill(other, SIGKILL);
+  waitpid(other, nullptr, 0);
+  const std::optional<Files::Handle> third = disk.OpenLocked(path);
+  ASSERT_TRUE(third);
+  disk.Close(*third);
+  close(ready[0]);
+  close(ready[1]);
+  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -118,7 +118,7 @@ bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
 
 Answer QtDialogs::AskBeforeLosing(const std::string& text) {
   constexpr Answer kAnswers[] = {Answer::Yes, Answer::No, Answer::Neither};
-  return kAnswers[Choose(text, {"&Yes", "&No", "Cancel"}, 0, 2)];
+  return kAnswers[Choose(text, {"&Yes, Save", "&No, Don't Save", "Cancel"}, 0, 2)];
 }
 
 int QtDialogs::Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,

@@ -46,9 +46,9 @@ bool Reachable(const QRect& window) {
   return false;
 }
 
-// The nearest place on the first screen.
-QPoint OnScreen(const QRect& window) {
-  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+// The nearest place on a screen.
+QPoint OnScreen(const QRect& window, const QScreen& of) {
+  const QRect screen = of.availableGeometry();
   const int right = std::max(screen.right() + 1 - window.width(), screen.left());
   const int bottom = std::max(screen.bottom() + 1 - window.height(), screen.top());
   return {std::clamp(window.left(), screen.left(), right), std::clamp(window.top(), screen.top(), bottom)};
@@ -167,7 +167,7 @@ void QtWindow::SetWindowPlace(const WindowPlace& place) {
   const int width = std::clamp(ToPixels(place.width), kLeastSide, std::max(all.width(), kMostSide));
   const int height = std::clamp(ToPixels(place.height), kLeastSide, std::max(all.height(), kMostSide));
   QRect window(ToPixels(place.left), ToPixels(place.top), width, height);
-  if (!Reachable(window)) window.moveTopLeft(OnScreen(window));
+  if (!Reachable(window)) window.moveTopLeft(OnScreen(window, *QGuiApplication::primaryScreen()));
   frame_->resize(window.size());
   frame_->move(window.topLeft());
 }
@@ -306,13 +306,7 @@ int QtWindow::RowHeight() const {
 }
 
 void QtWindow::KeepPlaceAs(const std::string& name, const WindowPlace& first) {
-  const QSize screen = QGuiApplication::primaryScreen()->availableSize();
-  WindowPlace fitting = first;
-  fitting.width = std::min(first.width, ToTwips(screen.width()));
-  fitting.height = std::min(first.height, ToTwips(screen.height()));
-  SetWindowPlace(fitting);
-  if (!frame_->screen()->availableGeometry().contains(frame_->frameGeometry()))
-    frame_->move(OnScreen(frame_->frameGeometry()));
+  PlaceOnScreen(first);
   placeKeptAs_ = name;
   const QStringList kept = QSettings().value(PlainText(name)).toString().split(u' ');
   float sides[4];
@@ -322,7 +316,18 @@ void QtWindow::KeepPlaceAs(const std::string& name, const WindowPlace& first) {
     sides[i] = kept[i].toFloat(&isNumber);
     if (!isNumber) return;
   }
-  SetWindowPlace({sides[0], sides[1], sides[2], sides[3]});
+  PlaceOnScreen({sides[0], sides[1], sides[2], sides[3]});
+}
+
+// The screen may be a smaller one than the last time.
+void QtWindow::PlaceOnScreen(WindowPlace place) {
+  const QScreen* screen = QGuiApplication::screenAt({ToPixels(place.left), ToPixels(place.top)});
+  if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+  const QRect whole = screen->availableGeometry();
+  place.width = std::min(place.width, ToTwips(whole.width()));
+  place.height = std::min(place.height, ToTwips(whole.height()));
+  SetWindowPlace(place);
+  if (!whole.contains(frame_->frameGeometry())) frame_->move(OnScreen(frame_->frameGeometry(), *screen));
 }
 
 void QtWindow::StorePlace() const {

@@ -65,6 +65,7 @@ class QtWindow final : public Window {
   bool MayClose();
   void LayOut() const;
   void StorePlace() const;
+  void PlaceOnScreen(WindowPlace place);
   void ShowTitle();
   // Takes over a control and shows it.
   template <class Kept>

@@ -19,7 +19,9 @@ void MemoryFiles::FailNothing() {
   FailAnyStep(0);
 }
 
-bool MemoryFiles::IsToFail(FileStep step) {
+bool MemoryFiles::IsToFail(FileStep step, const std::string& path) {
+  for (const std::string& folder : spared)
+    if (path.starts_with(folder)) return false;
   ++steps;
   const auto planned = failing.find(step);
   if (planned != failing.end() && --planned->second == 0) {
@@ -30,7 +32,7 @@ bool MemoryFiles::IsToFail(FileStep step) {
 }
 
 void MemoryFiles::Take(FileStep step, const std::string& path) {
-  if (IsToFail(step)) throw Failure("Made to fail: " + MachinePath(path));
+  if (IsToFail(step, path)) throw Failure("Made to fail: " + MachinePath(path));
 }
 
 bool MemoryFiles::Exists(const std::string& path) {
@@ -71,7 +73,7 @@ Files::Handle MemoryFiles::Open(const std::string& path) {
 
 void MemoryFiles::Write(Handle handle, std::string_view bytes) {
   std::string& content = contents.at(handles.at(handle));
-  if (IsToFail(FileStep::Write)) {
+  if (IsToFail(FileStep::Write, handles.at(handle))) {
     content.append(bytes.substr(0, bytes.size() / 2));
     throw Failure("Made to fail: " + MachinePath(handles.at(handle)));
   }
@@ -85,7 +87,7 @@ void MemoryFiles::Sync(Handle handle) {
 void MemoryFiles::Close(Handle handle) {
   const std::string path = handles.at(handle);
   handles.erase(handle);
-  --openHandles;
+  if (locked.erase(path) == 0) --openHandles;
   Take(FileStep::Close, path);
 }
 
@@ -97,7 +99,38 @@ void MemoryFiles::Rename(const std::string& from, const std::string& to) {
 
 void MemoryFiles::Remove(const std::string& path) {
   Take(FileStep::Remove, path);
+  lockedElsewhere.erase(path);
   if (contents.erase(path) == 0) throw Failure("Cannot remove the file " + path);
+}
+
+std::optional<Files::Handle> MemoryFiles::OpenLocked(const std::string& path) {
+  Take(FileStep::OpenLocked, path);
+  if (lockedElsewhere.contains(path) || locked.contains(path)) return {};
+  contents[path];
+  locked.insert(path);
+  handles[++lastHandle] = path;
+  return lastHandle;
+}
+
+bool MemoryFiles::IsInPlace(Handle handle) {
+  const std::string& path = handles.at(handle);
+  return contents.contains(path) && !lockedElsewhere.contains(path);
+}
+
+std::vector<std::string> MemoryFiles::FilesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& file : contents) {
+    if (!file.first.starts_with(folder)) continue;
+    const std::string name = file.first.substr(folder.size());
+    if (!name.empty() && name.find('\\') == std::string::npos) names.push_back(name);
+  }
+  return names;
+}
+
+void MemoryFiles::LetGo() {
+  handles.clear();
+  locked.clear();
+  openHandles = 0;
 }
 
 }  // namespace kelvane

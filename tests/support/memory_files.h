@@ -3,15 +3,17 @@
 // Files kept in memory, any step of which can be made to fail.
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/files.h"
 
 namespace kelvane {
 
-enum class FileStep { ReadWhole, Resolve, Create, Write, Sync, Close, Rename, Remove, Overwrite };
+enum class FileStep { ReadWhole, Resolve, Create, Write, Sync, Close, Rename, Remove, Overwrite, OpenLocked };
 
 class MemoryFiles : public Files {
  public:
@@ -34,6 +36,8 @@ class MemoryFiles : public Files {
   void FailStep(FileStep step, int nth = 1);
   // The `nth` step of any kind from now on fails, and with `lasting` every one after it.
   void FailAnyStep(int nth, bool lasting = false);
+  // Steps on files in these folders neither fail nor count.
+  std::vector<std::string> spared;
   // Takes failures that did not come about back.
   void FailNothing();
 
@@ -54,13 +58,23 @@ class MemoryFiles : public Files {
     return leftovers.erase(path) > 0 && contents.erase(path) > 0;
   }
   void MakeFolder(const std::string&) override {}
+  std::optional<Handle> OpenLocked(const std::string& path) override;
+  bool IsInPlace(Handle handle) override;
+  void SyncSoon(Handle handle) override { Sync(handle); }
+  std::vector<std::string> FilesIn(const std::string& folder) override;
+
+  // Files that another program has locked.
+  std::set<std::string> lockedElsewhere;
+  // The program was killed: nothing is open or locked any more.
+  void LetGo();
 
  private:
   Handle Open(const std::string& path);
-  bool IsToFail(FileStep step);
+  bool IsToFail(FileStep step, const std::string& path);
   void Take(FileStep step, const std::string& path);
 
   std::map<Handle, std::string> handles;
+  std::set<std::string> locked;  // by handles that are open
   Handle lastHandle = 0;
   std::map<FileStep, int> failing;  // steps left until the one that fails
   int anyFailing = 0;

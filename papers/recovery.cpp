@@ -1,0 +1,192 @@
+#include "papers/recovery.h"
+
+#include <utility>
+
+#include "document/fields.h"
+#include "document/page_items.h"
+#include "papers/journal.h"
+#include "papers/paper_commands.h"
+#include "platform/checksum.h"
+#include "platform/failure.h"
+
+namespace kelvane {
+
+namespace {
+
+std::vector<LeftWork> Found;
+
+// What became of the file since the journal was written.
+struct FileNow {
+  SeenFile seen;
+  std::optional<std::string> content;
+};
+
+FileNow LookAtFile(const std::string& path) {
+  if (path.empty()) return {};
+  try {
+    if (!TheFiles->Exists(path)) return {SeenMissing(path), {}};
+    std::string content = TheFiles->ReadWhole(path);
+    SeenFile seen = SeenWith(path, content);
+    return {std::move(seen), std::move(content)};
+  } catch (const Failure&) {
+    return {SeenMissing(path), {}};  // what was left is offered all the same
+  }
+}
+
+// Whether a file's content is what saving the page would write.
+bool Holds(const std::optional<std::string>& content, const Page& page, const std::string& path) {
+  if (!content) return page.Empty();
+  const auto written = [&](PageOrder order) {
+    try {
+      return ContentOfPage(page, order, path);
+    } catch (const Failure&) {
+      return std::string();  // it cannot be written, so no file holds it
+    }
+  };
+  return *content == written(PageOrder::AsTyped) || *content == written(PageOrder::ByPosition);
+}
+
+std::optional<Page> PageOf(const FileNow& file) {
+  if (!file.content) return {};
+  try {
+    return PageOfContent(*file.content, file.seen.path);
+  } catch (const Failure&) {
+    return {};
+  }
+}
+
+void Close(Files::Handle handle) {
+  try {
+    TheFiles->Close(handle);
+  } catch (const Failure&) {
+    // Nothing was written by it.
+  }
+}
+
+void RemoveAndClose(const std::string& path, Files::Handle handle) {
+  try {
+    TheFiles->Remove(path);
+  } catch (const Failure&) {
+    Close(handle);
+    throw;
+  }
+  Close(handle);
+}
+
+// Whether there is anything to be decided about.
+bool IsLeftWork(const Journal& journal, std::size_t bytes, LeftWork& work) {
+  if (journal.kind == Journal::Kind::OtherVersion) return true;
+  // A program killed before its first record had nothing to lose yet.
+  if (journal.kind == Journal::Kind::NoJournal) return bytes > JournalHead().size();
+  const FileNow now = LookAtFile(journal.file.path);
+  work.stored = PageOf(now);
+  if (journal.half.Anything()) return true;
+  return journal.edits > 0 && !Holds(now.content, journal.page, journal.file.path);
+}
+
+void LookInto(const std::string& path) {
+  const std::optional<Files::Handle> handle = TheFiles->OpenLocked(path);
+  if (!handle) return;  // of a program that runs, or found before
+  try {
+    const std::string bytes = TheFiles->ReadWhole(path);
+    LeftWork work{path, *handle, ReadJournal(bytes), {}};
+    const bool left = IsLeftWork(work.journal, bytes.size(), work);
+    if (!left) return RemoveAndClose(path, *handle);
+    Found.push_back(std::move(work));
+  } catch (const Failure&) {
+    Close(*handle);  // it stays where it is; one that cannot be read must not hide the others
+  }
+}
+
+std::string NameBeside(const std::string& file) {
+  const std::string folder = FolderOf(file) + "\\";
+  const std::string title = FileTitleOf(file) + "-recovered";
+  for (int number = 1;; ++number) {
+    const std::string name = folder + title + (number > 1 ? "-" + std::to_string(number) : "") + ".001";
+    if (!TheFiles->Exists(name)) return name;
+  }
+}
+
+void Drop(std::size_t index) {
+  Found.erase(Found.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+}  // namespace
+
+void ResetRecovery() {
+  Found.clear();
+}
+
+void FindLeftWork() {
+  if (StateFolder.empty()) return;
+  for (const std::string& name : TheFiles->FilesIn(JournalFolder()))
+    if (name.ends_with(kJournalEnd)) LookInto(JournalFolder() + name);
+}
+
+const std::vector<LeftWork>& FoundWork() {
+  return Found;
+}
+
+Page WholePage(const Journal& journal) {
+  Page page = journal.page;
+  const HalfDone& half = journal.half;
+  const int anchor = AnchorOfMode(half.mode);
+  if (!half.path.empty() && !DrawingRecordToLine(half.path).empty()) {
+    page.drawings += half.path + "\r\n";
+    ++page.drawingCount;
+  }
+  if (half.mode >= 0 || anchor == 0 || half.run.empty()) return page;
+  TextEntry entry;
+  const PageItems items(journal.page);
+  const bool retyped = half.retyped > 0 && half.retyped <= items.Texts().size();
+  const std::string_view old = retyped ? items.Texts()[half.retyped - 1].line : std::string_view();
+  if (retyped) ParseTextEntry(old, entry);
+  entry.x = half.cursor.x;
+  entry.y = half.cursor.y;
+  entry.size = half.size;
+  entry.font = half.font;
+  entry.text = half.run;
+  entry.anchor = anchor;
+  const std::string line = LineOfEntry(entry);
+  if (retyped) {
+    page.text.replace(static_cast<std::size_t>(old.data() - items.Text().data()), old.size(), line);
+  } else {
+    if (!page.text.empty() && page.text.back() != '\n') page.text += "\r\n";
+    page.text += line + "\r\n";
+  }
+  return page;
+}
+
+bool RestoreWork(std::size_t index) {
+  const LeftWork& work = Found[index];
+  const Journal& journal = work.journal;
+  const FileNow now = LookAtFile(journal.file.path);
+  RecoveredPage page{journal.page, journal.steps, journal.half, journal.file.number, {}, PageOf(now)};
+  if (!journal.file.path.empty()) {
+    page.file = {journal.file.path, journal.file.there, journal.file.size, journal.file.sum};
+    // Killed between the writing of the file and the record of it.
+    if (Holds(now.content, journal.page, journal.file.path)) page.file = now.seen;
+  } else {
+    page.stored = Page{};
+  }
+  if (!OpenRecovered(std::move(page))) return false;
+  ContinueJournal(work.path, work.handle, journal.edits);
+  Drop(index);
+  return true;
+}
+
+std::string KeepWorkBeside(std::size_t index) {
+  const LeftWork work = Found[index];
+  const std::string name = NameBeside(work.journal.file.path);
+  WriteFileSafely(name, ContentOfPage(WholePage(work.journal), PageOrder::AsTyped, name));
+  DiscardWork(index);
+  return name;
+}
+
+void DiscardWork(std::size_t index) {
+  const LeftWork work = Found[index];
+  Drop(index);
+  RemoveAndClose(work.path, work.handle);
+}
+
+}  // namespace kelvane
