@@ -85,7 +85,7 @@ void PaintBar(Layer layer, const Box&) {
   if (layer != Layer::Page) return;
   const float part = Running ? static_cast<float>(Running->Done()) / static_cast<float>(Running->Count()) : 0;
   bar.FillBox({0, 0, width, height}, PaletteColour(kWhite));
-  bar.FillBox({0, 0, width * part, height}, PaletteColour(kBlue));
+  if (part > 0) bar.FillBox({0, 0, width * part, height}, PaletteColour(kBlue));
 }
 
 void Close() {
