@@ -7,6 +7,7 @@
 #include "app/context_help.h"
 #include "app/exit.h"
 #include "app/find_window.h"
+#include "app/formula_menu.h"
 #include "app/foot.h"
 #include "app/samples.h"
 #include "app/typing_view.h"
@@ -17,6 +18,7 @@
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
 #include "editing/item_edits.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/properties.h"
@@ -77,15 +79,19 @@ bool PagesGoForward() {
   return PageStepForward().next && !RunIsOpen() && !PathIsOpen();
 }
 bool UndoStep() {
+  if (FormulaIsOpen()) return Run<UndoNotation>();
   return PagesGoBack() ? UndoPageOperation() : Run<Undo>();
 }
 bool RedoStep() {
+  if (FormulaIsOpen()) return Run<RedoNotation>();
   return PagesGoForward() ? RedoPageOperation() : Run<Redo>();
 }
 std::string LabelBack() {
+  if (FormulaIsOpen()) return CanUndoNotation() ? "typing" : "";
   return PagesGoBack() ? PageStepBack().label : UndoLabel();
 }
 std::string LabelForward() {
+  if (FormulaIsOpen()) return CanRedoNotation() ? "typing" : "";
   return PagesGoForward() ? PageStepForward().label : RedoLabel();
 }
 
@@ -125,6 +131,7 @@ void FitSelection() {
 }
 
 void SelectEverything() {
+  if (FormulaIsOpen()) return SelectWholeNotation();
   if (RunIsOpen()) return SelectWholeRun();
   LeaveEditing();
   SelectAll();
@@ -260,7 +267,7 @@ void AddEditMenu(Table& table) {
                    .run = Run<OpenSelected>,
                    .enabled = CanOpenSelected,
                    .captionNow = OpenCaption});
-  table.push_back({menu, "mEditPosition", "Pos&ition...", "Ctrl+Shift+X", Run<AskPosition>, IsSelecting});
+  table.push_back({menu, "mEditPosition", "Positi&on...", "Ctrl+Shift+X", Run<AskPosition>, IsSelecting});
   AddAnchorMenu(table);
   AddArrangeMenu(table);
   table.push_back(Separator(menu));
@@ -268,7 +275,7 @@ void AddEditMenu(Table& table) {
   table.push_back(
       {menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
   table.push_back(Separator(menu));
-  table.push_back({menu, "mEditFind", "&Find", "Ctrl+F", Run<ShowFindWindow>});
+  table.push_back({menu, "mEditFind", "F&ind", "Ctrl+F", Run<ShowFindWindow>});
   table.push_back({menu, "mEditFindNext", "Find &Next", "F3", Finding<true>});
   table.push_back({menu, "mEditFindPrevious", "Find Pre&vious", "Shift+F3", Finding<false>});
   table.push_back(Separator(menu));
@@ -554,6 +561,7 @@ Table MakeTable() {
   Table table;
   AddFileMenu(table);
   AddEditMenu(table);
+  std::ranges::copy(FormulaCommands(), std::back_inserter(table));
   AddViewMenu(table);
   AddFontMenu(table);
   AddTypingMenu(table);

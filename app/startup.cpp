@@ -17,6 +17,7 @@
 #include "editing/change_mark.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
@@ -63,6 +64,7 @@ void ConnectSubjects() {
     ShowCursor();
   };
   OpenText = RetypeItem;
+  OpenPlacedFormula = OpenFormulaOf;
   PaintFinds = PaintMatches;
   OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };
 }
@@ -98,6 +100,7 @@ void ResetProgram() {
   ResetPageOperations();
   ResetFind();
   ResetKeyboard();
+  ResetFormulaEntry();
   ResetBezier();
   ResetShaping();
   ResetModes();

@@ -12,6 +12,7 @@ class Clipboard {
   // Puts a text of codes there for every program, each code as the sign that the control-code box shows, and
   // beside it, unless empty, the bytes that only this program reads.
   virtual void Put(const std::string& items, const std::string& text) = 0;
+  virtual void PutText(const std::string& utf8) = 0;
   // Empty if nothing of the kind is there.
   virtual std::string Items() const = 0;
   virtual std::string Text() const = 0;  // UTF-8

@@ -34,6 +34,10 @@ void QtClipboard::Put(const std::string& items, const std::string& text) {
   QGuiApplication::clipboard()->setMimeData(data);
 }
 
+void QtClipboard::PutText(const std::string& utf8) {
+  QGuiApplication::clipboard()->setText(QString::fromStdString(utf8));
+}
+
 std::string QtClipboard::Items() const {
   const QMimeData* data = QGuiApplication::clipboard()->mimeData();
   return data == nullptr ? std::string() : data->data(kItems).toStdString();

@@ -22,6 +22,10 @@ class FakeClipboard : public Clipboard {
       text += static_cast<char>(code < 0x80 ? code : 0x80 | (code & 0x3F));
     }
   }
+  void PutText(const std::string& utf8) override {
+    items.clear();
+    text = utf8;
+  }
   std::string Items() const override { return items; }
   std::string Text() const override { return text; }
   std::string CodesOf(const std::string& utf8, std::string& untypable) const override {
