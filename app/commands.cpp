@@ -8,6 +8,7 @@
 #include "app/exit.h"
 #include "app/find_window.h"
 #include "app/foot.h"
+#include "app/formula_menu.h"
 #include "app/overview_window.h"
 #include "app/pdf_window.h"
 #include "app/picture_window.h"
@@ -20,6 +21,7 @@
 #include "editing/arrange.h"
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
+#include "editing/formula_entry.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
@@ -89,15 +91,19 @@ bool PagesGoForward() {
   return PageStepForward().next && !RunIsOpen() && !PathIsOpen();
 }
 bool UndoStep() {
+  if (FormulaIsOpen()) return Run<UndoNotation>();
   return PagesGoBack() ? UndoPageOperation() : Run<Undo>();
 }
 bool RedoStep() {
+  if (FormulaIsOpen()) return Run<RedoNotation>();
   return PagesGoForward() ? RedoPageOperation() : Run<Redo>();
 }
 std::string LabelBack() {
+  if (FormulaIsOpen()) return CanUndoNotation() ? "typing" : "";
   return PagesGoBack() ? PageStepBack().label : UndoLabel();
 }
 std::string LabelForward() {
+  if (FormulaIsOpen()) return CanRedoNotation() ? "typing" : "";
   return PagesGoForward() ? PageStepForward().label : RedoLabel();
 }
 
@@ -146,6 +152,7 @@ void FitSelection() {
 }
 
 void SelectEverything() {
+  if (FormulaIsOpen()) return SelectWholeNotation();
   if (RunIsOpen()) return SelectWholeRun();
   LeaveEditing();
   SelectAll();
@@ -295,7 +302,7 @@ void AddEditMenu(Table& table) {
                    .run = Run<OpenSelected>,
                    .enabled = CanOpenSelected,
                    .captionNow = OpenCaption});
-  table.push_back({menu, "mEditPosition", "Pos&ition...", "Ctrl+Shift+X", Run<AskPosition>, IsSelecting});
+  table.push_back({menu, "mEditPosition", "Positi&on...", "Ctrl+Shift+X", Run<AskPosition>, IsSelecting});
   AddAnchorMenu(table);
   AddArrangeMenu(table);
   table.push_back(Separator(menu));
@@ -303,7 +310,7 @@ void AddEditMenu(Table& table) {
   table.push_back(
       {menu, "mEditDistance", "Sho&w Distance", "", Toggle<ShowDistance>, {}, IsOn<ShowDistance>});
   table.push_back(Separator(menu));
-  table.push_back({menu, "mEditFind", "&Find", "Ctrl+F", Run<ShowFindWindow>});
+  table.push_back({menu, "mEditFind", "F&ind", "Ctrl+F", Run<ShowFindWindow>});
   table.push_back({menu, "mEditFindNext", "Find &Next", "F3", Finding<true>});
   table.push_back({menu, "mEditFindPrevious", "Find Pre&vious", "Shift+F3", Finding<false>});
   table.push_back(Separator(menu));
@@ -591,6 +598,7 @@ Table MakeTable() {
   Table table;
   AddFileMenu(table);
   AddEditMenu(table);
+  std::ranges::copy(FormulaCommands(), std::back_inserter(table));
   AddViewMenu(table);
   AddFontMenu(table);
   AddTypingMenu(table);

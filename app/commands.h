@@ -27,6 +27,7 @@ struct Command {
   // A caption that changes takes the place of `caption`; a literal one shows "&" as it stands.
   std::function<std::string()> captionNow = {};
   bool literal = false;
+  MenuPicture picture = {};
   MenuEntry** handle = nullptr;  // where the subject that drives the entry keeps it
 };
 

@@ -19,9 +19,9 @@
 #include "platform/printer.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_endings.h"
 #include "platform/qt/qt_outlines.h"
 #include "platform/qt/qt_printer.h"
-#include "platform/qt/qt_endings.h"
 #include "platform/qt/qt_toolkit.h"
 
 namespace {

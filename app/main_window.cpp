@@ -16,6 +16,7 @@
 #include "document/numbers.h"
 #include "document/paper.h"
 #include "editing/cursor.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/properties.h"
@@ -200,8 +201,10 @@ void AddCanvasAndBars(Window& window) {
     FollowTyping();
     RefreshMenus();
   };
-  Picture1->OnPreedit = ShowPreedit;
-  Picture1->CaretPlace = [] { return EndsOfRun().caret; };
+  Picture1->OnPreedit = [](const std::string& utf8) {
+    FormulaIsOpen() ? ShowFormulaPreedit(utf8) : ShowPreedit(utf8);
+  };
+  Picture1->CaretPlace = [] { return FormulaIsOpen() ? FormulaCaret() : EndsOfRun().caret; };
   Picture1->OnMouseDown = Form1_Picture1_MouseDown;
   Picture1->OnMouseMove = Form1_Picture1_MouseMove;
   Picture1->OnMouseUp = Form1_Picture1_MouseUp;
@@ -305,6 +308,7 @@ Pointer PointerOf(const MouseEvent& event) {
 }  // namespace
 
 void Form1_Picture1_KeyPress(int code) {
+  if (code == (kKeyEnter | kWithShift) && !FormulaIsOpen()) code = kKeyEnter;  // it is Enter elsewhere
   if (!ToolInForce().Key(code)) ArrowKey(code);
   FollowTyping();
   FollowFirstMinutes();

@@ -42,6 +42,7 @@ class MenuTree {
 MenuEntry* AddEntry(Menu& menu, const Command& command) {
   MenuEntry* entry = menu.AddEntry(command.literal ? "" : command.caption, command.key);
   if (command.run) entry->OnChosen = [&command] { RunCommand(command); };
+  if (command.picture.paint) entry->SetPicture(command.picture);
   entry->SetEnabled(false);
   Built.push_back({&command, entry, false});
   return entry;

@@ -9,9 +9,9 @@
 #include "app/main_window.h"
 #include "app/menus.h"
 #include "app/overview_window.h"
+#include "app/own_files.h"
 #include "app/pdf_window.h"
 #include "app/picture_window.h"
-#include "app/own_files.h"
 #include "app/recovery_window.h"
 #include "app/settings.h"
 #include "app/web_window.h"
@@ -22,6 +22,7 @@
 #include "editing/change_mark.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/select_tool.h"
@@ -38,9 +39,9 @@
 #include "papers/journal.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
+#include "papers/recovery.h"
 #include "papers/versions.h"
 #include "papers/versions_window.h"
-#include "papers/recovery.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -74,6 +75,7 @@ void ConnectSubjects() {
     RefreshMenus();
   };
   OpenText = RetypeItem;
+  OpenPlacedFormula = OpenFormulaOf;
   PaintFinds = PaintMatches;
   OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };
 }
@@ -116,6 +118,7 @@ void ResetProgram() {
   ResetPageOperations();
   ResetFind();
   ResetKeyboard();
+  ResetFormulaEntry();
   ResetBezier();
   ResetShaping();
   ResetModes();

@@ -5,6 +5,7 @@
 #include "app/foot.h"
 #include "document/numbers.h"
 #include "editing/cursor.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
@@ -27,7 +28,7 @@ std::string TypingWarning() {
 
 void FollowTyping() {
   if (CursorMode < 0) {
-    const Point caret = EndsOfRun().caret;
+    const Point caret = FormulaIsOpen() ? FormulaCaret() : EndsOfRun().caret;
     BringIntoView(caret.x, caret.y);
   }
   WarnOfTyping();

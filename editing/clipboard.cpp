@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "document/lines.h"
+#include "editing/formula_entry.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
@@ -116,21 +117,25 @@ void PasteText(const std::string& codes, std::optional<Point> at) {
 }  // namespace
 
 bool CanCopy() {
+  if (FormulaIsOpen()) return !SelectedNotation().empty();
   return RunIsOpen() ? !SelectedText().empty() : AnythingSelected();
 }
 
 bool CanDelete() {
+  if (FormulaIsOpen()) return false;  // the key is for the notation
   // While something is drawn or shaped the key is for its points.
   return RunIsOpen() || (AnythingSelected() && (CursorMode == 0 || AnchorOfMode(CursorMode) != 0));
 }
 
 void Cut() {
   Copy();
+  if (FormulaIsOpen()) return EraseSelectedNotation();
   RunIsOpen() ? TypeKey(kKeyDelete) : DeleteSelected("cut");
   ShowCursor();
 }
 
 void Copy() {
+  if (FormulaIsOpen()) return TheClipboard->PutForms({{"text/plain", SelectedNotation()}});
   if (RunIsOpen()) return TheClipboard->Put({}, SelectedText());
   EndWhatIsDone();
   const std::string lines = LinesOfSelected();
@@ -145,6 +150,7 @@ void Delete() {
 }
 
 void Paste(std::optional<Point> at) {
+  if (FormulaIsOpen()) return InsertIntoFormula(WithoutLastEnd(TheClipboard->Text()));
   const std::string items = TheClipboard->Items();
   if (!items.empty()) return PasteLines(items, at);
   const std::string text = TheClipboard->Text();

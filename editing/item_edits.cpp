@@ -1,5 +1,6 @@
 #include "editing/item_edits.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -153,6 +154,51 @@ Page ReadItems(std::string_view lines) {
   return page;
 }
 
+namespace {
+
+// The items that stay, as their lines, and how many they are.
+template <typename Item>
+std::size_t Stay(const std::vector<Item>& items, const std::vector<std::uint64_t>& instead,
+                 std::string& lines) {
+  std::size_t count = 0;
+  for (const Item& item : items) {
+    if (std::ranges::find(instead, item.id) != instead.end()) continue;
+    lines.append(TextOf(item)).append(kLineEnd);
+    ++count;
+  }
+  return count;
+}
+
+}  // namespace
+
+std::vector<std::uint64_t> AddPage(const std::string& label, const Page& added,
+                                   const std::vector<std::uint64_t>& instead) {
+  std::string texts;
+  std::string drawings;
+  const std::size_t textsBefore = Stay(ItemsOfPage().Texts(), instead, texts);
+  const std::size_t drawingsBefore = Stay(ItemsOfPage().Drawings(), instead, drawings);
+  // Without items that go, the lines stay as they stand.
+  if (instead.empty()) {
+    texts = ThePage.text;
+    if (!texts.empty() && !texts.ends_with('\n')) texts.append(kLineEnd);
+    drawings = ThePage.drawings;
+  }
+  const std::size_t count = drawingsBefore + static_cast<std::size_t>(added.drawingCount);
+  if (count > std::numeric_limits<std::int16_t>::max()) throw Failure("The page can hold no more drawings.");
+  EditPage(label, [&](Page& page) {
+    page.text = texts + added.text;
+    page.drawings = drawings + added.drawings;
+    page.drawingCount = static_cast<std::int16_t>(count);
+  });
+  std::vector<std::uint64_t> ids;
+  const PageItems& items = ItemsOfPage();
+  for (std::size_t i = textsBefore; i < items.Texts().size(); ++i) ids.push_back(items.Texts()[i].id);
+  for (std::size_t i = drawingsBefore; i < items.Drawings().size(); ++i)
+    ids.push_back(items.Drawings()[i].id);
+  Select(ids);
+  return ids;
+}
+
 void AddItems(const std::string& label, std::string_view lines, float dx, float dy) {
   std::string texts;
   std::string drawings;
@@ -170,24 +216,8 @@ void AddItems(const std::string& label, std::string_view lines, float dx, float 
     MapDrawing(drawing, [&](Point point) { return Moved(point, dx, dy); });
     drawings.append(RecordOfDrawing(drawing, record.substr(record.rfind(' ') + 1))).append(kLineEnd);
   }
-  if (texts.empty() && drawings.empty()) return;
-  if (DrawingCount + count > std::numeric_limits<std::int16_t>::max())
-    throw Failure("The page can hold no more drawings.");
-
-  const std::size_t textsBefore = ItemsOfPage().Texts().size();
-  const std::size_t drawingsBefore = ItemsOfPage().Drawings().size();
-  EditPage(label, [&](Page& page) {
-    if (!page.text.empty() && !page.text.ends_with('\n')) page.text.append(kLineEnd);
-    page.text += texts;
-    page.drawings += drawings;
-    page.drawingCount = static_cast<std::int16_t>(page.drawingCount + static_cast<int>(count));
-  });
-  std::vector<std::uint64_t> ids;
-  const PageItems& items = ItemsOfPage();
-  for (std::size_t i = textsBefore; i < items.Texts().size(); ++i) ids.push_back(items.Texts()[i].id);
-  for (std::size_t i = drawingsBefore; i < items.Drawings().size(); ++i)
-    ids.push_back(items.Drawings()[i].id);
-  Select(ids);
+  if (!texts.empty() || !drawings.empty())
+    AddPage(label, {texts, static_cast<std::int16_t>(count), drawings});
 }
 
 void ReplaceText(const std::string& label, std::uint64_t id, std::string_view line) {

@@ -340,7 +340,7 @@ namespace {
 // Back to Select, the item selected.
 void EndRetyping() {
   const std::uint64_t id = std::exchange(Retyped, 0);
-  HiddenItem = 0;
+  HiddenItems.clear();
   DropRun();
   ForNewRuns.text = WaitingRun;
   TakeRunOf(ForNewRuns, WaitingRun.size());
@@ -380,7 +380,8 @@ void RetypeItem(std::uint64_t id, Point at) {
   RetypedAmount = entry.justified ? entry.amount : 0;
   const Box area = BoundsOf(entry);
   ClearMarkedBox();
-  Retyped = HiddenItem = id;
+  Retyped = id;
+  HiddenItems = {id};
   ShowPage(area);
   TakeMode(static_cast<std::int16_t>(-entry.anchor));
 }

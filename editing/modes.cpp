@@ -5,6 +5,7 @@
 #include "document/page_items.h"
 #include "editing/bezier.h"
 #include "editing/change_mark.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/select_tool.h"
 #include "editing/shapes.h"
@@ -18,6 +19,7 @@ std::function<void(Painter&, const View&)> PaintFinds;
 namespace {
 
 void Complete() {
+  FinishFormula();
   if (RunIsOpen()) CommitPendingRun(true);
   FinishDrawing();
 }
@@ -50,6 +52,7 @@ void ShapeDrawing(std::uint64_t id) {
 }
 
 void FinishEditing() {
+  FinishFormula();
   if (RunIsOpen()) CommitPendingRun(false);
   FinishDrawing();
 }

@@ -18,6 +18,7 @@ namespace kelvane {
 
 bool ShowDistance = false;
 OpenItem OpenText = nullptr;
+bool (*OpenPlacedFormula)(std::uint64_t) = nullptr;
 OpenItem OpenDrawing = nullptr;
 
 namespace {
@@ -369,7 +370,8 @@ class Selecting : public Tool {
     if (pointer.clicks == 2 && !ids.empty()) {
       EndDoing();
       const auto again = std::find(ids.begin(), ids.end(), Clicked);
-      Open(again == ids.end() ? ids.front() : *again, pointer.at);
+      const std::uint64_t id = again == ids.end() ? ids.front() : *again;
+      if (!pointer.control || !OpenPlacedFormula || !OpenPlacedFormula(id)) Open(id, pointer.at);
       return;
     }
     // What is selected already is what the person means to drag.

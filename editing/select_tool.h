@@ -34,6 +34,9 @@ bool SelectUnder(Point at);
 // Filled at start-up: opens an item that was clicked twice, or chosen with Enter. `at` is where.
 using OpenItem = void (*)(std::uint64_t id, Point at);
 extern OpenItem OpenText;
+// Opens the notation of the formula that an item belongs to; false if it belongs to none. Ctrl with a double
+// click.
+extern bool (*OpenPlacedFormula)(std::uint64_t id);
 extern OpenItem OpenDrawing;
 
 }  // namespace kelvane

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "editing/cursor.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/notes.h"
 #include "typography/signs.h"
@@ -48,6 +49,7 @@ std::string Signs(std::string_view utf8, std::int16_t font) {
 }  // namespace
 
 void InsertSigns(std::string_view utf8) {
+  if (FormulaIsOpen()) return InsertIntoFormula(utf8);
   if (CursorMode < 0) InsertRun(Signs(utf8, FontAtCaret()));
 }
 
@@ -56,14 +58,17 @@ std::string SignsBehind(const std::string& before, const std::string& utf8) {
 }
 
 void InsertSign(const Sign& sign) {
+  if (FormulaIsOpen()) return InsertIntoFormula(NameOf(sign) + " ");
   if (CursorMode < 0) InsertRun(RunOf(sign, FontAtCaret()));
 }
 
 void SuperscriptKey() {
+  if (FormulaIsOpen()) return InsertTemplate("^{}");
   ScriptKey(0);
 }
 
 void SubscriptKey() {
+  if (FormulaIsOpen()) return InsertTemplate("_{}");
   ScriptKey(1);
 }
 

@@ -4,6 +4,8 @@
 #include <cctype>
 #include <cstdint>
 
+#include "formula/formula.h"
+#include "formula/painting.h"
 #include "typography/colours.h"
 #include "typography/metrics.h"
 #include "typography/run_painter.h"
@@ -32,22 +34,52 @@ std::string_view NameAtEnd(std::string_view text) {
   return text.substr(start - 1);
 }
 
-void SignNames::Follow(std::string_view beforeCaret) {
+void SignNames::Follow(std::string_view beforeCaret, const std::vector<std::string>& others) {
   const std::string_view name = NameAtEnd(beforeCaret);
   Close();
   if (!name.empty()) {
     typed_ = name.substr(1);
-    signs_ = SignsNamed(typed_);
+    for (const Sign* sign : SignsNamed(typed_)) rows_.push_back({sign, {}});
+    // What was typed whole stays first.
+    const auto behind = std::ranges::find_if(
+        rows_, [&](const Row& row) { return NameOf(*row.sign, typed_).substr(1) != typed_; });
+    std::vector<Row> more;
+    for (const std::string& other : others) more.push_back({nullptr, other});
+    rows_.insert(behind, more.begin(), more.end());
   }
   chosen_ = first_ = 0;
 }
 
 std::size_t SignNames::Rows() const {
-  return std::min(signs_.size(), kMostRows);
+  return std::min(rows_.size(), kMostRows);
+}
+
+std::string SignNames::NotationOf(const Row& row) const {
+  return row.sign ? NameOf(*row.sign, typed_) : row.name;
+}
+
+void SignNames::PaintPicture(Painter& painter, const View& view, const Row& row, const Box& cell) const {
+  const float size = kText / view.scale;
+  const float base = cell.top + 0.72F * (cell.bottom - cell.top);
+  if (row.sign) {
+    const std::string picture = RunOf(*row.sign, 0);
+    const float x = (cell.left + cell.right - MeasureRun(picture, 0, size)) / 2;
+    RunPainter(painter, view).Paint({picture, 0, size, {x, base}, kBlack});
+    return;
+  }
+  // The name with a letter in each place, as small as its row is high.
+  std::string filled = row.name;
+  for (std::size_t place = 0; (place = filled.find("{}", place)) != std::string::npos;)
+    filled.insert(place + 1, "x");
+  const auto set = SetFormula(filled, {0.6F * size, false, 0});
+  const auto* formula = std::get_if<Formula>(&set);
+  if (!formula || formula->ink.bottom - formula->ink.top > cell.bottom - cell.top) return;
+  const float down = (cell.top + cell.bottom - formula->ink.top - formula->ink.bottom) / 2;
+  PaintFormula(painter, view, *formula, {(cell.left + cell.right - formula->width) / 2, down});
 }
 
 void SignNames::Move(int rows) {
-  const auto last = static_cast<std::ptrdiff_t>(signs_.size()) - 1;
+  const auto last = static_cast<std::ptrdiff_t>(rows_.size()) - 1;
   chosen_ = static_cast<std::size_t>(
       std::clamp<std::ptrdiff_t>(static_cast<std::ptrdiff_t>(chosen_) + rows, 0, last));
   first_ = std::clamp(first_, chosen_ + 1 - std::min(chosen_ + 1, Rows()), chosen_);
@@ -57,7 +89,7 @@ bool SignNames::ChooseAt(Point at) {
   const bool inside = at.x >= box_.left && at.x < box_.right && at.y >= box_.top && at.y < box_.bottom;
   if (!Open() || !inside) return false;
   const float row = (at.y - box_.top) / (box_.bottom - box_.top) * static_cast<float>(Rows());
-  chosen_ = std::min(first_ + static_cast<std::size_t>(row), signs_.size() - 1);
+  chosen_ = std::min(first_ + static_cast<std::size_t>(row), rows_.size() - 1);
   return true;
 }
 
@@ -77,16 +109,14 @@ void SignNames::Paint(Painter& painter, const View& view, Point caret) {
   painter.FillBox(box_, PaletteColour(kWhite));
   RunPainter runs(painter, view);
   for (std::size_t row = 0; row < Rows(); ++row) {
-    const Sign& sign = *signs_[first_ + row];
+    const Row& shown = rows_[first_ + row];
     const float top = box_.top + static_cast<float>(row) * kRow * pixel;
     if (first_ + row == chosen_)
       painter.FillBox({box_.left, top, box_.right, top + kRow * pixel}, PaletteColour(kLightGrey));
     const float base = top + 0.72F * kRow * pixel;
-    const std::string picture = RunOf(sign, 0);
-    const float middle = box_.left + (kSignColumn * pixel - MeasureRun(picture, 0, kText * pixel)) / 2;
-    runs.Paint({picture, 0, kText * pixel, {middle, base}, kBlack});
+    PaintPicture(painter, view, shown, {box_.left, top, box_.left + kSignColumn * pixel, top + kRow * pixel});
     runs.Paint(
-        {NameOf(sign, typed_), kListFace, kText * pixel, {box_.left + kSignColumn * pixel, base}, kBlack});
+        {NotationOf(shown), kListFace, kText * pixel, {box_.left + kSignColumn * pixel, base}, kBlack});
   }
 }
 

@@ -19,14 +19,17 @@ std::string_view NameAtEnd(std::string_view text);
 
 class SignNames {
  public:
-  // What stands before the caret has changed by typing: offers the signs whose names begin as it ends.
-  void Follow(std::string_view beforeCaret);
-  void Close() { signs_.clear(); }
-  bool Open() const { return !signs_.empty(); }
+  // What stands before the caret has changed by typing: offers the signs whose names begin as it ends, and
+  // `others`, names that are no signs with their empty places.
+  void Follow(std::string_view beforeCaret, const std::vector<std::string>& others = {});
+  void Close() { rows_.clear(); }
+  bool Open() const { return !rows_.empty(); }
 
   // A step up or down the list.
   void Move(int rows);
-  const Sign& Chosen() const { return *signs_[chosen_]; }
+  const Sign& Chosen() const { return *rows_[chosen_].sign; }
+  // As it is typed in a notation.
+  std::string ChosenNotation() const { return NotationOf(rows_[chosen_]); }
   // Chooses the row at a point of the page; false if the list is not there.
   bool ChooseAt(Point at);
 
@@ -34,9 +37,15 @@ class SignNames {
   void Paint(Painter& painter, const View& view, Point caret);
 
  private:
+  struct Row {
+    const Sign* sign;  // null for a name that is none
+    std::string name;
+  };
   std::size_t Rows() const;
+  std::string NotationOf(const Row& row) const;
+  void PaintPicture(Painter& painter, const View& view, const Row& row, const Box& cell) const;
 
-  std::vector<const Sign*> signs_;
+  std::vector<Row> rows_;
   std::string typed_;  // without the backslash
   std::size_t chosen_ = 0;
   std::size_t first_ = 0;  // row at the top

@@ -11,8 +11,8 @@
 
 #include "document/lines.h"
 #include "document/paper.h"
-#include "platform/failure.h"
 #include "platform/checksum.h"
+#include "platform/failure.h"
 #include "platform/files.h"
 
 namespace kelvane {

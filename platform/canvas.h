@@ -122,7 +122,7 @@ inline constexpr int kKeyHome = 260;
 inline constexpr int kKeyEnd = 261;
 inline constexpr int kKeyDelete = 262;
 inline constexpr int kKeyWordBackspace = 263;
-// Held with one of the keys that are no characters.
+// Held with one of the keys that are no characters; Shift also with Enter.
 inline constexpr int kWithShift = 1 << 16;
 inline constexpr int kWithControl = 1 << 17;
 inline constexpr int kKeyWordLeft = kKeyLeft | kWithControl;

@@ -94,6 +94,14 @@ class ScrollBar : public Control {
   std::function<void(float)> OnScroll;  // the new value, chosen by the person
 };
 
+// A picture beside the caption of a menu entry, on white: its size in pixels, and what paints it from the point
+// 0, 0 on, with so many device pixels to the pixel. It is painted when the menu first opens.
+struct MenuPicture {
+  float width = 0;
+  float height = 0;
+  std::function<void(Painter&, float ratio)> paint = {};
+};
+
 class MenuEntry {
  public:
   virtual ~MenuEntry() = default;
@@ -107,6 +115,7 @@ class MenuEntry {
   virtual void SetChecked(bool checked) = 0;
   virtual bool Checked() const = 0;
   virtual void SetEnabled(bool enabled) = 0;
+  virtual void SetPicture(const MenuPicture& picture) = 0;
   std::function<void()> OnChosen;
 };
 

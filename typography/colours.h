@@ -22,6 +22,7 @@ inline constexpr std::int16_t kLightGrey = 7;
 inline constexpr std::int16_t kDarkGrey = 8;
 inline constexpr std::int16_t kBlue = 9;
 inline constexpr std::int16_t kCyan = 11;
+inline constexpr std::int16_t kRed = 12;
 inline constexpr std::int16_t kMagenta = 13;
 inline constexpr std::int16_t kWhite = 15;
 

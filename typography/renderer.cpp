@@ -184,7 +184,7 @@ void PaintPage(Painter& painter, const View& view, const PageItems& items, const
   PaintGrid(painter, view, area);
   PaintGuides(painter, view);
   for (const DrawingItem& item : items.Drawings()) {
-    if (!item.draws || item.id == view.hidden) continue;
+    if (!item.draws || view.Hides(item.id)) continue;
     if (Meet(BoundsOf(item.drawing), area)) PaintDrawing(painter, view, item.drawing);
   }
   RunPainter runs(painter, view);
@@ -192,7 +192,7 @@ void PaintPage(Painter& painter, const View& view, const PageItems& items, const
   const std::vector<Placements::Placement>& placed = placements.Of(items.Texts());
   for (std::size_t i = 0; i < placed.size(); ++i) {
     const TextItem& item = items.Texts()[i];
-    if (!item.draws || item.id == view.hidden || !Meet(placed[i].box, area)) continue;
+    if (!item.draws || view.Hides(item.id) || !Meet(placed[i].box, area)) continue;
     const auto& [origin, extraSpace] = placed[i].run;
     runs.Paint({item.entry.text, item.entry.font, item.entry.size, origin, kBlack, extraSpace});
   }

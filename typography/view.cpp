@@ -16,7 +16,7 @@ float GuideX[kGuides];
 float GuideY[kGuides];
 bool ShowGrid = true;
 bool PrintView = false;
-std::uint64_t HiddenItem = 0;
+std::vector<std::uint64_t> HiddenItems;
 Canvas* Picture1 = nullptr;
 float VisibleLeft;
 float VisibleTop;
@@ -32,7 +32,7 @@ View CurrentView() {
   view.scale = SCALE;
   view.grid = ShowGrid && !PrintView;
   view.printed = PrintView;
-  view.hidden = HiddenItem;
+  view.hidden = HiddenItems;
   if (!CanvasIsLaidOut()) return view;
   view.ratio = Picture1->PixelRatio();
   const float width = static_cast<float>(Picture1->PixelWidth()) / SCALE;
@@ -65,7 +65,7 @@ void ResetView() {
   std::fill(std::begin(GuideY), std::end(GuideY), 0.0F);
   ShowGrid = true;
   PrintView = false;
-  HiddenItem = 0;
+  HiddenItems.clear();
   VisibleLeft = VisibleTop = VisibleRight = VisibleBottom = 0;
 }
 

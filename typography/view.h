@@ -3,7 +3,9 @@
 // What part of the paper the canvas shows, the paper's size, grids and guides. Set by the settings file and
 // the View menu.
 
+#include <algorithm>
 #include <cstdint>
+#include <vector>
 
 #include "platform/canvas.h"
 
@@ -36,8 +38,8 @@ extern float GuideY[kGuides];
 extern bool ShowGrid;   // the grid lines; on at every start
 extern bool PrintView;  // glyphs filled, no grid, guides and marks: the page as print shows it
 
-// The item that is left out because it is being edited above the page; 0 for none.
-extern std::uint64_t HiddenItem;
+// The items that are left out because they are being edited above the page.
+extern std::vector<std::uint64_t> HiddenItems;
 
 // The page canvas of the main window.
 extern Canvas* Picture1;
@@ -53,8 +55,9 @@ struct View {
   bool printed = false;  // as print shows it: glyphs filled, nothing but the page
   // Not for a screen, whose pixels are to be seen: lines as wide as they print, every area filled.
   bool exact = false;
-  bool paper = true;         // the sheet is white
-  std::uint64_t hidden = 0;  // an item that is not painted
+  bool paper = true;                       // the sheet is white
+  std::vector<std::uint64_t> hidden = {};  // items that are not painted
+  bool Hides(std::uint64_t id) const { return std::find(hidden.begin(), hidden.end(), id) != hidden.end(); }
 };
 // That of the page canvas as STARTX, STARTY and SCALE have it now; an empty area while it is not laid out.
 View CurrentView();

@@ -323,7 +323,7 @@ void QtCanvas::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      SendKey(control ? kKeyCtrlEnter : kKeyEnter);
+      SendKey(control ? kKeyCtrlEnter : kKeyEnter | (held & kWithShift));
       return;
     case Qt::Key_Backspace:
       SendKey(control ? kKeyWordBackspace : kKeyBackspace);

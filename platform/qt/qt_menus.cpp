@@ -1,8 +1,11 @@
 #include "platform/qt/qt_menus.h"
 
 #include <QKeySequence>
+#include <QProxyStyle>
+#include <utility>
 
 #include "platform/handlers.h"
+#include "platform/qt/qt_image_painter.h"
 #include "platform/qt/qt_text.h"
 
 namespace kelvane {
@@ -39,8 +42,44 @@ void QtMenuEntry::SetEnabled(bool enabled) {
   action_->setEnabled(enabled);
 }
 
+void QtMenuEntry::ShowPicture(double ratio) {
+  if (!picture_.paint) return;
+  const MenuPicture picture = std::exchange(picture_, {});
+  QtImagePainter painter(QSizeF(picture.width * ratio, picture.height * ratio).toSize(),
+                         {0, 0, picture.width, picture.height}, ratio, Qt::white);
+  picture.paint(painter, static_cast<float>(ratio));
+  QPixmap shown = QPixmap::fromImage(painter.Image());
+  shown.setDevicePixelRatio(ratio);
+  action_->setIcon(QIcon(shown));
+}
+
+namespace {
+
+// Pictures are larger than the icons that menus have elsewhere.
+class PictureStyle final : public QProxyStyle {
+ public:
+  explicit PictureStyle(QObject* parent) { setParent(parent); }
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+    constexpr int kPicture = 36;
+    return metric == PM_SmallIconSize ? kPicture : QProxyStyle::pixelMetric(metric, option, widget);
+  }
+};
+
+}  // namespace
+
 QtMenu::QtMenu(QMenu* menu) : menu_(menu) {
-  QObject::connect(menu_, &QMenu::aboutToShow, menu_, [this] { RunHandler(OnOpen); });
+  QObject::connect(menu_, &QMenu::aboutToShow, menu_, [this] {
+    RunHandler(OnOpen);
+    RunHandler([this] { ShowPictures(); });
+  });
+}
+
+void QtMenu::ShowPictures() {
+  for (QtMenuEntry& entry : entries_) {
+    if (!entry.HasPicture()) continue;
+    if (dynamic_cast<PictureStyle*>(menu_->style()) == nullptr) menu_->setStyle(new PictureStyle(menu_));
+    entry.ShowPicture(menu_->devicePixelRatioF());
+  }
 }
 
 Menu* QtMenu::AddMenu(const std::string& caption) {

@@ -25,11 +25,16 @@ class QtMenuEntry final : public MenuEntry {
   void SetChecked(bool checked) override;
   bool Checked() const override { return checked_; }
   void SetEnabled(bool enabled) override;
+  void SetPicture(const MenuPicture& picture) override { picture_ = picture; }
+  // Whether there is one that is still to be painted, and painting it.
+  bool HasPicture() const { return picture_.paint != nullptr; }
+  void ShowPicture(double ratio);
 
  private:
   QAction* action_;
   std::string caption_;
   bool checked_ = false;
+  MenuPicture picture_;  // not painted yet
 };
 
 class QtMenu final : public Menu {
@@ -46,6 +51,8 @@ class QtMenu final : public Menu {
   void Popup(QPoint at) { menu_->popup(at); }
 
  private:
+  void ShowPictures();
+
   QMenu* menu_;
   std::deque<QtMenu> menus_;
   std::deque<QtMenuEntry> entries_;

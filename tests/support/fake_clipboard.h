@@ -26,7 +26,7 @@ class FakeClipboard : public Clipboard {
   void PutForms(const std::vector<Form>& newForms) override {
     forms = newForms;
     items.clear();
-    text.clear();
+    text = forms.size() == 1 && forms[0].kind == "text/plain" ? forms[0].bytes : "";
   }
   std::string Items() const override { return items; }
   std::string Text() const override { return text; }

@@ -170,6 +170,8 @@ class FakeMenuEntry : public MenuEntry {
   void SetChecked(bool isChecked) override { checked = isChecked; }
   bool Checked() const override { return checked; }
   void SetEnabled(bool isEnabled) override { enabled = isEnabled; }
+  void SetPicture(const MenuPicture& newPicture) override { picture = newPicture; }
+  MenuPicture picture;
   // Choosing it; an entry that is not enabled cannot be chosen.
   void Choose();
 

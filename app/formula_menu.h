@@ -1,0 +1,13 @@
+#pragma once
+
+// The commands of formulas by notation: opening the line, and the templates with their pictures.
+
+#include <vector>
+
+#include "app/commands.h"
+
+namespace kelvane {
+
+std::vector<Command> FormulaCommands();
+
+}  // namespace kelvane

@@ -1,0 +1,32 @@
+#pragma once
+
+// Formulas that were placed by their notation, as long as the program runs: which items they became, so that
+// their notation can be had again.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "document/page.h"
+#include "formula/formula.h"
+
+namespace kelvane {
+
+struct PlacedFormula {
+  std::string notation;
+  FormulaStyle style;
+  std::int16_t mode = 0;  // the anchor it was placed with, 1 to 9
+  Point cursor;           // the cursor point
+  Page page;              // its entries and drawings as they were placed
+  std::vector<std::uint64_t> ids;
+};
+
+void ResetPlacedFormulas();
+void KeepPlacedFormula(PlacedFormula placed);
+
+// The formula that an item belongs to, at the place where it is now; nothing once one of its items was
+// changed otherwise than by moving them all.
+std::optional<PlacedFormula> PlacedFormulaOf(std::uint64_t id);
+
+}  // namespace kelvane
