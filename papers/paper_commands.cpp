@@ -337,17 +337,19 @@ bool OpenPdf(const std::string& chosen) {
     if (&page == &pages.front()) first.page = std::move(read);
   }
   if (pages.size() == 1) {
-    ShowOtherPaper(std::move(first));
+    ShowOtherPaper(std::move(first), {});
     return true;
   }
   const std::string name = TheDialogs->ChooseToSave(
       "Save the " + std::to_string(pages.size()) + " Pages of the PDF As", kPageFilter, FolderOf(chosen));
   if (name.empty()) return false;
   const std::string firstFile = PageFileName(name, pages.front().number);
+  std::optional<PaperLock> lock = AskForPaper(firstFile);
+  if (!lock) return false;
   WriteCarriedPages(pages, name);
   first.seen = SeenWith(firstFile, pages.front().content);
   PaperFolder = FolderOf(firstFile) + "\\";
-  ShowOtherPaper(std::move(first), pages.front().number);
+  ShowOtherPaper(std::move(first), std::move(*lock), pages.front().number);
   return true;
 }
 

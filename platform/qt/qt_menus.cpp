@@ -48,7 +48,7 @@ void QtMenuEntry::ShowPicture(double ratio) {
   QtImagePainter painter(QSizeF(picture.width * ratio, picture.height * ratio).toSize(),
                          {0, 0, picture.width, picture.height}, ratio, Qt::white);
   picture.paint(painter, static_cast<float>(ratio));
-  QPixmap shown = QPixmap::fromImage(painter.Image());
+  QPixmap shown = QPixmap::fromImage(painter.Picture());
   shown.setDevicePixelRatio(ratio);
   action_->setIcon(QIcon(shown));
 }
