@@ -15,7 +15,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr char kMenu[] = "&Edit/Formula Template&s";
+constexpr char kMenu[] = "&Edit/Formula &Blocks";
 // Of the picture of a template, pixels.
 constexpr float kPicture = 36;
 constexpr float kText = 13;
@@ -38,7 +38,7 @@ constexpr Template kTemplates[] = {
     {"Sum", "&Sum with Limits", "Ctrl+Alt+S", "\\sum_{}^{}", "\\sum_{i}^{n}"},
     {"Integral", "Inte&gral with Limits", "Ctrl+Alt+G", "\\int_{}^{}", "\\int_{a}^{b}"},
     {"Limit", "&Limit", "Ctrl+Alt+L", "\\lim_{}", "\\lim_{x}"},
-    {"Cases", "&Cases", "Ctrl+Alt+C", "\\begin{cases} {} & {} \\\\ {} & {} \\end{cases}",
+    {"Cases", "&Cases", "Ctrl+Alt+Y", "\\begin{cases} {} & {} \\\\ {} & {} \\end{cases}",
      "\\begin{cases} a \\\\ b \\end{cases}"},
     {"Brackets", "&Brackets", "Ctrl+Alt+B", "\\left({}\\right)", "\\left(\\frac{a}{b}\\right)"},
     {"Accent", "&Accent", "Ctrl+Alt+A", "\\hat{}", "\\hat{x}"},

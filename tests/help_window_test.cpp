@@ -175,7 +175,7 @@ TEST_F(HelpWindowTest, EveryControlAndDialogHasItsPage) {
   HelpPlace place;
   for (const std::string& name : names)
     EXPECT_TRUE(FindHelpHeading(book, HeadingAbout(kEditorPage, name), place)) << name;
-  for (const char* entry : {"&Character Designer", "&Find", "C&ontact", "&About"}) window->ChooseEntry(entry);
+  for (const char* entry : {"&Character Designer", "F&ind", "C&ontact", "&About"}) window->ChooseEntry(entry);
   for (const auto& made : toolkit.windows) {
     if (made->title.empty() || made.get() == window || made.get() == help) continue;
     HelpParts.page->Show({});

@@ -154,7 +154,7 @@ TEST_F(PictureOutputTest, PreviewsNoMoreThanCanBeKept) {
   Open();
   PageBox->SetText("76");
   PageBox->OnEnter();
-  window->ChooseEntry("Print Pre&view...");
+  window->ChooseEntry("Print Previe&w...");
   EXPECT_TRUE(printer.previewed);
   EXPECT_EQ(printer.sheets.size(), 40U);
   EXPECT_EQ(printer.job.pages.back(), 89);

@@ -108,6 +108,7 @@ TEST_F(VersionsTest, EqualContentsAreKeptOnceAndUnchangedOnesNotAtAll) {
 
 TEST_F(VersionsTest, GoWithTheirPageToAnotherNumber) {
   TypeAndSave("two");
+  dialogs.AnswerYes();
   window->ChooseEntry("Insert &Before");
   EXPECT_EQ(VersionsOf("\\P\\Essay.002").size(), 1U);
   EXPECT_TRUE(VersionsOf(kPath).empty());

@@ -70,6 +70,7 @@ Files::Handle PowerCutFiles::Overwrite(const std::string& path) {
 }
 
 void PowerCutFiles::Write(Handle handle, std::string_view bytes) {
+  if (locked_.contains(handle)) return;
   Opened& opened = handles_.at(handle);
   std::string& content = files_[opened.file].now;
   for (const std::string_view part : {bytes.substr(0, bytes.size() / 2), bytes.substr(bytes.size() / 2)}) {
@@ -80,6 +81,7 @@ void PowerCutFiles::Write(Handle handle, std::string_view bytes) {
 }
 
 void PowerCutFiles::Sync(Handle handle) {
+  if (locked_.contains(handle)) return;
   Step();
   const Opened& opened = handles_.at(handle);
   files_[opened.file].now.resize(opened.at);
@@ -88,6 +90,8 @@ void PowerCutFiles::Sync(Handle handle) {
 }
 
 void PowerCutFiles::Close(Handle handle) {
+  // A lock of the program may come from the disk before.
+  if (locked_.erase(handle) > 0 || !handles_.contains(handle)) return;
   if (!cut_) Step();
   handles_.erase(handle);
 }
@@ -103,6 +107,7 @@ void PowerCutFiles::Rename(const std::string& from, const std::string& to) {
 }
 
 void PowerCutFiles::Remove(const std::string& path) {
+  if (path.starts_with("\\State\\locks\\")) return;
   if (cut_) return;
   Step();
   if (!Exists(path)) throw Failure("Cannot remove the file " + path);

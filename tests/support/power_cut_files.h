@@ -10,7 +10,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/failure.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -47,9 +46,12 @@ class PowerCutFiles : public Files {
   bool RemoveLeftover(const std::string&) override { return false; }
   void MakeFolder(const std::string&) override {}
 
-  // No journal and no lock lies on this disk; what they do is tested for itself.
-  std::optional<Handle> OpenLocked(const std::string& path) override { throw Failure("No locks on " + path); }
-  bool IsInPlace(Handle) override { return false; }
+  // Journals and locks do not lie on this disk and take no steps; what they do is tested for itself.
+  std::optional<Handle> OpenLocked(const std::string& path) override {
+    locked_[++lastHandle_] = path;
+    return lastHandle_;
+  }
+  bool IsInPlace(Handle) override { return true; }
   void SyncSoon(Handle) override {}
   std::vector<std::string> FilesIn(const std::string&) override { return {}; }
 
@@ -81,6 +83,7 @@ class PowerCutFiles : public Files {
   std::map<std::string, Number> names_;
   std::map<std::string, Number> syncedNames_;
   std::vector<NameChange> changes_;  // that are not synced, in their order
+  std::map<Handle, std::string> locked_;
   std::map<Handle, Opened> handles_;
   Handle lastHandle_ = 0;
   int left_ = 0;
