@@ -107,6 +107,9 @@ struct PathPart {
 
   bool IsThread() const {
     constexpr float kNear = 0.01F;
+    // Back by the same kinds of steps, or half of the points would not be those of half of the steps.
+    for (std::size_t i = 1; i < steps.size(); ++i)
+      if (steps[i] != steps[steps.size() - i]) return false;
     const std::size_t last = points.size() - 1;
     for (std::size_t i = 0; i < points.size() / 2; ++i) {
       if (std::hypot(points[i].x - points[last - i].x, points[i].y - points[last - i].y) > kNear)
