@@ -75,6 +75,8 @@ void ConnectSubjects() {
     RefreshMenus();
   };
   OpenText = RetypeItem;
+  LookAtBoth = ShowVersions;
+  PaperShown = FollowVersions;
   OpenPlacedFormula = OpenFormulaOf;
   PaintFinds = PaintMatches;
   OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };

@@ -115,27 +115,12 @@ void DragStep(benchmark::State& state) {
   Form1_Picture1_MouseUp(mouse);
 }
 
-BENCHMARK(Nudge)
-    ->ArgNames({"all"})
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMillisecond)
-    ->Repetitions(9)
-    ->MinTime(0.1);
-BENCHMARK(UndoAndRedo)
-    ->ArgNames({"all"})
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMillisecond)
-    ->Repetitions(9)
-    ->MinTime(0.1);
-BENCHMARK(DragStep)
-    ->ArgNames({"all"})
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMillisecond)
-    ->Repetitions(9)
-    ->MinTime(0.1);
+void OneAndAll(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgNames({"all"})->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond)->Repetitions(9)->MinTime(0.1);
+}
+BENCHMARK(Nudge)->Apply(OneAndAll);
+BENCHMARK(UndoAndRedo)->Apply(OneAndAll);
+BENCHMARK(DragStep)->Apply(OneAndAll);
 BENCHMARK(Pick)->Unit(benchmark::kMillisecond)->Repetitions(15)->MinTime(0.05);
 BENCHMARK(AllInkBoxes)->Unit(benchmark::kMillisecond)->Repetitions(15)->MinTime(0.05);
 

@@ -10,6 +10,7 @@
 #include "output/bookmarks.h"
 #include "output/pdf_file.h"
 #include "output/pdf_fonts.h"
+#include "output/vector_painter.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
@@ -25,7 +26,7 @@ bool IsPlace(Point point) {
 }
 
 // A page's content. Points have their y upwards there.
-class PdfPainter final : public Painter {
+class PdfPainter final : public VectorPainter {
  public:
   PdfPainter(PdfFonts& fonts, const Box& area) : fonts_(fonts), area_(area), content_("1 J 1 j\n") {}
 
@@ -43,13 +44,6 @@ class PdfPainter final : public Painter {
     FillPath(path, colour);
   }
 
-  void DrawLine(Point from, Point to, const Pen& pen) override {
-    Path path;
-    path.MoveTo(from);
-    path.LineTo(to);
-    StrokePath(path, pen);
-  }
-
   void StrokePath(const Path& path, const Pen& pen) override {
     if (!AddPath(path, pen.colour, [&] { SetWidth(pen.width); })) return;
     content_ += "S\n";
@@ -58,20 +52,6 @@ class PdfPainter final : public Painter {
   void FillPath(const Path& path, ColourValue colour) override {
     if (AddPath(path, colour, [] {})) content_ += "f\n";
   }
-
-  void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
-                ColourValue colour) override {
-    const std::int16_t typeface = TypefaceOf(face);
-    for (std::size_t i = 0; i < codes.size(); ++i)
-      Show({typeface, static_cast<unsigned char>(codes[i]), em, origins[i], colour});
-  }
-
-  bool TakeGlyph(const GlyphOnPage& glyph) override {
-    Show(glyph);
-    return true;
-  }
-
-  bool KeepsText() const override { return true; }
 
   void SayTogether(std::string_view text) override {
     EndString();
@@ -134,7 +114,7 @@ class PdfPainter final : public Painter {
 
   // Characters that follow each other on one line go into one string, with steps where a place is not the one
   // that the widths lead to.
-  void Show(const GlyphOnPage& glyph) {
+  void Show(const GlyphOnPage& glyph) override {
     if (!(glyph.em > 0) || !std::isfinite(glyph.em) || !IsPlace(glyph.origin)) return;
     if (!fonts_.Use(glyph.font, glyph.code)) return;
     BeginText();

@@ -12,6 +12,7 @@
 #include "document/numbers.h"
 #include "output/pdf_fonts.h"
 #include "output/type1_font.h"
+#include "output/vector_painter.h"
 #include "platform/characters.h"
 #include "platform/outlines.h"
 #include "typography/glyph_shapes.h"
@@ -85,7 +86,7 @@ const char* FamiliesOf(std::string_view family) {
   return "'Nimbus Roman', Times, 'Times New Roman', serif";
 }
 
-class SvgPainter final : public Painter {
+class SvgPainter final : public VectorPainter {
  public:
   std::string Body() {
     EndText();
@@ -103,13 +104,6 @@ class SvgPainter final : public Painter {
              Attribute("height", Number(box.bottom - box.top)) + Attribute("fill", Hex(colour)) + "/>\n";
   }
 
-  void DrawLine(Point from, Point to, const Pen& pen) override {
-    Path path;
-    path.MoveTo(from);
-    path.LineTo(to);
-    StrokePath(path, pen);
-  }
-
   void StrokePath(const Path& path, const Pen& pen) override {
     AddPath(path, Attribute("fill", "none") + Attribute("stroke", Hex(pen.colour)) +
                       Attribute("stroke-width", Number(pen.width)) + kRound);
@@ -118,20 +112,6 @@ class SvgPainter final : public Painter {
   void FillPath(const Path& path, ColourValue colour) override {
     AddPath(path, Attribute("fill", Hex(colour)));
   }
-
-  void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
-                ColourValue colour) override {
-    const std::int16_t typeface = TypefaceOf(face);
-    for (std::size_t i = 0; i < codes.size(); ++i)
-      Show({typeface, static_cast<unsigned char>(codes[i]), em, origins[i], colour});
-  }
-
-  bool TakeGlyph(const GlyphOnPage& glyph) override {
-    Show(glyph);
-    return true;
-  }
-
-  bool KeepsText() const override { return true; }
 
   // Pieces are shapes, which say nothing themselves; what they say together stands with the first of them.
   void SayTogether(std::string_view text) override {
@@ -150,7 +130,7 @@ class SvgPainter final : public Painter {
     body_ += "<path" + style + Attribute("d", DataOf(path, 1, 1)) + "/>\n";
   }
 
-  void Show(const GlyphOnPage& glyph) {
+  void Show(const GlyphOnPage& glyph) override {
     const auto [x, y] = glyph.origin;
     if (!(glyph.em > 0) || !std::isfinite(glyph.em) || !std::isfinite(x) || !std::isfinite(y)) return;
     const char32_t character = CharacterOf(glyph.font, glyph.code);

@@ -4,8 +4,8 @@
 //
 // What is searched are the characters of the runs; typeface switches, script codes and fixed spaces between
 // them do not count, nor do accents of Math0, which are part of the letter behind them. Capitals match small
-// letters unless FindCase says otherwise. Matches on a page follow each other down the page, and to the right,
-// by the places of their entries.
+// letters unless FindCase says otherwise. Matches on a page follow each other down the page, and to the
+// right, by the places of their entries.
 
 #include <cstddef>
 #include <string>

@@ -27,7 +27,6 @@
 #include "papers/paper_lock.h"
 #include "papers/seen_file.h"
 #include "papers/versions.h"
-#include "papers/versions_window.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "typography/renderer.h"
@@ -38,6 +37,8 @@ namespace kelvane {
 Window* Form1 = nullptr;
 TextBox* PageBox = nullptr;
 Label* PageCountLabel = nullptr;
+std::function<void()> LookAtBoth;
+std::function<void()> PaperShown;
 FileWatch* PageWatch = nullptr;
 
 namespace {
@@ -107,7 +108,7 @@ Verdict AskAboutChanged(const std::string& file) {
     case 1:
       return Verdict::SaveAs;
     case 2:
-      ShowVersions();
+      LookAtBoth();
       return Verdict::GiveUp;
     case 3:
       TakePageFile();
@@ -568,7 +569,7 @@ void ShowPaperState() {
   Form1->SetTitle(name + kProgramTitle);
   Form1->SetChanged(PageChanged != 0);
   if (PageWatch && Watched != CurrentPaperFile) PageWatch->Watch(Watched = CurrentPaperFile);
-  FollowVersions();
+  if (PaperShown) PaperShown();
 }
 
 void ShowPageNumber() {

@@ -26,6 +26,12 @@ inline constexpr char kProgramTitle[] = "Kelvane ver 1.7";
 inline constexpr char kPageFilter[] = "*.001|*.001";
 inline constexpr char kOpenFilter[] = "*.001|*.001|*.pdf|*.pdf";  // a PDF of this program has its pages in it
 
+// Filled at start-up: shows the page beside what its file holds now.
+extern std::function<void()> LookAtBoth;
+
+// Filled at start-up too: called when another page is shown, and when it is changed or stored.
+extern std::function<void()> PaperShown;
+
 // Watches the file of the page; null until start-up has made it.
 extern FileWatch* PageWatch;
 
