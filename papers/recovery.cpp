@@ -161,7 +161,12 @@ bool RestoreWork(std::size_t index) {
   const LeftWork& work = Found[index];
   const Journal& journal = work.journal;
   const FileNow now = LookAtFile(journal.file.path);
-  RecoveredPage page{journal.page, journal.steps, journal.half, journal.file.number, {}, PageOf(now)};
+  RecoveredPage page;
+  page.page = journal.page;
+  page.steps = journal.steps;
+  page.half = journal.half;
+  page.number = journal.file.number;
+  page.stored = PageOf(now);
   if (!journal.file.path.empty()) {
     page.file = {journal.file.path, journal.file.there, journal.file.size, journal.file.sum};
     // Killed between the writing of the file and the record of it.
