@@ -19,9 +19,7 @@ Menu* MenuAt(Point at) {
   return RunIsOpen() ? OfRun : OfPage;
 }
 
-}  // namespace
-
-void BuildContextMenus(Window& window) {
+void Build(Window& window) {
   OfItem = BuildPopup(window, {"mEditCut", "mEditCopy", "mEditDelete", "mEditDuplicate", "", "mEditOpen",
                                "mEditPosition", "&Edit/Anc&hor", "&Edit/Arrang&e", "", "F&ormat/Font &Name",
                                "F&ormat/&Line Colour", "F&ormat/Line &Thickness"});
@@ -29,8 +27,15 @@ void BuildContextMenus(Window& window) {
   OfRun = BuildPopup(window, {"mEditCut", "mEditCopy", "mEditPaste"});
 }
 
+}  // namespace
+
+void ResetContextMenus() {
+  OfItem = OfPage = OfRun = nullptr;
+}
+
 void OpenContextMenu(const MouseEvent& event) {
   ToolInForce().RightClick();
+  if (!OfItem) Build(*Form1);
   Menu* menu = MenuAt({event.x, event.y});
   if (menu) Form1->ShowPopup(menu, Picture1, event.pixelX, event.pixelY);
 }

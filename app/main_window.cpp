@@ -262,7 +262,7 @@ void BuildForm1() {
   Form1 = TheToolkit->NewWindow(true);
   Form1->SetTitle(kProgramTitle);
   BuildMenus(*Form1);
-  BuildContextMenus(*Form1);
+  ResetContextMenus();
   // In the order in which Tab goes through them.
   AddCanvasAndBars(*Form1);
   AddRunRow(*Form1);

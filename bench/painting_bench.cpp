@@ -211,7 +211,7 @@ void Drawings(benchmark::State& state) {
   for (auto _ : state) RedrawPage();
 }
 
-// One path of many pieces while it is being drawn.
+// A movement of the mouse while a path of many pieces is being drawn.
 void DrawnPath(benchmark::State& state) {
   const Stage stage;
   FillDrawings(1, 2);
@@ -223,8 +223,13 @@ void DrawnPath(benchmark::State& state) {
   }
   CurrentDrawing += " 1";
   CursorMode = kBezierMode;
+  stage.Show(ShowCursor);
+  Pointer pointer{{310, 420}};
+  float way = 10;
   for (auto _ : state) {
-    stage.Show([] { ShowCursor(); });
+    pointer.at.x += way;
+    way = -way;
+    stage.Show([&] { ToolInForce().Move(pointer); });
   }
   CurrentDrawing.clear();
   CursorMode = 0;

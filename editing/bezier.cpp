@@ -1,13 +1,17 @@
 #include "editing/bezier.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <limits>
+#include <memory>
 #include <utility>
 
 #include "document/fields.h"
 #include "document/numbers.h"
 #include "document/page.h"
 #include "editing/edit.h"
+#include "platform/controls.h"
 #include "platform/failure.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"
@@ -68,6 +72,37 @@ std::vector<Points> FinishedForms(Points path) {
   }
   heads.insert(heads.begin(), std::move(path));
   return heads;
+}
+
+// Of a long path a picture is kept, too, so that a movement of the mouse costs what the last pieces do: these
+// many of them are stroked at most.
+constexpr std::size_t kMostStroked = 32;
+
+struct PathPicture {
+  Points path;
+  LineStyle style;
+  std::array<double, 5> pixels{};  // of the view: the first in each direction, how many, and how many a point
+  Point corner;                    // of the paper
+  std::unique_ptr<Image> image;
+};
+PathPicture Kept;
+
+// Makes the picture of a path if it is not kept: of all that the canvas shows, pixel on pixel.
+void KeepPicture(Points path) {
+  const View view = CurrentView();
+  const LineStyle style = StyleInForce();
+  const double scale = static_cast<double>(view.scale) * view.ratio;
+  const auto whole = [](double pixels) { return std::floor(pixels + 0.5); };
+  const double left = whole(view.area.left * scale), width = whole(Picture1->PixelWidth() * view.ratio);
+  const double top = whole(view.area.top * scale), height = whole(Picture1->PixelHeight() * view.ratio);
+  const std::array pixels{left, top, width, height, scale};
+  if (Kept.image != nullptr && Kept.path == path && Kept.style == style && Kept.pixels == pixels) return;
+  const Box shown{static_cast<float>(left / scale), static_cast<float>(top / scale),
+                  static_cast<float>((left + width) / scale), static_cast<float>((top + height) / scale)};
+  Kept = {std::move(path), style, pixels, {shown.left, shown.top}, nullptr};
+  Kept.image =
+      TheToolkit->NewImage(static_cast<int>(width), static_cast<int>(height), shown, view.ratio, true);
+  StrokeDrawing(*Kept.image, view, DrawingOf(Kept.path));
 }
 
 // Paints the pieces of a path that are seen: only a few while the mouse moves the next one.
@@ -152,7 +187,17 @@ class PathDrawer : public Tool {
   void Paint(Painter& painter, const View& view) const override {
     const Points& path = OpenPath();
     if (path.empty()) return;
-    StrokeSeen(painter, view, path);
+    // The mouse changes the last piece. How many are in the picture depends on the path alone.
+    const std::size_t pieces = path.size() / 2;
+    const std::size_t kept = pieces == 0 ? 0 : (pieces - 1) / kMostStroked * kMostStroked;
+    if (kept == 0 || TheToolkit == nullptr || &painter != Picture1) {
+      StrokeSeen(painter, view, path);
+    } else {
+      const auto split = path.begin() + static_cast<std::ptrdiff_t>(2 * kept);
+      KeepPicture({path.begin(), split + 1});
+      Picture1->DrawImage(*Kept.image, Kept.corner);
+      StrokeSeen(painter, view, {split, path.end()});
+    }
     const Pen thin{PaletteColour(kBlue), 1};
     if (Pulling) {
       Path handle;
@@ -203,6 +248,7 @@ void ResetBezier() {
   ArrowAtEnd = false;
   CurrentDrawing.clear();
   Pressed = Pulling = false;
+  Kept = {};
 }
 
 Tool& PathTool() {
@@ -260,6 +306,7 @@ void DropDrawing() {
   if (!PathIsOpen()) return;
   CurrentDrawing.clear();
   Pressed = Pulling = false;
+  Kept = {};
   ShowCursor();
 }
 

@@ -18,7 +18,6 @@ std::optional<Box> Marked;
 Timer* Clock = nullptr;  // made when it is needed first
 
 void TakeAway() {
-  Clock->Stop();
   Marked.reset();
   ShowCursor();
 }
@@ -36,7 +35,10 @@ void MarkChange(const Box& area) {
   Marked = area;
   if (!Clock) {
     Clock = TheToolkit->NewTimer();
-    Clock->OnTick = TakeAway;
+    Clock->OnTick = [clock = Clock] {
+      clock->Stop();
+      TakeAway();
+    };
   }
   Clock->Start(kShown);
   ShowCursor();

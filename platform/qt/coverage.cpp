@@ -1,8 +1,13 @@
 #include "platform/qt/coverage.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <numbers>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
 
 namespace kelvane {
 namespace {
@@ -198,18 +203,22 @@ bool Coverage::Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip)
   const QRect bounds = shape.Bounds().translated(PixelOf(shift.x), PixelOf(shift.y)).adjusted(0, 0, 1, 1);
   box_ = bounds & clip;
   if (box_.isEmpty()) return false;
-  const int sums = box_.width() + 1;
-  bandRows_ = std::min(std::max(kBandSums / sums, kLeastBandRows), box_.height());
-  const auto wanted = static_cast<std::size_t>(sums) * static_cast<std::size_t>(bandRows_);
-  if (rises_.size() < wanted) rises_.resize(wanted);
-  if (coverage_.size() < static_cast<std::size_t>(sums)) coverage_.resize(static_cast<std::size_t>(sums));
+  constexpr int kWordBits = 64;
+  groups_ = box_.width() / kGroup + 1;
+  words_ = (groups_ + kWordBits - 1) / kWordBits;
+  const auto sums = static_cast<std::size_t>(groups_) * kGroup;
+  bandRows_ = std::min(std::max(kBandSums / static_cast<int>(sums), kLeastBandRows), box_.height());
+  const auto rows = static_cast<std::size_t>(bandRows_);
+  if (rises_.size() < sums * rows) rises_.resize(sums * rows);
+  if (touched_.size() < static_cast<std::size_t>(words_) * rows)
+    touched_.resize(static_cast<std::size_t>(words_) * rows);
+  if (coverage_.size() < sums) coverage_.resize(sums);
   return true;
 }
 
 void Coverage::AddBand(const FlatPath& shape, FixedPoint shift, int top) {
   bandTop_ = top;
   bandBottom_ = std::min(top + bandRows_, box_.bottom() + 1);
-  rows_.assign(static_cast<std::size_t>(bandBottom_ - bandTop_), {box_.width(), -1});
   const auto moved = [shift](FixedPoint point) { return FixedPoint{point.x + shift.x, point.y + shift.y}; };
   for (std::size_t i = 0; i < shape.Parts(); ++i) {
     const std::span<const FixedPoint> part = shape.Part(i);
@@ -226,8 +235,7 @@ void Coverage::AddBand(const FlatPath& shape, FixedPoint shift, int top) {
 inline void Coverage::AddStretch(int row, int from, int to, int height, int sign) {
   if (from > to) std::swap(from, to);
   const int width = box_.width();
-  Row& touched = rows_[static_cast<std::size_t>(row - bandTop_)];
-  std::int32_t* const rises = rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * (width + 1);
+  std::int32_t* const rises = RisesIn(row);
   // `inside` is twice the way from the column's left side to the middle of the edge.
   const auto add = [rises, sign](int column, int inside, int part) {
     rises[column] += sign * part * (2 * kPixel - inside);
@@ -235,13 +243,8 @@ inline void Coverage::AddStretch(int row, int from, int to, int height, int sign
   };
   int column = PixelOf(from) - box_.left();
   const int lastColumn = PixelOf(to) - box_.left();
-  if (column >= width) {
-    // Beyond the clip; up to there what was covered stays covered.
-    touched.last = std::max(touched.last, width - 1);
-    return;
-  }
-  touched.first = std::min(touched.first, std::max(column, 0));
-  touched.last = std::max(touched.last, std::min(std::max(lastColumn, 0) + 1, width));
+  if (column >= width) return;  // up to the clip's edge what was covered stays covered
+  Touch(row, std::max(column, 0), std::min(std::max(lastColumn, 0) + 1, width));
   if (lastColumn < 0) {
     add(0, 0, height);
     return;
@@ -265,11 +268,26 @@ inline void Coverage::AddStretch(int row, int from, int to, int height, int sign
     column = 0;
   }
   const int end = std::min(lastColumn, width);
-  for (; column < end; ++column) {
-    const int next = heightAt((box_.left() + column + 1) * kPixel);
+  if (column < end) {
+    int next = heightAt((box_.left() + column + 1) * kPixel);
     add(column, inside + kPixel, next - done);
-    inside = 0;
     done = next;
+    inside = 0;
+    if (++column < end) {
+      // From column to column by sums.
+      const std::int64_t way = static_cast<std::int64_t>(height) * ((box_.left() + column) * kPixel - from);
+      const int step = height * kPixel / dx, stepRest = height * kPixel - step * dx;
+      for (int rest = static_cast<int>(way - static_cast<std::int64_t>(next) * dx); column < end; ++column) {
+        next += step;
+        rest += stepRest;
+        if (rest >= dx) {
+          rest -= dx;
+          ++next;
+        }
+        add(column, kPixel, next - done);
+        done = next;
+      }
+    }
   }
   if (column < width) add(column, inside + (to & (kPixel - 1)), height - done);
 }
@@ -311,18 +329,95 @@ void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
   }
 }
 
-int Coverage::SumRow(std::size_t row) {
-  const auto [first, last] = rows_[row];
-  std::int32_t* const rises = rises_.data() + static_cast<std::ptrdiff_t>(row) * (box_.width() + 1);
-  std::int32_t sum = 0;
-  unsigned char* covered = coverage_.data();
-  for (int column = first; column <= last; ++column) {
-    sum += rises[column];
-    rises[column] = 0;
-    const auto whole = static_cast<unsigned>(std::min(std::abs(sum), kFull));
-    *covered++ = static_cast<unsigned char>((whole * 255 + kFull / 2) / kFull);
+inline void Coverage::Touch(int row, int first, int last) {
+  std::uint64_t* const touched = TouchedIn(row);
+  for (int group = first / kGroup; group <= last / kGroup; ++group)
+    touched[group >> 6] |= std::uint64_t{1} << (group & 63);
+}
+
+int Coverage::NextTouched(const std::uint64_t* row, int group) const {
+  for (int word = group >> 6; word < words_; ++word) {
+    const std::uint64_t bits = word == group >> 6 ? row[word] >> (group & 63) << (group & 63) : row[word];
+    if (bits != 0) return word * 64 + std::countr_zero(bits);
   }
-  return std::min(last, box_.width() - 1) - first + 1;
+  return groups_;
+}
+
+namespace {
+
+unsigned char AmountOf(std::int32_t sum) {
+  const auto whole = static_cast<unsigned>(std::min(std::abs(sum), kFull));
+  return static_cast<unsigned char>((whole * 255 + kFull / 2) / kFull);
+}
+
+// Makes amounts of eight rises, which are 0 then, and returns their sum with that of those before them.
+#ifdef __SSE2__
+std::int32_t SumGroup(std::int32_t* rises, unsigned char* amounts, std::int32_t before) {
+  static_assert(kFull == 1 << 17);
+  auto* const places = reinterpret_cast<__m128i*>(rises);
+  const __m128i most = _mm_set1_epi32(kFull), half = _mm_set1_epi32(kFull / 2);
+  const auto sumsOf = [](__m128i four, __m128i start) {
+    four = _mm_add_epi32(four, _mm_slli_si128(four, 4));
+    return _mm_add_epi32(_mm_add_epi32(four, _mm_slli_si128(four, 8)), start);
+  };
+  const auto amountsOf = [&](__m128i sums) {
+    const __m128i negative = _mm_srai_epi32(sums, 31);
+    __m128i whole = _mm_sub_epi32(_mm_xor_si128(sums, negative), negative);
+    const __m128i over = _mm_cmpgt_epi32(whole, most);
+    whole = _mm_or_si128(_mm_and_si128(over, most), _mm_andnot_si128(over, whole));
+    const __m128i scaled = _mm_sub_epi32(_mm_slli_epi32(whole, 8), whole);
+    return _mm_srli_epi32(_mm_add_epi32(scaled, half), 17);
+  };
+  const __m128i first = sumsOf(_mm_loadu_si128(places), _mm_set1_epi32(before));
+  const __m128i second = sumsOf(_mm_loadu_si128(places + 1), _mm_shuffle_epi32(first, 0xFF));
+  const __m128i words = _mm_packs_epi32(amountsOf(first), amountsOf(second));
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(amounts), _mm_packus_epi16(words, words));
+  _mm_storeu_si128(places, _mm_setzero_si128());
+  _mm_storeu_si128(places + 1, _mm_setzero_si128());
+  return _mm_cvtsi128_si32(_mm_shuffle_epi32(second, 0xFF));
+}
+#else
+std::int32_t SumGroup(std::int32_t* rises, unsigned char* amounts, std::int32_t before) {
+  constexpr int kColumns = 8;
+  for (int i = 0; i < kColumns; ++i) {
+    before += rises[i];
+    rises[i] = 0;
+    amounts[i] = AmountOf(before);
+  }
+  return before;
+}
+#endif
+
+}  // namespace
+
+bool Coverage::Next(int row, Stretch& stretch) {
+  static_assert(kGroup == 8);
+  std::uint64_t* const touched = TouchedIn(row);
+  std::int32_t* const rises = RisesIn(row);
+  unsigned char* const covered = coverage_.data();
+  std::int32_t sum = stretch.sum;
+  int group = stretch.end / kGroup;
+  unsigned char here = AmountOf(sum);
+  if (here == 0) group = NextTouched(touched, group);
+  if (group == groups_) return false;
+  const int first = group * kGroup;
+  while (group < groups_) {
+    std::uint64_t& word = touched[group >> 6];
+    const std::uint64_t bit = std::uint64_t{1} << (group & 63);
+    if ((word & bit) != 0) {
+      word ^= bit;
+      sum = SumGroup(rises + group * kGroup, covered + group * kGroup, sum);
+      here = AmountOf(sum);
+      ++group;
+      continue;
+    }
+    if (here == 0) break;
+    const int next = NextTouched(touched, group);
+    std::fill_n(covered + group * kGroup, (next - group) * kGroup, here);
+    group = next;
+  }
+  stretch = {first, std::min(group * kGroup, box_.width()) - first, group * kGroup, sum};
+  return true;
 }
 
 }  // namespace kelvane

@@ -57,33 +57,52 @@ class Coverage {
     if (!Begin(shape, shift, clip)) return;
     for (int top = box_.top(); top <= box_.bottom(); top += bandRows_) {
       AddBand(shape, shift, top);
-      for (std::size_t row = 0; row < rows_.size(); ++row) {
-        const int count = SumRow(row);
-        if (count > 0)
-          take(top + static_cast<int>(row), box_.left() + rows_[row].first, coverage_.data(), count);
+      for (int y = top; y < bandBottom_; ++y) {
+        for (Stretch stretch; Next(y, stretch);) {
+          if (stretch.count > 0)
+            take(y, box_.left() + stretch.first, coverage_.data() + stretch.first, stretch.count);
+        }
       }
     }
   }
 
  private:
-  struct Row {
-    int first;  // touched columns of the box
-    int last;
+  // Columns of a row. Only groups of them that an edge touches are looked at one by one: between the two
+  // sides of a thin line, and from one piece of a path to the next, most of a row is empty or evenly full.
+  static constexpr int kGroup = 8;
+  struct Stretch {
+    int first = 0;
+    int count = 0;         // of what has ink
+    int end = 0;           // where the next one is looked for
+    std::int32_t sum = 0;  // of the rises before that
   };
 
   bool Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip);
   void AddBand(const FlatPath& shape, FixedPoint shift, int top);
   void AddEdge(FixedPoint from, FixedPoint to);
   void AddStretch(int row, int from, int to, int height, int sign);
-  int SumRow(std::size_t row);
+  void Touch(int row, int first, int last);
+  // The first group from one on that was touched in a row, or the one behind all.
+  int NextTouched(const std::uint64_t* row, int group) const;
+  std::uint64_t* TouchedIn(int row) {
+    return touched_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * words_;
+  }
+  std::int32_t* RisesIn(int row) {
+    return rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * groups_ * kGroup;
+  }
+  // Goes on to the next stretch with ink in it, or to one of nothing; false behind the last one, when the
+  // row's rises are 0 again.
+  bool Next(int row, Stretch& stretch);
 
   QRect box_;  // what of the shape's bounds lies in the clip
   int bandRows_ = 0;
   int bandTop_ = 0;
   int bandBottom_ = 0;
-  std::vector<Row> rows_;  // of the band
-  // For each row of the band and column of the box, and one column more, how much the coverage rises there.
-  // All 0 between two bands.
+  int groups_ = 0;  // of a row, which has one column more than the box
+  int words_ = 0;   // that hold as many bits
+  // For each row of the band and each group a bit, and for each column how much the coverage rises there. All
+  // 0 between two bands.
+  std::vector<std::uint64_t> touched_;
   std::vector<std::int32_t> rises_;
   std::vector<unsigned char> coverage_;  // of a row
 };

@@ -136,8 +136,11 @@ QFont FittingFont(QFont font, const QString& text, int width, int height, int sm
   for (int size = usual; size >= std::min(smallest, usual); --size) {
     if (size != usual) font.setPixelSize(size);
     const QFontMetrics metrics(font);
+    const int advance = metrics.horizontalAdvance(text);
     // Advances are rounded; words of the very width of their place would still be shortened.
-    if (metrics.horizontalAdvance(text) < width && metrics.ascent() + metrics.descent() <= height) break;
+    if (advance < width && metrics.ascent() + metrics.descent() <= height) break;
+    // What is by far too wide needs no font loaded for each size between.
+    if (advance > width) size = std::clamp(size * width / advance + 2, std::min(smallest, usual) + 1, size);
   }
   return font;
 }
@@ -264,10 +267,7 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, Holds h
     QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { RunHandler(OnChange); });
     return;
   }
-  if (holds == Holds::Run) {
-    widget_->setFont(FixedPitchFont());
-    static_cast<BoxEdit*>(widget_)->HoldsRun = true;
-  }
+  static_cast<BoxEdit*>(widget_)->HoldsRun = holds == Holds::Run;
   static_cast<BoxEdit*>(widget_)->IsShort = holds == Holds::Codes;
   widget_->setValidator(new RunValidator(*this, widget_));
   QObject::connect(widget_, &QLineEdit::textEdited, widget_, [this] { Edited(true); });
@@ -275,6 +275,7 @@ QtTextBox::QtTextBox(QWidget* parent, const std::string& accessibleName, Holds h
 }
 
 void QtTextBox::Edited(bool accepted) {
+  FitRun();
   const std::string dropped = ListOf(static_cast<const RunValidator*>(widget_->validator())->TakeDropped());
   if (accepted) RunHandler(OnChange);
   if (dropped.empty()) {
@@ -286,11 +287,19 @@ void QtTextBox::Edited(bool accepted) {
 }
 
 void QtTextBox::SetPlace(const Place& place) {
-  constexpr int kBorder = 1;
   QtControl::SetPlace(place);
-  const QFont usual =
-      static_cast<BoxEdit*>(widget_)->HoldsRun ? FixedPitchFont() : widget_->parentWidget()->font();
-  widget_->setFont(FittingFont(usual, {}, place.width, place.height - 2 * kBorder));
+  FitFont(runFitted_ ? FixedPitchFont() : widget_->parentWidget()->font());
+}
+
+void QtTextBox::FitFont(const QFont& usual) {
+  constexpr int kBorder = 1;
+  widget_->setFont(FittingFont(usual, {}, widget_->width(), widget_->height() - 2 * kBorder));
+}
+
+void QtTextBox::FitRun() {
+  if (holds_ != Holds::Run || runFitted_ || widget_->text().isEmpty()) return;
+  runFitted_ = true;
+  FitFont(FixedPitchFont());
 }
 
 void QtTextBox::SetText(const std::string& text) {
@@ -302,6 +311,7 @@ void QtTextBox::SetText(const std::string& text) {
   std::replace_if(
       run.begin(), run.end(), [](char byte) { return EntersNoRun(static_cast<unsigned char>(byte)); }, ' ');
   widget_->setText(VisibleText(run));
+  FitRun();
 }
 
 std::string QtTextBox::Text() const {

@@ -87,9 +87,14 @@ class QtTextBox final : public QtControl<TextBox, QLineEdit> {
   void SetPlace(const Place& place) override;
 
  private:
+  void FitFont(const QFont& usual);
+  // Gives a run its fixed-pitch font once there is one: loading it for an empty box would only cost time.
+  void FitRun();
+
   void Edited(bool accepted);
 
   Holds holds_;
+  bool runFitted_ = false;
 };
 
 class QtScrollBar final : public QtControl<ScrollBar, QScrollBar> {
