@@ -74,6 +74,7 @@ void ConnectSubjects() {
     ShowCursor();
     RefreshMenus();
   };
+  PaperOpened = OfferWorkOfPaper;
   OpenText = RetypeItem;
   OpenPlacedFormula = OpenFormulaOf;
   PaintFinds = PaintMatches;
