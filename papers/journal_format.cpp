@@ -242,6 +242,13 @@ bool TakeStep(Page& page, const Step& step, bool forward) {
   return true;
 }
 
+// Of steps the next ones that lead somewhere from the page; what lies behind one that does not goes.
+void DropUnfit(Page page, std::vector<Step>& steps, bool forward) {
+  std::size_t fit = 0;
+  while (fit < steps.size() && TakeStep(page, steps[steps.size() - 1 - fit], forward)) ++fit;
+  steps.erase(steps.begin(), steps.end() - static_cast<std::ptrdiff_t>(fit));
+}
+
 void ReadChange(Reader& in, std::string& text) {
   const std::uint64_t at = in.Count();
   const std::uint64_t gone = in.Count();
@@ -298,6 +305,8 @@ bool TakeItem(Reader& in, Journal& journal) {
       journal.page.drawingCount = static_cast<std::int16_t>(in.Within(0, kMostDrawings));
       journal.steps.back = ReadSteps(in);
       journal.steps.forward = ReadSteps(in);
+      DropUnfit(journal.page, journal.steps.back, false);
+      DropUnfit(journal.page, journal.steps.forward, true);
       return in.Ok();
     }
     case kEdit: {

@@ -213,6 +213,17 @@ TEST_F(JournalTest, ForeignRecordsDoNoHarm) {
   record.AddStep(PageEvent::Edit, step);
   EXPECT_EQ(ReadJournal(start + record.Take(2)).page.drawingCount, 0);
 
+  // Of the steps of a page those that lead nowhere are left out.
+  step.countChange = 0;
+  Step fits = step;
+  fits.text = {{0, "", "1 2 m 11 F0 (x) 3 s\r\n"}};
+  step.text = {{50, "", "not there"}};
+  record.AddPage({"1 2 m 11 F0 (x) 3 s\r\n", 0, ""}, {{step, fits}, {step}}, {}, 1);
+  const Journal left = ReadJournal(JournalHead() + record.Take(1));
+  EXPECT_EQ(left.kind, Journal::Kind::Whole);
+  EXPECT_EQ(left.steps.back.size(), 1U);
+  EXPECT_TRUE(left.steps.forward.empty());
+
   std::mt19937 random(3);
   for (int i = 0; i < 3000; ++i) {
     HalfDone half;
