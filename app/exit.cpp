@@ -7,6 +7,7 @@
 #include "app/pdf_window.h"
 #include "app/settings.h"
 #include "designer/designer_window.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "macros/macros.h"
@@ -50,6 +51,14 @@ bool MayDropLooseText() {
              false);
 }
 
+// Completing what is being edited does not place it.
+bool MayDropFormula() {
+  return !FormulaIsWrong() ||
+         TheDialogs->Ask(
+             "The formula has an error, so it is not on the page yet and would be lost.\nLeave anyway?",
+             false);
+}
+
 bool SaveAndWriteSettings() {
   if (!MayLeaveDesigner() || !MayDropLooseText() || !OfferToSave()) return false;
   if (Form1) FormPlace = Form1->GetWindowPlace();
@@ -65,7 +74,7 @@ bool SaveAndWriteSettings() {
 }  // namespace
 
 bool ExitSequence() {
-  return AfterEditing(SaveAndWriteSettings);
+  return MayDropFormula() && AfterEditing(SaveAndWriteSettings);
 }
 
 void LeaveProgram() {

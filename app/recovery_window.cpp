@@ -12,6 +12,7 @@
 #include "document/fields.h"
 #include "document/lines.h"
 #include "document/page_items.h"
+#include "document/paper.h"
 #include "editing/differences.h"
 #include "editing/notes.h"
 #include "papers/paper_commands.h"
@@ -69,6 +70,7 @@ std::string WhatIsUnsaved(const Journal& journal) {
   std::string text = journal.edits > 0 ? Counted(journal.edits, "edit", "edits") : "";
   const auto add = [&text](const char* more) { text += (text.empty() ? "" : " and ") + std::string(more); };
   if (!journal.half.run.empty() || journal.half.retyped != 0) add("a run being typed");
+  if (!journal.half.notation.empty()) add("a formula being typed");
   if (!journal.half.path.empty()) add("a path being drawn");
   return text;
 }
@@ -304,9 +306,9 @@ void Build() {
   AddHelpKeys(*RecoveryWindow, "Unsaved work");
 }
 
-void Show() {
+void Show(std::size_t chosen) {
   if (!RecoveryWindow) Build();
-  Chosen = 0;
+  Chosen = chosen;
   RecoveryWindow->Show();
   LayOut();
   ShowList();
@@ -326,7 +328,16 @@ void ResetRecoveryWindow() {
 
 void OfferRecovery() {
   FindLeftWork();
-  if (!FoundWork().empty()) Show();
+  if (!FoundWork().empty()) Show(RecoveryWindow && RecoveryWindow->Visible() ? Chosen : 0);
+}
+
+void OfferWorkOfPaper() {
+  if (CurrentPaperFile.empty()) return;
+  FindLeftWork();
+  for (std::size_t i = 0; i < FoundWork().size(); ++i) {
+    const std::string& file = FoundWork()[i].journal.file.path;
+    if (!file.empty() && SameFile(PageFileName(file, 0), PageFileName(CurrentPaperFile, 0))) return Show(i);
+  }
 }
 
 void ShowRecovery() {

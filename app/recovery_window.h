@@ -24,6 +24,8 @@ void ResetRecoveryWindow();
 
 // At the start: looks for such work, and shows the window if there is any.
 void OfferRecovery();
+// The same when a paper was opened, if there is some of that paper.
+void OfferWorkOfPaper();
 // Menu entry "Recover": the same, and says so if there is none.
 void ShowRecovery();
 

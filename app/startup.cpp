@@ -74,6 +74,7 @@ void ConnectSubjects() {
     ShowCursor();
     RefreshMenus();
   };
+  PaperOpened = OfferWorkOfPaper;
   OpenText = RetypeItem;
   LookAtBoth = ShowVersions;
   PaperShown = FollowVersions;

@@ -446,22 +446,38 @@ void OpenFormula() {
 bool OpenFormulaOf(std::uint64_t id) {
   const std::optional<PlacedFormula> placed = PlacedFormulaOf(id);
   if (!placed) return false;
-  Entry entry;
-  entry.style = placed->style;
-  entry.instead = placed->ids;
-  entry.line.Set(placed->notation, true);
   ClearMarkedBox();
-  HiddenItems = placed->ids;
-  ShowPage();
   CursorX = placed->cursor.x;
   CursorY = placed->cursor.y;
   TakeMode(static_cast<std::int16_t>(-placed->mode));
-  Open(std::move(entry));
+  TakeUpFormula({placed->notation, placed->notation.size(), placed->style, placed->ids});
   return true;
 }
 
 bool FormulaIsOpen() {
   return Now.has_value();
+}
+
+std::optional<FormulaInMaking> FormulaNow() {
+  if (!Now) return {};
+  return FormulaInMaking{Now->line.Text(), Now->line.Caret(), Now->style, Now->instead};
+}
+
+void TakeUpFormula(const FormulaInMaking& formula) {
+  Entry entry;
+  entry.style = formula.style;
+  entry.instead = formula.instead;
+  entry.line.Set(formula.notation, true);
+  entry.line.MoveCaret(std::min(formula.caret, formula.notation.size()));
+  if (!entry.instead.empty()) {
+    HiddenItems = entry.instead;
+    ShowPage();
+  }
+  Open(std::move(entry));
+}
+
+bool FormulaIsWrong() {
+  return Now && Now->error && !IsBlank(Now->line.Text());
 }
 
 void FinishFormula() {

@@ -3,11 +3,15 @@
 // Formulas by notation at the cursor point: a line under it takes the notation, and the formula stands above
 // the page as it will be placed.
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "editing/tool.h"
+#include "formula/formula.h"
 
 namespace kelvane {
 
@@ -21,6 +25,18 @@ void OpenFormula();
 bool OpenFormulaOf(std::uint64_t id);
 
 bool FormulaIsOpen();
+// The formula in the making, as a value that it can be taken up from again.
+struct FormulaInMaking {
+  std::string notation;
+  std::size_t caret = 0;  // byte of it
+  FormulaStyle style;
+  std::vector<std::uint64_t> instead;  // items that it takes the place of
+};
+std::optional<FormulaInMaking> FormulaNow();
+// At the placed cursor point.
+void TakeUpFormula(const FormulaInMaking& formula);
+// Whether the notation has an error, so that it stays when the line is closed.
+bool FormulaIsWrong();
 // Places the formula; what cannot be placed is kept for Up, and said so.
 void FinishFormula();
 

@@ -1,11 +1,14 @@
 #include "editing/half_done.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "document/page.h"
 #include "document/page_items.h"
 #include "editing/bezier.h"
 #include "editing/edit.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/pending_run.h"
@@ -30,19 +33,59 @@ std::uint64_t NumberOfItem(std::uint64_t id) {
   return number;
 }
 
+// The same of the items that a formula takes the place of, and back.
+const std::vector<std::uint64_t>& NumbersOfItems(const std::vector<std::uint64_t>& ids) {
+  static std::vector<std::uint64_t> known;
+  static std::vector<std::uint64_t> numbers;
+  if (ids == known) return numbers;
+  known = ids;
+  numbers.clear();
+  std::uint64_t number = 0;
+  const auto take = [&](const auto& items) {
+    for (const auto& item : items) {
+      ++number;
+      if (std::ranges::find(ids, item.id) != ids.end()) numbers.push_back(number);
+    }
+  };
+  take(ItemsOfPage().Texts());
+  take(ItemsOfPage().Drawings());
+  return numbers;
+}
+
+std::vector<std::uint64_t> ItemsNumbered(const std::vector<std::uint64_t>& numbers) {
+  std::vector<std::uint64_t> ids;
+  const auto& texts = ItemsOfPage().Texts();
+  const auto& drawings = ItemsOfPage().Drawings();
+  for (const std::uint64_t number : numbers) {
+    if (number == 0 || number > texts.size() + drawings.size()) continue;
+    ids.push_back(number <= texts.size() ? texts[number - 1].id : drawings[number - texts.size() - 1].id);
+  }
+  return ids;
+}
+
 }  // namespace
 
 HalfDone HalfDoneNow() {
-  return {.mode = CursorMode,
-          .cursor = {CursorX, CursorY},
-          .size = FontSize,
-          .font = BaseFont,
-          .run = PendingRun,
-          .caret = static_cast<std::uint32_t>(RunBeforeCaret().size()),
-          .retyped = NumberOfItem(RetypedItem()),
-          .path = CurrentDrawing,
-          .shape = DrawnShape,
-          .placeChosen = PlaceChosen()};
+  HalfDone half{.mode = CursorMode,
+                .cursor = {CursorX, CursorY},
+                .size = FontSize,
+                .font = BaseFont,
+                .run = PendingRun,
+                .notation = {},
+                .caret = static_cast<std::uint32_t>(RunBeforeCaret().size()),
+                .retyped = NumberOfItem(RetypedItem()),
+                .replaced = {},
+                .path = CurrentDrawing,
+                .shape = DrawnShape,
+                .placeChosen = PlaceChosen()};
+  if (std::optional<FormulaInMaking> formula = FormulaNow()) {
+    half.size = formula->style.size;
+    half.font = formula->style.font;
+    half.caret = static_cast<std::uint32_t>(formula->caret);
+    half.notation = std::move(formula->notation);
+    half.replaced = NumbersOfItems(formula->instead);
+  }
+  return half;
 }
 
 void TakeUp(const HalfDone& half) {
@@ -68,6 +111,8 @@ void TakeUp(const HalfDone& half) {
     TakeMode(half.mode);
   }
   TakeRunOf(entry, half.caret);
+  if (!half.notation.empty() && half.mode < 0 && AnchorOfMode(half.mode) != 0)
+    TakeUpFormula({half.notation, half.caret, {half.size, true, half.font}, ItemsNumbered(half.replaced)});
   ShowCursor();
 }
 

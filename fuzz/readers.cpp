@@ -7,21 +7,32 @@
 #include <iterator>
 #include <map>
 #include <optional>
+#include <variant>
 
 #include "app/settings.h"
 #include "app/startup.h"
 #include "designer/character_files.h"
 #include "designer/strokes.h"
+#include "document/fields.h"
+#include "document/lines.h"
 #include "document/page.h"
 #include "document/page_items.h"
 #include "editing/clipboard.h"
 #include "editing/cursor.h"
 #include "editing/edit.h"
+#include "editing/half_done.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
+#include "formula/formula.h"
 #include "help/help_files.h"
 #include "help/help_pages.h"
 #include "macros/macros.h"
+#include "papers/journal.h"
+#include "papers/journal_format.h"
+#include "papers/paper_commands.h"
+#include "papers/recovery.h"
 #include "papers/versions.h"
+#include "platform/checksum.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "tests/support/fake_clipboard.h"
@@ -282,6 +293,121 @@ void ReadVersionIndex(std::string_view bytes) {
   for (const auto& file : world.start) MUST(world.files.contents.contains(file.first));
 }
 
+const Page kJournalPage = {"50 60 m 11 F0 (old) 1 s\r\n", 1, "10 20 12.5 22.5 15 25 1\r\n"};
+
+// A record with these items and a right sum.
+std::string RecordOf(std::string_view items) {
+  std::string record;
+  std::size_t length = items.size() + 4;
+  for (; length > 0x7F; length >>= 7) record += static_cast<char>(length | 0x80);
+  record += static_cast<char>(length);
+  record += std::string(4, '\1') + std::string(items);
+  const std::uint64_t sum = Checksum(record);
+  for (int shift = 0; shift < 64; shift += 8) record += static_cast<char>(sum >> shift & 0xFF);
+  return record;
+}
+
+std::string JournalOf(const std::string& record) {
+  JournalRecord first;
+  first.AddPage(kJournalPage, {}, {"\\P\\A.001", 1, false, 0, 0}, 1);
+  return JournalHead() + first.Take(1) + record;
+}
+
+// As the next start takes it.
+void TakeUpJournal(const std::string& bytes) {
+  const Journal journal = ReadJournal(bytes);
+  MUST(journal.half.run.find_first_of(std::string("\r\n\0", 3)) == std::string::npos);
+  PaintAll(WholePage(journal));
+  World& world = TheWorld();
+  EndJournal();
+  ReleasePaper();
+  world.files.LetGo();
+  world.files.contents = world.start;
+  world.files.contents[JournalFolder() + "1-0" + kJournalEnd] = bytes;
+  ResetRecovery();
+  FindLeftWork();
+  const bool readable = journal.kind == Journal::Kind::Whole || journal.kind == Journal::Kind::Damaged;
+  if (!readable || FoundWork().empty()) return;
+  if (Accepts([] { RestoreWork(0); })) MUST(ThePage == journal.page);
+  FinishEditing();
+  while (!StepBackLabel().empty()) StepBack();
+}
+
+void ReadJournalFile(std::string_view bytes) {
+  TakeUpJournal(std::string(bytes));
+}
+
+// The sum keeps what is changed at random from being looked at, so here it is right.
+void ReadJournalItems(std::string_view bytes) {
+  const std::string journal = JournalOf(RecordOf(bytes));
+  TakeUpJournal(journal);
+  if (ReadJournal(journal).kind == Journal::Kind::Damaged) MUST(ReadJournal(journal).page == kJournalPage);
+}
+
+void ReadNotation(std::string_view bytes) {
+  for (const FormulaStyle style : {FormulaStyle{11, true, 0}, FormulaStyle{40, false, 5}}) {
+    const auto set = SetFormula(bytes, style);
+    if (const auto* error = std::get_if<FormulaError>(&set)) {
+      MUST(error->begin <= error->end && error->end <= bytes.size() && !error->message.empty());
+      continue;
+    }
+    const auto& formula = std::get<Formula>(set);
+    MUST(std::isfinite(formula.width) && std::isfinite(formula.height) && std::isfinite(formula.depth));
+    const Page page = PageOfFormula(formula, {100, 200});
+    for (std::string_view rest = page.text; !rest.empty();) {
+      TextEntry entry;
+      MUST(ParseTextEntry(TakeLine(rest), entry));
+    }
+    PaintAll(page);
+    for (std::size_t offset = 0; offset <= bytes.size(); offset += 1 + bytes.size() / 50)
+      CaretOfFormula(formula, offset);
+  }
+}
+
+// Items of a record as they are written.
+std::string ItemsOf(JournalRecord& record) {
+  const std::string taken = record.Take(1);
+  const std::size_t head = (taken[0] & 0x80) != 0 ? 6 : 5;
+  return taken.substr(head, taken.size() - head - 8);
+}
+
+std::vector<std::string> JournalItems() {
+  JournalRecord record;
+  HalfDone half;
+  half.mode = -3;
+  half.cursor = {100, 99};
+  half.size = 11;
+  half.run =
+      "x\xF0"
+      "2";
+  half.caret = 2;
+  record.AddHalfDone({}, half);
+  std::vector<std::string> all = {ItemsOf(record)};
+  half.run.clear();
+  half.notation = "\\frac{a}{b";
+  half.caret = 5;
+  half.replaced = {1, 2};
+  record.AddHalfDone({}, half);
+  all.push_back(ItemsOf(record));
+  Step step;
+  step.label = "typing";
+  step.text = {{0, "", "1 2 m 11 F0 (x) 3 s\r\n"}};
+  record.AddStep(PageEvent::Edit, step);
+  record.AddStep(PageEvent::Back, step);
+  record.AddStep(PageEvent::Forward, step);
+  record.AddFile({"\\P\\A.002", 2, true, 9, 7}, true);
+  all.push_back(ItemsOf(record));
+  record.AddPage(kJournalPage, {{step}, {}}, {"\\P\\A.001", 1, false, 0, 0}, 1);
+  all.push_back(ItemsOf(record));
+  return all;
+}
+
+std::vector<std::string> JournalFiles() {
+  std::vector<std::string> all;
+  for (const std::string& items : JournalItems()) all.push_back(JournalOf(RecordOf(items)));
+  return all;
+}
+
 std::string Shipped(const char* name) {
   std::ifstream file(std::string(KELVANE_SOURCE_DIR) + "/data/" + name, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -320,6 +446,14 @@ std::vector<Reader> Readers() {
        {kPage, "plain text\nof two lines", "\xE2\x88\xAB x\xC2\xB2 \xF0\x9D\x91\x8E"},
        ReadClipboard},
       {"signs", {"\xE2\x88\xAB x\xC2\xB2 \xF0\x9D\x91\x8E", "alpha", "\\int"}, ReadSigns},
+      {"journal", JournalFiles(), ReadJournalFile},
+      {"journal_items", JournalItems(), ReadJournalItems},
+      {"notation",
+       {"\\frac{a+b}{\\sqrt{x^2}} \\to \\alpha_i", "\\begin{pmatrix} a & b \\\\ {} & d \\end{pmatrix}",
+        "\\sum_{n=1}^\\infty \\left( \\int_0^1 f\\,dx \\right]",
+        "$$x\xC2\xB2 \xE2\x88\xAB \\text{if } \\sin y$$",
+        "\\begin{cases} \\overline{x} & \\hat{y} \\end{cases} \\underbrace{z}_{n}"},
+       ReadNotation},
       {"versions", {"1700000000 3 0123456789abcdef 0123456789abcdef-00-A.001\n"}, ReadVersionIndex},
   };
 }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "document/numbers.h"
+#include "editing/notes.h"
 #include "macros/macros.h"
 #include "papers/paper_commands.h"
 #include "platform/failure.h"
@@ -19,9 +20,17 @@ namespace {
 Timer* RefreshTimer;
 constexpr int kRefreshInterval = 200;  // milliseconds
 
+// Not only at the exit, which a program that is killed never comes to.
 void RefreshTimer_Tick() {
   RefreshMacros();
-  if (!Form7->Visible()) RefreshTimer->Stop();
+  if (Form7->Visible()) return;
+  RefreshTimer->Stop();
+  try {
+    KeepMacros();
+  } catch (const Failure& failure) {
+    // The exit tries again, and then it is a message.
+    ShowNote(std::string("The macros are not in their file yet. ") + failure.what());
+  }
 }
 
 // What Form7_Text1_Change put into the definition box. A text that the person typed there before the number

@@ -1,6 +1,7 @@
 #include "papers/journal.h"
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -18,6 +19,10 @@ namespace {
 constexpr int kTick = 400;  // milliseconds from a change to its being synced, at most
 constexpr int kNames = 100;
 constexpr std::uint32_t kWaitAfterFailure = 10;  // seconds
+// When it has grown by so much behind the page whole it starts over; it then has the latest steps only, of
+// either way up to so many bytes, and one at least.
+constexpr std::size_t kMostGrowth = 4U << 20;
+constexpr std::size_t kMostHistory = 1U << 20;
 
 struct OpenFile {
   std::string path;
@@ -31,6 +36,10 @@ std::vector<OpenFile> Old;
 bool Wanted;  // something has changed that a journal must hold
 JournalRecord Pending;
 HalfDone LastHalf;
+std::size_t Growth;  // bytes behind the page whole
+// Steps that it knows, the next ones of the page's.
+std::size_t KnownBack;
+std::size_t KnownForward;
 JournalFile FileOfPage;
 int EditsNotStored;
 bool Unsynced;
@@ -74,6 +83,27 @@ OpenFile OpenNew() {
   throw Failure("There are too many files in " + MachinePath(JournalFolder()) + ".");
 }
 
+std::size_t BytesOf(const Step& step) {
+  std::size_t bytes = step.label.size();
+  for (const Differences* all : {&step.text, &step.drawings})
+    for (const Difference& difference : *all) bytes += difference.before.size() + difference.after.size();
+  return bytes;
+}
+
+std::vector<Step> Latest(const std::vector<Step>& steps) {
+  std::size_t bytes = 0;
+  auto first = steps.end();
+  while (first != steps.begin() && (first == steps.end() || bytes + BytesOf(*(first - 1)) <= kMostHistory))
+    bytes += BytesOf(*--first);
+  return {first, steps.end()};
+}
+
+// What is written from now on goes to a new journal, with the page whole.
+void StartOver() {
+  if (Now) Old.push_back(*std::exchange(Now, {}));
+  Wanted = true;
+}
+
 // The one step that must not be in anybody's way.
 void Begin() {
   const OpenFile file = OpenNew();
@@ -84,15 +114,18 @@ void Begin() {
     throw;
   }
   Now = file;
+  const Steps steps = {Latest(StepsOfPage().back), Latest(StepsOfPage().forward)};
+  KnownBack = steps.back.size();
+  KnownForward = steps.forward.size();
   Pending = {};
-  Pending.AddPage(ThePage, StepsOfPage(), FileOfPage, EditsNotStored);
+  Pending.AddPage(ThePage, steps, FileOfPage, EditsNotStored);
   LastHalf = {};
+  Growth = 0;
 }
 
 // What was written stays, whatever it is; a later change begins anew.
 void GiveUp(const Failure& failure) {
-  if (Now) Old.push_back(*std::exchange(Now, {}));
-  Wanted = true;
+  StartOver();
   FailedAt = Seconds();
   if (ToldOfFailure) return;
   ToldOfFailure = true;
@@ -132,26 +165,44 @@ void Record() {
     Pending.AddHalfDone(LastHalf, half);
     LastHalf = std::move(half);
     if (Pending.Empty()) return;
-    TheFiles->Write(Now->handle, Pending.Take(Seconds()));
+    const std::string record = Pending.Take(Seconds());
+    TheFiles->Write(Now->handle, record);
+    if (!begun) Growth += record.size();
     if (begun && !Old.empty()) {
       TheFiles->Sync(Now->handle);
       RemoveOld();
     }
     FailedAt = 0;
     WakeClock();
+    if (Growth <= kMostGrowth) return;
+    // At once, so that both lead to the same if the program is killed before the old one has gone.
+    StartOver();
+    Record();
   } catch (const Failure& failure) {
     GiveUp(failure);
   }
 }
 
+// Whether the journal has the step that was taken, and what steps it has by then.
+bool Knows(PageEvent event) {
+  if (event == PageEvent::Edit) {
+    ++KnownBack;
+    KnownForward = 0;
+    return true;
+  }
+  std::size_t& from = event == PageEvent::Back ? KnownBack : KnownForward;
+  if (from == 0) return false;
+  --from;
+  ++(event == PageEvent::Back ? KnownForward : KnownBack);
+  return true;
+}
+
 void NoteEvent(PageEvent event, const Step& step) {
   Wanted = true;
-  if (event == PageEvent::Replaced) {
-    if (Now) Old.push_back(*std::exchange(Now, {}));
-    return;
-  }
+  if (event == PageEvent::Replaced) return StartOver();
   ++EditsNotStored;
   if (!Now) return;  // the page is taken whole, with this step
+  if (!Knows(event)) return StartOver();
   Pending.AddStep(event, step);
   WakeClock();  // a dialog may be opened before the handler ends
 }
@@ -170,6 +221,7 @@ void ResetJournal() {
   LastHalf = {};
   FileOfPage = {};
   EditsNotStored = 0;
+  Growth = KnownBack = KnownForward = 0;
   FailedAt = 0;
   Clock = nullptr;
   HandlerDone = nullptr;

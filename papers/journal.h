@@ -5,8 +5,9 @@
 //
 // A journal is begun by the first change after a page came into memory, with the page whole; then each act of
 // the person is one record behind the others. It is synced within a second, without anybody waiting, and
-// before a file is replaced. While it is open it is locked, by which it is told from those of programs that
-// were killed. It goes when its page has been left in order.
+// before a file is replaced. When it has grown by a few MB another one begins, with the page whole again and
+// its latest steps, and takes its place. While it is open it is locked, by which it is told from those of
+// programs that were killed. It goes when its page has been left in order.
 
 #include <string>
 

@@ -19,7 +19,15 @@ constexpr std::string_view kVersion = "1\r\n";
 enum ItemKind : char { kPage = 'P', kEdit = 'E', kBack = 'B', kForward = 'F', kHalf = 'H', kFile = 'N' };
 
 // What of HalfDone an item tells anew.
-enum HalfPart : unsigned char { kPlace = 1, kFace = 2, kRetyped = 4, kRun = 8, kPath = 16, kCaret = 32 };
+enum HalfPart : unsigned char {
+  kPlace = 1,
+  kFace = 2,
+  kRetyped = 4,
+  kRun = 8,
+  kPath = 16,
+  kCaret = 32,
+  kFormula = 64
+};
 
 constexpr std::string_view kNeverInARun("\r\n\0", 3);
 constexpr int kSumBytes = 8;
@@ -234,6 +242,13 @@ bool TakeStep(Page& page, const Step& step, bool forward) {
   return true;
 }
 
+// Of steps the next ones that lead somewhere from the page; what lies behind one that does not goes.
+void DropUnfit(Page page, std::vector<Step>& steps, bool forward) {
+  std::size_t fit = 0;
+  while (fit < steps.size() && TakeStep(page, steps[steps.size() - 1 - fit], forward)) ++fit;
+  steps.erase(steps.begin(), steps.end() - static_cast<std::ptrdiff_t>(fit));
+}
+
 void ReadChange(Reader& in, std::string& text) {
   const std::uint64_t at = in.Count();
   const std::uint64_t gone = in.Count();
@@ -259,6 +274,11 @@ void ReadHalf(Reader& in, HalfDone& half) {
   if (half.run.find_first_of(kNeverInARun) != std::string::npos) in.Fail();
   if (parts & kPath) ReadChange(in, half.path);
   if (parts & kCaret) half.caret = static_cast<std::uint32_t>(in.Count());
+  if ((parts & kFormula) == 0) return;
+  ReadChange(in, half.notation);
+  if (half.notation.find_first_of(kNeverInARun) != std::string::npos) in.Fail();
+  half.replaced.clear();
+  for (std::uint64_t left = in.Count(); left > 0 && in.Ok(); --left) half.replaced.push_back(in.Count());
 }
 
 // The step on top of one list goes to the other.
@@ -285,6 +305,8 @@ bool TakeItem(Reader& in, Journal& journal) {
       journal.page.drawingCount = static_cast<std::int16_t>(in.Within(0, kMostDrawings));
       journal.steps.back = ReadSteps(in);
       journal.steps.forward = ReadSteps(in);
+      DropUnfit(journal.page, journal.steps.back, false);
+      DropUnfit(journal.page, journal.steps.forward, true);
       return in.Ok();
     }
     case kEdit: {
@@ -401,6 +423,7 @@ void JournalRecord::AddHalfDone(const HalfDone& before, const HalfDone& now) {
   tell(before.run != now.run, kRun);
   tell(before.path != now.path, kPath);
   tell(before.caret != now.caret, kCaret);
+  tell(before.notation != now.notation || before.replaced != now.replaced, kFormula);
   if (parts == 0) return;
   items_ += kHalf;
   items_ += static_cast<char>(parts);
@@ -418,6 +441,10 @@ void JournalRecord::AddHalfDone(const HalfDone& before, const HalfDone& now) {
   if (parts & kRun) Change(items_, before.run, now.run);
   if (parts & kPath) Change(items_, before.path, now.path);
   if (parts & kCaret) Count(items_, now.caret);
+  if ((parts & kFormula) == 0) return;
+  Change(items_, before.notation, now.notation);
+  Count(items_, now.replaced.size());
+  for (const std::uint64_t number : now.replaced) Count(items_, number);
 }
 
 void JournalRecord::AddFile(const JournalFile& file, bool stored) {

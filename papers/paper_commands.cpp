@@ -18,6 +18,7 @@
 #include "document/pdf_pages.h"
 #include "editing/bezier.h"
 #include "editing/edit.h"
+#include "editing/formula_entry.h"
 #include "editing/half_done.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
@@ -40,6 +41,7 @@ Label* PageCountLabel = nullptr;
 std::function<void()> LookAtBoth;
 std::function<void()> PaperShown;
 FileWatch* PageWatch = nullptr;
+std::function<void()> PaperOpened;
 
 namespace {
 
@@ -373,6 +375,7 @@ bool OpenChosen(const std::string& chosen) {
   if (chosen.find('\\') != std::string::npos) PaperFolder = FolderOf(chosen) + "\\";
   ShowOtherPaper(std::move(loaded), std::move(*lock));
   MayWritePaper();
+  if (PaperOpened) PaperOpened();
   return true;
 }
 
@@ -538,7 +541,7 @@ void FollowPageFile() {
     if (now == Seen || now == Noticed) return;
     Noticed = now;
     if (!now.there) return ShowNote("The file of this page has gone; Save makes it anew");
-    if (PageChanged != 0 || RunIsOpen() || PathIsOpen())
+    if (PageChanged != 0 || RunIsOpen() || FormulaIsOpen() || PathIsOpen())
       return ShowNote("Another program changed the file; Save will ask");
     TakePageFile();
     ShowNote("Changed by another program, read again; or Undo");

@@ -42,6 +42,8 @@ bool SavePaper();
 bool SavePaperAs();
 bool NewPaper();
 bool OpenPaper();
+// Filled at start-up: told when a paper was opened.
+extern std::function<void()> PaperOpened;
 bool OpenPaperFile(const std::string& chosenFile);
 // Opens a copy of one page as a paper that has no name yet, so that its file is not written to.
 bool OpenCopyOf(const std::string& pageFile);

@@ -1,13 +1,19 @@
 #include "papers/recovery.h"
 
+#include <algorithm>
+#include <tuple>
 #include <utility>
+#include <variant>
 
 #include "document/fields.h"
 #include "document/page_items.h"
+#include "formula/formula.h"
 #include "papers/journal.h"
 #include "papers/paper_commands.h"
 #include "platform/checksum.h"
 #include "platform/failure.h"
+#include "typography/metrics.h"
+#include "typography/signs.h"
 
 namespace kelvane {
 
@@ -84,13 +90,24 @@ bool IsLeftWork(const Journal& journal, std::size_t bytes, LeftWork& work) {
   return journal.edits > 0 && !Holds(now.content, journal.page, journal.file.path);
 }
 
+// A program killed while one journal took the place of another has left both, with the same.
+bool IsFound(const Journal& journal) {
+  return std::ranges::any_of(Found, [&](const LeftWork& other) {
+    const HalfDone& half = other.journal.half;
+    return journal.kind == Journal::Kind::Whole && other.journal.kind == Journal::Kind::Whole &&
+           journal.file == other.journal.file && journal.page == other.journal.page &&
+           std::tie(journal.half.run, journal.half.notation, journal.half.path, journal.half.cursor) ==
+               std::tie(half.run, half.notation, half.path, half.cursor);
+  });
+}
+
 void LookInto(const std::string& path) {
   const std::optional<Files::Handle> handle = TheFiles->OpenLocked(path);
   if (!handle) return;  // of a program that runs, or found before
   try {
     const std::string bytes = TheFiles->ReadWhole(path);
     LeftWork work{path, *handle, ReadJournal(bytes), {}};
-    const bool left = IsLeftWork(work.journal, bytes.size(), work);
+    const bool left = IsLeftWork(work.journal, bytes.size(), work) && !IsFound(work.journal);
     if (!left) return RemoveAndClose(path, *handle);
     Found.push_back(std::move(work));
   } catch (const Failure&) {
@@ -105,6 +122,52 @@ std::string NameBeside(const std::string& file) {
     const std::string name = folder + title + (number > 1 ? "-" + std::to_string(number) : "") + ".001";
     if (!TheFiles->Exists(name)) return name;
   }
+}
+
+void AddLine(Page& page, const std::string& line) {
+  if (!page.text.empty() && page.text.back() != '\n') page.text += "\r\n";
+  page.text += line + "\r\n";
+}
+
+// The page without the items that a formula takes the place of.
+Page WithoutReplaced(const Page& page, const HalfDone& half) {
+  const PageItems items(page);
+  Page rest;
+  std::uint64_t number = 0;
+  const auto stays = [&] { return std::ranges::find(half.replaced, ++number) == half.replaced.end(); };
+  for (const TextItem& text : items.Texts())
+    if (stays()) rest.text += std::string(text.line) + "\r\n";
+  for (const DrawingItem& drawing : items.Drawings()) {
+    if (!stays()) continue;
+    rest.drawings += std::string(drawing.record) + "\r\n";
+    ++rest.drawingCount;
+  }
+  return rest;
+}
+
+// With the formula being typed as it would be placed. One with an error is there as its notation.
+Page WithFormula(const Page& page, const HalfDone& half, int anchor) {
+  const auto set = SetFormula(half.notation, {half.size, true, half.font});
+  if (const auto* formula = std::get_if<Formula>(&set)) {
+    Page whole = half.replaced.empty() ? page : WithoutReplaced(page, half);
+    const Page added = PageOfFormula(*formula, AlignAtAnchor(half.cursor, anchor, formula->width, half.size));
+    if (!whole.text.empty() && whole.text.back() != '\n') whole.text += "\r\n";
+    whole.text += added.text;
+    whole.drawings += added.drawings;
+    whole.drawingCount = static_cast<std::int16_t>(whole.drawingCount + added.drawingCount);
+    return whole;
+  }
+  Page whole = page;
+  std::string missing;
+  TextEntry entry;
+  entry.x = half.cursor.x;
+  entry.y = half.cursor.y;
+  entry.size = half.size;
+  entry.font = half.font;
+  entry.text = SignsToRun(half.notation, half.font, missing);
+  entry.anchor = anchor;
+  AddLine(whole, LineOfEntry(entry));
+  return whole;
 }
 
 void Drop(std::size_t index) {
@@ -128,9 +191,10 @@ const std::vector<LeftWork>& FoundWork() {
 }
 
 Page WholePage(const Journal& journal) {
-  Page page = journal.page;
   const HalfDone& half = journal.half;
   const int anchor = AnchorOfMode(half.mode);
+  if (half.mode < 0 && anchor != 0 && !half.notation.empty()) return WithFormula(journal.page, half, anchor);
+  Page page = journal.page;
   if (!half.path.empty() && !DrawingRecordToLine(half.path).empty()) {
     page.drawings += half.path + "\r\n";
     ++page.drawingCount;
@@ -151,8 +215,7 @@ Page WholePage(const Journal& journal) {
   if (retyped) {
     page.text.replace(static_cast<std::size_t>(old.data() - items.Text().data()), old.size(), line);
   } else {
-    if (!page.text.empty() && page.text.back() != '\n') page.text += "\r\n";
-    page.text += line + "\r\n";
+    AddLine(page, line);
   }
   return page;
 }

@@ -16,6 +16,14 @@ namespace {
 // Handlers run within each other: painting, and whatever happens while a dialog is open.
 int Depth = 0;
 
+// Counts what lies within it, however it is left.
+struct OneDeeper {
+  OneDeeper() { ++Depth; }
+  ~OneDeeper() { --Depth; }
+  OneDeeper(const OneDeeper&) = delete;
+  OneDeeper& operator=(const OneDeeper&) = delete;
+};
+
 }  // namespace
 
 void RunHandler(const std::function<void()>& handler) {
@@ -25,8 +33,8 @@ void RunHandler(const std::function<void()>& handler) {
     return;
   }
   std::string message;
-  ++Depth;
   try {
+    const OneDeeper within;
     handler();
   } catch (const Failure& failure) {
     message = failure.what();
@@ -35,7 +43,7 @@ void RunHandler(const std::function<void()>& handler) {
   } catch (const std::exception& error) {
     message = std::string("This command stopped because of an error in the program: ") + error.what();
   }
-  if (--Depth == 0 && HandlerDone) HandlerDone();
+  if (Depth == 0 && HandlerDone) HandlerDone();
   if (!message.empty()) TheDialogs->Message(message);
 }
 

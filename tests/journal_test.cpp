@@ -3,6 +3,7 @@
 
 #include "papers/journal.h"
 
+#include <algorithm>
 #include <random>
 #include <string>
 #include <vector>
@@ -11,6 +12,8 @@
 #include "app/menus.h"
 #include "app/recovery_window.h"
 #include "document/page.h"
+#include "document/page_items.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/notes.h"
 #include "papers/recovery.h"
@@ -210,6 +213,17 @@ TEST_F(JournalTest, ForeignRecordsDoNoHarm) {
   record.AddStep(PageEvent::Edit, step);
   EXPECT_EQ(ReadJournal(start + record.Take(2)).page.drawingCount, 0);
 
+  // Of the steps of a page those that lead nowhere are left out.
+  step.countChange = 0;
+  Step fits = step;
+  fits.text = {{0, "", "1 2 m 11 F0 (x) 3 s\r\n"}};
+  step.text = {{50, "", "not there"}};
+  record.AddPage({"1 2 m 11 F0 (x) 3 s\r\n", 0, ""}, {{step, fits}, {step}}, {}, 1);
+  const Journal left = ReadJournal(JournalHead() + record.Take(1));
+  EXPECT_EQ(left.kind, Journal::Kind::Whole);
+  EXPECT_EQ(left.steps.back.size(), 1U);
+  EXPECT_TRUE(left.steps.forward.empty());
+
   std::mt19937 random(3);
   for (int i = 0; i < 3000; ++i) {
     HalfDone half;
@@ -280,6 +294,80 @@ TEST_F(JournalTest, ARunBeingRetypedAndAPathBeingDrawnAreTakenUp) {
   EXPECT_EQ(DrawingCount, 1);
 }
 
+TEST_F(JournalTest, AFormulaBeingTypedIsTakenUp) {
+  Start(kPaper);
+  Place("Bottom Left", 100, 99);
+  Shortcut("Ctrl+M");
+  Type("a^2+{b");  // with an error by now
+  State left = StateNow();
+  KillAndStart();
+  EXPECT_NE(Recovery().lists[0]->rows.at(0).text.find("a formula being typed"), std::string::npos);
+  EXPECT_NE(WholePage(FoundWork().at(0).journal).text.find("(a^2+{b)"), std::string::npos);
+  Choose("&Restore");
+  EXPECT_EQ(StateNow(), left);
+  dialogs.AnswerNo();  // an end of the program would lose it
+  Act([&] { window->ClickFrameClose(); });
+  EXPECT_EQ(StateNow(), left);
+  Type("}");
+  Key(kKeyEnter);
+  const Page placed = ThePage;
+  ASSERT_NE(placed.text, std::string(kOldPage));
+
+  // Opened again, it takes the place of what it was.
+  Act([] { OpenFormulaOf(ItemsOfPage().Texts().back().id); });
+  Type("+c");
+  left = StateNow();
+  ASSERT_FALSE(left.half.replaced.empty());
+  KillAndStart();
+  const Page whole = WholePage(FoundWork().at(0).journal);
+  Choose("&Restore");
+  EXPECT_EQ(StateNow(), left);
+  Key(kKeyEnter);
+  EXPECT_EQ(ThePage, whole);
+  EXPECT_EQ(ThePage.text.find("(old)"), placed.text.find("(old)"));
+  Shortcut("Ctrl+Z");
+  EXPECT_EQ(ThePage, placed);
+}
+
+// Edits of everything on a large page: the journal is never much larger than the page and a few of them.
+TEST_F(JournalTest, ItStartsOverWhenItHasGrown) {
+  constexpr std::size_t kMost = 7U << 20;
+  files.contents[kPaper].clear();
+  for (int i = 0; i < 4000; ++i)
+    files.contents[kPaper] += std::to_string(i % 600) + " 20 m 11 F0 (aaaaaaaaaaaaaaaaaaaa) 1 s\r\n";
+  Start(kPaper);
+  const auto change = [&](char to) {
+    Act([to] {
+      EditPage("change", [to](Page& page) {
+        for (char& c : page.text)
+          if (c >= 'a' && c < 'l') c = to;
+      });
+    });
+  };
+  std::size_t largest = 0;
+  for (int i = 0; i < 40; ++i) {
+    change(static_cast<char>('b' + i % 10));
+    ASSERT_LT(JournalNow().size(), kMost);  // and is one
+    largest = std::max(largest, JournalNow().size());
+  }
+  ASSERT_GT(largest, 4U << 20);
+  // Back beyond the steps that it has kept, and on.
+  for (int i = 0; i < 30; ++i) Shortcut("Ctrl+Z");
+  for (int i = 0; i < 5; ++i) Shortcut("Ctrl+Shift+Z");
+  State left = StateNow();
+  files.contents[JournalFolder() + "9-9.journal"] = JournalNow();  // killed while one took the other's place
+  KillAndStart();
+  EXPECT_EQ(FoundWork().size(), 1U);
+  Choose("&Restore");
+  EXPECT_EQ(ThePage, left.page);
+  const std::vector<std::string> back = Labels(StepsOfPage().back);
+  ASSERT_FALSE(back.empty());
+  EXPECT_TRUE(std::equal(back.rbegin(), back.rend(), left.back.rbegin()));
+  Shortcut("Ctrl+Z");
+  Shortcut("Ctrl+Shift+Z");
+  EXPECT_EQ(ThePage, left.page);
+}
+
 TEST_F(JournalTest, ItGoesWhenThePageIsLeftInOrder) {
   Start(kPaper);
   EXPECT_EQ(JournalPath(), "");
@@ -300,12 +388,17 @@ TEST_F(JournalTest, ItGoesWhenThePageIsLeftInOrder) {
 }
 
 TEST_F(JournalTest, WhatWasLeftIsKeptBesideDiscardedOrLeftForLater) {
+  files.contents["\\P\\Other.001"] = kOldPage;
   Start(kPaper);
   Place("Bottom Left", 100, 99);
   Type("unsaved");
   KillAndStart();
   Act([&] { Recovery().OnEscape(); });
   EXPECT_FALSE(RecoveryWindow->Visible());
+  Act([] { OpenPaperFile("\\P\\Other.001"); });
+  EXPECT_FALSE(RecoveryWindow->Visible());
+  Act([] { OpenPaperFile(kPaper); });  // its own paper, by hand
+  EXPECT_TRUE(RecoveryWindow->Visible());
   KillAndStart();
   dialogs.AnswerNo();
   Choose("&Discard");
