@@ -7,6 +7,7 @@
 #include "app/pdf_window.h"
 #include "app/settings.h"
 #include "designer/designer_window.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "macros/macros.h"
@@ -65,6 +66,10 @@ bool SaveAndWriteSettings() {
 }  // namespace
 
 bool ExitSequence() {
+  // Leaving the line places a formula, but not one with an error.
+  if (FormulaWouldBeLost() &&
+      !TheDialogs->Ask("The formula being typed has an error and would be lost.\nLeave anyway?", false))
+    return false;
   return AfterEditing(SaveAndWriteSettings);
 }
 

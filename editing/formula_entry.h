@@ -3,11 +3,15 @@
 // Formulas by notation at the cursor point: a line under it takes the notation, and the formula stands above
 // the page as it will be placed.
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "editing/tool.h"
+#include "formula/formula.h"
 
 namespace kelvane {
 
@@ -21,6 +25,8 @@ void OpenFormula();
 bool OpenFormulaOf(std::uint64_t id);
 
 bool FormulaIsOpen();
+// Whether leaving the line would lose a notation that has an error.
+bool FormulaWouldBeLost();
 // Places the formula; what cannot be placed is kept for Up, and said so.
 void FinishFormula();
 
@@ -31,6 +37,19 @@ void InsertIntoFormula(std::string_view utf8);
 void InsertTemplate(std::string_view notation);
 // A matrix or another table of so many rows and columns.
 std::string TableNotation(std::string_view environment, int rows, int columns);
+
+// The caret into the next empty place, or else out of the braces that it is in.
+void GoToNextPlace();
+
+// The open line as a value; it can be taken up again once its cursor point and mode are in force.
+struct FormulaInTheMaking {
+  std::string notation;
+  std::size_t caret = 0;
+  FormulaStyle style;
+  std::vector<std::uint64_t> instead;  // items of the page that it takes the place of
+};
+std::optional<FormulaInTheMaking> FormulaNow();
+void TakeUpFormula(const FormulaInTheMaking& formula);
 
 // What the commands for texts do while the line is open.
 std::string SelectedNotation();

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "editing/cursor.h"
 #include "platform/canvas.h"
@@ -23,9 +24,13 @@ struct HalfDone {
   std::string path;  // CurrentDrawing
   Shape shape = Shape::Bezier;
   std::int32_t placeChosen = 0;
+  // Of a formula by notation, whose caret is `caret` then; and the numbers, from 1 through the texts and then
+  // the drawings of the page, of the items that it takes the place of.
+  std::string notation;
+  std::vector<std::uint64_t> instead;
   bool operator==(const HalfDone&) const = default;
 
-  bool Anything() const { return !run.empty() || !path.empty() || retyped != 0; }
+  bool Anything() const { return !run.empty() || !path.empty() || retyped != 0 || !notation.empty(); }
 };
 
 HalfDone HalfDoneNow();

@@ -19,7 +19,16 @@ constexpr std::string_view kVersion = "1\r\n";
 enum ItemKind : char { kPage = 'P', kEdit = 'E', kBack = 'B', kForward = 'F', kHalf = 'H', kFile = 'N' };
 
 // What of HalfDone an item tells anew.
-enum HalfPart : unsigned char { kPlace = 1, kFace = 2, kRetyped = 4, kRun = 8, kPath = 16, kCaret = 32 };
+enum HalfPart : unsigned char {
+  kPlace = 1,
+  kFace = 2,
+  kRetyped = 4,
+  kRun = 8,
+  kPath = 16,
+  kCaret = 32,
+  kNotation = 64,
+  kInstead = 128
+};
 
 constexpr std::string_view kNeverInARun("\r\n\0", 3);
 constexpr int kSumBytes = 8;
@@ -259,6 +268,10 @@ void ReadHalf(Reader& in, HalfDone& half) {
   if (half.run.find_first_of(kNeverInARun) != std::string::npos) in.Fail();
   if (parts & kPath) ReadChange(in, half.path);
   if (parts & kCaret) half.caret = static_cast<std::uint32_t>(in.Count());
+  if (parts & kNotation) ReadChange(in, half.notation);
+  if (!(parts & kInstead)) return;
+  half.instead.clear();
+  for (std::uint64_t left = in.Count(); left > 0 && in.Ok(); --left) half.instead.push_back(in.Count());
 }
 
 // The step on top of one list goes to the other.
@@ -401,6 +414,8 @@ void JournalRecord::AddHalfDone(const HalfDone& before, const HalfDone& now) {
   tell(before.run != now.run, kRun);
   tell(before.path != now.path, kPath);
   tell(before.caret != now.caret, kCaret);
+  tell(before.notation != now.notation, kNotation);
+  tell(before.instead != now.instead, kInstead);
   if (parts == 0) return;
   items_ += kHalf;
   items_ += static_cast<char>(parts);
@@ -418,6 +433,10 @@ void JournalRecord::AddHalfDone(const HalfDone& before, const HalfDone& now) {
   if (parts & kRun) Change(items_, before.run, now.run);
   if (parts & kPath) Change(items_, before.path, now.path);
   if (parts & kCaret) Count(items_, now.caret);
+  if (parts & kNotation) Change(items_, before.notation, now.notation);
+  if (!(parts & kInstead)) return;
+  Count(items_, now.instead.size());
+  for (const std::uint64_t number : now.instead) Count(items_, number);
 }
 
 void JournalRecord::AddFile(const JournalFile& file, bool stored) {
