@@ -69,6 +69,7 @@ std::string WhatIsUnsaved(const Journal& journal) {
   std::string text = journal.edits > 0 ? Counted(journal.edits, "edit", "edits") : "";
   const auto add = [&text](const char* more) { text += (text.empty() ? "" : " and ") + std::string(more); };
   if (!journal.half.run.empty() || journal.half.retyped != 0) add("a run being typed");
+  if (!journal.half.notation.empty()) add("a formula being typed");
   if (!journal.half.path.empty()) add("a path being drawn");
   return text;
 }

@@ -35,6 +35,7 @@ constexpr float kGap = 8;
 constexpr float kLeastWidth = 260;
 constexpr std::int16_t kLineFace = 4;
 constexpr std::size_t kMostKept = 20;
+constexpr float kTail = 0.25F;  // ems
 constexpr char kHelp[] = "Enter places, Shift+Enter goes on behind, Tab: next place, Esc drops";
 
 struct Entry {
@@ -238,7 +239,8 @@ void EnterKey(bool behind) {
   CommitPendingRun(false);
   if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
   if (placed.lineX) CursorX = *placed.lineX;
-  const float bottom = CursorY + placed.formula.depth;
+  // What hangs below the line as letters do needs no more room.
+  const float bottom = CursorY + placed.formula.depth - kTail * FontSize;
   do CursorY = NextLine(CursorY);
   while (CursorY - FontSize < bottom && CursorY < PaperHeight);
   ShowCursor();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <utility>
 
 #include "document/page_items.h"
@@ -16,8 +17,7 @@ constexpr float kNear = 0.02F;  // points that moving may round away
 // With its parts as items, so that they can be looked for.
 struct Kept {
   PlacedFormula formula;
-  std::vector<TextEntry> texts;
-  std::vector<Drawing> drawings;
+  std::unique_ptr<const PageItems> items;
 };
 std::vector<Kept> Placed;
 
@@ -65,12 +65,12 @@ const Item* FindItem(const std::vector<Item>& items, std::uint64_t id) {
 }
 
 // The items of a page that are those parts moved by `way`, put behind `ids`; false if one is missing.
-template <typename Part, typename Item>
-bool FindMoved(const std::vector<Part>& parts, const std::vector<Item>& items, Point way,
+template <typename Item>
+bool FindMoved(const std::vector<Item>& parts, const std::vector<Item>& items, Point way,
                std::vector<std::uint64_t>& ids) {
-  return std::ranges::all_of(parts, [&](const Part& part) {
+  return std::ranges::all_of(parts, [&](const Item& part) {
     const auto found = std::ranges::find_if(
-        items, [&](const Item& item) { return item.draws && IsMoved(part, PartOf(item), way); });
+        items, [&](const Item& item) { return item.draws && IsMoved(PartOf(part), PartOf(item), way); });
     if (found == items.end()) return false;
     ids.push_back(found->id);
     return true;
@@ -78,16 +78,16 @@ bool FindMoved(const std::vector<Part>& parts, const std::vector<Item>& items, P
 }
 
 // The formula as it lies on the page now, if one of the parts is the item and all the others lie by it.
-template <typename Part, typename Item>
-void LookForFormula(const Kept& kept, const std::vector<Part>& parts, const Item* item,
+template <typename Item>
+void LookForFormula(const Kept& kept, const std::vector<Item>& parts, const Item* item,
                     std::optional<PlacedFormula>& best) {
   if (!item) return;
-  for (const Part& part : parts) {
-    const Point way = Way(PlaceOf(part), PlaceOf(PartOf(*item)));
-    if (!IsMoved(part, PartOf(*item), way)) continue;
+  for (const Item& part : parts) {
+    const Point way = Way(PlaceOf(PartOf(part)), PlaceOf(PartOf(*item)));
+    if (!IsMoved(PartOf(part), PartOf(*item), way)) continue;
     std::vector<std::uint64_t> ids;
-    if (!FindMoved(kept.texts, ItemsOfPage().Texts(), way, ids) ||
-        !FindMoved(kept.drawings, ItemsOfPage().Drawings(), way, ids) ||
+    if (!FindMoved(kept.items->Texts(), ItemsOfPage().Texts(), way, ids) ||
+        !FindMoved(kept.items->Drawings(), ItemsOfPage().Drawings(), way, ids) ||
         (best && best->ids.size() >= ids.size()))
       continue;
     best = kept.formula;
@@ -104,12 +104,8 @@ void ResetPlacedFormulas() {
 
 void KeepPlacedFormula(PlacedFormula placed) {
   if (Placed.size() == kMost) Placed.erase(Placed.begin());
-  Kept kept;
-  const PageItems items(placed.page);
-  for (const TextItem& item : items.Texts()) kept.texts.push_back(item.entry);
-  for (const DrawingItem& item : items.Drawings()) kept.drawings.push_back(item.drawing);
-  kept.formula = std::move(placed);
-  Placed.push_back(std::move(kept));
+  auto items = std::make_unique<const PageItems>(placed.page);
+  Placed.push_back({std::move(placed), std::move(items)});
 }
 
 std::optional<PlacedFormula> PlacedFormulaOf(std::uint64_t id) {
@@ -117,8 +113,8 @@ std::optional<PlacedFormula> PlacedFormulaOf(std::uint64_t id) {
   const DrawingItem* drawing = FindItem(ItemsOfPage().Drawings(), id);
   std::optional<PlacedFormula> best;
   for (auto kept = Placed.rbegin(); kept != Placed.rend(); ++kept) {
-    LookForFormula(*kept, kept->texts, text, best);
-    LookForFormula(*kept, kept->drawings, drawing, best);
+    LookForFormula(*kept, kept->items->Texts(), text, best);
+    LookForFormula(*kept, kept->items->Drawings(), drawing, best);
   }
   return best;
 }

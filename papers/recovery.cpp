@@ -1,13 +1,18 @@
 #include "papers/recovery.h"
 
+#include <string_view>
 #include <utility>
+#include <variant>
 
 #include "document/fields.h"
 #include "document/page_items.h"
+#include "formula/formula.h"
 #include "papers/journal.h"
 #include "papers/paper_commands.h"
 #include "platform/checksum.h"
 #include "platform/failure.h"
+#include "typography/metrics.h"
+#include "typography/signs.h"
 
 namespace kelvane {
 
@@ -127,6 +132,38 @@ const std::vector<LeftWork>& FoundWork() {
   return Found;
 }
 
+namespace {
+
+void AddLine(Page& page, std::string_view line) {
+  if (!page.text.empty() && page.text.back() != '\n') page.text += "\r\n";
+  page.text.append(line).append("\r\n");
+}
+
+// A formula being typed, or its notation as a run if it has an error.
+void AddFormula(Page& page, const HalfDone& half) {
+  const int anchor = AnchorOfMode(half.mode);
+  const auto set = SetFormula(half.notation, {half.size, true, half.font});
+  if (const auto* formula = std::get_if<Formula>(&set)) {
+    const Page added = PageOfFormula(*formula, AlignAtAnchor(half.cursor, anchor, formula->width, half.size));
+    for (std::string_view rest = added.text; !rest.empty();) AddLine(page, TakeLine(rest));
+    page.drawings += added.drawings;
+    page.drawingCount = static_cast<std::int16_t>(page.drawingCount + added.drawingCount);
+    return;
+  }
+  std::string missing;
+  const std::string run = SignsToRun(half.notation, half.font, missing);
+  TextEntry entry;
+  entry.x = half.cursor.x;
+  entry.y = half.cursor.y;
+  entry.size = half.size;
+  entry.font = half.font;
+  entry.text = run;
+  entry.anchor = anchor;
+  AddLine(page, LineOfEntry(entry));
+}
+
+}  // namespace
+
 Page WholePage(const Journal& journal) {
   Page page = journal.page;
   const HalfDone& half = journal.half;
@@ -135,7 +172,10 @@ Page WholePage(const Journal& journal) {
     page.drawings += half.path + "\r\n";
     ++page.drawingCount;
   }
-  if (half.mode >= 0 || anchor == 0 || half.run.empty()) return page;
+  if (half.mode >= 0 || anchor == 0) return page;
+  // The formula that is typed anew is still there as it was.
+  if (!half.notation.empty() && half.instead.empty()) AddFormula(page, half);
+  if (half.run.empty()) return page;
   TextEntry entry;
   const PageItems items(journal.page);
   const bool retyped = half.retyped > 0 && half.retyped <= items.Texts().size();
@@ -151,8 +191,7 @@ Page WholePage(const Journal& journal) {
   if (retyped) {
     page.text.replace(static_cast<std::size_t>(old.data() - items.Text().data()), old.size(), line);
   } else {
-    if (!page.text.empty() && page.text.back() != '\n') page.text += "\r\n";
-    page.text += line + "\r\n";
+    AddLine(page, line);
   }
   return page;
 }

@@ -280,6 +280,36 @@ TEST_F(JournalTest, ARunBeingRetypedAndAPathBeingDrawnAreTakenUp) {
   EXPECT_EQ(DrawingCount, 1);
 }
 
+TEST_F(JournalTest, AFormulaBeingTypedIsTakenUp) {
+  Start(kPaper);
+  Place("Bottom Left", 100, 99);
+  Shortcut("Ctrl+M");
+  Type("\\frac{a");
+  Key(kKeyLeft);
+  State left = StateNow();
+  KillAndStart();
+  EXPECT_EQ(WholePage(FoundWork().at(0).journal).drawingCount, 1) << "half a formula is kept as it was typed";
+  EXPECT_NE(WholePage(FoundWork().at(0).journal).text.find("frac{a"), std::string::npos);
+  Choose("&Restore");
+  EXPECT_EQ(StateNow(), left);
+  Key(kKeyEnd);
+  Type("}{b}");
+  Key(kKeyEnter);
+  EXPECT_EQ(DrawingCount, 2);
+
+  Key(kKeyEscape);
+  Shortcut("Ctrl+M");
+  Type("+c");
+  left = StateNow();
+  ASSERT_EQ(left.half.instead.size(), 3U);
+  KillAndStart();
+  Choose("&Restore");
+  EXPECT_EQ(StateNow(), left);
+  Key(kKeyEnter);
+  EXPECT_EQ(DrawingCount, 2);
+  EXPECT_NE(PageText.find("c) 3 s"), std::string::npos);
+}
+
 TEST_F(JournalTest, ItGoesWhenThePageIsLeftInOrder) {
   Start(kPaper);
   EXPECT_EQ(JournalPath(), "");
