@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "document/fields.h"
+#include "document/lines.h"
 #include "document/page_items.h"
 #include "formula/formula.h"
 #include "papers/journal.h"
