@@ -131,6 +131,11 @@ bool MoveCurrentPage() {
   return MovePageToNumber(CurrentPageNumber);
 }
 
+bool OpenManual() {
+  FormulaIsOpen() ? ShowHelpAt("Typing formulas") : ShowHelp();
+  return true;
+}
+
 bool Refresh() {
   ShowPage();
   return true;
@@ -575,7 +580,7 @@ void AddButtons(Table& table) {
   };
   for (int i = 0; i < 12; ++i) {
     const auto insert = [i] {
-      InsertScript(i);
+      ScriptButton(i);
       FollowTyping();
       return true;
     };
@@ -609,7 +614,7 @@ Table MakeTable() {
   table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", OpenDesigner});
   AddMacroMenu(table);
   table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
-  table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<ShowHelp>});
+  table.push_back({"&Help", "mHelpContents", "&Contents", "F1", OpenManual});
   AddSampleMenu(table);
   table.push_back({"&Help", "mHelpContact", "C&ontact", "", Run<ShowContact>});
   table.push_back({"&Help", "mHelpWeb", "&Web Page", "", Run<ShowWebPage>});

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "document/page.h"
+#include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -34,7 +35,7 @@ std::string MarkFile() {
 }
 
 bool Begun() {
-  return !PendingRun.empty() || !CurrentDrawing.empty() || !ThePage.Empty();
+  return FormulaIsOpen() || !PendingRun.empty() || !CurrentDrawing.empty() || !ThePage.Empty();
 }
 
 }  // namespace

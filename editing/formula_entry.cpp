@@ -35,19 +35,27 @@ constexpr float kGap = 8;
 constexpr float kLeastWidth = 260;
 constexpr std::int16_t kLineFace = 4;
 constexpr std::size_t kMostKept = 20;
+constexpr float kTail = 0.25F;  // ems
 constexpr char kHelp[] = "Enter places, Shift+Enter goes on behind, Tab: next place, Esc drops";
 
-// The formula in the making.
 struct Entry {
   LineEditor line;
   FormulaStyle style;
   std::string preedit;
-  // As the notation stood when it last had no error; what is wrong with it now.
+  // Completed where it ends in the middle, or as it stood when it last had no error; what is wrong with it
+  // now.
   Formula formula;
   std::optional<FormulaError> error;
   // The formula that it takes the place of, if it was placed before.
   std::vector<std::uint64_t> instead;
-  Box strip;  // as it was painted last, points
+  Box strip;                      // as it was painted last, points
+  std::vector<std::size_t> rows;  // where they begin, bytes of the notation with the preedit
+  Point caret;                    // its foot
+  // Of the run that it was opened in: what was selected and has become the notation, what stood behind that
+  // and goes on behind the formula; and where the run's line began.
+  std::string taken;
+  std::string behind;
+  std::optional<float> lineX;
 };
 std::optional<Entry> Now;
 SignNames Names;
@@ -62,23 +70,40 @@ bool IsBlank(std::string_view text) {
   return text.find_first_not_of(' ') == std::string_view::npos;
 }
 
+// The style that typing has, or that the formula was placed with.
+void FollowStyle() {
+  if (Now->instead.empty()) Now->style = {FontSize, true, BaseFont};
+}
+
 Point Origin() {
   return AlignAtAnchor({CursorX, CursorY}, AnchorOfMode(CursorMode), Now->formula.width, Now->style.size);
 }
 
-// The notation as a run of the line, up to a byte of it.
+// A part of the notation as a run of the line.
 std::string Shown(std::string_view notation) {
   std::string missing;
   return SignsToRun(notation, kLineFace, missing);
 }
 
+// What there is of a notation that cannot be set: all of it with what it lacks at its end, without the name
+// that is being typed there if that is none yet.
+std::optional<Formula> SetHalf(std::string_view notation, const FormulaStyle& style) {
+  for (const std::size_t cut : {std::size_t{0}, NameAtEnd(notation).size()}) {
+    auto set = SetFormula(CompletedNotation(notation.substr(0, notation.size() - cut)), style);
+    if (auto* formula = std::get_if<Formula>(&set)) return std::move(*formula);
+  }
+  return std::nullopt;
+}
+
 void TakeNotation() {
+  FollowStyle();
   std::variant<Formula, FormulaError> set = SetFormula(Now->line.Text(), Now->style);
   Now->error.reset();
   if (auto* formula = std::get_if<Formula>(&set)) {
     Now->formula = std::move(*formula);
   } else {
     Now->error = std::get<FormulaError>(std::move(set));
+    if (auto half = SetHalf(Now->line.Text(), Now->style)) Now->formula = std::move(*half);
   }
   ShowCursor();
 }
@@ -121,7 +146,6 @@ void CallBack(int step) {
   Now->line.Set(Called == last ? Draft : Kept[Called]);
 }
 
-// The caret into the next empty place, or else out of the braces that it is in.
 void NextPlace() {
   const std::size_t caret = Now->line.Caret();
   const std::vector<FormulaPlace>& empty = Now->formula.empty;
@@ -138,14 +162,31 @@ void NextPlace() {
                                                    : text.size());
 }
 
-// What is edited anew leaves to Select, the formula selected; otherwise typing goes on.
+// What stands behind the formula goes on there: only an anchor at the left does, 1 to 3 down that side.
+void GoOnBehind(float x) {
+  const int anchor = AnchorOfMode(CursorMode);
+  const bool top = anchor == 1 || anchor == 7 || anchor == 8;
+  const bool centre = anchor == 2 || anchor == 6 || anchor == 9;
+  CursorX = x;
+  TakeMode(static_cast<std::int16_t>(top ? -1 : centre ? -2 : -3));
+}
+
+void OpenRunAt(float x, const std::string& run) {
+  GoOnBehind(x);
+  if (run.empty()) return;
+  TextEntry entry = EntryOfRun();
+  entry.text = run;
+  TakeRunOf(entry, run.size());
+}
+
+// What was edited anew leaves to Select; otherwise typing goes on.
 void Close() {
-  const std::vector<std::uint64_t> instead = std::move(Now->instead);
+  const Entry closed = std::move(*Now);
   Now.reset();
   Names.Close();
   std::fill(Tools + 1, Tools + kBezierMode, &TypingTool());
   if (Picture1) Picture1->takesTab = false;
-  if (!instead.empty()) {
+  if (!closed.instead.empty()) {
     HiddenItems.clear();
     ShowPage();
     TakeMode(0);
@@ -156,7 +197,10 @@ void Close() {
 // False if there is an error in it, which is then said.
 bool PlaceNow() {
   const std::string notation = Now->line.Text();
-  if (IsBlank(notation)) return true;
+  if (IsBlank(notation)) {
+    if (!Now->instead.empty()) AddPage("delete", {}, Now->instead);
+    return true;
+  }
   Keep(notation);
   if (Now->error) {
     ShowNote("The formula cannot be placed: " + Now->error->message);
@@ -168,29 +212,35 @@ bool PlaceNow() {
                        {CursorX, CursorY},
                        PageOfFormula(Now->formula, Origin()),
                        {}};
-  placed.ids = AddPage("formula", placed.page, Now->instead);
+  AddPage("formula", placed.page, Now->instead);
   KeepPlacedFormula(std::move(placed));
   return true;
 }
 
-void EnterKey(bool behind) {
-  const bool anew = !Now->instead.empty();
-  if (!PlaceNow()) return;
-  const Formula formula = std::move(Now->formula);
-  const Point origin =
-      AlignAtAnchor({CursorX, CursorY}, AnchorOfMode(CursorMode), formula.width, Now->style.size);
+// Where the line goes on behind the formula.
+float EndOfFormula() {
+  return Origin().x + (IsBlank(Now->line.Text()) ? 0 : Now->formula.width);
+}
+
+// Closes the line of a formula that was placed. What stood behind it in its run is open there, and otherwise
+// typing goes on there if so wanted.
+Entry CloseBehind(bool goOn) {
+  const float end = EndOfFormula();
+  Entry closed = *Now;
   Close();
-  if (anew) return;
-  if (behind) {
-    // From there only an anchor at the left goes on: 1 to 3 down that side.
-    const int anchor = AnchorOfMode(CursorMode);
-    const bool top = anchor == 1 || anchor == 7 || anchor == 8;
-    const bool centre = anchor == 2 || anchor == 6 || anchor == 9;
-    CursorX = origin.x + formula.width;
-    TakeMode(static_cast<std::int16_t>(top ? -1 : centre ? -2 : -3));
-    return;
-  }
-  const float bottom = CursorY + formula.depth;
+  if (closed.instead.empty() && (goOn || !closed.behind.empty())) OpenRunAt(end, closed.behind);
+  return closed;
+}
+
+void EnterKey(bool behind) {
+  if (!PlaceNow()) return;
+  const Entry placed = CloseBehind(behind);
+  if (behind || !placed.instead.empty()) return;
+  CommitPendingRun(false);
+  if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
+  if (placed.lineX) CursorX = *placed.lineX;
+  // What hangs below the line as letters do needs no more room.
+  const float bottom = CursorY + placed.formula.depth - kTail * FontSize;
   do CursorY = NextLine(CursorY);
   while (CursorY - FontSize < bottom && CursorY < PaperHeight);
   ShowCursor();
@@ -209,9 +259,20 @@ bool ListKey(int code) {
   return true;
 }
 
+// The page is as it was, and what was selected in a run is in it again.
 void Drop() {
   Keep(Now->line.Text());
+  const Entry dropped = *Now;
   Close();
+  if (!dropped.instead.empty()) return Select(dropped.instead);
+  const std::string run = dropped.taken + dropped.behind;
+  if (!run.empty()) OpenRunAt(CursorX, run);
+}
+
+// A row of the line as it is painted, bytes of the text with what is in the making.
+std::string_view RowOf(std::string_view text, std::size_t row) {
+  const std::vector<std::size_t>& rows = Now->rows;
+  return text.substr(rows[row], (row + 1 < rows.size() ? rows[row + 1] : text.size()) - rows[row]);
 }
 
 // Where the caret goes for a point of the line.
@@ -219,16 +280,20 @@ std::size_t PlaceInLine(Point at) {
   const std::string& text = Now->line.Text();
   const float scale = CurrentView().scale;
   const float x = at.x - Now->strip.left - kPad / scale;
+  const auto wanted = static_cast<std::ptrdiff_t>((at.y - Now->strip.top) * scale / kRow);
+  const auto last = static_cast<std::ptrdiff_t>(Now->rows.size()) - 1;
+  const auto row = static_cast<std::size_t>(std::clamp<std::ptrdiff_t>(wanted, 0, last));
+  const std::string_view shown = RowOf(text, row);
   std::size_t best = 0;
   float nearest = std::abs(x);
-  for (std::size_t end = 1; end <= text.size(); ++end) {
-    const float away = std::abs(x - MeasureRun(Shown(text.substr(0, end)), kLineFace, kText / scale));
+  for (std::size_t end = 1; end <= shown.size(); ++end) {
+    const float away = std::abs(x - MeasureRun(Shown(shown.substr(0, end)), kLineFace, kText / scale));
     if (away < nearest) {
       nearest = away;
       best = end;
     }
   }
-  return best;
+  return Now->rows[row] + best;
 }
 
 void PaintEmptyPlaces(Painter& painter, const View& view, Point origin) {
@@ -246,51 +311,91 @@ class StripPainter {
 
   void Paint(Point origin) {
     const LineEditor& line = Now->line;
-    std::string text = line.Text();
-    text.insert(line.Caret(), Now->preedit);
-    const std::string run = Shown(text);
-    const std::string message = Now->error && !IsBlank(text) ? Now->error->message : kHelp;
-    const float wanted =
-        std::max(MeasureRun(run, kLineFace, kText * pixel_), Width(message)) + 2 * kPad * pixel_;
-    PlaceStrip(origin, std::max(wanted, kLeastWidth * pixel_));
+    text_ = line.Text();
+    text_.insert(line.Caret(), Now->preedit);
+    const bool wrong = Now->error && !IsBlank(text_);
+    const std::string message = wrong ? Now->error->message : kHelp;
+    BreakRows();
+    float wanted = MeasureRun(message, kLineFace, kSmall * pixel_);
+    for (std::size_t row = 0; row < Now->rows.size(); ++row)
+      wanted = std::max(wanted, Width(RowOf(text_, row)));
+    PlaceStrip(origin, std::max(wanted + 2 * kPad * pixel_, kLeastWidth * pixel_));
     const Box& strip = Now->strip;
     painter_.FillBox({strip.left - pixel_, strip.top - pixel_, strip.right + pixel_, strip.bottom + pixel_},
                      PaletteColour(kDarkGrey));
     painter_.FillBox(strip, PaletteColour(kWhite));
-    left_ = strip.left + kPad * pixel_;
-    base_ = strip.top + kBase * pixel_;
     if (line.SelectedFrom() != line.SelectedTo())
-      painter_.FillBox({X(line.SelectedFrom()), strip.top + 2 * pixel_, X(line.SelectedTo()),
-                        strip.top + (kRow - 2) * pixel_},
-                       PaletteColour(kLightGrey));
+      PaintPart(line.SelectedFrom(), line.SelectedTo(), 2, kRow - 2, kLightGrey);
     RunPainter runs(painter_, view_);
-    runs.Paint({run, kLineFace, kText * pixel_, {left_, base_}, kBlack});
-    const bool wrong = Now->error && !IsBlank(text);
+    for (std::size_t row = 0; row < Now->rows.size(); ++row)
+      runs.Paint(
+          {Shown(RowOf(text_, row)), kLineFace, kText * pixel_, {Left(), Top(row) + kBase * pixel_}, kBlack});
     runs.Paint({message,
                 kLineFace,
                 kSmall * pixel_,
-                {left_, strip.bottom - 5 * pixel_},
+                {Left(), strip.bottom - 6 * pixel_},
                 static_cast<std::int16_t>(wrong ? kRed : kDarkGrey)});
-    if (wrong) Underline();
-    const float caret = X(line.Caret(), Now->preedit);
-    painter_.DrawLine({caret, strip.top + 3 * pixel_}, {caret, strip.top + (kRow - 3) * pixel_},
+    if (wrong) PaintPart(Now->error->begin, Now->error->end, kBase + 3, kBase + 5, kRed);
+    const std::size_t caret = line.Caret() + Now->preedit.size();
+    const std::size_t row = RowAt(caret);
+    Now->caret = {Left() + Width(RowOf(text_, row).substr(0, caret - Now->rows[row])),
+                  Top(row) + kRow * pixel_};
+    painter_.DrawLine({Now->caret.x, Top(row) + 3 * pixel_}, {Now->caret.x, Top(row) + (kRow - 3) * pixel_},
                       {PaletteColour(kBlue), 1, true});
-    Names.Paint(painter_, view_, {caret, strip.bottom});
+    Names.Paint(painter_, view_, {Now->caret.x, strip.bottom}, strip.top);
   }
 
  private:
   static constexpr float kSmall = 12;
 
-  float Width(const std::string& words) const { return MeasureRun(words, kLineFace, kSmall * pixel_); }
-  float X(std::size_t byte, std::string_view behind = {}) const {
-    const std::string text = Now->line.Text().substr(0, byte) + std::string(behind);
-    return left_ + MeasureRun(Shown(text), kLineFace, kText * pixel_);
+  float Left() const { return Now->strip.left + kPad * pixel_; }
+  float Top(std::size_t row) const { return Now->strip.top + static_cast<float>(row) * kRow * pixel_; }
+  float Width(std::string_view part) const { return MeasureRun(Shown(part), kLineFace, kText * pixel_); }
+  std::size_t RowAt(std::size_t byte) const {
+    const auto behind = std::ranges::upper_bound(Now->rows, byte);
+    return static_cast<std::size_t>(behind - Now->rows.begin()) - 1;
+  }
+
+  // Rows no wider than the view, and no wider than is read with ease.
+  void BreakRows() {
+    constexpr float kMostWidth = 560;
+    const float most =
+        std::min(kMostWidth * pixel_, view_.area.right - view_.area.left) - 2 * (kPad + 1) * pixel_;
+    Now->rows = {0};
+    float width = 0;
+    for (std::size_t at = 0; at < text_.size();) {
+      std::size_t next = at + 1;
+      while (next < text_.size() && (static_cast<unsigned char>(text_[next]) & 0xC0U) == 0x80U) ++next;
+      const float one = Width(std::string_view(text_).substr(at, next - at));
+      if (width + one > most && width > 0) {
+        Now->rows.push_back(at);
+        width = 0;
+      }
+      width += one;
+      at = next;
+    }
+  }
+
+  // A box so many pixels below the top of each row that has part of the notation; small where the part is
+  // empty.
+  void PaintPart(std::size_t begin, std::size_t end, float top, float bottom, int colour) {
+    for (std::size_t row = 0; row < Now->rows.size(); ++row) {
+      const std::size_t from = Now->rows[row];
+      const std::string_view shown = RowOf(text_, row);
+      const std::size_t first = std::clamp(begin, from, from + shown.size()) - from;
+      const std::size_t last = std::clamp(end, from, from + shown.size()) - from;
+      if (first == last && row != RowAt(std::min(begin, text_.size()))) continue;
+      const float left = Left() + Width(shown.substr(0, first));
+      const float right = std::max(Left() + Width(shown.substr(0, last)), left + 4 * pixel_);
+      painter_.FillBox({left, Top(row) + top * pixel_, right, Top(row) + bottom * pixel_},
+                       PaletteColour(colour));
+    }
   }
 
   // Below the formula, or above it where there is no room; no further to the right than the view.
   void PlaceStrip(Point origin, float width) {
     const Box& ink = Now->formula.ink;
-    const float height = 2 * kRow * pixel_;
+    const float height = (static_cast<float>(Now->rows.size()) + 1) * kRow * pixel_;
     const float below = origin.y + std::max(ink.bottom, 0.25F * Now->style.size) + kGap * pixel_;
     const float above = origin.y + std::min(ink.top, -0.8F * Now->style.size) - kGap * pixel_ - height;
     const bool fits = below + height <= view_.area.bottom || above < view_.area.top;
@@ -300,20 +405,10 @@ class StripPainter {
     Now->strip = {left, top, left + width, top + height};
   }
 
-  void Underline() {
-    const std::size_t size = Now->line.Text().size();
-    const std::size_t begin = std::min(Now->error->begin, size);
-    const float from = X(begin);
-    const float to = std::max(X(std::clamp(Now->error->end, begin, size)), from + 4 * pixel_);
-    const float y = base_ + 4 * pixel_;
-    painter_.DrawLine({from, y}, {to, y}, {PaletteColour(kRed), 2, true});
-  }
-
   Painter& painter_;
   const View& view_;
   float pixel_;
-  float left_ = 0;
-  float base_ = 0;
+  std::string text_;
 };
 
 class FormulaEntryTool : public Tool {
@@ -354,8 +449,7 @@ class FormulaEntryTool : public Tool {
     } else if ((code & ~kWithShift) == kKeyEnter || code == kKeyCtrlEnter) {
       EnterKey(code == (kKeyEnter | kWithShift));
     } else if (code == kKeyTab) {
-      NextPlace();
-      ShowCursor();
+      GoToNextPlace();
     } else if (code >= 32 && code < 127) {
       Type(static_cast<char>(code));
     } else if (Now->line.Key(code)) {
@@ -384,6 +478,36 @@ class FormulaEntryTool : public Tool {
   }
 };
 
+// What stands before the caret, or before what is selected, becomes part of the page where it is; false if it
+// cannot.
+bool TakeRunApart(Entry& entry) {
+  const Part selected = SelectedPart().Empty() ? Part{Caret(), Caret()} : SelectedPart();
+  const std::string run = PendingRun;
+  const std::string before = run.substr(0, selected.first);
+  const auto part = [](const std::string& text, std::int16_t font) {
+    return text.empty() || font == BaseFont ? text : SwitchTo(font) + text;
+  };
+  const std::string taken = run.substr(selected.first, selected.last - selected.first);
+  const std::int16_t font = FontBehind(before);
+  entry.taken = part(taken, font);
+  entry.behind = part(run.substr(selected.last), FontBehind(before + taken));
+  entry.line.Set(TextOfRun(taken, font), true);
+  if (before.empty() && entry.behind.empty()) {
+    EmptyRun();
+    return true;
+  }
+  const float x = PenBehind(selected.first).x;
+  entry.lineX = AnchorOfMode(CursorMode) <= 3 ? CursorX : RunOrigin().x;
+  if (!before.empty()) {
+    OpenRunAt(RunOrigin().x, before);
+    CommitPendingRun(false);
+    if (!PendingRun.empty()) return false;
+  }
+  EmptyRun();
+  GoOnBehind(x);
+  return true;
+}
+
 void Open(Entry entry) {
   static FormulaEntryTool tool;
   Now = std::move(entry);
@@ -406,7 +530,7 @@ void ResetFormulaEntry() {
 }
 
 bool CanOpenFormula() {
-  if (FormulaIsOpen() || (CursorMode < 0 && AnchorOfMode(CursorMode) != 0)) return true;
+  if (FormulaIsOpen() || (CursorMode < 0 && AnchorOfMode(CursorMode) != 0 && !Retyping())) return true;
   const SelectedItems selected = Selection();
   if (selected.Count() == 0) return false;
   return PlacedFormulaOf(selected.texts.empty() ? selected.drawings.front()->id : selected.texts.front()->id)
@@ -414,32 +538,16 @@ bool CanOpenFormula() {
 }
 
 void OpenFormula() {
-  if (FormulaIsOpen()) return;
+  if (FormulaIsOpen() || Retyping()) return;
   if (CursorMode >= 0) {
     const SelectedItems selected = Selection();
     if (selected.Count() > 0)
       OpenFormulaOf(selected.texts.empty() ? selected.drawings.front()->id : selected.texts.front()->id);
     return;
   }
-  if (Retyping()) CommitPendingRun(false);
-  if (CursorMode >= 0) return;
-  std::string notation;
-  if (RunIsOpen()) {
-    if (const std::string selected = SelectedText(); !selected.empty()) {
-      notation = TextOfRun(selected, BaseFont);
-      EraseSelected();
-    }
-    const RunEnds ends = EndsOfRun();
-    const std::int16_t mode = CursorMode;
-    const bool left = AnchorOfMode(mode) <= 3;
-    CommitPendingRun(false);
-    if (!PendingRun.empty()) return;  // it could not be taken
-    CursorMode = mode;
-    if (left) CursorX = ends.end.x;
-  }
   Entry entry;
+  if (RunIsOpen() && !TakeRunApart(entry)) return;
   entry.style = {FontSize, true, BaseFont};
-  entry.line.Set(notation, true);
   Open(std::move(entry));
 }
 
@@ -482,14 +590,21 @@ bool FormulaIsWrong() {
 
 void FinishFormula() {
   if (!Now) return;
-  if (!PlaceNow()) ShowNote("The formula has an error and was not placed; Ctrl+M and Up bring it back");
-  Close();
+  if (PlaceNow()) {
+    CloseBehind(false);
+  } else {
+    ShowNote("The formula has an error and was not placed; Ctrl+M and Up bring it back");
+    Drop();
+  }
 }
 
 void InsertIntoFormula(std::string_view utf8) {
   std::string text(utf8);
+  // Line ends stay, for a comment of a pasted text ends there.
   for (char& c : text)
-    if (static_cast<unsigned char>(c) < 32) c = ' ';
+    if (static_cast<unsigned char>(c) < 32 && c != '\n') c = ' ';
+  if (text.size() > kLongestNotation - std::min(Now->line.Text().size(), kLongestNotation))
+    return ShowNote("A notation has no more than 16,384 characters");
   Now->line.Insert(text);
   FollowName();
   TakeNotation();
@@ -512,6 +627,11 @@ void InsertTemplate(std::string_view notation) {
   }
   Names.Close();
   TakeNotation();
+}
+
+void GoToNextPlace() {
+  NextPlace();
+  ShowCursor();
 }
 
 std::string TableNotation(std::string_view environment, int rows, int columns) {
@@ -564,9 +684,7 @@ void ShowFormulaPreedit(const std::string& utf8) {
 }
 
 Point FormulaCaret() {
-  const Box& strip = Now->strip;
-  return {std::min(strip.left + MeasureRun(Shown(BeforeCaret()), kLineFace, kText / SCALE), strip.right),
-          strip.bottom};
+  return {Now->caret.x, Now->strip.bottom};
 }
 
 }  // namespace kelvane

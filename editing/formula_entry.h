@@ -48,6 +48,9 @@ void InsertTemplate(std::string_view notation);
 // A matrix or another table of so many rows and columns.
 std::string TableNotation(std::string_view environment, int rows, int columns);
 
+// The caret into the next empty place, or else out of the braces that it is in.
+void GoToNextPlace();
+
 // What the commands for texts do while the line is open.
 std::string SelectedNotation();
 void EraseSelectedNotation();

@@ -171,8 +171,7 @@ std::size_t Stay(const std::vector<Item>& items, const std::vector<std::uint64_t
 
 }  // namespace
 
-std::vector<std::uint64_t> AddPage(const std::string& label, const Page& added,
-                                   const std::vector<std::uint64_t>& instead) {
+void AddPage(const std::string& label, const Page& added, const std::vector<std::uint64_t>& instead) {
   std::string texts;
   std::string drawings;
   const std::size_t textsBefore = Stay(ItemsOfPage().Texts(), instead, texts);
@@ -196,7 +195,6 @@ std::vector<std::uint64_t> AddPage(const std::string& label, const Page& added,
   for (std::size_t i = drawingsBefore; i < items.Drawings().size(); ++i)
     ids.push_back(items.Drawings()[i].id);
   Select(ids);
-  return ids;
 }
 
 void AddItems(const std::string& label, std::string_view lines, float dx, float dy) {

@@ -33,10 +33,9 @@ Page ReadItems(std::string_view lines);
 // Adds them, moved by so many points, and selects them. Throws as ReadItems does; nothing is changed then.
 void AddItems(const std::string& label, std::string_view lines, float dx, float dy);
 
-// Adds a page's items behind all others, in the place of others that go, and selects them: their identities,
-// texts first. Throws as AddItems does.
-std::vector<std::uint64_t> AddPage(const std::string& label, const Page& added,
-                                   const std::vector<std::uint64_t>& instead = {});
+// Adds a page's items behind all others, in the place of others that go, and selects them.
+// Throws as AddItems does.
+void AddPage(const std::string& label, const Page& added, const std::vector<std::uint64_t>& instead = {});
 
 // Replaces the line of one text item, in its place; an empty line takes it away.
 void ReplaceText(const std::string& label, std::uint64_t id, std::string_view line);

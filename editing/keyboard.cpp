@@ -23,7 +23,9 @@ bool JustifyRun;
 
 namespace {
 
-constexpr float kMarkArm = 4;  // pixels
+// Pixels.
+constexpr float kMarkArm = 4;
+constexpr float kNamesRoom = 20;  // of the run above its baseline, where the list of signs stands over it
 constexpr char kTooLong[] = "The run is too long for a page file: a line holds 65,535 characters";
 
 // What the held button began: choosing a place, or selecting in the run.
@@ -248,7 +250,7 @@ class Typing : public Tool {
     PaintRun(painter, view);
     if (!view.printed) PaintMark(painter, view);
     const RunPen pen = PenBehind(Caret());
-    Names.Paint(painter, view, {pen.x, pen.y});
+    Names.Paint(painter, view, {pen.x, pen.y}, pen.y - kNamesRoom / view.scale);
   }
   void Finish() override {
     if (RunIsOpen()) CommitPendingRun(false);

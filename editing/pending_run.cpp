@@ -64,10 +64,6 @@ bool IsSwitch(char c) {
   return code >= kFirstSwitchCode && code < kFirstScriptCode;
 }
 
-char SwitchTo(std::int16_t font) {
-  return static_cast<char>(kFirstSwitchCode + font);
-}
-
 void ShowFontAtCaret() {
   CurrentFont = FontBehind(RunUpTo(Caret()));
   ShowFontLabel(CurrentFont, FontSize);
@@ -283,6 +279,10 @@ void ShowPreedit(const std::string& utf8) {
 
 std::int16_t FontAtCaret() {
   return FontBehind(RunBeforeCaret());
+}
+
+char SwitchTo(std::int16_t font) {
+  return static_cast<char>(kFirstSwitchCode + font);
 }
 
 std::int16_t FontBehind(std::string_view run) {

@@ -54,6 +54,8 @@ std::string_view RunBeforeCaret();
 std::int16_t FontAtCaret();
 // The typeface in force behind a run that begins in BaseFont.
 std::int16_t FontBehind(std::string_view run);
+// The code that switches a run to a typeface.
+char SwitchTo(std::int16_t font);
 
 // Takes out what stands between the caret and `to`; the caret is then there.
 void EraseTo(std::size_t to);

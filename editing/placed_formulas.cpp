@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <utility>
 
 #include "document/page_items.h"
@@ -13,54 +14,86 @@ namespace {
 constexpr std::size_t kMost = 1000;
 constexpr float kNear = 0.02F;  // points that moving may round away
 
-std::vector<PlacedFormula> Placed;
-
-// Whether all items lie as far from where they were, which the first one tells.
-class Shift {
- public:
-  bool Fits(Point before, Point now) {
-    const Point way = {now.x - before.x, now.y - before.y};
-    if (!way_) way_ = way;
-    return std::abs(way.x - way_->x) < kNear && std::abs(way.y - way_->y) < kNear;
-  }
-  Point Way() const { return way_.value_or(Point{}); }
-
- private:
-  std::optional<Point> way_;
+// With its parts as items, so that they can be looked for.
+struct Kept {
+  PlacedFormula formula;
+  std::unique_ptr<const PageItems> items;
 };
+std::vector<Kept> Placed;
 
-bool SameText(const TextEntry& before, const TextEntry& now, Shift& shift) {
-  return before.text == now.text && before.font == now.font && before.size == now.size &&
-         before.anchor == now.anchor && before.justified == now.justified &&
-         shift.Fits({before.x, before.y}, {now.x, now.y});
+Point PlaceOf(const TextEntry& entry) {
+  return {entry.x, entry.y};
 }
 
-bool SameDrawing(const Drawing& before, const Drawing& now, Shift& shift) {
+Point PlaceOf(const Drawing& drawing) {
+  return drawing.points.empty() ? Point{} : drawing.points.front();
+}
+
+Point Way(Point from, Point to) {
+  return {to.x - from.x, to.y - from.y};
+}
+
+bool LiesBehind(Point from, Point to, Point way) {
+  return std::abs(to.x - from.x - way.x) < kNear && std::abs(to.y - from.y - way.y) < kNear;
+}
+
+// Whether one is the other, moved by `way`.
+bool IsMoved(const TextEntry& before, const TextEntry& now, Point way) {
+  return before.text == now.text && before.font == now.font && before.size == now.size &&
+         before.anchor == now.anchor && before.justified == now.justified &&
+         LiesBehind(PlaceOf(before), PlaceOf(now), way);
+}
+
+bool IsMoved(const Drawing& before, const Drawing& now, Point way) {
   return TokenOfStyle(before.style) == TokenOfStyle(now.style) && before.closed == now.closed &&
          std::ranges::equal(before.points, now.points,
-                            [&](Point from, Point to) { return shift.Fits(from, to); });
+                            [way](Point from, Point to) { return LiesBehind(from, to, way); });
+}
+
+const TextEntry& PartOf(const TextItem& item) {
+  return item.entry;
+}
+
+const Drawing& PartOf(const DrawingItem& item) {
+  return item.drawing;
 }
 
 template <typename Item>
-const Item* Find(const std::vector<Item>& items, std::uint64_t id) {
+const Item* FindItem(const std::vector<Item>& items, std::uint64_t id) {
   const auto found = std::ranges::find(items, id, &Item::id);
   return found == items.end() || !found->draws ? nullptr : &*found;
 }
 
-// Whether its items are on the page as they were placed, apart from their place.
-bool IsWhole(const PlacedFormula& placed, Shift& shift) {
-  const PageItems then(placed.page);
-  const PageItems& now = ItemsOfPage();
-  auto id = placed.ids.begin();
-  for (const TextItem& before : then.Texts()) {
-    const TextItem* item = Find(now.Texts(), *id++);
-    if (!item || !SameText(before.entry, item->entry, shift)) return false;
+// The items of a page that are those parts moved by `way`, put behind `ids`; false if one is missing.
+template <typename Item>
+bool FindMoved(const std::vector<Item>& parts, const std::vector<Item>& items, Point way,
+               std::vector<std::uint64_t>& ids) {
+  return std::ranges::all_of(parts, [&](const Item& part) {
+    const auto found = std::ranges::find_if(
+        items, [&](const Item& item) { return item.draws && IsMoved(PartOf(part), PartOf(item), way); });
+    if (found == items.end()) return false;
+    ids.push_back(found->id);
+    return true;
+  });
+}
+
+// The formula as it lies on the page now, if one of the parts is the item and all the others lie by it.
+template <typename Item>
+void LookForFormula(const Kept& kept, const std::vector<Item>& parts, const Item* item,
+                    std::optional<PlacedFormula>& best) {
+  if (!item) return;
+  for (const Item& part : parts) {
+    const Point way = Way(PlaceOf(PartOf(part)), PlaceOf(PartOf(*item)));
+    if (!IsMoved(PartOf(part), PartOf(*item), way)) continue;
+    std::vector<std::uint64_t> ids;
+    if (!FindMoved(kept.items->Texts(), ItemsOfPage().Texts(), way, ids) ||
+        !FindMoved(kept.items->Drawings(), ItemsOfPage().Drawings(), way, ids) ||
+        (best && best->ids.size() >= ids.size()))
+      continue;
+    best = kept.formula;
+    best->cursor = {best->cursor.x + way.x, best->cursor.y + way.y};
+    best->ids = ids;
   }
-  for (const DrawingItem& before : then.Drawings()) {
-    const DrawingItem* item = Find(now.Drawings(), *id++);
-    if (!item || !SameDrawing(before.drawing, item->drawing, shift)) return false;
-  }
-  return true;
 }
 
 }  // namespace
@@ -71,20 +104,19 @@ void ResetPlacedFormulas() {
 
 void KeepPlacedFormula(PlacedFormula placed) {
   if (Placed.size() == kMost) Placed.erase(Placed.begin());
-  Placed.push_back(std::move(placed));
+  auto items = std::make_unique<const PageItems>(placed.page);
+  Placed.push_back({std::move(placed), std::move(items)});
 }
 
 std::optional<PlacedFormula> PlacedFormulaOf(std::uint64_t id) {
-  // The last one first: an item may have been handed on to the formula that took another's place.
-  for (auto placed = Placed.rbegin(); placed != Placed.rend(); ++placed) {
-    if (std::ranges::find(placed->ids, id) == placed->ids.end()) continue;
-    Shift shift;
-    if (!IsWhole(*placed, shift)) continue;
-    PlacedFormula now = *placed;
-    now.cursor = {now.cursor.x + shift.Way().x, now.cursor.y + shift.Way().y};
-    return now;
+  const TextItem* text = FindItem(ItemsOfPage().Texts(), id);
+  const DrawingItem* drawing = FindItem(ItemsOfPage().Drawings(), id);
+  std::optional<PlacedFormula> best;
+  for (auto kept = Placed.rbegin(); kept != Placed.rend(); ++kept) {
+    LookForFormula(*kept, kept->items->Texts(), text, best);
+    LookForFormula(*kept, kept->items->Drawings(), drawing, best);
   }
-  return std::nullopt;
+  return best;
 }
 
 }  // namespace kelvane

@@ -62,6 +62,18 @@ void InsertSign(const Sign& sign) {
   if (CursorMode < 0) InsertRun(RunOf(sign, FontAtCaret()));
 }
 
+void InsertCodes(const std::string& codes) {
+  if (FormulaIsOpen()) return InsertIntoFormula(TextOfRun(codes, BaseFont));
+  InsertText(codes);
+}
+
+void ScriptButton(int index) {
+  if (!FormulaIsOpen()) return InsertScript(index);
+  // The first of each three begins a script, the others end one.
+  if (index % (kForward + 1) != 0) return GoToNextPlace();
+  index / (kForward + 1) % 2 == 0 ? SuperscriptKey() : SubscriptKey();
+}
+
 void SuperscriptKey() {
   if (FormulaIsOpen()) return InsertTemplate("^{}");
   ScriptKey(0);

@@ -15,6 +15,8 @@ namespace kelvane {
 // is placed.
 void InsertSigns(std::string_view utf8);
 void InsertSign(const Sign& sign);
+// Codes of a run: what a macro stands for, or a key of a typeface.
+void InsertCodes(const std::string& codes);
 // The same for a run that is in the making in a box: what to put behind `before`.
 std::string SignsBehind(const std::string& before, const std::string& utf8);
 
@@ -22,5 +24,7 @@ std::string SignsBehind(const std::string& before, const std::string& utf8);
 // open.
 void SuperscriptKey();
 void SubscriptKey();
+// Script button 0 to 11.
+void ScriptButton(int index);
 
 }  // namespace kelvane

@@ -40,12 +40,27 @@ void SignNames::Follow(std::string_view beforeCaret, const std::vector<std::stri
   if (!name.empty()) {
     typed_ = name.substr(1);
     for (const Sign* sign : SignsNamed(typed_)) rows_.push_back({sign, {}});
+    // The notation knows a sign by its name only if the name is no other's.
+    if (!others.empty()) {
+      std::vector<std::string> taken;
+      for (const std::string& other : others) taken.push_back(other.substr(0, other.find('{')));
+      std::erase_if(rows_, [&](const Row& row) {
+        const std::string of = NotationOf(row);
+        const bool other = std::ranges::find(taken, of) != taken.end();
+        taken.push_back(of);
+        return other;
+      });
+    }
     // What was typed whole stays first.
     const auto behind = std::ranges::find_if(
         rows_, [&](const Row& row) { return NameOf(*row.sign, typed_).substr(1) != typed_; });
     std::vector<Row> more;
     for (const std::string& other : others) more.push_back({nullptr, other});
-    rows_.insert(behind, more.begin(), more.end());
+    // Of names that are all offered for their letters, the short ones are the likely ones.
+    const auto begin = rows_.insert(behind, more.begin(), more.end());
+    if (!others.empty())
+      std::ranges::stable_sort(begin, rows_.end(), {},
+                               [&](const Row& row) { return NotationOf(row).size(); });
   }
   chosen_ = first_ = 0;
 }
@@ -93,12 +108,12 @@ bool SignNames::ChooseAt(Point at) {
   return true;
 }
 
-void SignNames::Paint(Painter& painter, const View& view, Point caret) {
+void SignNames::Paint(Painter& painter, const View& view, Point caret, float top) {
   if (!Open()) return;
   const float pixel = 1 / view.scale;
   const float height = kRow * static_cast<float>(Rows()) * pixel;
   const float below = caret.y + kGap * pixel;
-  const float above = caret.y - (kGap + kRow) * pixel - height;
+  const float above = top - kGap * pixel - height;
   box_.left = std::max(std::min(caret.x, view.area.right - kWidth * pixel), view.area.left);
   box_.top = below + height > view.area.bottom && above > view.area.top ? above : below;
   box_.right = box_.left + kWidth * pixel;
@@ -110,11 +125,12 @@ void SignNames::Paint(Painter& painter, const View& view, Point caret) {
   RunPainter runs(painter, view);
   for (std::size_t row = 0; row < Rows(); ++row) {
     const Row& shown = rows_[first_ + row];
-    const float top = box_.top + static_cast<float>(row) * kRow * pixel;
+    const float rowTop = box_.top + static_cast<float>(row) * kRow * pixel;
     if (first_ + row == chosen_)
-      painter.FillBox({box_.left, top, box_.right, top + kRow * pixel}, PaletteColour(kLightGrey));
-    const float base = top + 0.72F * kRow * pixel;
-    PaintPicture(painter, view, shown, {box_.left, top, box_.left + kSignColumn * pixel, top + kRow * pixel});
+      painter.FillBox({box_.left, rowTop, box_.right, rowTop + kRow * pixel}, PaletteColour(kLightGrey));
+    const float base = rowTop + 0.72F * kRow * pixel;
+    PaintPicture(painter, view, shown,
+                 {box_.left, rowTop, box_.left + kSignColumn * pixel, rowTop + kRow * pixel});
     runs.Paint(
         {NotationOf(shown), kListFace, kText * pixel, {box_.left + kSignColumn * pixel, base}, kBlack});
   }

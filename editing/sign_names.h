@@ -33,8 +33,9 @@ class SignNames {
   // Chooses the row at a point of the page; false if the list is not there.
   bool ChooseAt(Point at);
 
-  // The list below the caret, or above it where there is no room.
-  void Paint(Painter& painter, const View& view, Point caret);
+  // The list below the caret, or above the line that it is in, which begins at y = `top`, where there is no
+  // room.
+  void Paint(Painter& painter, const View& view, Point caret, float top);
 
  private:
   struct Row {

@@ -60,6 +60,8 @@ struct Formula {
   std::vector<FormulaPlace> signs;
 };
 
+inline constexpr std::size_t kLongestNotation = 16384;  // bytes
+
 // Sets a notation in UTF-8. What stands round a pasted formula is taken off: dollar signs, \[ \] and \( \),
 // the environments of displayed equations, comments, numbers and labels.
 std::variant<Formula, FormulaError> SetFormula(std::string_view notation, const FormulaStyle& style);
@@ -70,6 +72,10 @@ Page PageOfFormula(const Formula& formula, Point at);
 
 // Where a caret before that byte of the notation goes.
 FormulaPlace CaretOfFormula(const Formula& formula, std::size_t offset);
+
+// A notation that ends in the middle with what is open there closed and what is missing empty, so that it can
+// be shown while it is typed.
+std::string CompletedNotation(std::string_view notation);
 
 // Names of the notation that are no signs of the table, as they are typed with their empty places:
 // "\frac{}{}", "\begin{pmatrix}\end{pmatrix}", "\sin". Those whose name begins so, without the backslash.

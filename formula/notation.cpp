@@ -1,5 +1,6 @@
 #include "formula/notation.h"
 
+#include "formula/formula.h"
 #include "formula/reader.h"
 #include "platform/characters.h"
 

@@ -13,8 +13,7 @@
 namespace kelvane::formula {
 
 // Longer ones are no formulas, and would fill more than a page.
-inline constexpr std::size_t kLongestNotation = 16384;  // bytes
-inline constexpr int kDeepestNesting = 60;              // groups within groups
+inline constexpr int kDeepestNesting = 60;  // groups within groups
 
 struct Reading {
   Tree tree;

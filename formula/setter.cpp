@@ -267,7 +267,7 @@ Part Setter::SetNode(int index, Style style) {
 
 Part Setter::SetRow(int row, Style style, bool goesOn) {
   const Node& node = tree_[row];
-  if (node.first == kNone) return node.value == 1 ? SetPlace(node, style) : Begin();
+  if (node.first == kNone) return node.value == 1 ? SetPlace(node, style) : NotePlace(node, style);
   const std::int16_t colour = colour_;
   const std::vector<Child> children = ChildrenOf(tree_, row, goesOn);
   Part whole = Begin();

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "document/lines.h"
-#include "editing/keyboard.h"
+#include "editing/sign_entry.h"
 #include "platform/files.h"
 
 namespace kelvane {
@@ -97,7 +97,7 @@ void KeepMacros() {
 }
 
 void CallMacro(int number) {
-  InsertText(captions[number]);
+  InsertCodes(captions[number]);
 }
 
 void RefreshMacros() {

@@ -157,7 +157,7 @@ void Insert(const PaletteItem& item) {
     Remember(sign);
     if (SearchBox->Text().empty()) LayOutItems();
   } else {
-    InsertText(std::string(1, static_cast<char>(item.code)));
+    InsertCodes(std::string(1, static_cast<char>(item.code)));
   }
   const Point caret = EndsOfRun().caret;
   BringIntoView(caret.x, caret.y);
