@@ -59,7 +59,9 @@ struct Entry {
 };
 std::optional<Entry> Now;
 SignNames Names;
+// What the held button began: selecting in the line, or leaving it. The press that opened it did neither.
 bool PressedLine = false;
+bool PressedPage = false;
 
 // Notations that were placed or dropped, the last one at the end, and the one that Up has called back.
 std::vector<std::string> Kept;
@@ -414,12 +416,13 @@ class StripPainter {
 class FormulaEntryTool : public Tool {
  public:
   void Press(const Pointer& pointer) override {
-    PressedLine = false;
+    PressedLine = PressedPage = false;
     if (Names.ChooseAt(pointer.at)) return ShowCursor();
     const Box& strip = Now->strip;
     PressedLine = pointer.at.x >= strip.left && pointer.at.x < strip.right && pointer.at.y >= strip.top &&
                   pointer.at.y < strip.bottom;
-    if (!PressedLine) return;
+    PressedPage = !PressedLine;
+    if (PressedPage) return;
     Names.Close();
     Now->line.MoveCaret(PlaceInLine(pointer.at), pointer.shift);
     ShowCursor();
@@ -435,6 +438,7 @@ class FormulaEntryTool : public Tool {
       TakeName();
       return TakeNotation();
     }
+    if (!std::exchange(PressedPage, false)) return;
     const bool anew = !Now->instead.empty();
     FinishFormula();
     if (!anew) PlaceCursor(pointer.at.x, pointer.at.y);
@@ -522,7 +526,7 @@ void Open(Entry entry) {
 void ResetFormulaEntry() {
   Now.reset();
   Names.Close();
-  PressedLine = false;
+  PressedLine = PressedPage = false;
   Kept.clear();
   Called = 0;
   Draft.clear();
