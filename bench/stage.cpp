@@ -6,7 +6,9 @@
 #include "app/settings.h"
 #include "app/startup.h"
 #include "document/page.h"
+#include "editing/bezier.h"
 #include "editing/cursor.h"
+#include "editing/edit.h"
 #include "editing/modes.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
@@ -35,7 +37,12 @@ void ShowWholeEditor(const std::string& pageFile) {
 }
 
 Stage::Stage() : editorCanvas(Picture1) {
-  ResetProgram();
+  // Not all of the program: its windows are needed again.
+  ClearPage();
+  ResetView();
+  ResetCursor();
+  ResetBezier();
+  ResetEdits();
   for (TypefaceRecord& face : TypefaceTable) {
     face.Widths.fill(500);
     face.WidthUnit = 600;

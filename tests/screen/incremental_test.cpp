@@ -15,11 +15,16 @@
 #include "designer/character_files.h"
 #include "document/page.h"
 #include "document/paper.h"
+#include "editing/bezier.h"
+#include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/modes.h"
+#include "editing/paths.h"
+#include "editing/tool.h"
 #include "editing/undo.h"
 #include "platform/files.h"
 #include "platform/qt/qt_canvas.h"
+#include "platform/qt/qt_toolkit.h"
 #include "tests/support/scripted_dialogs.h"
 #include "typography/metrics.h"
 #include "typography/renderer.h"
@@ -174,6 +179,37 @@ TEST_F(IncrementalTest, NewWidthsAreMeasured) {
   ThePage.text = "330 150 m 20 F0 (abc) 5 s \r\n";  // measured for the first time
   RedrawPage();
   EXPECT_EQ(Shown(), after);
+}
+
+// The finished pieces come from a picture, whose pixels must lie on those of the canvas.
+TEST_F(IncrementalTest, LongPathBeingDrawn) {
+  QtToolkit toolkit;
+  CursorMode = kBezierMode;
+  for (const float scale : {2.0F, 4 / 3.0F}) {
+    SCOPED_TRACE(scale);
+    SCALE = scale;
+    STARTX = 290.3F;
+    std::minstd_rand random(3);
+    Points path{{250, 150}};
+    for (int piece = 0; piece < 70; ++piece)
+      AddPiece(path, {static_cast<float>(210 + random() % 160), static_cast<float>(130 + random() % 100)});
+    KeepPath(path);
+    TheToolkit = &toolkit;
+    ShowPage();
+    Shown();
+    ToolInForce().Move({{300, 200}, false, false, true});
+    ExpectWhole("move");
+    const QImage fromPicture = Shown();
+    TheToolkit = nullptr;
+    ShowPage();
+    const QImage stroked = Shown();
+    // What differs is where the last pieces cross or meet those of the picture.
+    int differ = 0;
+    for (int y = 0; y < stroked.height(); ++y)
+      for (int x = 0; x < stroked.width(); ++x) differ += stroked.pixel(x, y) != fromPicture.pixel(x, y);
+    EXPECT_LT(differ, 1200);
+  }
+  ResetBezier();
 }
 
 }  // namespace
