@@ -26,6 +26,7 @@ namespace {
 constexpr float kPickPixels = 4;         // a click this near to an item's ink picks it
 constexpr float kDragPixels = 3;         // a press that moves this far is a drag
 constexpr float kAttractPixels = 4;      // how far guides and neighbours attract what is moved
+constexpr float kStillPixels = 2;        // a pointer that has left its line no farther moves along the line
 constexpr float kMarkPixels = 2;         // between an item's ink and its mark
 constexpr std::size_t kMostShown = 300;  // more items are marked and moved as one box
 constexpr float kFineStep = 0.1F;        // points
@@ -192,16 +193,19 @@ void MoveTo(const Pointer& pointer) {
   if (pointer.shift) (std::abs(DX) < std::abs(DY) ? DX : DY) = 0;
   IsAttractedX = IsAttractedY = false;
   if (pointer.alt) return;
-  const bool freeX = !pointer.shift || DX != 0;
-  const bool freeY = !pointer.shift || DY != 0;
+  // What is moved straight stays on its line, whatever lies beside it.
   float shift = 0;
-  if (freeX) {
+  if (std::abs(DX) <= Pixels(kStillPixels)) {
+    DX = 0;
+  } else {
     const float left = Moved.left + DX;
     const float right = Moved.right + DX;
     IsAttractedX = Attract(LinesX, {left, (left + right) / 2, right, Reference.x + DX}, shift, AttractedX);
     DX = IsAttractedX ? DX + shift : SnapToGrid(Reference.x + DX, GridStepH) - Reference.x;
   }
-  if (freeY) {
+  if (std::abs(DY) <= Pixels(kStillPixels)) {
+    DY = 0;
+  } else {
     IsAttractedY = Attract(LinesY, {MovedBaseline + DY, Reference.y + DY}, shift, AttractedY);
     DY = IsAttractedY ? DY + shift : SnapToGrid(Reference.y + DY, GridStepV) - Reference.y;
   }
