@@ -245,6 +245,7 @@ void Click() {
 }
 
 void Open(std::uint64_t id, Point at) {
+  Hovered = 0;
   const bool isText = TextOf(id) != nullptr;
   if (isText && OpenText) OpenText(id, at);
   if (!isText && OpenDrawing) OpenDrawing(id, at);
@@ -461,6 +462,7 @@ class Selecting : public Tool {
 
   void Finish() override {
     if (Now != Doing::Nothing) EndDoing();
+    Hovered = 0;  // the pointer may be elsewhere when this tool is in force again
   }
 
   std::string Hint() const override {
