@@ -83,6 +83,13 @@ std::vector<std::uint64_t> ItemsAt(Point at) {
   return ids;
 }
 
+std::vector<std::uint64_t> IdsOf(const SelectedItems& items) {
+  std::vector<std::uint64_t> ids;
+  for (const TextItem* item : items.texts) ids.push_back(item->id);
+  for (const DrawingItem* item : items.drawings) ids.push_back(item->id);
+  return ids;
+}
+
 const TextItem* TextOf(std::uint64_t id) {
   for (const TextItem& item : ItemsOfPage().Texts())
     if (item.id == id) return &item;
@@ -229,7 +236,7 @@ void PutDown() {
 
 void Click() {
   const std::vector<std::uint64_t> ids = ItemsAt(PressedAt);
-  if (ids.empty()) return;
+  if (ids.empty()) return ClearMarkedBox();
   std::uint64_t picked = ids.front();
   // Again at the same place: the next one below.
   const auto last = std::find(ids.begin(), ids.end(), Clicked);
@@ -350,13 +357,21 @@ Handle ShownHandleAt(Point at) {
   return PrintView ? Handle::None : HandleAt(at);
 }
 
+// Items that were just added are dragged from anywhere in their box, also from between their ink: the pointer
+// is there when they come.
+bool OnAdded(Point at) {
+  return JustAdded() &&
+         DistanceTo(Box{MarkedLeft, MarkedBottom, MarkedRight, MarkedTop}, at) <= Pixels(kPickPixels);
+}
+
 // The pointer tells what a press would do.
 void ShowShape(Point at) {
   if (!Picture1) return;
-  const Handle handle = ShownHandleAt(at);
-  Picture1->SetPointerShape(handle != Handle::None ? ShapeOf(handle)
-                            : Hovered != 0         ? PointerShape::Move
-                                                   : PointerShape::Arrow);
+  const bool moves = OnAdded(at);
+  const Handle handle = moves ? Handle::None : ShownHandleAt(at);
+  Picture1->SetPointerShape(handle != Handle::None  ? ShapeOf(handle)
+                            : moves || Hovered != 0 ? PointerShape::Move
+                                                    : PointerShape::Arrow);
 }
 
 class Selecting : public Tool {
@@ -366,7 +381,8 @@ class Selecting : public Tool {
     PressedAt = PointerAt = pointer.at;
     WithShift = pointer.shift;
     Copying = pointer.control;
-    if (const Handle handle = ShownHandleAt(pointer.at); handle != Handle::None) {
+    const bool onAdded = !pointer.shift && pointer.clicks < 2 && OnAdded(pointer.at);
+    if (const Handle handle = ShownHandleAt(pointer.at); handle != Handle::None && !onAdded) {
       TakeHandle(handle, pointer.at);
       Now = Doing::Handling;
       return;
@@ -383,6 +399,10 @@ class Selecting : public Tool {
     const auto held = std::find_if(ids.begin(), ids.end(), IsSelected);
     Pressed = ids.empty() ? 0 : held != ids.end() ? *held : ids.front();
     PressedSelected = held != ids.end();
+    if (onAdded && !PressedSelected) {
+      Pressed = IdsOf(Selection()).front();
+      PressedSelected = true;
+    }
     if (Pressed != 0 && !PressedSelected) {
       WithShift ? SelectAlso(Pressed) : Select({Pressed});
       Clicked = Pressed;
@@ -579,11 +599,8 @@ bool SelectNext(bool forwards) {
 }
 
 void DuplicateSelected() {
-  const SelectedItems selected = Selection();
-  if (selected.Count() == 0) return;
-  std::vector<std::uint64_t> ids;
-  for (const TextItem* item : selected.texts) ids.push_back(item->id);
-  for (const DrawingItem* item : selected.drawings) ids.push_back(item->id);
+  const std::vector<std::uint64_t> ids = IdsOf(Selection());
+  if (ids.empty()) return;
   const Point at{MarkedLeft, MarkedBottom};
   // The items that the last one made, moved since: their way is what is to be repeated.
   static Point copiedFrom;
@@ -594,10 +611,7 @@ void DuplicateSelected() {
   }
   copiedFrom = at;
   AddItems("duplicate", LinesOfSelected(), DuplicateStep.x, DuplicateStep.y);
-  Duplicated.clear();
-  const SelectedItems copies = Selection();
-  for (const TextItem* item : copies.texts) Duplicated.push_back(item->id);
-  for (const DrawingItem* item : copies.drawings) Duplicated.push_back(item->id);
+  Duplicated = IdsOf(Selection());
   ShowCursor();
 }
 
