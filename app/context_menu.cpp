@@ -1,7 +1,13 @@
 #include "app/context_menu.h"
 
+#include <initializer_list>
+#include <string_view>
+#include <vector>
+
 #include "app/menus.h"
+#include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "editing/properties.h"
 #include "editing/select_tool.h"
 #include "papers/paper_commands.h"
 
@@ -9,20 +15,42 @@ namespace kelvane {
 
 namespace {
 
-Menu* OfItem;
+Menu* OfItems;  // texts and drawings
+Menu* OfTexts;
+Menu* OfDrawings;
+Menu* OfShaped;
 Menu* OfPage;
 Menu* OfRun;
 
 Menu* MenuAt(Point at) {
-  if (CursorMode == 0) return SelectUnder(at) ? OfItem : OfPage;
+  if (CursorMode == kShapingMode) return OfShaped;
+  if (CursorMode == 0) {
+    if (!SelectUnder(at)) return OfPage;
+    const Properties& selected = SelectedProperties();
+    return selected.drawings == 0 ? OfTexts : selected.texts == 0 ? OfDrawings : OfItems;
+  }
   if (AnchorOfMode(CursorMode) == 0) return nullptr;
   return RunIsOpen() ? OfRun : OfPage;
 }
 
 void Build(Window& window) {
-  OfItem = BuildPopup(window, {"mEditCut", "mEditCopy", "mEditDelete", "mEditDuplicate", "", "mEditOpen",
-                               "mEditPosition", "&Edit/Anc&hor", "&Edit/Arrang&e", "", "F&ormat/Font &Name",
-                               "F&ormat/&Line Colour", "F&ormat/Line &Thickness"});
+  const std::vector<std::string_view> anyItem = {"mEditCut", "mEditCopy", "mEditDelete",   "mEditDuplicate",
+                                                 "",         "mEditOpen", "mEditPosition", "&Edit/Arrang&e"};
+  const std::vector<std::string_view> text = {"&Edit/Anc&hor", "F&ormat/Font &Name"};
+  const std::vector<std::string_view> drawing = {"F&ormat/&Line Colour", "F&ormat/Line &Thickness"};
+  const auto build = [&](std::initializer_list<std::vector<std::string_view>> parts) {
+    std::vector<std::string_view> rows;
+    for (const auto& part : parts) {
+      if (!rows.empty()) rows.emplace_back();
+      rows.insert(rows.end(), part.begin(), part.end());
+    }
+    return BuildPopup(window, rows);
+  };
+  OfItems = build({anyItem, text, drawing});
+  OfTexts = build({anyItem, text});
+  OfDrawings = build({anyItem, drawing});
+  OfShaped =
+      build({{"mDrawAddPoint", "mDrawRemovePoint", "mDrawSplit", "mDrawJoin"}, {"mDrawFill"}, drawing});
   OfPage = BuildPopup(window, {"mEditPaste", "", "mEditSelectAll"});
   OfRun = BuildPopup(window, {"mEditCut", "mEditCopy", "mEditPaste"});
 }
@@ -30,12 +58,12 @@ void Build(Window& window) {
 }  // namespace
 
 void ResetContextMenus() {
-  OfItem = OfPage = OfRun = nullptr;
+  OfItems = OfTexts = OfDrawings = OfShaped = OfPage = OfRun = nullptr;
 }
 
 void OpenContextMenu(const MouseEvent& event) {
   ToolInForce().RightClick();
-  if (!OfItem) Build(*Form1);
+  if (!OfPage) Build(*Form1);
   Menu* menu = MenuAt({event.x, event.y});
   if (menu) Form1->ShowPopup(menu, Picture1, event.pixelX, event.pixelY);
 }

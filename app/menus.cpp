@@ -84,7 +84,7 @@ void BuildMenus(Window& window) {
   RefreshMenus();
 }
 
-Menu* BuildPopup(Window& window, std::initializer_list<std::string_view> rows) {
+Menu* BuildPopup(Window& window, const std::vector<std::string_view>& rows) {
   Menu* popup = window.AddPopup();
   popup->OnOpen = RefreshMenus;
   for (const std::string_view row : rows) {

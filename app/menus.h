@@ -2,8 +2,8 @@
 
 // The menus of the main window, as the table of commands has them, and the running of commands.
 
-#include <initializer_list>
 #include <string_view>
+#include <vector>
 
 #include "app/commands.h"
 #include "platform/controls.h"
@@ -19,7 +19,7 @@ void BuildMenus(Window& window);
 
 // A menu that is opened by itself: of the commands of such ids, of the menus of such paths with all their
 // rows; "" for a separator.
-Menu* BuildPopup(Window& window, std::initializer_list<std::string_view> rows);
+Menu* BuildPopup(Window& window, const std::vector<std::string_view>& rows);
 
 // Captions, check marks, what can be chosen and the values of the boxes, as the rows' functions say. Needed
 // after whatever may change one of them outside of a command: an entry that cannot be chosen does not hear

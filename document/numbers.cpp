@@ -58,20 +58,31 @@ T ReadNumber(std::string_view text) {
   return negative && value != 0 ? -value : value;
 }
 
-// Writes a number of the size that places on paper have with up to seven digits, and returns the end: several
-// times as quick as std::to_chars. Null for other sizes, and halfway between two such numbers, where the
-// product may have been rounded.
-char* WriteUsual(float value, char* to) {
+// A number of the size that places on paper have, in seven digits.
+struct SevenDigits {
+  long long digits = 0;  // of the number without its sign, times `scale`
+  long long scale = 1;
+};
+
+// Nothing for other sizes, and halfway between two such numbers, where the product may have been rounded.
+std::optional<SevenDigits> InSevenDigits(float value) {
   constexpr double kLeast = 0.001;
   constexpr double kSevenDigits = 1e6;
   constexpr double kTooNear = 1e-6;
   const double size = std::fabs(static_cast<double>(value));
-  if (!(size >= kLeast && size < kSevenDigits)) return nullptr;
+  if (!(size >= kLeast && size < kSevenDigits)) return std::nullopt;
   long long scale = 1;
   while (size * static_cast<double>(scale) < kSevenDigits) scale *= 10;
   const double scaled = size * static_cast<double>(scale);
-  if (std::fabs(scaled - std::floor(scaled) - 0.5) < kTooNear) return nullptr;
-  const auto digits = static_cast<long long>(std::nearbyint(scaled));
+  if (std::fabs(scaled - std::floor(scaled) - 0.5) < kTooNear) return std::nullopt;
+  return SevenDigits{static_cast<long long>(std::nearbyint(scaled)), scale};
+}
+
+// Writes such a number and returns the end: several times as quick as std::to_chars. Null for other ones.
+char* WriteUsual(float value, char* to) {
+  const std::optional<SevenDigits> usual = InSevenDigits(value);
+  if (!usual) return nullptr;
+  auto [digits, scale] = *usual;
   if (value < 0) *to++ = '-';
   to = std::to_chars(to, to + kSingleDigits + 1, digits / scale).ptr;
   long long rest = digits % scale;
@@ -94,6 +105,13 @@ std::string FormatSingle(float value) {
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::clamp(value, -kLargest, kLargest),
                     std::chars_format::general, kSingleDigits);
   return {buffer.data(), written.ptr};
+}
+
+float AsWritten(float value) {
+  const std::optional<SevenDigits> usual = InSevenDigits(value);
+  if (!usual) return ReadSingle(FormatSingle(value));
+  const double size = static_cast<double>(usual->digits) / static_cast<double>(usual->scale);
+  return static_cast<float>(std::copysign(size, value));
 }
 
 float ReadSingle(std::string_view text) {

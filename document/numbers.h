@@ -12,6 +12,9 @@ namespace kelvane {
 // Shortest general form with up to 7 significant digits: 72, 72.5, -3.25, 0.1. Minus zero is "0".
 std::string FormatSingle(float value);
 
+// What is read again after it was written: ReadSingle(FormatSingle(value)), but quicker.
+float AsWritten(float value);
+
 // The number at the start of the text after blanks: sign, digits, point, exponent. Reading stops at the first
 // character that cannot go on a number; no number gives 0. Out of range gives the largest single of that
 // sign.

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <vector>
 
 #include "document/fields.h"
@@ -158,6 +159,65 @@ class OperandStack {
   std::size_t count = 0;
 };
 
+// Whether a straight segment is one in its record, and in that of the line that is written and read. A reader
+// comes to `read` and `next` for its ends.
+bool StaysStraight(float start, float end, float read, float next) {
+  const float middle = Middle(start, end);
+  return AsWritten(middle) == middle &&
+         AsWritten(Middle(read, next)) == Middle(AsWritten(read), AsWritten(next));
+}
+
+// The place nearest to `to` that meets a condition: `to` itself as it is written, or on a grid, points.
+// Nothing if there is none near.
+template <typename Condition>
+std::optional<float> Settled(float to, float grid, Condition met) {
+  constexpr float kFarthest = 0.02F;  // points: less than can be seen
+  if (grid == 0) return met(AsWritten(to)) ? std::optional(AsWritten(to)) : std::nullopt;
+  const float nearest = std::round(to / grid);
+  for (float steps = 0; steps * grid <= kFarthest; ++steps) {
+    for (const float way : {steps, -steps}) {
+      const float place = AsWritten((nearest + way) * grid);
+      if (met(place)) return place;
+    }
+  }
+  return std::nullopt;
+}
+
+// Moves the ends of segments by so little that straight ones stay straight. False if that cannot be done on a
+// grid.
+bool SettleSegments(Drawing& drawing, const std::vector<bool>& straight, float grid) {
+  std::vector<Point>& points = drawing.points;
+  for (float Point::*const axis : {&Point::x, &Point::y}) {
+    const float front = *Settled(points.front().*axis, grid, [](float) { return true; });
+    points.front().*axis = front;
+    float read = front;
+    for (std::size_t i = 0; i < straight.size(); ++i) {
+      const float start = points[2 * i].*axis;
+      const auto next = [&](float end) { return read + AsWritten(end - start); };
+      // What closes a path ends at its start, so the end of the segment before it gives way to both.
+      const bool givesWay = drawing.closed && i + 2 == straight.size() && straight[i + 1];
+      const bool closes = drawing.closed && i + 1 == straight.size();
+      const auto met = [&](float end) {
+        return (!straight[i] || StaysStraight(start, end, read, closes ? front : next(end))) &&
+               (!givesWay || StaysStraight(end, front, next(end), front));
+      };
+      float& end = points[2 * i + 2].*axis;
+      std::optional<float> place;
+      if (closes) {
+        if (met(front)) place = front;
+      } else {
+        // Best is a place that a reader comes to as well; close to 0 there may be none.
+        place = Settled(end, grid, [&](float to) { return AsWritten(next(to)) == to && met(to); });
+        if (!place) place = Settled(end, grid, met);
+      }
+      if (!place) return false;
+      end = *place;
+      read = next(end);
+    }
+  }
+  return true;
+}
+
 }  // namespace
 
 bool FindRun(std::string_view line, std::size_t& begin, std::size_t& end) {
@@ -233,6 +293,15 @@ void MapDrawing(Drawing& drawing, const std::function<Point(Point)>& map) {
     straight.push_back(IsStraight(points[i], points[i + 1], points[i + 2]));
   for (Point& point : points) point = map(point);
   if (drawing.closed) points.back() = points.front();
+  // A middle survives being written only between places that do, and that have no digit more than it can
+  // halve.
+  if (std::ranges::count(straight, true) > 0) {
+    const std::vector<Point> mapped = points;
+    for (const float grid : {0.0F, 0.0002F, 0.0006F, 0.002F}) {
+      if (SettleSegments(drawing, straight, grid)) break;
+      points = mapped;
+    }
+  }
   for (std::size_t i = 0; i < straight.size(); ++i) {
     const Point start = points[2 * i];
     const Point end = points[2 * i + 2];

@@ -69,7 +69,13 @@ std::string StyleOf(const DrawingItem& item) {
   return std::string(item.record.substr(item.record.rfind(' ') + 1));
 }
 
+std::uint64_t AddedRevision;  // of the selection, when items were added last
+
 }  // namespace
+
+bool JustAdded() {
+  return AnythingSelected() && SelectionRevision() == AddedRevision;
+}
 
 void ChangeSelected(const std::string& label, const ChangeText& text, const ChangeDrawing& drawing) {
   Changes<TextItem> texts;
@@ -195,6 +201,7 @@ void AddPage(const std::string& label, const Page& added, const std::vector<std:
   for (std::size_t i = drawingsBefore; i < items.Drawings().size(); ++i)
     ids.push_back(items.Drawings()[i].id);
   Select(ids);
+  AddedRevision = SelectionRevision();
 }
 
 void AddItems(const std::string& label, std::string_view lines, float dx, float dy) {

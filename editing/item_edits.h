@@ -36,6 +36,8 @@ void AddItems(const std::string& label, std::string_view lines, float dx, float 
 // Adds a page's items behind all others, in the place of others that go, and selects them.
 // Throws as AddItems does.
 void AddPage(const std::string& label, const Page& added, const std::vector<std::uint64_t>& instead = {});
+// Whether the selection is what was added last, and nothing has changed it since.
+bool JustAdded();
 
 // Replaces the line of one text item, in its place; an empty line takes it away.
 void ReplaceText(const std::string& label, std::uint64_t id, std::string_view line);

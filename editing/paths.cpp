@@ -29,7 +29,7 @@ constexpr float kHeadNotch = 0.75F;
 constexpr float kHeadOfWhole = 0.8F;  // of a path that is shorter than its head would be
 
 Point Written(Point point) {
-  return {ReadSingle(FormatSingle(point.x)), ReadSingle(FormatSingle(point.y))};
+  return {AsWritten(point.x), AsWritten(point.y)};
 }
 
 Point Thousandths(Point point) {
@@ -101,9 +101,9 @@ Point InDirection(Point from, Point to) {
 }
 
 std::string RecordOf(const Points& path, std::string_view style) {
-  std::string record;
-  for (const Point& point : path) record += FormatSingle(point.x) + ' ' + FormatSingle(point.y) + ' ';
-  return record.append(style);
+  Drawing drawing{path, {}, EndsAtStart(path)};
+  MapDrawing(drawing, [](Point point) { return point; });
+  return RecordOfDrawing(drawing, style);
 }
 
 void AddPiece(Points& path, Point end) {

@@ -26,6 +26,7 @@ namespace {
 constexpr float kPickPixels = 4;         // a click this near to an item's ink picks it
 constexpr float kDragPixels = 3;         // a press that moves this far is a drag
 constexpr float kAttractPixels = 4;      // how far guides and neighbours attract what is moved
+constexpr float kStillPixels = 2;        // a pointer that has left its line no farther moves along the line
 constexpr float kMarkPixels = 2;         // between an item's ink and its mark
 constexpr std::size_t kMostShown = 300;  // more items are marked and moved as one box
 constexpr float kFineStep = 0.1F;        // points
@@ -79,6 +80,13 @@ std::vector<std::uint64_t> ItemsAt(Point at) {
     if (item->draws && DistanceTo(item->entry, at, within) <= within) ids.push_back(item->id);
   for (auto item = items.Drawings().rbegin(); item != items.Drawings().rend(); ++item)
     if (item->draws && DistanceTo(item->drawing, at, within) <= within) ids.push_back(item->id);
+  return ids;
+}
+
+std::vector<std::uint64_t> IdsOf(const SelectedItems& items) {
+  std::vector<std::uint64_t> ids;
+  for (const TextItem* item : items.texts) ids.push_back(item->id);
+  for (const DrawingItem* item : items.drawings) ids.push_back(item->id);
   return ids;
 }
 
@@ -192,16 +200,19 @@ void MoveTo(const Pointer& pointer) {
   if (pointer.shift) (std::abs(DX) < std::abs(DY) ? DX : DY) = 0;
   IsAttractedX = IsAttractedY = false;
   if (pointer.alt) return;
-  const bool freeX = !pointer.shift || DX != 0;
-  const bool freeY = !pointer.shift || DY != 0;
+  // What is moved straight stays on its line, whatever lies beside it.
   float shift = 0;
-  if (freeX) {
+  if (std::abs(DX) <= Pixels(kStillPixels)) {
+    DX = 0;
+  } else {
     const float left = Moved.left + DX;
     const float right = Moved.right + DX;
     IsAttractedX = Attract(LinesX, {left, (left + right) / 2, right, Reference.x + DX}, shift, AttractedX);
     DX = IsAttractedX ? DX + shift : SnapToGrid(Reference.x + DX, GridStepH) - Reference.x;
   }
-  if (freeY) {
+  if (std::abs(DY) <= Pixels(kStillPixels)) {
+    DY = 0;
+  } else {
     IsAttractedY = Attract(LinesY, {MovedBaseline + DY, Reference.y + DY}, shift, AttractedY);
     DY = IsAttractedY ? DY + shift : SnapToGrid(Reference.y + DY, GridStepV) - Reference.y;
   }
@@ -225,7 +236,7 @@ void PutDown() {
 
 void Click() {
   const std::vector<std::uint64_t> ids = ItemsAt(PressedAt);
-  if (ids.empty()) return;
+  if (ids.empty()) return ClearMarkedBox();
   std::uint64_t picked = ids.front();
   // Again at the same place: the next one below.
   const auto last = std::find(ids.begin(), ids.end(), Clicked);
@@ -241,6 +252,7 @@ void Click() {
 }
 
 void Open(std::uint64_t id, Point at) {
+  Hovered = 0;
   const bool isText = TextOf(id) != nullptr;
   if (isText && OpenText) OpenText(id, at);
   if (!isText && OpenDrawing) OpenDrawing(id, at);
@@ -345,13 +357,21 @@ Handle ShownHandleAt(Point at) {
   return PrintView ? Handle::None : HandleAt(at);
 }
 
+// Items that were just added are dragged from anywhere in their box, also from between their ink: the pointer
+// is there when they come.
+bool OnAdded(Point at) {
+  return JustAdded() &&
+         DistanceTo(Box{MarkedLeft, MarkedBottom, MarkedRight, MarkedTop}, at) <= Pixels(kPickPixels);
+}
+
 // The pointer tells what a press would do.
 void ShowShape(Point at) {
   if (!Picture1) return;
-  const Handle handle = ShownHandleAt(at);
-  Picture1->SetPointerShape(handle != Handle::None ? ShapeOf(handle)
-                            : Hovered != 0         ? PointerShape::Move
-                                                   : PointerShape::Arrow);
+  const bool moves = OnAdded(at);
+  const Handle handle = moves ? Handle::None : ShownHandleAt(at);
+  Picture1->SetPointerShape(handle != Handle::None  ? ShapeOf(handle)
+                            : moves || Hovered != 0 ? PointerShape::Move
+                                                    : PointerShape::Arrow);
 }
 
 class Selecting : public Tool {
@@ -361,7 +381,8 @@ class Selecting : public Tool {
     PressedAt = PointerAt = pointer.at;
     WithShift = pointer.shift;
     Copying = pointer.control;
-    if (const Handle handle = ShownHandleAt(pointer.at); handle != Handle::None) {
+    const bool onAdded = !pointer.shift && pointer.clicks < 2 && OnAdded(pointer.at);
+    if (const Handle handle = ShownHandleAt(pointer.at); handle != Handle::None && !onAdded) {
       TakeHandle(handle, pointer.at);
       Now = Doing::Handling;
       return;
@@ -378,6 +399,10 @@ class Selecting : public Tool {
     const auto held = std::find_if(ids.begin(), ids.end(), IsSelected);
     Pressed = ids.empty() ? 0 : held != ids.end() ? *held : ids.front();
     PressedSelected = held != ids.end();
+    if (onAdded && !PressedSelected) {
+      Pressed = IdsOf(Selection()).front();
+      PressedSelected = true;
+    }
     if (Pressed != 0 && !PressedSelected) {
       WithShift ? SelectAlso(Pressed) : Select({Pressed});
       Clicked = Pressed;
@@ -457,6 +482,7 @@ class Selecting : public Tool {
 
   void Finish() override {
     if (Now != Doing::Nothing) EndDoing();
+    Hovered = 0;  // the pointer may be elsewhere when this tool is in force again
   }
 
   std::string Hint() const override {
@@ -573,11 +599,8 @@ bool SelectNext(bool forwards) {
 }
 
 void DuplicateSelected() {
-  const SelectedItems selected = Selection();
-  if (selected.Count() == 0) return;
-  std::vector<std::uint64_t> ids;
-  for (const TextItem* item : selected.texts) ids.push_back(item->id);
-  for (const DrawingItem* item : selected.drawings) ids.push_back(item->id);
+  const std::vector<std::uint64_t> ids = IdsOf(Selection());
+  if (ids.empty()) return;
   const Point at{MarkedLeft, MarkedBottom};
   // The items that the last one made, moved since: their way is what is to be repeated.
   static Point copiedFrom;
@@ -588,10 +611,7 @@ void DuplicateSelected() {
   }
   copiedFrom = at;
   AddItems("duplicate", LinesOfSelected(), DuplicateStep.x, DuplicateStep.y);
-  Duplicated.clear();
-  const SelectedItems copies = Selection();
-  for (const TextItem* item : copies.texts) Duplicated.push_back(item->id);
-  for (const DrawingItem* item : copies.drawings) Duplicated.push_back(item->id);
+  Duplicated = IdsOf(Selection());
   ShowCursor();
 }
 

@@ -80,8 +80,10 @@ TEST(Numbers, WrittenNumbersStay) {
   std::mt19937 random(7);
   std::uniform_real_distribution<float> values(-2000, 2000);
   for (int i = 0; i < 20000; ++i) {
-    const std::string written = FormatSingle(values(random));
+    const float value = values(random);
+    const std::string written = FormatSingle(value);
     ASSERT_EQ(FormatSingle(ReadSingle(written)), written);
+    ASSERT_EQ(AsWritten(value), ReadSingle(written));
   }
 }
 

@@ -2,16 +2,23 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "document/page.h"
+#include "editing/arrange.h"
 #include "editing/bezier.h"
+#include "editing/clipboard.h"
 #include "editing/cursor.h"
+#include "editing/item_edits.h"
 #include "editing/keyboard.h"
+#include "editing/modes.h"
 #include "editing/properties.h"
+#include "editing/select_tool.h"
 #include "editing/undo.h"
+#include "papers/find.h"
 #include "tests/support/editor_test.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
@@ -126,6 +133,96 @@ class RandomEditsTest : public EditorTest {
     EXPECT_TRUE(!PendingRun.empty() || canvas->Drawn(Layer::Overlay) == overlay);
   }
 };
+
+// What changes items, on two pages that are turned meanwhile. The page is as it was after each edit, by
+// number of steps back that there are; a command that is refused changes nothing.
+TEST_F(RandomEditsTest, EditsOfItemsComeBackOnEveryPage) {
+  files.contents["\\P\\A.001"] = "72 99 m 12 F0 (a b) 3 s\r\n80 150 m 1 lw 40 0 rl 9 9 30 30 rb stroke\r\n";
+  files.contents["\\P\\A.002"] = "";
+  Start("\\P\\A.001");
+  const auto type = [&](std::initializer_list<int> keys) {
+    for (const int key : keys) canvas->Press(key);
+  };
+  const std::vector<std::function<void()>> edits = {
+      SelectAll,
+      [&] { SelectNext(Roll(2) == 0); },
+      [&] { MoveSelected(static_cast<float>(Roll(99)) / 7, static_cast<float>(Roll(99))); },
+      Copy,
+      Cut,
+      [&] {
+        Paste(Point{Across(), Down()});
+      },
+      DuplicateSelected,
+      [&] { ReorderSelected(Roll(2) == 0); },
+      [&] { AlignSelected(static_cast<Side>(Roll(7))); },
+      [&] { SetFont(static_cast<std::int16_t>(Roll(16))); },
+      [&] { SetAnchor(1 + Roll(9)); },
+      [&] { SetColour(static_cast<std::int16_t>(Roll(16))); },
+      [&] {
+        OpenSelected();
+        if (Retyping()) type({kKeyDelete, 'x'});
+      },
+      [&] {
+        ShapeDrawing(ItemsOfPage().Drawings().empty() ? 0 : ItemsOfPage().Drawings().front().id);
+        type({kKeyHome, '+'});
+      },
+      [&] {
+        FindText = "a";
+        ReplaceAllOnPage("b a");
+      },
+      [&] {
+        PlaceAt(kAnchorNames[1 + Roll(9)], Across(), Down());
+        Type();
+      }};
+  std::map<int, std::vector<Page>> rows;
+  std::map<int, std::size_t> places;
+  std::size_t made = 0;
+  for (int step = 0; step < 12000 && !HasFailure(); ++step) {
+    SCOPED_TRACE(step);
+    std::vector<Page>& row = rows[CurrentPageNumber];
+    std::size_t& place = places[CurrentPageNumber];
+    if (row.empty()) row.push_back(CurrentPage());
+    const int kind = Roll(12);
+    if (kind == 0) {
+      // One would be asked about leaving an empty page.
+      if (!ThePage.Empty()) CurrentPageNumber == 1 ? PageDown() : PageUp();
+      continue;
+    }
+    if (kind < 4 && place > 0) {
+      Undo();
+      DropRun();
+      --place;
+    } else if (kind < 6 && place + 1 < row.size()) {
+      Redo();
+      ++place;
+    } else {
+      const bool full = ThePage.text.size() + ThePage.drawings.size() > 20000;
+      if (full) SelectAll();
+      full ? DeleteSelected() : edits[static_cast<std::size_t>(Roll(static_cast<int>(edits.size())))]();
+      LeaveEditing();
+      if (CurrentPage() != row[place]) {
+        row.resize(++place);
+        row.push_back(CurrentPage());
+        ++made;
+      }
+    }
+    ASSERT_TRUE(CurrentPage() == row[place]);
+  }
+  EXPECT_GT(made, 1000U);
+  for (int page = 0; page < 2; ++page) {
+    const std::vector<Page>& row = rows[CurrentPageNumber];
+    for (std::size_t place = places[CurrentPageNumber]; place > 0; --place) {
+      Undo();
+      DropRun();
+    }
+    EXPECT_TRUE(CurrentPage() == row.front());
+    EXPECT_EQ(UndoLabel(), "");
+    while (!RedoLabel().empty()) Redo();
+    EXPECT_TRUE(CurrentPage() == row.back());
+    if (ThePage.Empty()) Undo();
+    CurrentPageNumber == 1 ? PageDown() : PageUp();
+  }
+}
 
 TEST_F(RandomEditsTest, UndoAndRedoFollowTheModel) {
   files.contents["\\Kelvane\\QRX.DAT"] = "GUIDEX = 100\r\nGUIDEX = 500\r\n";
