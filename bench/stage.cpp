@@ -10,6 +10,7 @@
 #include "editing/cursor.h"
 #include "editing/edit.h"
 #include "editing/modes.h"
+#include "papers/paper_commands.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
@@ -43,6 +44,7 @@ Stage::Stage() : editorCanvas(Picture1) {
   ResetCursor();
   ResetBezier();
   ResetEdits();
+  if (Form1) Form1->Hide();  // its bars would follow the view
   for (TypefaceRecord& face : TypefaceTable) {
     face.Widths.fill(500);
     face.WidthUnit = 600;
