@@ -72,8 +72,8 @@ HalfDone HalfDoneNow() {
                    .path = CurrentDrawing,
                    .shape = DrawnShape,
                    .placeChosen = PlaceChosen(),
-          .notation = {},
-          .instead = {}};
+                   .notation = {},
+                   .instead = {}};
   if (const std::optional<FormulaInTheMaking> formula = FormulaNow()) {
     half.size = formula->style.size;
     half.font = formula->style.font;
