@@ -17,9 +17,9 @@ namespace kelvane {
 struct PlacedFormula {
   std::string notation;
   FormulaStyle style;
-  std::int16_t mode = 0;  // the anchor it was placed with, 1 to 9
-  Point cursor;           // the cursor point
-  Page page;              // its entries and drawings as they were placed
+  std::int16_t mode = 0;           // the anchor it was placed with, 1 to 9
+  Point cursor;                    // the cursor point
+  Page page;                       // its entries and drawings as they were placed
   std::vector<std::uint64_t> ids;  // of its items on the page, once it is looked for
 };
 

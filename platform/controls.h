@@ -94,8 +94,8 @@ class ScrollBar : public Control {
   std::function<void(float)> OnScroll;  // the new value, chosen by the person
 };
 
-// A picture beside the caption of a menu entry, on white: its size in pixels, and what paints it from the point
-// 0, 0 on, with so many device pixels to the pixel. It is painted when the menu first opens.
+// A picture beside the caption of a menu entry, on white: its size in pixels, and what paints it from the
+// point 0, 0 on, with so many device pixels to the pixel. It is painted when the menu first opens.
 struct MenuPicture {
   float width = 0;
   float height = 0;
@@ -216,8 +216,8 @@ class FileWatch {
   virtual ~FileWatch() = default;
   // Backslash form; empty: no file.
   virtual void Watch(const std::string& path) = 0;
-  // The file or a name in its folder has changed and has been left alone for a moment since, or the person has
-  // come back to the program. Not while a dialog stands open, but behind it.
+  // The file or a name in its folder has changed and has been left alone for a moment since, or the person
+  // has come back to the program. Not while a dialog stands open, but behind it.
   std::function<void()> OnChange;
 };
 

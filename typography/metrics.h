@@ -35,8 +35,8 @@ void LoadWidthTables();
 // of them where it is missing, have no box. Throws Failure if it cannot be read.
 void LoadInkBoxes();
 
-// Reads how characters lean from LEAN.TAB of the program folder; without it nothing does. Throws Failure if it
-// cannot be read.
+// Reads how characters lean from LEAN.TAB of the program folder; without it nothing does. Throws Failure if
+// it cannot be read.
 void LoadLeans();
 
 // Width of a run in points, starting in `font` at `size` points, with its switches and script codes.
