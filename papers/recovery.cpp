@@ -159,12 +159,13 @@ Page WithFormula(const Page& page, const HalfDone& half, int anchor) {
   }
   Page whole = page;
   std::string missing;
+  const std::string run = SignsToRun(half.notation, half.font, missing);
   TextEntry entry;
   entry.x = half.cursor.x;
   entry.y = half.cursor.y;
   entry.size = half.size;
   entry.font = half.font;
-  entry.text = SignsToRun(half.notation, half.font, missing);
+  entry.text = run;
   entry.anchor = anchor;
   AddLine(whole, LineOfEntry(entry));
   return whole;
