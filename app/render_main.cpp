@@ -1,12 +1,10 @@
 // kelvane-render: wires the outputs to the machine's files and typefaces.
 
-#include <QGuiApplication>
 #include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <span>
 
 #include "app/render.h"
@@ -14,6 +12,7 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/outlines.h"
+#include "platform/qt/qt_offscreen.h"
 #include "platform/qt/qt_outlines.h"
 #include "platform/qt/qt_toolkit.h"
 
@@ -25,26 +24,19 @@ void Put(std::FILE* stream, std::string_view text) {
 }
 
 int Run(int argc, char** argv) {
-  // Typefaces come by way of Qt, which wants a platform, but no display.
-  setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  int count = 1;
-  std::unique_ptr<QGuiApplication> application;
   kelvane::QtToolkit toolkit;
   kelvane::TheToolkit = &toolkit;
-  const auto useTypefaces = [&] {
-    if (!application) application = std::make_unique<QGuiApplication>(count, argv);
-  };
-  kelvane::ScreenOutline = [&](const kelvane::ScreenFace& face, unsigned char code) {
-    useTypefaces();
+  kelvane::ScreenOutline = [](const kelvane::ScreenFace& face, unsigned char code) {
+    kelvane::UseTypefacesOffscreen();
     return kelvane::QtOutline(face, code);
   };
   const std::filesystem::path program = std::filesystem::canonical("/proc/self/exe");
   kelvane::StateFolder = kelvane::FindStateFolder();
   const std::span<const char* const> arguments(argv, static_cast<std::size_t>(argc));
-  const int code = kelvane::Render(arguments.subspan(argc > 0 ? 1 : 0),
-                                   kelvane::BackslashPath(program.parent_path().string()),
-                                   {[](std::string_view text) { Put(stdout, text); },
-                                    [](std::string_view text) { Put(stderr, text); }, useTypefaces});
+  const int code = kelvane::Render(
+      arguments.subspan(argc > 0 ? 1 : 0), kelvane::BackslashPath(program.parent_path().string()),
+      {[](std::string_view text) { Put(stdout, text); }, [](std::string_view text) { Put(stderr, text); },
+       kelvane::UseTypefacesOffscreen});
   if (std::fflush(stdout) != 0) throw kelvane::Failure("Cannot write to standard output.");
   return code;
 }
