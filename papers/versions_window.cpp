@@ -20,6 +20,7 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/text_view.h"
+#include "typography/curves.h"
 #include "typography/renderer.h"
 #include "typography/view.h"
 
@@ -110,13 +111,9 @@ std::string SizeText(std::size_t bytes) {
 
 void Frame(Painter& painter, const Box& box) {
   constexpr float kAround = 1.5F;  // points
-  Path path;
-  path.MoveTo({box.left - kAround, box.top - kAround});
-  path.LineTo({box.right + kAround, box.top - kAround});
-  path.LineTo({box.right + kAround, box.bottom + kAround});
-  path.LineTo({box.left - kAround, box.bottom + kAround});
-  path.LineTo({box.left - kAround, box.top - kAround});
-  painter.StrokePath(path, {ShowsNow ? kOnlyNow : kOnlyThen, kFrameWidth});
+  painter.StrokePath(
+      FrameOf({box.left - kAround, box.top - kAround, box.right + kAround, box.bottom + kAround}),
+      {ShowsNow ? kOnlyNow : kOnlyThen, kFrameWidth});
 }
 
 // Takes a line off a sorted list; false if it is not there.

@@ -28,6 +28,14 @@ Path PathOf(const Drawing& drawing);
 // The point at `t`, 0 to 1, of the cubic from `start` with the control points and the end `cubic`.
 Point PointOnCubic(Point start, const Point* cubic, float t);
 
+// The distance of a point from a straight line between two others.
+float DistanceToChord(Point from, Point to, Point point);
+
+// The box that has two points for opposite corners.
+Box BoxBetween(Point a, Point b);
+// The line round a box.
+Path FrameOf(const Box& box);
+
 // The box of all that was added; what is not finite is left out.
 struct GrowingBox {
   static constexpr float kNone = std::numeric_limits<float>::infinity();

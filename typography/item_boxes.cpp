@@ -55,16 +55,6 @@ float Outside(float from, float to, float value) {
   return value < from ? from - value : value - to;
 }
 
-float DistanceToPiece(Point from, Point to, Point point) {
-  const double dx = static_cast<double>(to.x) - from.x;
-  const double dy = static_cast<double>(to.y) - from.y;
-  const double px = static_cast<double>(point.x) - from.x;
-  const double py = static_cast<double>(point.y) - from.y;
-  const double square = dx * dx + dy * dy;
-  const double t = square > 0 ? std::clamp((px * dx + py * dy) / square, 0.0, 1.0) : 0;
-  return static_cast<float>(std::hypot(px - t * dx, py - t * dy));
-}
-
 // As many chords of equal steps as keep within the error of a cubic.
 int ChordsOf(Point start, const Point* cubic) {
   const float bend = std::max(
@@ -99,7 +89,7 @@ class Nearest {
 
  private:
   void Go(Point to) {
-    distance = std::min(distance, DistanceToPiece(at, to, point));
+    distance = std::min(distance, DistanceToChord(at, to, point));
     if ((at.y <= point.y) != (to.y <= point.y)) {
       const double part = (static_cast<double>(point.y) - at.y) / (static_cast<double>(to.y) - at.y);
       if (at.x + (static_cast<double>(to.x) - at.x) * part > point.x) winding += to.y > at.y ? 1 : -1;
