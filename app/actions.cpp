@@ -18,6 +18,7 @@
 #include "output/pictures.h"
 #include "papers/page_operations.h"
 #include "papers/versions.h"
+#include "papers/versions_window.h"
 #include "platform/files.h"
 #include "typography/view.h"
 #include "typography/zoom.h"
@@ -31,6 +32,13 @@ bool PagesGoBack() {
 }
 bool PagesGoForward() {
   return PageStepForward().next && !RunIsOpen() && !PathIsOpen();
+}
+
+// Windows of other folders, which are made when they are first shown.
+void ShowWithHelp(void (*show)(), Window* const& window, const char* heading) {
+  const bool made = window != nullptr;
+  show();
+  if (!made) AddHelpKeys(*window, heading);
 }
 
 }  // namespace
@@ -114,9 +122,11 @@ void ShapeSelected() {
 }
 
 void OpenDesigner() {
-  const bool made = DesignerWindow != nullptr;
-  ShowDesigner();
-  if (!made) AddHelpKeys(*DesignerWindow, kDesignerPage);
+  ShowWithHelp(ShowDesigner, DesignerWindow, kDesignerPage);
+}
+
+void OpenVersions() {
+  ShowWithHelp(ShowVersions, VersionsWindow, "Versions");
 }
 
 void OpenManual() {

@@ -37,6 +37,7 @@ void ToggleFill();
 void ShapeSelected();
 
 void OpenDesigner();
+void OpenVersions();
 void OpenManual();
 
 }  // namespace kelvane

@@ -35,7 +35,6 @@
 #include "palette/palette.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
-#include "papers/versions_window.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
@@ -126,7 +125,7 @@ void AddFileMenu(Table& table) {
   add("mFilePrinter", "Print to Prin&ter...", "Ctrl+Alt+P", PrintToPrinter);
   add("mFilePreview", "Print Previe&w...", "Ctrl+Alt+V", PreviewPrint);
   table.push_back(Separator("&File"));
-  table.push_back({"&File", "mFileVersions", "&Versions", "", Run<ShowVersions>, PaperHasName});
+  table.push_back({"&File", "mFileVersions", "&Versions", "", Run<OpenVersions>, PaperHasName});
   table.push_back({"&File", "mFileRecover", "&Recover", "", Run<ShowRecovery>});
   table.push_back(Separator("&File"));
   // The frame's close button leaves as this entry does, so the sequence itself ends editing.
