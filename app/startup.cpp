@@ -1,6 +1,7 @@
 #include "app/startup.h"
 
 #include "app/about_window.h"
+#include "app/actions.h"
 #include "app/contact_window.h"
 #include "app/context_help.h"
 #include "app/find_window.h"
@@ -76,7 +77,7 @@ void ConnectSubjects() {
   };
   PaperOpened = OfferWorkOfPaper;
   OpenText = RetypeItem;
-  LookAtBoth = ShowVersions;
+  LookAtBoth = OpenVersions;
   PaperShown = FollowVersions;
   OpenPlacedFormula = OpenFormulaOf;
   PaintFinds = PaintMatches;

@@ -15,6 +15,7 @@
 
 #include "platform/failure.h"
 #include "platform/handlers.h"
+#include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_print_painter.h"
 #include "platform/qt/qt_text.h"
 
@@ -22,6 +23,7 @@ namespace kelvane {
 namespace {
 
 constexpr double kPointsPerInch = 72;
+constexpr char kHelp[] = "Printer";  // what is asked for with F1
 
 // The whole sheet belongs to the page: it has its margins itself.
 void SetSheet(QPrinter& printer, const PrintJob& job) {
@@ -120,7 +122,7 @@ bool QtPrinter::Print(const PrintJob& job) {
                     QAbstractPrintDialog::PrintCurrentPage | QAbstractPrintDialog::PrintCollateCopies);
   dialog.setMinMax(job.pages.front(), job.pages.back());
   dialog.setFromTo(job.pages.front(), job.pages.back());
-  return dialog.exec() == QDialog::Accepted && PrintTo(printer, job, above);
+  return RunDialog(dialog, kHelp) == QDialog::Accepted && PrintTo(printer, job, above);
 }
 
 void QtPrinter::Preview(const PrintJob& job) {
@@ -134,7 +136,7 @@ void QtPrinter::Preview(const PrintJob& job) {
       shows ? PaintSheets(*to, job, nullptr) : PrintTo(*to, job, &dialog);
     });
   });
-  dialog.exec();
+  RunDialog(dialog, kHelp);
 }
 
 }  // namespace kelvane
