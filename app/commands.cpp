@@ -21,6 +21,7 @@
 #include "editing/arrange.h"
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
+#include "editing/dragging.h"
 #include "editing/formula_entry.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
