@@ -19,6 +19,7 @@
 #include "editing/arrange.h"
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
+#include "editing/dragging.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"

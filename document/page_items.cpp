@@ -104,7 +104,21 @@ void Take(std::vector<Item>& items, std::string_view content, std::vector<Item> 
   }
 }
 
+template <typename Item>
+const Item* Find(const std::vector<Item>& items, std::uint64_t id) {
+  const auto item = std::ranges::find(items, id, &Item::id);
+  return item == items.end() || !item->draws ? nullptr : &*item;
+}
+
 }  // namespace
+
+const TextItem* PageItems::FindText(std::uint64_t id) const {
+  return Find(texts_, id);
+}
+
+const DrawingItem* PageItems::FindDrawing(std::uint64_t id) const {
+  return Find(drawings_, id);
+}
 
 void PageItems::Follow(const Page& page) {
   drawingCount_ = page.drawingCount;

@@ -6,7 +6,6 @@
 #include "document/numbers.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
-#include "editing/notes.h"
 #include "typography/colours.h"
 #include "typography/metrics.h"
 #include "typography/typefaces.h"
@@ -148,13 +147,10 @@ void SizeBoxTyped() {
   if (!RunsSelected()) SizeBoxChanged(Text1->Text());
 }
 
-bool EnterSize() {
-  if (!RunsSelected()) return true;
+std::string EnterSize() {
+  if (!RunsSelected()) return {};
   const std::optional<float> size = NumberOf(Text1->Text());
-  if (!size || !(*size > 0)) {
-    ShowNote("The size must be a number above 0");
-    return false;
-  }
+  if (!size || !(*size > 0)) return "The size must be a number above 0";
   ChangeSelected("size",
                  [&](TextEntry& entry) {
                    const bool changed = entry.size != *size;
@@ -162,7 +158,7 @@ bool EnterSize() {
                    return changed;
                  },
                  {});
-  return true;
+  return {};
 }
 
 void ShowProperties() {
