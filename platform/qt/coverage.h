@@ -6,8 +6,11 @@
 
 #include <QPoint>
 #include <QRect>
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <span>
 #include <vector>
 
@@ -57,12 +60,7 @@ class Coverage {
     if (!Begin(shape, shift, clip)) return;
     for (int top = box_.top(); top <= box_.bottom(); top += bandRows_) {
       AddBand(shape, shift, top);
-      for (int y = top; y < bandBottom_; ++y) {
-        for (Stretch stretch; Next(y, stretch);) {
-          if (stretch.count > 0)
-            take(y, box_.left() + stretch.first, coverage_.data() + stretch.first, stretch.count);
-        }
-      }
+      for (int y = top; y < bandBottom_; ++y) TakeRow(y, take);
     }
   }
 
@@ -70,29 +68,62 @@ class Coverage {
   // Columns of a row. Only groups of them that an edge touches are looked at one by one: between the two
   // sides of a thin line, and from one piece of a path to the next, most of a row is empty or evenly full.
   static constexpr int kGroup = 8;
-  struct Stretch {
-    int first = 0;
-    int count = 0;         // of what has ink
-    int end = 0;           // where the next one is looked for
-    std::int32_t sum = 0;  // of the rises before that
-  };
+  // What the rises of a fully covered pixel add up to.
+  static constexpr int kFull = 2 * kPixel * kPixel;
 
   bool Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip);
   void AddBand(const FlatPath& shape, FixedPoint shift, int top);
   void AddEdge(FixedPoint from, FixedPoint to);
-  void AddStretch(int row, int from, int to, int height, int sign);
-  void Touch(int row, int first, int last);
-  // The first group from one on that was touched in a row, or the one behind all.
-  int NextTouched(const std::uint64_t* row, int group) const;
+  void AddStretch(std::int32_t* rises, std::uint64_t* touched, int from, int to, int height);
+  void AddWideStretch(std::int32_t* rises, std::uint64_t* touched, int from, int to, int height);
   std::uint64_t* TouchedIn(int row) {
     return touched_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * words_;
   }
   std::int32_t* RisesIn(int row) {
     return rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * groups_ * kGroup;
   }
-  // Goes on to the next stretch with ink in it, or to one of nothing; false behind the last one, when the
-  // row's rises are 0 again.
-  bool Next(int row, Stretch& stretch);
+  static unsigned char AmountOf(std::int32_t sum) {
+    const auto whole = static_cast<unsigned>(std::min(std::abs(sum), kFull));
+    return static_cast<unsigned char>((whole * 255 + kFull / 2) / kFull);
+  }
+  // Makes amounts of a group's rises, which are 0 then, and returns their sum with that of those before them.
+  static std::int32_t SumGroup(std::int32_t* rises, unsigned char* amounts, std::int32_t before);
+  // The first group from one on that was touched in a row, or the one behind all.
+  int NextTouched(const std::uint64_t* row, int group) const {
+    for (int word = group >> 6; word < words_; ++word) {
+      const std::uint64_t bits = word == group >> 6 ? row[word] >> (group & 63) << (group & 63) : row[word];
+      if (bits != 0) return word * 64 + std::countr_zero(bits);
+    }
+    return groups_;
+  }
+  // Calls `take` for the stretches of a row with ink in them and leaves its rises 0.
+  template <typename Take>
+  void TakeRow(int y, Take& take) {
+    std::uint64_t* const touched = TouchedIn(y);
+    std::int32_t* const rises = RisesIn(y);
+    unsigned char* const covered = coverage_.data();
+    std::int32_t sum = 0;
+    for (int group = NextTouched(touched, 0); group < groups_; group = NextTouched(touched, group)) {
+      const int first = group * kGroup;
+      while (group < groups_) {
+        std::uint64_t& word = touched[group >> 6];
+        const std::uint64_t bit = std::uint64_t{1} << (group & 63);
+        if ((word & bit) != 0) {
+          word ^= bit;
+          sum = SumGroup(rises + group * kGroup, covered + group * kGroup, sum);
+          ++group;
+          continue;
+        }
+        const unsigned char here = AmountOf(sum);
+        if (here == 0) break;
+        const int next = NextTouched(touched, group);
+        std::fill_n(covered + group * kGroup, (next - group) * kGroup, here);
+        group = next;
+      }
+      const int count = std::min(group * kGroup, box_.width()) - first;
+      if (count > 0) take(y, box_.left() + first, covered + first, count);
+    }
+  }
 
   QRect box_;  // what of the shape's bounds lies in the clip
   int bandRows_ = 0;
