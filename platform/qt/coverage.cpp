@@ -209,7 +209,6 @@ bool Coverage::Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip)
   const QRect bounds = shape.Bounds().translated(PixelOf(shift.x), PixelOf(shift.y)).adjusted(0, 0, 1, 1);
   box_ = bounds & clip;
   if (box_.isEmpty()) return false;
-  constexpr int kWordBits = 64;
   groups_ = box_.width() / kGroup + 1;
   words_ = (groups_ + kWordBits - 1) / kWordBits;
   const auto sums = static_cast<std::size_t>(groups_) * kGroup;

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace kelvane {
@@ -68,6 +69,7 @@ class Coverage {
   // Columns of a row. Only groups of them that an edge touches are looked at one by one: between the two
   // sides of a thin line, and from one piece of a path to the next, most of a row is empty or evenly full.
   static constexpr int kGroup = 8;
+  static constexpr int kWordBits = 64;
   // What the rises of a fully covered pixel add up to.
   static constexpr int kFull = 2 * kPixel * kPixel;
 
@@ -88,14 +90,6 @@ class Coverage {
   }
   // Makes amounts of a group's rises, which are 0 then, and returns their sum with that of those before them.
   static std::int32_t SumGroup(std::int32_t* rises, unsigned char* amounts, std::int32_t before);
-  // The first group from one on that was touched in a row, or the one behind all.
-  int NextTouched(const std::uint64_t* row, int group) const {
-    for (int word = group >> 6; word < words_; ++word) {
-      const std::uint64_t bits = word == group >> 6 ? row[word] >> (group & 63) << (group & 63) : row[word];
-      if (bits != 0) return word * 64 + std::countr_zero(bits);
-    }
-    return groups_;
-  }
   // Calls `take` for the stretches of a row with ink in them and leaves its rises 0.
   template <typename Take>
   void TakeRow(int y, Take& take) {
@@ -103,26 +97,32 @@ class Coverage {
     std::int32_t* const rises = RisesIn(y);
     unsigned char* const covered = coverage_.data();
     std::int32_t sum = 0;
-    for (int group = NextTouched(touched, 0); group < groups_; group = NextTouched(touched, group)) {
-      const int first = group * kGroup;
-      while (group < groups_) {
-        std::uint64_t& word = touched[group >> 6];
-        const std::uint64_t bit = std::uint64_t{1} << (group & 63);
-        if ((word & bit) != 0) {
-          word ^= bit;
-          sum = SumGroup(rises + group * kGroup, covered + group * kGroup, sum);
-          ++group;
-          continue;
-        }
-        const unsigned char here = AmountOf(sum);
-        if (here == 0) break;
-        const int next = NextTouched(touched, group);
-        std::fill_n(covered + group * kGroup, (next - group) * kGroup, here);
-        group = next;
+    int first = 0, end = 0;  // groups of the stretch
+    const auto takeStretch = [&] {
+      const int from = first * kGroup, to = std::min(end * kGroup, box_.width());
+      if (from < to) take(y, box_.left() + from, covered + from, to - from);
+    };
+    // Between two groups that edges touch, coverage is even.
+    const auto goOn = [&](int group) {
+      const unsigned char here = AmountOf(sum);
+      if (here == 0) {
+        takeStretch();
+        first = group;
+      } else {
+        std::fill_n(covered + end * kGroup, (group - end) * kGroup, here);
       }
-      const int count = std::min(group * kGroup, box_.width()) - first;
-      if (count > 0) take(y, box_.left() + first, covered + first, count);
+      end = group;
+    };
+    for (int word = 0; word < words_; ++word) {
+      for (std::uint64_t bits = std::exchange(touched[word], 0); bits != 0; bits &= bits - 1) {
+        const int group = word * kWordBits + std::countr_zero(bits);
+        if (group != end) goOn(group);
+        sum = SumGroup(rises + group * kGroup, covered + group * kGroup, sum);
+        end = group + 1;
+      }
     }
+    if (end < groups_) goOn(groups_);
+    takeStretch();
   }
 
   QRect box_;  // what of the shape's bounds lies in the clip
