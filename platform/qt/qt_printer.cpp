@@ -1,5 +1,6 @@
 #include "platform/qt/qt_printer.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QFile>
 #include <QPageLayout>
@@ -8,8 +9,10 @@
 #include <QPrintDialog>
 #include <QPrintEngine>
 #include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QProgressDialog>
+#include <QToolBar>
 #include <algorithm>
 #include <utility>
 
@@ -123,18 +126,73 @@ bool QtPrinter::Print(const PrintJob& job) {
   return dialog.exec() == QDialog::Accepted && PrintTo(printer, job, above);
 }
 
-void QtPrinter::Preview(const PrintJob& job) {
-  QPrinter printer(QPrinter::HighResolution);
-  SetSheet(printer, job);
-  QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
-  QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter* to) {
-    RunHandler([&] {
-      // The preview asks for its own picture first, and for the sheets when the person prints from there.
-      const bool shows = to->paintEngine()->type() == QPaintEngine::Picture;
-      shows ? PaintSheets(*to, job, nullptr) : PrintTo(*to, job, &dialog);
+namespace {
+
+// The preview keeps all pages that it shows in memory.
+constexpr qsizetype kMostPreviewed = 40;
+
+// The desktop's preview of a job. Of a long one it shows a part, with buttons for those before and behind it.
+class PreviewOfJob {
+ public:
+  explicit PreviewOfJob(const PrintJob& job)
+      : job_(job), part_(job), dialog_(&printer_, QApplication::activeWindow()) {
+    SetSheet(printer_, job);
+    QObject::connect(&dialog_, &QPrintPreviewDialog::paintRequested, &dialog_, [this](QPrinter* to) {
+      RunHandler([&] {
+        // The preview asks for its own picture first, and for the sheets when the person prints from there.
+        const bool shows = to->paintEngine()->type() == QPaintEngine::Picture;
+        shows ? PaintSheets(*to, part_, nullptr) : PrintTo(*to, job_, &dialog_);
+      });
     });
-  });
-  dialog.exec();
+    if (Count() > kMostPreviewed) AddSteps();
+    const auto current = std::find(job.pages.begin(), job.pages.end(), job.current);
+    ShowFrom(current - job.pages.begin());
+  }
+
+  void Run() { dialog_.exec(); }
+
+ private:
+  qsizetype Count() const { return static_cast<qsizetype>(job_.pages.size()); }
+
+  void AddSteps() {
+    auto* const bar = dialog_.findChild<QToolBar*>();
+    earlier_ = bar->addAction(QStringLiteral("Earlier Pages"), &dialog_, [this] { Step(-kMostPreviewed); });
+    later_ = bar->addAction(QStringLiteral("Later Pages"), &dialog_, [this] { Step(kMostPreviewed); });
+  }
+
+  void Step(qsizetype pages) {
+    ShowFrom(first_ + pages);
+    auto* const shown = dialog_.findChild<QPrintPreviewWidget*>();
+    shown->updatePreview();
+    shown->setCurrentPage(1);
+  }
+
+  void ShowFrom(qsizetype page) {
+    first_ = std::clamp<qsizetype>(page, 0, std::max<qsizetype>(Count() - kMostPreviewed, 0));
+    const qsizetype end = std::min(first_ + kMostPreviewed, Count());
+    part_.pages.assign(job_.pages.begin() + first_, job_.pages.begin() + end);
+    QString title = QStringLiteral("Print Preview: %1").arg(PlainText(job_.title));
+    if (earlier_ != nullptr) {
+      title += QStringLiteral(", pages %1 to %2").arg(part_.pages.front()).arg(part_.pages.back());
+      earlier_->setEnabled(first_ > 0);
+      later_->setEnabled(end < Count());
+    }
+    dialog_.setWindowTitle(title);
+  }
+
+  const PrintJob& job_;
+  PrintJob part_;  // what is shown of it
+  qsizetype first_ = 0;
+  QPrinter printer_{QPrinter::HighResolution};
+  QPrintPreviewDialog dialog_;
+  QAction* earlier_ = nullptr;
+  QAction* later_ = nullptr;
+};
+
+}  // namespace
+
+void QtPrinter::Preview(const PrintJob& job) {
+  PreviewOfJob(job).Run();
 }
 
 }  // namespace kelvane
