@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QPageLayout>
 #include <QPaintEngine>
@@ -12,11 +13,13 @@
 #include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QProgressDialog>
+#include <QTemporaryFile>
 #include <QToolBar>
 #include <algorithm>
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/files.h"
 #include "platform/handlers.h"
 #include "platform/qt/qt_print_painter.h"
 #include "platform/qt/qt_text.h"
@@ -72,6 +75,11 @@ void PaintSheet(QPrinter& printer, QPainter& painter, const PrintJob& job, int p
   painter.restore();
 }
 
+std::string NotTaken(const QPrinter& printer) {
+  if (printer.outputFileName().isEmpty()) return "The printer does not take all of the pages.";
+  return "There is no room for the printed pages in " + QDir::tempPath().toStdString() + ".";
+}
+
 // False if the person stopped it.
 bool PaintSheets(QPrinter& printer, const PrintJob& job, QProgressDialog* progress) {
   const QList<int> sheets = Sheets(printer, job);
@@ -85,30 +93,58 @@ bool PaintSheets(QPrinter& printer, const PrintJob& job, QProgressDialog* progre
       progress->setValue(static_cast<int>(i));
       if (progress->wasCanceled()) return false;
     }
-    if (i > 0 && !printer.newPage()) throw Failure("The printer does not take another page.");
+    if (i > 0 && !printer.newPage()) throw Failure(NotTaken(printer));
     PaintSheet(printer, painter, job, sheets[i], embedsFonts);
   }
-  if (!painter.end() || printer.printerState() == QPrinter::Error)
-    throw Failure("What was printed could not be written.");
+  if (!painter.end() || printer.printerState() == QPrinter::Error) throw Failure(NotTaken(printer));
   return true;
 }
 
-// Nothing is left in the queue, or of the file, of a job that came to no end.
-void GiveUp(QPrinter& printer) {
-  printer.abort();
-  if (!printer.outputFileName().isEmpty()) QFile::remove(printer.outputFileName());
-}
+// A file that is printed to is made elsewhere first: what the person has under its name stays until the new
+// one is whole.
+class PrintedFile {
+ public:
+  explicit PrintedFile(QPrinter& printer) : printer_(printer), path_(printer.outputFileName()) {
+    if (path_.isEmpty()) return;
+    if (!sheets_.open()) throw Failure("Cannot make a file in " + QDir::tempPath().toStdString() + ".");
+    printer_.setOutputFileName(sheets_.fileName());
+  }
+  ~PrintedFile() {
+    if (!path_.isEmpty()) printer_.setOutputFileName(path_);
+  }
+  PrintedFile(const PrintedFile&) = delete;
+  PrintedFile& operator=(const PrintedFile&) = delete;
 
+  void PutInPlace() {
+    constexpr qint64 kAtOnce = 1 << 20;
+    if (path_.isEmpty()) return;
+    SafeFile file(BackslashPath(QFile::encodeName(path_).toStdString()));
+    for (QByteArray part = sheets_.read(kAtOnce); !part.isEmpty(); part = sheets_.read(kAtOnce))
+      file.Append({part.constData(), static_cast<std::size_t>(part.size())});
+    file.PutInPlace();
+  }
+
+ private:
+  QPrinter& printer_;
+  const QString path_;
+  QTemporaryFile sheets_{QDir::tempPath() + QStringLiteral("/kelvane-XXXXXX.pdf")};
+};
+
+// False if the person stopped it. Nothing is left in the queue of a job that came to no end.
 bool PrintTo(QPrinter& printer, const PrintJob& job, QWidget* above) {
   QProgressDialog progress(QStringLiteral("Printing"), QStringLiteral("Cancel"), 0, 0, above);
   progress.setWindowModality(Qt::WindowModal);
+  PrintedFile file(printer);
   try {
-    if (PaintSheets(printer, job, &progress)) return true;
+    if (PaintSheets(printer, job, &progress)) {
+      file.PutInPlace();
+      return true;
+    }
   } catch (...) {
-    GiveUp(printer);
+    printer.abort();
     throw;
   }
-  GiveUp(printer);
+  printer.abort();
   return false;
 }
 

@@ -2,11 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMimeData>
+#include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QTimer>
+#include <QToolBar>
 
 #include "document/page.h"
 #include "output/pdf.h"
@@ -14,6 +19,7 @@
 #include "platform/failure.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_print_painter.h"
+#include "platform/qt/qt_printer.h"
 #include "tests/screen/ink.h"
 #include "tests/screen/program_on_disk.h"
 #include "tests/screen/screen_test.h"
@@ -127,6 +133,31 @@ TEST_F(PictureTest, PrintersSheetIsThePrintedPage) {
     EXPECT_TRUE(LiesOn(sheet, printed));
     EXPECT_TRUE(LiesOn(printed, sheet));
   }
+}
+
+TEST_F(PictureTest, PreviewReachesAllPages) {
+  std::vector<int> painted;
+  PrintJob job{.title = "Essay", .width = PaperWidth, .height = PaperHeight, .current = 60};
+  for (int page = 1; page <= 90; ++page) job.pages.push_back(page);
+  job.paint = [&](int page, float, Painter&) { painted.push_back(page); };
+  std::string shown;
+  QTimer::singleShot(0, [&] {
+    auto* const preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+    const auto press = [&](const char* caption) {
+      shown += std::to_string(painted.front()) + "-" + std::to_string(painted.back()) + " ";
+      painted.clear();
+      for (QAction* action : preview->findChild<QToolBar*>()->actions())
+        if (action->text() == QLatin1String(caption) && action->isEnabled()) action->trigger();
+    };
+    press("Earlier Pages");
+    press("Earlier Pages");
+    press("Later Pages");
+    shown += preview->windowTitle().toStdString();
+    preview->close();
+  });
+  QtPrinter().Preview(job);
+  EXPECT_EQ(shown, "51-90 11-50 1-40 Print Preview: Essay, pages 41 to 80");
+  EXPECT_EQ(painted.size(), 40U);
 }
 
 TEST_F(PictureTest, CanvasShowsAPicturePixelByPixel) {
