@@ -313,6 +313,7 @@ constexpr char kStateFile[] = "palette";
 }  // namespace
 
 void ResetPalette() {
+  ResetTallBrackets();
   PaletteCanvas = nullptr;
   SearchBox = nullptr;
   Shown = false;
@@ -344,7 +345,6 @@ void BuildPalette(Window& window) {
   PaletteCanvas->OnMouseMove = Move;
   PaletteCanvas->OnMouseUp = Up;
   PaletteCanvas->OnWheel = [](const WheelEvent& event) { ScrollTo(Scroll - event.steps * kNotch); };
-  BuildTallWindow();
 }
 
 void TogglePalette() {

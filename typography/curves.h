@@ -14,6 +14,9 @@ namespace kelvane {
 // 2/3: pages and the printed `rp` and `rb` have always used this flatter curve, so the screen keeps it too.
 inline constexpr double kCurveFactor = 0.556;
 
+// A line without a width prints so wide, points.
+inline constexpr float kHairline = 0.1F;
+
 // Adds the curve from `start`, where the path is, to `end`.
 void AddCurve(Path& path, Point start, Point control, Point end);
 

@@ -360,9 +360,18 @@ void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
   }
 }
 
+std::int32_t SumRisesPlainly(std::int32_t* rises, unsigned char* amounts, std::int32_t before) {
+  for (int i = 0; i < kRisesTogether; ++i) {
+    before += rises[i];
+    rises[i] = 0;
+    amounts[i] = AmountOf(before);
+  }
+  return before;
+}
+
+std::int32_t SumRises(std::int32_t* rises, unsigned char* amounts, std::int32_t before) {
 #ifdef __SSE2__
-std::int32_t Coverage::SumGroup(std::int32_t* rises, unsigned char* amounts, std::int32_t before) {
-  static_assert(kFull == 1 << 17 && kGroup == 8);
+  static_assert(kFull == 1 << 17 && kRisesTogether == 8);
   auto* const places = reinterpret_cast<__m128i*>(rises);
   const __m128i most = _mm_set1_epi32(kFull), half = _mm_set1_epi32(kFull / 2);
   const auto sumsOf = [](__m128i four, __m128i start) {
@@ -384,16 +393,9 @@ std::int32_t Coverage::SumGroup(std::int32_t* rises, unsigned char* amounts, std
   _mm_storeu_si128(places, _mm_setzero_si128());
   _mm_storeu_si128(places + 1, _mm_setzero_si128());
   return _mm_cvtsi128_si32(_mm_shuffle_epi32(second, 0xFF));
-}
 #else
-std::int32_t Coverage::SumGroup(std::int32_t* rises, unsigned char* amounts, std::int32_t before) {
-  for (int i = 0; i < kGroup; ++i) {
-    before += rises[i];
-    rises[i] = 0;
-    amounts[i] = AmountOf(before);
-  }
-  return before;
-}
+  return SumRisesPlainly(rises, amounts, before);
 #endif
+}
 
 }  // namespace kelvane

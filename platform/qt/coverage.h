@@ -52,6 +52,19 @@ class FlatPath {
 // Adds the areas that lines of a width, in device pixels, cover: ends and joins are round.
 void AddStroke(FlatPath& area, const FlatPath& lines, double width);
 
+// What the rises of a fully covered pixel add up to.
+inline constexpr int kFull = 2 * kPixel * kPixel;
+// The coverage, 0 to 255, that rises add up to.
+inline unsigned char AmountOf(std::int32_t sum) {
+  const auto whole = static_cast<unsigned>(std::min(std::abs(sum), kFull));
+  return static_cast<unsigned char>((whole * 255 + kFull / 2) / kFull);
+}
+// Makes amounts of eight rises, which are 0 then, and returns their sum with that of those before them.
+inline constexpr int kRisesTogether = 8;
+std::int32_t SumRises(std::int32_t* rises, unsigned char* amounts, std::int32_t before);
+// The same one by one: what the other one does for machines without vectors.
+std::int32_t SumRisesPlainly(std::int32_t* rises, unsigned char* amounts, std::int32_t before);
+
 class Coverage {
  public:
   // Non-zero winding. Calls take(y, x, coverage, count) for each row of the clip with ink in it; coverage is
@@ -68,11 +81,8 @@ class Coverage {
  private:
   // Columns of a row. Only groups of them that an edge touches are looked at one by one: between the two
   // sides of a thin line, and from one piece of a path to the next, most of a row is empty or evenly full.
-  static constexpr int kGroup = 8;
+  static constexpr int kGroup = kRisesTogether;
   static constexpr int kWordBits = 64;
-  // What the rises of a fully covered pixel add up to.
-  static constexpr int kFull = 2 * kPixel * kPixel;
-
   bool Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip);
   void AddBand(const FlatPath& shape, FixedPoint shift, int top);
   void AddEdge(FixedPoint from, FixedPoint to);
@@ -84,12 +94,6 @@ class Coverage {
   std::int32_t* RisesIn(int row) {
     return rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * groups_ * kGroup;
   }
-  static unsigned char AmountOf(std::int32_t sum) {
-    const auto whole = static_cast<unsigned>(std::min(std::abs(sum), kFull));
-    return static_cast<unsigned char>((whole * 255 + kFull / 2) / kFull);
-  }
-  // Makes amounts of a group's rises, which are 0 then, and returns their sum with that of those before them.
-  static std::int32_t SumGroup(std::int32_t* rises, unsigned char* amounts, std::int32_t before);
   // Calls `take` for the stretches of a row with ink in them and leaves its rises 0.
   template <typename Take>
   void TakeRow(int y, Take& take) {
@@ -117,7 +121,7 @@ class Coverage {
       for (std::uint64_t bits = std::exchange(touched[word], 0); bits != 0; bits &= bits - 1) {
         const int group = word * kWordBits + std::countr_zero(bits);
         if (group != end) goOn(group);
-        sum = SumGroup(rises + group * kGroup, covered + group * kGroup, sum);
+        sum = SumRises(rises + group * kGroup, covered + group * kGroup, sum);
         end = group + 1;
       }
     }
