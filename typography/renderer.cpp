@@ -179,7 +179,7 @@ class Placements {
 }  // namespace
 
 void PaintPage(Painter& painter, const View& view, const PageItems& items, const Box& area) {
-  if (view.paper) painter.FillBox({0, 0, PaperWidth, PaperHeight}, PaletteColour(kWhite));
+  if (view.paper) painter.FillBox(WholeSheet(), PaletteColour(kWhite));
   PaintGrid(painter, view, area);
   PaintGuides(painter, view);
   for (const DrawingItem& item : items.Drawings()) {

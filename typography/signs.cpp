@@ -313,26 +313,36 @@ Reading ReadMade(const std::vector<Token>& tokens, std::size_t at) {
   return reading;
 }
 
+const Sign* SignMarked(char32_t base, char mark) {
+  const auto found =
+      std::ranges::find_if(SignTable(), [&](const Sign& s) { return s.mark == mark && s.base == base; });
+  return mark == 0 || found == SignTable().end() ? nullptr : &*found;
+}
+
 // A character and the marks of Math0 that stand over or through it.
 Reading ReadMarked(const std::vector<Token>& tokens, std::size_t at) {
-  const auto isMark = [](const Token& token) {
+  const auto isAccent = [](const Token& token) {
     return token.font >= kFirstGlyphFont && IsCombining(CharacterAt(token));
   };
   const char32_t base = CharacterAt(tokens[at]);
-  if (base == 0 || base == ' ' || isMark(tokens[at])) return {};
+  if (base == 0 || base == ' ' || isAccent(tokens[at])) return {};
+  // What is no accent marks the character that it was moved over.
+  const auto isMark = [&](std::size_t i) {
+    return isAccent(tokens[i]) || (tokens[i].font >= kFirstGlyphFont && tokens[i - 1].font == kNoFont &&
+                                   SignMarked(base, static_cast<char>(tokens[i].code)));
+  };
   std::string marks;
   char key = 0;
   std::size_t last = at;
-  for (std::size_t i = at + 1; i < tokens.size() && (tokens[i].font == kNoFont || isMark(tokens[i])); ++i) {
+  for (std::size_t i = at + 1; i < tokens.size() && (tokens[i].font == kNoFont || isMark(i)); ++i) {
     if (tokens[i].font == kNoFont) continue;
     key = marks.empty() ? static_cast<char>(tokens[i].code) : char{0};
     marks += WriteUtf8(CharacterAt(tokens[i]));
     last = i;
   }
   if (marks.empty()) return {};
-  const auto whole = std::ranges::find_if(
-      SignTable(), [&](const Sign& sign) { return key != 0 && sign.mark == key && sign.base == base; });
-  return {last - at + 1, whole != SignTable().end() ? WriteUtf8(whole->character) : WriteUtf8(base) + marks};
+  const Sign* whole = SignMarked(base, key);
+  return {last - at + 1, whole ? WriteUtf8(whole->character) : WriteUtf8(base) + marks};
 }
 
 // ---- Names ----

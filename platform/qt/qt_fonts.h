@@ -14,9 +14,6 @@
 
 namespace kelvane {
 
-// Slope of a face that has no italic of its own. The printed Symbol-Italic leans by the same 12 degrees.
-inline constexpr double kSlant = 0.2125565617;
-
 // One face, loaded when it is first asked for.
 class QtFace {
  public:
