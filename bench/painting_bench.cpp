@@ -303,7 +303,7 @@ void JournaledEdit(benchmark::State& state) {
 void Scroll(benchmark::State& state) {
   const Stage stage;
   FillPage(static_cast<int>(state.range(0)), 24);
-  ShowPage();
+  stage.ShowFilledPage();
   float way = 48;
   for (auto _ : state) {
     stage.Show([&] { ScrollBy(0, way); });
@@ -315,7 +315,7 @@ void Scroll(benchmark::State& state) {
 void Drag(benchmark::State& state) {
   const Stage stage;
   FillPage(static_cast<int>(state.range(0)), 24);
-  ShowPage();
+  stage.ShowFilledPage();
   float way = 3;
   for (auto _ : state) {
     stage.Show([&] { ScrollBy(way, way); });
@@ -367,6 +367,7 @@ void CommitAndUndo(benchmark::State& state) {
   const Stage stage;
   FillPage(static_cast<int>(state.range(0)), 24);
   ResetEdits();
+  stage.ShowFilledPage();
   for (auto _ : state) {
     stage.Show([] {
       EditPage("typing", [](Page& page) { page.text += "100 300 m 12 F0 (A run of text) 3 s\r\n"; });

@@ -64,6 +64,10 @@ Stage::~Stage() {
   Picture1 = editorCanvas;
 }
 
+void Stage::ShowFilledPage() const {
+  Show([] { ShowPage(); });
+}
+
 void FillPage(int runs, float pixels, unsigned seed, int faces) {
   std::minstd_rand random(seed);
   const float size = pixels / SCALE;

@@ -46,6 +46,9 @@ struct Stage {
   Stage();
   ~Stage();
 
+  // Has the page shown as it is now, so that what comes next is measured without that.
+  void ShowFilledPage() const;
+
   // Does something and waits until it is painted.
   template <typename Act>
   void Show(Act act) const {
