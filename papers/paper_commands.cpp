@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -482,6 +483,12 @@ bool GoToPage(int number) {
 int LastPageOfPaper() {
   if (CountedPaper != NameOfPaper()) CountPages();
   return LastPage;
+}
+
+int LastPageSeen() {
+  const auto behind = LeftFiles.upper_bound(kLastPage);
+  const int left = behind == LeftFiles.begin() ? 0 : std::prev(behind)->first;
+  return std::max({left, LastPageOfPaper(), static_cast<int>(CurrentPageNumber)});
 }
 
 int PagesShown() {
