@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/menus.h"
+#include "app/menu_bar.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
 #include "editing/picking.h"

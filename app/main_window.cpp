@@ -10,6 +10,7 @@
 #include "app/first_minutes.h"
 #include "app/foot.h"
 #include "app/icons.h"
+#include "app/menu_bar.h"
 #include "app/menus.h"
 #include "app/typing_view.h"
 #include "document/fields.h"

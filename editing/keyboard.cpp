@@ -53,6 +53,14 @@ float RetypedAmount = 0;
 std::string WaitingRun;
 TextEntry ForNewRuns;
 
+// The line that Enter led to last: its y, the number of the last chosen cursor point and the last item then.
+struct Line {
+  float y = 0;
+  int place = -1;
+  std::uint64_t lastAbove = 0;
+};
+Line NewLine;
+
 OpenRun RunNow() {
   return {PendingRun, CursorX, CursorY, FontSize, BaseFont, CursorMode};
 }
@@ -135,7 +143,7 @@ void EnterKey(bool justify) {
     if (!PendingRun.empty() || CursorMode == 0) return;  // it could not be taken, or an item has its place
     StayPlaced();
   }
-  CursorY = NextLine(CursorY);
+  GoToLine(NextLine(CursorY));
 }
 
 TextEntry EntryForRun() {
@@ -282,6 +290,7 @@ void ResetKeyboard() {
   GivenBack = {};
   Names.Close();
   Retyped = 0;
+  NewLine = {};
 }
 
 Tool& TypingTool() {
@@ -386,6 +395,10 @@ bool Retyping() {
   return Retyped != 0;
 }
 
+bool RetypedCanBeCut() {
+  return Retyped != 0 && RetypedAmount == 0 && WaitingRun.empty();
+}
+
 std::uint64_t RetypedItem() {
   return Retyped;
 }
@@ -423,6 +436,22 @@ float NextLine(float y) {
   const double lines = std::floor((static_cast<double>(FontSize) + y + GridStepV) / GridStepV);
   constexpr double kMost = std::numeric_limits<float>::max();
   return static_cast<float>(std::min(lines * GridStepV, kMost));
+}
+
+void GoToLine(float y) {
+  std::uint64_t last = 0;
+  for (const TextItem& item : ItemsOfPage().Texts()) last = std::max(last, item.id);
+  for (const DrawingItem& item : ItemsOfPage().Drawings()) last = std::max(last, item.id);
+  CursorY = y;
+  NewLine = {y, PlaceChosen(), last};
+}
+
+bool IsOnNewLine() {
+  return NewLine.place == PlaceChosen() && NewLine.y == CursorY;
+}
+
+std::uint64_t LastAboveLine() {
+  return NewLine.lastAbove;
 }
 
 RunEnds EndsOfRun() {

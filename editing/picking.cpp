@@ -5,6 +5,7 @@
 #include "document/page_items.h"
 #include "editing/selection.h"
 #include "editing/tool.h"
+#include "typography/curves.h"
 #include "typography/item_boxes.h"
 
 namespace kelvane {
@@ -33,10 +34,6 @@ std::vector<std::uint64_t> ItemsAt(Point at) {
 
 bool IsAtMarkedBox(Point at) {
   return DistanceTo(MarkedBox(), at) <= Pixels(kPickPixels);
-}
-
-Box BoxBetween(Point a, Point b) {
-  return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
 }
 
 bool Touch(const Box& a, const Box& b) {

@@ -15,7 +15,6 @@ std::vector<std::uint64_t> ItemsAt(Point at);
 // Whether a point lies so near to the box of the selection, or in it.
 bool IsAtMarkedBox(Point at);
 
-Box BoxBetween(Point a, Point b);
 bool Touch(const Box& a, const Box& b);
 
 // Selects by a box: dragged to the right it takes what lies in it, to the left what it touches. With

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "document/numbers.h"
+#include "editing/formula_entry.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "typography/colours.h"
@@ -119,7 +120,10 @@ bool ShowsAnchor(int anchor) {
 }
 
 void SetFont(std::int16_t font) {
-  if (!RunsSelected()) return ChooseFont(font);
+  if (!RunsSelected()) {
+    ChooseFont(font);
+    return FollowTypeface();
+  }
   ChangeSelected("typeface",
                  [font](TextEntry& entry) {
                    const bool changed = entry.font != font;
@@ -144,7 +148,9 @@ void SetAnchor(int anchor) {
 }
 
 void SizeBoxTyped() {
-  if (!RunsSelected()) SizeBoxChanged(Text1->Text());
+  if (RunsSelected()) return;
+  SizeBoxChanged(Text1->Text());
+  FollowTypeface();
 }
 
 std::string EnterSize() {

@@ -14,6 +14,7 @@
 #include "editing/picking.h"
 #include "editing/properties.h"
 #include "typography/colours.h"
+#include "typography/curves.h"
 
 namespace kelvane {
 

@@ -9,8 +9,10 @@
 #include "document/numbers.h"
 #include "document/paper.h"
 #include "editing/edit.h"
+#include "editing/notes.h"
 #include "papers/journal.h"
 #include "papers/paper_commands.h"
+#include "papers/versions.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -138,7 +140,11 @@ Operation Remove(const Operation& operation) {
   RenamePages(Taking(page, last));
   ShowPageOfPaper(std::clamp(operation.to > 0 ? operation.to : page, 1, std::max(most - 1, 1)));
   // Only now that all others are in their places. If it fails, the page is the last one of the paper.
-  if (inverse.content) TheFiles->Remove(FileOf(last + 1));
+  if (inverse.content) {
+    KeepRemoved(FileOf(page), *inverse.content);
+    if (!VersionsTrouble().empty()) ShowNote(VersionsTrouble());
+    TheFiles->Remove(FileOf(last + 1));
+  }
   RenumberPages([&](int number) { return number == last + 1 ? inverse.keptAs : number; });
   return inverse;
 }
@@ -244,7 +250,11 @@ int MostPageNumber() {
 
 bool InsertPageAt(int page) {
   return StorePageOfPaper() && MayInsert("Insert an empty page " + std::to_string(page), page) &&
-         Do({.kind = Kind::Insert, .page = page, .label = "insert page"});
+         Do({.kind = Kind::Insert,
+             .page = page,
+             // A paper is found by its first page, so that one has a file even while it is empty.
+             .content = page == 1 ? std::optional(std::string()) : std::nullopt,
+             .label = "insert page"});
 }
 
 bool DuplicatePageAt(int page) {
@@ -262,11 +272,19 @@ bool DeletePageAt(int page) {
   const std::string renumbering = RenumberingFrom(page + 1, -1);
   const bool agreed =
       HasContent(page)
-          ? TheDialogs->Ask(what + "?\r\nIts file is removed. " + renumbering +
-                                "Undo brings it back as long as the paper is open, not afterwards.",
-                            false)
+          ? TheDialogs->Ask(
+                what + "?\r\nIts file is removed. " + renumbering +
+                    "Undo brings it back as long as the paper is open, and File, Versions later on.",
+                false)
           : AskKeeping(what, renumbering);
   return agreed && Do({.kind = Kind::Remove, .page = page, .label = "delete page " + number});
+}
+
+bool BringPageBack(int number, const std::string& content) {
+  if (!StorePageOfPaper()) return false;
+  const int page = std::clamp(number, 1, MostPageNumber() + 1);
+  return MayInsert("Bring page " + std::to_string(page) + " back", page) &&
+         Do({.kind = Kind::Insert, .page = page, .content = content, .label = "bring page back"});
 }
 
 bool MovePageTo(int page, int to) {

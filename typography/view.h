@@ -22,6 +22,7 @@ inline constexpr std::int16_t kDefaultGridStepV = 3;
 
 extern float PaperWidth;   // points
 extern float PaperHeight;  // points
+Box WholeSheet();          // all of it, points
 extern float STARTX;       // page point at the centre of the canvas
 extern float STARTY;
 extern float SCALE;  // canvas pixels per point
