@@ -27,9 +27,6 @@ constexpr float kClosingGap = 0.01F;  // points
 // beyond 100, so that there are middles between them; below 100 there is one more.
 constexpr double kCoarseStep = 0.0002;  // points
 constexpr double kFineStep = 0.00002;
-constexpr int kTriesNear = 40;             // of each kind of step, to both sides
-constexpr int kTriesFar = 200;             // altogether 0.02 points: less than can be seen
-constexpr std::size_t kMostTries = 60000;  // and some for each place of a long path
 
 // The next token of a text entry, from which blanks in front are taken; empty at the end.
 std::string_view TakeToken(std::string_view& rest) {
@@ -173,83 +170,109 @@ bool IsWritten(float number) {
   return AsWritten(number) == number;
 }
 
-// Whether straight segments are straight in the record and in that of the line which is written and read.
-// Goes on to the places that the reader comes to, which add up the errors of the written digits.
+// Whether a straight segment is one in its record, and in that of the line which is written and read. A
+// reader comes to `read` and `next` for its ends.
+bool StaysStraight(float start, float end, float read, float next) {
+  if (!IsWritten(Middle(start, end))) return false;
+  const bool exact = read == start && next == end;
+  return exact || AsWritten(Middle(read, next)) == Middle(AsWritten(read), AsWritten(next));
+}
+
+// Whether straight segments stay so. Goes on to the places that the reader comes to, which add up the errors
+// of the written digits.
 bool ReadsStraight(Places& places, const std::vector<bool>& straight, bool closed) {
-  Places read = {AsWritten(places.front())};
+  float start = places.front();
+  float read = places.front() = AsWritten(start);
   for (std::size_t i = 0; i < straight.size(); ++i) {
+    const float end = places[i + 1];
     const bool closes = closed && i + 1 == straight.size();
-    read.push_back(closes ? read.front() : read[i] + AsWritten(places[i + 1] - places[i]));
-    if (!straight[i]) continue;
-    if (!IsWritten(Middle(places[i], places[i + 1]))) return false;
-    const float middle = AsWritten(Middle(read[i], read[i + 1]));
-    if (middle != Middle(AsWritten(read[i]), AsWritten(read[i + 1]))) return false;
+    const float next = closes ? places.front() : read + AsWritten(end - start);
+    if (straight[i] && !StaysStraight(start, end, read, next)) return false;
+    places[i + 1] = AsWritten(next);
+    start = end;
+    read = next;
   }
-  for (std::size_t i = 0; i < read.size(); ++i) places[i] = AsWritten(read[i]);
   return true;
 }
 
-// One of the numbers near another one, as it is written: so many on coarse steps, the nearest first, then as
-// many on fine ones.
-float Beside(double number, int tried, int tries) {
-  const double step = tried < tries ? kCoarseStep : kFineStep;
-  const int at = tried % tries;
-  const int steps = at % 2 == 0 ? at / 2 : -(at + 1) / 2;
+// One of the numbers near another one, as it is written: the nearest first.
+float Beside(double number, int tried, double step) {
+  const int steps = tried % 2 == 0 ? tried / 2 : -(tried + 1) / 2;
   return AsWritten(static_cast<float>((std::round(number / step) + steps) * step));
 }
 
-// Whether a reader comes from one place to just the other, and to a straight segment.
-bool IsMet(float from, float to, float way, bool straight) {
-  return IsWritten(to) && AsWritten(to - from) == way && (!straight || IsWritten(Middle(from, to)));
-}
+// How places are looked for. Exact ones are those that a reader comes to without an error; there may be
+// others that do, and are nearer.
+struct Search {
+  bool exact;
+  int tries;         // for a place, of each kind of step
+  std::size_t most;  // for all places
+};
 
-// Places so near to those that are wanted that a reader comes to just these. Nothing if there are none.
+// Altogether no place moves by more than 0.02 points, which cannot be seen.
+constexpr Search kSearches[] = {{false, 100, 1000}, {true, 40, 20000}, {true, 200, 60000}};
+
+// Places so near to those that are wanted that straight segments stay straight. Nothing if there are none.
 std::optional<Places> SettledPlaces(const Places& wanted, const std::vector<bool>& straight, bool closed,
-                                    int tries) {
+                                    const Search& search) {
   Places places = wanted;
+  Places read = wanted;
   std::vector<int> tried(places.size());
-  std::size_t left = kMostTries + static_cast<std::size_t>(tries) * places.size();
-  for (std::size_t i = 0; i < places.size();) {
-    if (tried[i] == 2 * tries) {  // the place before has to give way
+  const int tries = search.exact ? 2 * search.tries : search.tries;
+  std::size_t left = search.most + 2 * places.size();
+  for (std::size_t i = 0; left > 0; --left) {
+    if (i == places.size()) {
+      Places again = read;
+      for (float& place : again) place = AsWritten(place);
+      if (ReadsStraight(again, straight, closed)) return places;
+      --i;
+    }
+    if (tried[i] >= tries) {  // the place before has to give way
       if (i == 0) return std::nullopt;
       --i;
       continue;
     }
-    if (left-- == 0) return std::nullopt;
-    const int next = tried[i]++;
+    const int next = tried[i] % search.tries;
+    const double step = tried[i]++ < search.tries ? kCoarseStep : kFineStep;
     if (i == 0) {
-      places[i] = Beside(wanted[i], next, tries);
-    } else if (closed && i + 1 == places.size()) {
-      tried[i] = 2 * tries;
-      if (straight[i - 1] && !IsWritten(Middle(places[i - 1], places.front()))) continue;
-      places[i] = places.front();
+      places[i] = read[i] = Beside(wanted[i], next, step);
     } else {
-      const float way = Beside(static_cast<double>(wanted[i]) - places[i - 1], next, tries);
-      places[i] = places[i - 1] + way;
-      if (!IsMet(places[i - 1], places[i], way, straight[i - 1])) continue;
+      const float before = places[i - 1];
+      const bool closes = closed && i + 1 == places.size();
+      if (closes) tried[i] = tries;
+      places[i] = closes         ? places.front()
+                  : search.exact ? before + Beside(static_cast<double>(wanted[i]) - before, next, step)
+                                 : Beside(wanted[i], next, step);
+      read[i] = closes ? read.front() : read[i - 1] + AsWritten(places[i] - before);
+      if (search.exact && (read[i] != places[i] || !IsWritten(places[i]))) continue;
+      if (straight[i - 1] && !StaysStraight(before, places[i], read[i - 1], read[i])) continue;
     }
     if (++i < places.size()) tried[i] = 0;
   }
-  return places;
+  return std::nullopt;
 }
 
 // Brings a drawing to places between which straight segments stay straight however often they are written and
 // read.
 void SettleSegments(Drawing& drawing, const std::vector<bool>& straight) {
   const bool closed = drawing.closed;
+  Places wanted;
+  Places read;
   for (float Point::*const axis : {&Point::x, &Point::y}) {
-    std::optional<Places> places = Places();
+    wanted.clear();
     for (std::size_t i = 0; i < drawing.points.size(); i += 2)
-      places->push_back(AsWritten(drawing.points[i].*axis));
+      wanted.push_back(AsWritten(drawing.points[i].*axis));
     // Mostly they can stay. What has been read twice does not change any more.
-    Places read = *places;
-    if (!ReadsStraight(read, straight, closed) || !ReadsStraight(read, straight, closed)) {
-      read = *places;
-      places = SettledPlaces(read, straight, closed, kTriesNear);
-      if (!places) places = SettledPlaces(read, straight, closed, kTriesFar);
+    read = wanted;
+    std::optional<Places> settled;
+    if (!ReadsStraight(read, straight, closed) ||
+        (read != wanted && !ReadsStraight(read, straight, closed))) {
+      for (const Search& search : kSearches)
+        if (!settled) settled = SettledPlaces(wanted, straight, closed, search);
+      if (!settled) continue;
     }
-    if (!places) continue;
-    for (std::size_t i = 0; i < places->size(); ++i) drawing.points[2 * i].*axis = (*places)[i];
+    const Places& places = settled ? *settled : wanted;
+    for (std::size_t i = 0; i < places.size(); ++i) drawing.points[2 * i].*axis = places[i];
   }
 }
 
