@@ -203,8 +203,10 @@ bool PlaceNow() {
   Page page = placed.page;
   std::vector<std::uint64_t> instead = Now->instead;
   if (Now->down > 0) instead = TakeLineDown(page);
-  AddPage("formula", page, instead);
-  CursorY += std::exchange(Now->down, 0.0F);
+  AddPage(kPlacingFormula, page, instead);
+  LowerLine(std::exchange(Now->down, 0.0F));
+  // What hangs below the line as letters do needs no more room.
+  NoteLineBottom(OnLine().y + Now->formula.depth - kTail * Now->style.size);
   KeepPlacedFormula(std::move(placed));
   return true;
 }
@@ -231,11 +233,7 @@ void EnterKey(bool behind) {
   CommitPendingRun(false);
   if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
   if (placed.run && placed.run->lineX) CursorX = *placed.run->lineX;
-  // What hangs below the line as letters do needs no more room.
-  const float bottom = CursorY + placed.formula.depth - kTail * FontSize;
-  float y = NextLine(CursorY);
-  while (y - FontSize < bottom && y < PaperHeight) y = NextLine(y);
-  GoToLine(y);
+  GoToNextLine();
   ShowCursor();
 }
 

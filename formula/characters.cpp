@@ -1,6 +1,7 @@
 // Signs, words and what takes their room.
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <string>
 
@@ -13,6 +14,10 @@
 
 namespace kelvane::formula {
 namespace {
+
+bool IsGreekCapital(char32_t character) {
+  return character >= U'Α' && character <= U'Ω';
+}
 
 bool IsGreek(char32_t character) {
   return (character >= U'α' && character <= U'ω') || character == U'ϕ' || character == U'ϑ' ||
@@ -135,7 +140,7 @@ Part Setter::SetSign(const Node& node, Style style) {
       font = kSymbol;
       break;
     case SignClass::Letter:
-      if (IsGreek(node.character)) {
+      if (IsGreek(node.character) || (IsGreekCapital(node.character) && face == Face::Italic)) {
         font = face == Face::Roman ? kSymbol : kSymbolItalic;
         part.letter = font == kSymbolItalic;
       }
@@ -163,38 +168,55 @@ std::string_view TakeWord(std::string_view& rest) {
 
 Part Setter::SetDrawn(const DrawnSign& sign, Style style, std::size_t at) {
   const float size = SizeOf(style);
-  const float own = sign.atom == Atom::Operator && style.Display() ? kDrawnOperator * size : size;
+  const bool large = sign.atom == Atom::Operator;
+  const bool integral = IsIntegral(sign.character);
+  const float own = size * (!large            ? 1
+                            : style.Display() ? (integral ? kDisplayIntegral : kDrawnOperator)
+                            : integral        ? kTextOperator
+                                              : 1);
   const float stroke = (sign.names.empty() ? kLetterStroke : kStroke) * own;
   const auto placed = [&](float x, float y) { return Point{x * own, -kAxis * size - (y - kAxis) * own}; };
   Part part = Begin();
   for (std::string_view rest = sign.parts; !rest.empty();) {
     std::string_view one = rest.substr(0, rest.find(';'));
     rest.remove_prefix(std::min(one.size() + 1, rest.size()));
-    const char kind = TakeWord(one).front();
+    const char kind = one.front();
+    std::vector<Point> points;
     std::vector<float> numbers;
-    for (std::string_view word = TakeWord(one); !word.empty(); word = TakeWord(one))
+    bool straight = true;
+    for (std::string_view word = TakeWord(one); !word.empty(); word = TakeWord(one)) {
+      if (std::isalpha(static_cast<unsigned char>(word.front()))) {
+        straight = word.front() != 'b';
+        continue;
+      }
       numbers.push_back(ReadSingle(word));
+      if (kind == 'c' || kind == 'o' || numbers.size() < 2) continue;
+      const Point to = placed(numbers[0], numbers[1]);
+      numbers.clear();
+      if (straight && !points.empty())
+        points.push_back({(points.back().x + to.x) / 2, (points.back().y + to.y) / 2});
+      points.push_back(to);
+    }
     if (kind == 'c') {
       const Point point = placed(numbers[2], numbers[3]);
       Character(part, static_cast<std::int16_t>(numbers[0]), static_cast<int>(numbers[1]), point.x, point.y,
                 numbers[4] * own, at);
       continue;
     }
-    std::vector<Point> points;
     if (kind == 'o') {
-      const float x = numbers[0], y = numbers[1], r = numbers[2];
-      for (const auto& [across, up] :
-           {std::pair{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}, {1, 0}})
-        points.push_back(placed(x + static_cast<float>(across) * r, y + static_cast<float>(up) * r));
-    } else {
-      for (std::size_t i = 0; i + 1 < numbers.size(); i += 2)
-        points.push_back(placed(numbers[i], numbers[i + 1]));
+      static constexpr Point kCircle[] = {{1, 0},   {1, 1},  {0, 1},  {-1, 1}, {-1, 0},
+                                          {-1, -1}, {0, -1}, {1, -1}, {1, 0}};
+      for (const Point way : kCircle)
+        points.push_back(placed(numbers[0] + way.x * numbers[2], numbers[1] + way.y * numbers[2]));
     }
-    kind == 'l' || kind == 'f' ? Line(part, std::move(points), kind == 'f' ? 0 : stroke)
-                               : Curve(part, std::move(points), stroke);
+    // A line that closes would be an area: it goes over its first piece once more.
+    const bool closes = points.front().x == points.back().x && points.front().y == points.back().y;
+    if (kind != 'f' && closes) points.insert(points.end(), {points[1], points[2]});
+    Curve(part, std::move(points), kind == 'f' ? 0 : stroke);
   }
   part.width = UpToStep(sign.width) * own;
-  if (sign.atom == Atom::Operator && style.Display()) {
+  if (integral) part.lean = kIntegralLean * own;
+  if (large && !integral && style.Display()) {
     part.height = std::max(part.height, kOperatorRise * size);
     part.depth = std::max(part.depth, kOperatorFall * size);
   }
