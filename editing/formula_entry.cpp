@@ -206,7 +206,10 @@ bool PlaceNow() {
   AddPage(kPlacingFormula, page, instead);
   LowerLine(std::exchange(Now->down, 0.0F));
   // What hangs below the line as letters do needs no more room.
-  NoteLineBottom(OnLine().y + Now->formula.depth - kTail * Now->style.size);
+  const float began = Now->run && Now->run->lineX     ? *Now->run->lineX
+                      : AnchorOfMode(CursorMode) <= 3 ? CursorX
+                                                      : Origin().x;
+  NoteLine(began, OnLine().y + Now->formula.depth - kTail * Now->style.size);
   KeepPlacedFormula(std::move(placed));
   return true;
 }
@@ -232,7 +235,6 @@ void EnterKey(bool behind) {
   if (behind || !placed.instead.empty()) return;
   CommitPendingRun(false);
   if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
-  if (placed.run && placed.run->lineX) CursorX = *placed.run->lineX;
   GoToNextLine();
   ShowCursor();
 }

@@ -54,12 +54,14 @@ std::string WaitingRun;
 TextEntry ForNewRuns;
 
 // The line that typing is in.
+constexpr float kNoInk = -std::numeric_limits<float>::max();
 struct Line {
+  float x = 0;  // where it began
   float y = 0;
   int place = -1;               // number of the last chosen cursor point
   bool fromEnter = false;       // and not chosen
   std::uint64_t lastAbove = 0;  // the last item when Enter led there
-  float bottom = 0;             // how far down something on it reaches
+  float bottom = kNoInk;        // how far down something on it reaches
 };
 Line LineNow;
 
@@ -347,6 +349,7 @@ void PlaceCursor(float x, float y) {
 
 bool StepCursor(int stepsX, int stepsY) {
   if (AnchorOfMode(CursorMode) == 0) return false;
+  LineNow = {};
   PlaceCursor(CursorX + static_cast<float>(stepsX * GridStepH),
               CursorY + static_cast<float>(stepsY * GridStepV));
   return true;
@@ -452,17 +455,19 @@ float NextLine(float y) {
 
 void GoToNextLine() {
   float y = NextLine(CursorY);
-  if (IsOnLine())
+  if (IsOnLine()) {
     while (y - FontSize < LineNow.bottom && y < PaperHeight) y = NextLine(y);
+    if (AnchorOfMode(CursorMode) <= 3) CursorX = LineNow.x;
+  }
   std::uint64_t last = 0;
   for (const TextItem& item : ItemsOfPage().Texts()) last = std::max(last, item.id);
   for (const DrawingItem& item : ItemsOfPage().Drawings()) last = std::max(last, item.id);
   CursorY = y;
-  LineNow = {y, PlaceChosen(), true, last, 0};
+  LineNow = {CursorX, y, PlaceChosen(), true, last, kNoInk};
 }
 
-void NoteLineBottom(float bottom) {
-  if (!IsOnLine()) LineNow = {CursorY, PlaceChosen(), false, 0, bottom};
+void NoteLine(float x, float bottom) {
+  if (!IsOnLine()) LineNow = {x, CursorY, PlaceChosen(), false, 0, bottom};
   LineNow.bottom = std::max(LineNow.bottom, bottom);
 }
 

@@ -47,8 +47,9 @@ float NextLine(float y);
 
 // The cursor point goes to the line below, as Enter does: clear of what was noted to hang below this one.
 void GoToNextLine();
-// Something on the line of the cursor point reaches down to `bottom`.
-void NoteLineBottom(float bottom);
+// Something on the line of the cursor point reaches down to `bottom`; Enter goes back to x, where the line
+// began.
+void NoteLine(float x, float bottom);
 // The line of the cursor point goes down with it.
 void LowerLine(float by);
 // Whether the cursor point stands on the line that Enter led to last, and was not chosen since.

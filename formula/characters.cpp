@@ -1,11 +1,9 @@
 // Signs, words and what takes their room.
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <string>
 
-#include "document/numbers.h"
 #include "formula/parameters.h"
 #include "formula/setter.h"
 #include "typography/metrics.h"
@@ -154,18 +152,6 @@ Part Setter::SetSign(const Node& node, Style style) {
   return part;
 }
 
-namespace {
-
-// Takes the next word off.
-std::string_view TakeWord(std::string_view& rest) {
-  rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
-  const std::string_view word = rest.substr(0, rest.find(' '));
-  rest.remove_prefix(word.size());
-  return word;
-}
-
-}  // namespace
-
 Part Setter::SetDrawn(const DrawnSign& sign, Style style, std::size_t at) {
   const float size = SizeOf(style);
   const bool large = sign.atom == Atom::Operator;
@@ -175,44 +161,20 @@ Part Setter::SetDrawn(const DrawnSign& sign, Style style, std::size_t at) {
                             : integral        ? kTextOperator
                                               : 1);
   const float stroke = (sign.names.empty() ? kLetterStroke : kStroke) * own;
-  const auto placed = [&](float x, float y) { return Point{x * own, -kAxis * size - (y - kAxis) * own}; };
   Part part = Begin();
-  for (std::string_view rest = sign.parts; !rest.empty();) {
-    std::string_view one = rest.substr(0, rest.find(';'));
-    rest.remove_prefix(std::min(one.size() + 1, rest.size()));
-    const char kind = one.front();
+  for (const DrawnPart& one : PartsOf(sign)) {
     std::vector<Point> points;
-    std::vector<float> numbers;
-    bool straight = true;
-    for (std::string_view word = TakeWord(one); !word.empty(); word = TakeWord(one)) {
-      if (std::isalpha(static_cast<unsigned char>(word.front()))) {
-        straight = word.front() != 'b';
-        continue;
-      }
-      numbers.push_back(ReadSingle(word));
-      if (kind == 'c' || kind == 'o' || numbers.size() < 2) continue;
-      const Point to = placed(numbers[0], numbers[1]);
-      numbers.clear();
-      if (straight && !points.empty())
-        points.push_back({(points.back().x + to.x) / 2, (points.back().y + to.y) / 2});
-      points.push_back(to);
+    for (const Point point : one.points)
+      points.push_back({point.x * own, -kAxis * size - (point.y - kAxis) * own});
+    // Halved where it stands, so that what is straight is written as such.
+    for (std::size_t i = 1; i + 1 < points.size(); i += 2)
+      if (one.points[i].x == one.points[i + 1].x && one.points[i].y == one.points[i + 1].y)
+        points[i] = {(points[i - 1].x + points[i + 1].x) / 2, (points[i - 1].y + points[i + 1].y) / 2};
+    if (one.code != 0) {
+      Character(part, one.font, one.code, points[0].x, points[0].y, one.size * own, at);
+    } else {
+      Curve(part, std::move(points), one.area ? 0 : stroke);
     }
-    if (kind == 'c') {
-      const Point point = placed(numbers[2], numbers[3]);
-      Character(part, static_cast<std::int16_t>(numbers[0]), static_cast<int>(numbers[1]), point.x, point.y,
-                numbers[4] * own, at);
-      continue;
-    }
-    if (kind == 'o') {
-      static constexpr Point kCircle[] = {{1, 0},   {1, 1},  {0, 1},  {-1, 1}, {-1, 0},
-                                          {-1, -1}, {0, -1}, {1, -1}, {1, 0}};
-      for (const Point way : kCircle)
-        points.push_back(placed(numbers[0] + way.x * numbers[2], numbers[1] + way.y * numbers[2]));
-    }
-    // A line that closes would be an area: it goes over its first piece once more.
-    const bool closes = points.front().x == points.back().x && points.front().y == points.back().y;
-    if (kind != 'f' && closes) points.insert(points.end(), {points[1], points[2]});
-    Curve(part, std::move(points), kind == 'f' ? 0 : stroke);
   }
   part.width = UpToStep(sign.width) * own;
   if (integral) part.lean = kIntegralLean * own;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "document/numbers.h"
+
 namespace kelvane::formula {
 namespace {
 
@@ -129,7 +131,7 @@ constexpr DrawnSign kSigns[] = {
     {"bigstar", U'★', Ordinary, 0.86F, "f .43 .72 .52 .44 .81 .44 .57 .26 .66 -.02 .43 .15 .2 -.02 .29 .26 .05 .44 .34 .44 .43 .72"},
     {"diagup", U'╱', Ordinary, 0.6F, "l .08 -.1 .52 .7"},
     {"diagdown", U'╲', Ordinary, 0.6F, "l .08 .7 .52 -.1"},
-    {"jmath", U'ȷ', Ordinary, 0.3F, "l .08 .38 .2 .42 .13 0 b .09 -.22 -.08 -.19"},
+    {"jmath", U'ȷ', Ordinary, 0.3F, "l .08 .38 .2 .42 .13 0 b .09 -.22 -.06 -.19"},
     {"backprime", U'‵', Ordinary, 0.28F, "f .06 .7 .14 .72 .22 .46 .18 .44 .06 .7"},
 
     // Large operators, which are set larger in display
@@ -171,7 +173,75 @@ const DrawnSign* Find(std::span<const DrawnSign> signs, Is is) {
   return found == signs.end() ? nullptr : &*found;
 }
 
+// Takes the next word off.
+std::string_view TakeWord(std::string_view& rest) {
+  rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+  const std::string_view word = rest.substr(0, rest.find(' '));
+  rest.remove_prefix(word.size());
+  return word;
+}
+
+float TakeNumber(std::string_view& rest) {
+  return ReadSingle(TakeWord(rest));
+}
+
+std::vector<Point> Circle(float x, float y, float radius) {
+  static constexpr Point kWays[] = {{1, 0},   {1, 1},  {0, 1},  {-1, 1}, {-1, 0},
+                                    {-1, -1}, {0, -1}, {1, -1}, {1, 0}};
+  std::vector<Point> points;
+  for (const Point way : kWays) points.push_back({x + way.x * radius, y + way.y * radius});
+  return points;
+}
+
+// Points of a path that is straight until told otherwise.
+std::vector<Point> Path(std::string_view rest) {
+  std::vector<Point> points;
+  bool straight = true;
+  for (std::string_view word = TakeWord(rest); !word.empty(); word = TakeWord(rest)) {
+    if (word == "l" || word == "b") {
+      straight = word == "l";
+      continue;
+    }
+    const float x = ReadSingle(word);
+    const Point to{x, TakeNumber(rest)};
+    if (straight && !points.empty()) points.push_back(to);
+    points.push_back(to);
+  }
+  return points;
+}
+
 }  // namespace
+
+std::vector<DrawnPart> PartsOf(const DrawnSign& sign) {
+  std::vector<DrawnPart> parts;
+  for (std::string_view rest = sign.parts; !rest.empty();) {
+    std::string_view one = rest.substr(0, rest.find(';'));
+    rest.remove_prefix(std::min(one.size() + 1, rest.size()));
+    DrawnPart& part = parts.emplace_back();
+    const std::string_view kind = TakeWord(one);
+    const auto number = [&one] { return TakeNumber(one); };
+    if (kind == "c") {
+      part.font = static_cast<std::int16_t>(number());
+      part.code = static_cast<int>(number());
+      const float x = number();
+      part.points.push_back({x, number()});
+      part.size = number();
+      continue;
+    }
+    part.area = kind == "f";
+    if (kind == "o") {
+      const float x = number(), y = number();
+      part.points = Circle(x, y, number());
+    } else {
+      part.points = Path(one);
+    }
+    // A line that closes would be an area: it goes over its first piece once more.
+    std::vector<Point>& points = part.points;
+    const bool closes = points.front().x == points.back().x && points.front().y == points.back().y;
+    if (!part.area && closes) points.insert(points.end(), {points[1], points[2]});
+  }
+  return parts;
+}
 
 std::span<const DrawnSign> DrawnSigns() {
   return kSigns;

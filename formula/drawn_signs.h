@@ -2,10 +2,13 @@
 
 // Signs that no typeface has: put together of characters and lines. Only formulas have them.
 
+#include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "formula/tree.h"
+#include "platform/canvas.h"
 
 namespace kelvane::formula {
 
@@ -24,6 +27,16 @@ struct DrawnSign {
   // One line is one drawing of the page, so what hangs together is best one.
   std::string_view parts;
 };
+
+// A line, an area or, with a code, a character at its only point; ems, y upwards.
+struct DrawnPart {
+  std::vector<Point> points;  // as drawings have them; the control point of a straight piece is its end
+  bool area = false;
+  std::int16_t font = 0;
+  int code = 0;
+  float size = 0;
+};
+std::vector<DrawnPart> PartsOf(const DrawnSign& sign);
 
 std::span<const DrawnSign> DrawnSigns();
 // Null if there is none.
