@@ -327,6 +327,11 @@ class FormulaEntryTool : public Tool {
   void Paint(Painter& painter, const View& view) const override {
     const Point origin = Origin();
     PaintFormula(painter, view, Now->formula, origin);
+    if (!Now->behind.empty()) {
+      TextEntry rest{EndOfFormula(), origin.y, FontSize, BaseFont, Now->behind};
+      rest.anchor = 3;
+      PaintEntry(painter, view, rest);
+    }
     if (view.printed) return;
     PaintEmptyPlaces(painter, view, origin);
     // The line keeps off where letters stand, too.
