@@ -123,12 +123,6 @@ bool EditingKey(int code) {
   }
 }
 
-const TextItem* FindText(std::uint64_t id) {
-  for (const TextItem& item : ItemsOfPage().Texts())
-    if (item.id == id && item.draws) return &item;
-  return nullptr;
-}
-
 bool ArrowKey(int code) {
   switch (code) {
     case kKeyLeft:
@@ -376,7 +370,7 @@ void CommitRetyped() {
     ShowNote(kTooLong);
     return;
   }
-  const TextItem* item = FindText(id);
+  const TextItem* item = ItemsOfPage().FindText(id);
   const Box area = item ? BoundsOf(item->entry) : Box{};
   const bool changed = item && item->line != line;
   EndRetyping();
@@ -387,7 +381,7 @@ void CommitRetyped() {
 }  // namespace
 
 void RetypeItem(std::uint64_t id, Point at) {
-  const TextItem* item = FindText(id);
+  const TextItem* item = ItemsOfPage().FindText(id);
   if (!item) return;
   const TextEntry entry = item->entry;
   if (entry.anchor < 1 || entry.anchor > 9) {
@@ -419,7 +413,7 @@ std::uint64_t RetypedItem() {
 }
 
 void GiveUpRetyping() {
-  const TextItem* item = FindText(Retyped);
+  const TextItem* item = ItemsOfPage().FindText(Retyped);
   if (item) ShowPage(BoundsOf(item->entry));
   EndRetyping();
 }

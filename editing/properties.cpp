@@ -7,7 +7,6 @@
 #include "editing/formula_entry.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
-#include "editing/notes.h"
 #include "typography/colours.h"
 #include "typography/metrics.h"
 #include "typography/typefaces.h"
@@ -154,13 +153,10 @@ void SizeBoxTyped() {
   FollowTypeface();
 }
 
-bool EnterSize() {
-  if (!RunsSelected()) return true;
+std::string EnterSize() {
+  if (!RunsSelected()) return {};
   const std::optional<float> size = NumberOf(Text1->Text());
-  if (!size || !(*size > 0)) {
-    ShowNote("The size must be a number above 0");
-    return false;
-  }
+  if (!size || !(*size > 0)) return "The size must be a number above 0";
   ChangeSelected("size",
                  [&](TextEntry& entry) {
                    const bool changed = entry.size != *size;
@@ -168,7 +164,7 @@ bool EnterSize() {
                    return changed;
                  },
                  {});
-  return true;
+  return {};
 }
 
 void ShowProperties() {
