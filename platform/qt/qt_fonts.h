@@ -36,6 +36,8 @@ class QtFace {
   };
   const Embeddable* ForDocuments();
   bool IsSlanted() const { return slanted_; }
+  // Whether this is another font than the page is printed with, since that is not on the machine.
+  bool IsMissing() const { return missing_; }
   // Bytes of images kept; the size in use comes on top of them.
   static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 
@@ -49,6 +51,7 @@ class QtFace {
   QRawFont base_;
   std::optional<Embeddable> embeddable_;  // loaded when it is first asked for
   bool slanted_ = false;
+  bool missing_ = false;
   std::array<quint32, 256> glyphs_{};
   std::vector<CachedOutline> outlines_;  // by code, empty until one is asked for
 };
