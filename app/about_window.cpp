@@ -46,7 +46,7 @@ void ShowText(const std::string& ghostscript) {
       Heading(2, "Made of and running with"),
       {TextBlock::Kind::Table,
        0,
-       {{{.text = "Windows        " + TheToolkit->Version()}}, {{.text = "Ghostscript    " + ghostscript}}}},
+       {{{.text = TheToolkit->Version()}}, {{.text = "Ghostscript " + ghostscript}}}},
       Heading(2, "Licences"),
       Paragraph(
           "Qt: GNU Lesser General Public License, version 3, or GNU General Public License, version 2. It is "

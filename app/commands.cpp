@@ -3,11 +3,10 @@
 #include <algorithm>
 
 #include "app/about_window.h"
+#include "app/actions.h"
 #include "app/contact_window.h"
-#include "app/context_help.h"
 #include "app/exit.h"
 #include "app/find_window.h"
-#include "app/foot.h"
 #include "app/formula_menu.h"
 #include "app/overview_window.h"
 #include "app/pdf_window.h"
@@ -16,12 +15,11 @@
 #include "app/samples.h"
 #include "app/typing_view.h"
 #include "app/web_window.h"
-#include "designer/designer_window.h"
 #include "document/paper.h"
 #include "editing/arrange.h"
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
-#include "editing/formula_entry.h"
+#include "editing/dragging.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
@@ -30,20 +28,13 @@
 #include "editing/selection.h"
 #include "editing/shaping.h"
 #include "editing/sign_entry.h"
-#include "editing/undo.h"
-#include "help/help_window.h"
-#include "macros/define_macro_window.h"
 #include "macros/macros.h"
-#include "output/pictures.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
 #include "output/printing.h"
 #include "palette/palette.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"
-#include "papers/versions.h"
-#include "papers/versions_window.h"
-#include "platform/files.h"
 #include "typography/colours.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
@@ -63,11 +54,6 @@ bool Run() {
   return true;
 }
 
-// What leaves no trace on the page says at the foot of the window that it was done.
-void ShowDone(const std::string& what, const std::string& path) {
-  const std::string& trouble = VersionsTrouble();
-  ShowNote(what + ": " + MachinePath(path) + (trouble.empty() ? "" : ". " + trouble));
-}
 template <auto Save>
 bool Saving() {
   if (!Save()) return false;
@@ -82,62 +68,18 @@ bool Outputting() {
   return true;
 }
 
-// The step that Undo or Redo takes: one through the row of pages, if that was the last that was done, else
-// one through the edits of the page.
-bool PagesGoBack() {
-  return PageStepBack().next && !RunIsOpen() && !PathIsOpen();
-}
-bool PagesGoForward() {
-  return PageStepForward().next && !RunIsOpen() && !PathIsOpen();
-}
-bool UndoStep() {
-  if (FormulaIsOpen()) return Run<UndoNotation>();
-  return PagesGoBack() ? UndoPageOperation() : Run<Undo>();
-}
-bool RedoStep() {
-  if (FormulaIsOpen()) return Run<RedoNotation>();
-  return PagesGoForward() ? RedoPageOperation() : Run<Redo>();
-}
-std::string LabelBack() {
-  if (FormulaIsOpen()) return CanUndoNotation() ? "typing" : "";
-  return PagesGoBack() ? PageStepBack().label : UndoLabel();
-}
-std::string LabelForward() {
-  if (FormulaIsOpen()) return CanRedoNotation() ? "typing" : "";
-  return PagesGoForward() ? PageStepForward().label : RedoLabel();
-}
-
 // "&Undo" and what it would take back.
 std::string CaptionWith(const char* command, const std::string& label) {
   return label.empty() ? command : command + (" " + label);
 }
 
+std::string OpenCaption() {
+  return SelectedProperties().drawings > 0 ? "Shape Drawing b&y Its Points" : "Ret&ype Run";
+}
+
 template <bool Forwards>
 bool Finding() {
   FindAgain(Forwards);
-  return true;
-}
-
-bool PaperHasName() {
-  return !CurrentPaperFile.empty();
-}
-
-bool CopyPicture() {
-  ShowNote("Copied as a picture: the " + CopyAsPicture());
-  return true;
-}
-
-bool MoveCurrentPage() {
-  return MovePageToNumber(CurrentPageNumber);
-}
-
-bool OpenManual() {
-  FormulaIsOpen() ? ShowHelpAt("Typing formulas") : ShowHelp();
-  return true;
-}
-
-bool Refresh() {
-  ShowPage();
   return true;
 }
 
@@ -152,37 +94,13 @@ bool IsOn() {
   return Switch;
 }
 
-void FitSelection() {
-  FitBox({MarkedLeft, MarkedBottom, MarkedRight, MarkedTop});
-}
-
-void SelectEverything() {
-  if (FormulaIsOpen()) return SelectWholeNotation();
-  if (RunIsOpen()) return SelectWholeRun();
-  LeaveEditing();
-  SelectAll();
-  ShowCursor();
-}
-
 // What changes the run takes the view along.
 template <auto Routine>
-bool Editing() {
+bool Typing() {
   Routine();
   FollowTyping();
   return true;
 }
-void PasteAtPointer() {
-  Paste(PointerOnPaper());
-}
-
-// The designer is made when it is first opened.
-bool OpenDesigner() {
-  const bool made = DesignerWindow != nullptr;
-  ShowDesigner();
-  if (!made) AddHelpKeys(*DesignerWindow, kDesignerPage);
-  return true;
-}
-
 Command Separator(const char* menu) {
   return {.menu = menu};
 }
@@ -207,19 +125,11 @@ void AddFileMenu(Table& table) {
   add("mFilePrinter", "Print to Prin&ter...", "Ctrl+Alt+P", PrintToPrinter);
   add("mFilePreview", "Print Previe&w...", "Ctrl+Alt+V", PreviewPrint);
   table.push_back(Separator("&File"));
-  table.push_back({"&File", "mFileVersions", "&Versions", "", Run<ShowVersions>, PaperHasName});
+  table.push_back({"&File", "mFileVersions", "&Versions", "", Run<OpenVersions>, PaperHasName});
   table.push_back({"&File", "mFileRecover", "&Recover", "", Run<ShowRecovery>});
   table.push_back(Separator("&File"));
   // The frame's close button leaves as this entry does, so the sequence itself ends editing.
   table.push_back({"&File", "mFileExit", "Exit", "Ctrl+Q", Run<LeaveProgram>});
-}
-
-bool IsSelecting() {
-  return SelectedProperties().Count() > 0;
-}
-
-std::string OpenCaption() {
-  return SelectedProperties().drawings > 0 ? "Shape Drawing b&y Its Points" : "Ret&ype Run";
 }
 
 void AddAnchorMenu(Table& table) {
@@ -290,16 +200,16 @@ void AddEditMenu(Table& table) {
   addStep(menu, "mEditRedo", "&Redo", "Ctrl+Shift+Z", RedoStep, LabelForward);
   table.push_back(Separator(menu));
   table.push_back({menu, "mEditMove", "&Move", "", Run<StartMove>, AnythingSelected});
-  table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X", Editing<Cut>, CanCopy});
+  table.push_back({menu, "mEditCut", "Cu&t", "Ctrl+X", Typing<Cut>, CanCopy});
   table.push_back({menu, "mEditCopy", "&Copy", "Ctrl+C", Run<Copy>, CanCopy});
   table.push_back({.menu = menu,
                    .id = "mEditCopyPicture",
                    .caption = "Copy A&s Picture",
                    .key = "Ctrl+Alt+C",
-                   .run = CopyPicture,
+                   .run = Run<CopyPicture>,
                    .endsEditing = true});
-  table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V", Editing<PasteAtPointer>});
-  table.push_back({menu, "mEditDelete", "&Delete", "Del", Editing<Delete>, CanDelete});
+  table.push_back({menu, "mEditPaste", "&Paste", "Ctrl+V", Typing<PasteAtPointer>});
+  table.push_back({menu, "mEditDelete", "&Delete", "Del", Typing<Delete>, CanDelete});
   table.push_back({menu, "mEditDuplicate", "Dup&licate", "Ctrl+D", Run<DuplicateSelected>, AnythingSelected});
   table.push_back({.menu = menu,
                    .id = "mEditOpen",
@@ -363,7 +273,7 @@ void AddGridMenu(Table& table, const std::string& menu, const std::string& prefi
 
 void AddViewMenu(Table& table) {
   const char* const menu = "&View";
-  table.push_back({menu, "mViewRefresh", "&Refresh", "F5", Refresh});
+  table.push_back({menu, "mViewRefresh", "&Refresh", "F5", Run<static_cast<void (*)()>(ShowPage)>});
   table.push_back(Separator(menu));
   table.push_back({menu, "mViewZoomIn", "Zoom &In", "Ctrl++", Run<ZoomIn>});
   table.push_back({menu, "mViewZoomOut", "Zoom &Out", "Ctrl+-", Run<ZoomOut>});
@@ -402,17 +312,6 @@ void AddFontMenu(Table& table) {
   }
 }
 
-template <auto Routine>
-bool Typing() {
-  Routine();
-  FollowTyping();
-  return true;
-}
-
-bool PointIsPlaced() {
-  return CursorMode < 0;
-}
-
 // What has a key so that a formula can be typed without a menu. While nothing is typed, Ctrl+Up and Ctrl+Down
 // are left to the selected items.
 void AddTypingMenu(Table& table) {
@@ -424,12 +323,6 @@ void AddTypingMenu(Table& table) {
       {menu, "mSubscript", "S&ubscript, and Back", "Ctrl+Down", Typing<SubscriptKey>, PointIsPlaced});
 }
 
-// The path being drawn takes the style when it is finished, so it shows it at once.
-bool ShowPathInNewStyle() {
-  ShowCursor();
-  return true;
-}
-
 void AddColourMenu(Table& table) {
   static constexpr const char* kCaptions[16] = {
       "Black",     "Dark Blue", "Dark Green", "Dark Cyan", "Dark Red", "Dark Magenta", "Brown",  "Light Grey",
@@ -438,7 +331,8 @@ void AddColourMenu(Table& table) {
   for (std::int16_t colour = 0; colour < 16; ++colour) {
     const auto choose = [colour] {
       SetColour(colour);
-      return ShowPathInNewStyle();
+      ShowCursor();  // a path being drawn takes the style when it is finished, and shows it at once
+      return true;
     };
     table.push_back({.menu = "F&ormat/&Line Colour",
                      .id = "mColour" + std::to_string(colour),
@@ -457,7 +351,8 @@ void AddThicknessMenu(Table& table) {
     const double width = kThicknesses[i];
     const auto choose = [width] {
       SetThickness(width);
-      return ShowPathInNewStyle();
+      ShowCursor();  // a path being drawn takes the style when it is finished, and shows it at once
+      return true;
     };
     table.push_back({.menu = "F&ormat/Line &Thickness",
                      .id = std::string("mThickness") + kNames[i],
@@ -466,31 +361,6 @@ void AddThicknessMenu(Table& table) {
                      .checked = [width] { return ShowsThickness(width); },
                      .handle = &ThicknessMenu[i]});
   }
-}
-
-// What is filled: the drawing being shaped if it is closed, else those that are drawn from now on.
-bool FillIsOn() {
-  return ShapedLooksClosed() ? ShapedIsFilled() : FillClosed();
-}
-bool ToggleFill() {
-  if (ShapedLooksClosed()) {
-    SetShapedFilled(!ShapedIsFilled());
-  } else {
-    FillClosed() = !FillClosed();
-    ShowCursor();
-  }
-  return true;
-}
-
-bool ToggleArrow() {
-  ArrowAtEnd = !ArrowAtEnd;
-  return true;
-}
-
-// A drawing that is selected is the one to be shaped.
-void ShapeSelected() {
-  const SelectedItems selected = Selection();
-  ShapeDrawing(selected.drawings.empty() ? 0 : selected.drawings.front()->id);
 }
 
 void AddDrawMenu(Table& table) {
@@ -520,8 +390,9 @@ void AddDrawMenu(Table& table) {
                      .toolTip = kRows[i].toolTip});
   }
   table.push_back(Separator(menu));
-  table.push_back({menu, "mDrawFill", "&Fill Closed Drawings", "", ToggleFill, {}, FillIsOn});
-  table.push_back({menu, "mDrawHead", "Arrow&heads on Open Ones", "", ToggleArrow, {}, IsOn<ArrowAtEnd>});
+  table.push_back({menu, "mDrawFill", "&Fill Closed Drawings", "", Run<ToggleFill>, {}, FillIsOn});
+  table.push_back(
+      {menu, "mDrawHead", "Arrow&heads on Open Ones", "", Toggle<ArrowAtEnd>, {}, IsOn<ArrowAtEnd>});
   table.push_back(Separator(menu));
   table.push_back({.menu = menu,
                    .id = "mDrawShape",
@@ -611,10 +482,10 @@ Table MakeTable() {
   AddThicknessMenu(table);
   AddDrawMenu(table);
   table.push_back(Separator("F&ormat"));
-  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", OpenDesigner});
+  table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", Run<OpenDesigner>});
   AddMacroMenu(table);
-  table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
-  table.push_back({"&Help", "mHelpContents", "&Contents", "F1", OpenManual});
+  table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<OpenMacroDefinitions>});
+  table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<OpenManual>});
   AddSampleMenu(table);
   table.push_back({"&Help", "mHelpContact", "C&ontact", "", Run<ShowContact>});
   table.push_back({"&Help", "mHelpWeb", "&Web Page", "", Run<ShowWebPage>});
@@ -637,10 +508,6 @@ std::string ShapeCommand(Shape shape) {
 
 const Command& CommandOf(std::string_view id) {
   return *std::ranges::find(Commands(), id, &Command::id);
-}
-
-bool Available(const Command& command) {
-  return command.run && (!command.enabled || command.enabled());
 }
 
 }  // namespace kelvane

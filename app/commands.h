@@ -3,41 +3,19 @@
 // The commands of the main window as one table. Menus, buttons, keys and the manual's page of keys follow it:
 // a new command is a new row.
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "app/command.h"
 #include "editing/cursor.h"
-#include "platform/controls.h"
 
 namespace kelvane {
-
-struct Command {
-  std::string menu = {};     // path of captions, e.g. "&View/&Horizontal Grid Lines"; empty: it has a button
-  std::string id = {};       // e.g. "mFileSave"; empty: a separator
-  std::string caption = {};  // with "&" before its mnemonic
-  std::string key = {};      // e.g. "Ctrl+Shift+S"; empty: none
-  // False if the person gave it up. Null: what it needs is not built yet, and it cannot be chosen.
-  std::function<bool()> run = {};
-  std::function<bool()> enabled = {};  // null: always
-  std::function<bool()> checked = {};  // null: no check mark
-  bool endsEditing = false;            // it begins and ends as AfterEditing says
-  std::string toolTip = {};            // of its button
-  // A caption that changes takes the place of `caption`; a literal one shows "&" as it stands.
-  std::function<std::string()> captionNow = {};
-  bool literal = false;
-  MenuPicture picture = {};
-  MenuEntry** handle = nullptr;  // where the subject that drives the entry keeps it
-};
 
 // Menus from left to right and their rows from top to bottom, then the commands that have buttons.
 const std::vector<Command>& Commands();
 const Command& CommandOf(std::string_view id);
 // The id of the command that chooses a shape to draw.
 std::string ShapeCommand(Shape shape);
-
-// Whether it can be chosen now.
-bool Available(const Command& command);
 
 }  // namespace kelvane

@@ -183,7 +183,8 @@ void LayOut() {
   const int row = ContactWindow->RowHeight();
   const int label = row * 4;
   int y = kGap;
-  for (TextBox* box : {ContactParts.address, ContactParts.subject}) {
+  for (Control* box :
+       std::initializer_list<Control*>{ContactParts.to, ContactParts.address, ContactParts.subject}) {
     box->SetPlace({label + 2 * kGap, y, width - label - 3 * kGap, row});
     y += row + kGap;
   }
@@ -203,14 +204,19 @@ void Build() {
   ContactWindow->SetTitle("Contact");
   const int row = ContactWindow->RowHeight();
   int y = 8;
-  const auto add = [&](const char* caption, const char* name) {
-    ContactWindow->AddLabel(caption)->SetPlace({8, y, row * 4, row});
+  const auto label = [&](const char* text) {
+    ContactWindow->AddLabel(text)->SetPlace({8, y, row * 4, row});
     y += row + 8;
+  };
+  const auto add = [&](const char* text, const char* name) {
+    label(text);
     TextBox* box = ContactWindow->AddPlainTextBox(name);
     box->OnChange = NoteTyping;
     box->OnEscape = Leave;
     return box;
   };
+  label("To");
+  ContactParts.to = ContactWindow->AddLabel(kMakerAddress);
   ContactParts.address = add("Your address", "Your mail address, for an answer");
   ContactParts.subject = add("Subject", "Subject");
   ContactParts.comment = ContactWindow->AddTextArea("Comment");

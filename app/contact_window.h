@@ -10,6 +10,7 @@ namespace kelvane {
 // Null until it is made.
 extern Window* ContactWindow;
 struct ContactWindowControls {
+  Label* to;
   TextBox* address;
   TextBox* subject;
   TextArea* comment;

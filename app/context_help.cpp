@@ -54,7 +54,9 @@ constexpr WindowTopics kWindows[] = {{kEditorPage, kOfEditor}, {kDesignerPage, k
 constexpr Topic kDialogs[] = {{"Open", "Saving and opening"}, {"Save As", "Saving and opening"},
                               {"Print", "Printing"},          {"Export Picture", "Pictures"},
                               {"Write Text", "Plain text"},   {"Position", "Position"},
-                              {"Scale", "Arranging items"},   {"Rotate", "Arranging items"}};
+                              {"Scale", "Arranging items"},   {"Rotate", "Arranging items"},
+                              {"Matrix", "Typing formulas"},  {"Move Page", "Inserting and moving pages"},
+                              {"Export PDF", "PDF"},          {"Printer", "Printers"}};
 
 }  // namespace
 

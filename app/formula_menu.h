@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "app/commands.h"
+#include "app/command.h"
 
 namespace kelvane {
 

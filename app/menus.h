@@ -1,25 +1,18 @@
 #pragma once
 
-// The menus of the main window, as the table of commands has them, and the running of commands.
+// Entries of menus and the running of commands. What shows and runs commands needs this alone; the table of
+// all of them knows every window.
 
-#include <string_view>
-#include <vector>
-
-#include "app/commands.h"
+#include "app/command.h"
 #include "platform/controls.h"
 
 namespace kelvane {
 
-// Forgets the menus that were built.
+// Forgets the entries that were added.
 void ResetMenus();
 
-// Builds all menus into the window, fills the menu handles of the subjects and shows check marks and what
-// can be chosen.
-void BuildMenus(Window& window);
-
-// A menu that is opened by itself: of the commands of such ids, of the menus of such paths with all their
-// rows; "" for a separator.
-Menu* BuildPopup(Window& window, const std::vector<std::string_view>& rows);
+// An entry that does what the command, which stays, says.
+MenuEntry* AddMenuEntry(Menu& menu, const Command& command);
 
 // Captions, check marks, what can be chosen and the values of the boxes, as the rows' functions say. Needed
 // after whatever may change one of them outside of a command: an entry that cannot be chosen does not hear

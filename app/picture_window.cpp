@@ -1,6 +1,5 @@
 #include "app/picture_window.h"
 
-#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -42,15 +41,9 @@ void Close() {
   Picture1->Focus();
 }
 
-int EnteredResolution() {
-  const std::string text = Shown.resolution->Text();
-  const bool digits = std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-  return digits ? RoundToInt16(ReadSingle(text)) : 0;
-}
-
 // What would come of the choices, or why nothing would.
 void ShowChoices() {
-  Chosen.resolution = EnteredResolution();
+  Chosen.resolution = CountOf(Shown.resolution->Text());
   for (const Pair& pair : {Shown.part, Shown.format, Shown.ground}) {
     pair.off->SetDown(!(Chosen.*pair.choice));
     pair.on->SetDown(Chosen.*pair.choice);

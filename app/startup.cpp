@@ -1,6 +1,7 @@
 #include "app/startup.h"
 
 #include "app/about_window.h"
+#include "app/actions.h"
 #include "app/contact_window.h"
 #include "app/context_help.h"
 #include "app/find_window.h"
@@ -76,10 +77,11 @@ void ConnectSubjects() {
   };
   PaperOpened = OfferWorkOfPaper;
   OpenText = RetypeItem;
-  LookAtBoth = ShowVersions;
+  LookAtBoth = OpenVersions;
   PaperShown = FollowVersions;
   OpenPlacedFormula = OpenFormulaOf;
   PaintFinds = PaintMatches;
+  TallWindowMade = [](Window& window) { AddHelpKeys(window, "The panel of signs"); };
   OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };
 }
 
@@ -120,6 +122,7 @@ void ResetProgram() {
   ResetVersionsWindow();
   ResetPageOperations();
   ResetFind();
+  ResetFindWindow();
   ResetKeyboard();
   ResetFormulaEntry();
   ResetBezier();
@@ -129,6 +132,7 @@ void ResetProgram() {
   ResetEdits();
   ResetChangeMark();
   ResetMacros();
+  ResetDefineMacroWindow();
   ResetDesigner();
   ResetPalette();
   ResetPlainText();
@@ -163,8 +167,6 @@ bool StartUp(const std::string& executableFolder) {
     return false;
   }
   BuildForm1();
-  BuildForm7();
-  BuildFindWindow();
   PageWatch = TheToolkit->NewFileWatch();
   PageWatch->OnChange = [] {
     FollowPageFile();
@@ -172,9 +174,6 @@ bool StartUp(const std::string& executableFolder) {
   };
   ShowPageNumber();
   ShowChoices();
-  AddHelpKeys(*Form7, "Macros");
-  AddHelpKeys(*FindWindow, "Finding text");
-  AddHelpKeys(*TallWindow, "The panel of signs");
   AddPointedHelpKey(*Form1, kEditorPage);
   AddHelpOfDialogs();
   return true;

@@ -269,9 +269,8 @@ int TypefaceOfPage(const HelpPage& page) {
 int CodeOfKey(std::string_view cell) {
   if (cell.size() == 1) return static_cast<unsigned char>(cell[0]);
   if (cell == "space") return ' ';
-  if (cell == "Ctrl+Bksp") return 127;
   int code = 0;
-  return cell.size() == 3 && ReadNumber(cell, code) && code >= 128 && code < 224 ? code : -1;
+  return cell.size() == 3 && ReadNumber(cell, code) && code >= 127 && code < 224 ? code : -1;
 }
 
 // The keys of a line by the columns they stand in: cells of a line lie two blanks apart.
@@ -300,6 +299,7 @@ void AddSigns(TextBlock& table, int font) {
     std::size_t from = 0;
     for (const std::size_t column : columns) {
       if (column >= words.size()) break;
+      if (column > 0 && words[column - 1] != ' ') continue;  // within a word of a wider cell
       if (column > from) signs.push_back({.text = words.substr(from, column - from)});
       const auto key = keys.find(column);
       if (key == keys.end()) {

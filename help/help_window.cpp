@@ -8,6 +8,7 @@
 #include "help/help_pages.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "typography/item_boxes.h"
 #include "typography/run_painter.h"
 
 namespace kelvane {
@@ -22,6 +23,9 @@ constexpr char kTitle[] = "Help";
 constexpr WindowPlace kFirstPlace{60 * kTwipsPerPixel, 60 * kTwipsPerPixel, 860 * kTwipsPerPixel,
                                   620 * kTwipsPerPixel};
 constexpr std::size_t kMostFaultsShown = 8;
+// What is seen of a sign above and below its baseline, ems.
+constexpr float kSignAbove = 1;
+constexpr float kSignBelow = 0.6F;
 
 enum Tab { kContentsTab, kIndexTab, kSearchTab };
 
@@ -238,9 +242,15 @@ void PaintSign(const std::string& name, float em, float ratio, Painter& painter)
   view.scale = 1;
   view.ratio = ratio;
   view.printed = true;
+  // Accents lie around their origin, and tall signs go beyond what is seen of a line.
+  const Box ink = InkOfCharacter(code, static_cast<std::int16_t>(font));
+  const float size = em * std::min(1.0F, (kSignAbove + kSignBelow) / (ink.bottom - ink.top));
+  const float y =
+      std::max(-kSignAbove * em - ink.top * size, std::min(0.0F, kSignBelow * em - ink.bottom * size));
+  const Point origin{std::max(0.0F, -ink.left * size), y};
   RunPainter signs(painter, view);
   const std::string run(1, static_cast<char>(code));
-  signs.Paint({.text = run, .font = static_cast<std::int16_t>(font), .size = em, .origin = {}});
+  signs.Paint({.text = run, .font = static_cast<std::int16_t>(font), .size = size, .origin = origin});
   signs.Flush();
 }
 

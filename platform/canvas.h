@@ -74,8 +74,8 @@ struct ScreenFace {
   bool operator==(const ScreenFace&) const = default;
 };
 
-// The tangent by which a face leans that has no italic of its own, as the slanted Symbol has none: 12 degrees,
-// on the screen and in print.
+// The tangent by which a face leans that has no italic of its own, as the slanted Symbol has none: 12
+// degrees, on the screen and in print.
 inline constexpr double kSlant = 0.2125565617;
 
 enum class Layer { Page, Overlay };

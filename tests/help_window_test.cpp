@@ -1,9 +1,12 @@
 #include "help/help_window.h"
 
+#include <map>
+
 #include "app/commands.h"
 #include "app/context_help.h"
 #include "app/main_window.h"
 #include "designer/designer_window.h"
+#include "document/paper.h"
 #include "help/help_files.h"
 #include "help/help_pages.h"
 #include "macros/define_macro_window.h"
@@ -175,7 +178,10 @@ TEST_F(HelpWindowTest, EveryControlAndDialogHasItsPage) {
   HelpPlace place;
   for (const std::string& name : names)
     EXPECT_TRUE(FindHelpHeading(book, HeadingAbout(kEditorPage, name), place)) << name;
-  for (const char* entry : {"&Character Designer", "F&ind", "C&ontact", "&About"}) window->ChooseEntry(entry);
+  CurrentPaperFile = "\\P\\Essay.001";
+  for (const char* entry : {"&Character Designer", "F&ind", "C&ontact", "&About", "&Versions", "&Recover",
+                            "Pag&e Overview", "Export P&DF...", "Export Pict&ure..."})
+    window->ChooseEntry(entry);
   for (const auto& made : toolkit.windows) {
     if (made->title.empty() || made.get() == window || made.get() == help) continue;
     HelpParts.page->Show({});
@@ -191,12 +197,20 @@ TEST_F(HelpWindowTest, EveryControlAndDialogHasItsPage) {
   window->pointed.clear();
   window->PressShortcut("Shift+F1");
   EXPECT_EQ(AtTop(), "The window");
+  window->ChooseEntry("&Define");
   static_cast<FakeWindow*>(Form7)->PressShortcut("F1");
   EXPECT_EQ(AtTop(), "Macros");
   dialogs.OnHelp("Would you like to save the current paper.");
   EXPECT_EQ(AtTop(), "Would you like to save the current paper.");
   dialogs.OnHelp("Save As");
   EXPECT_EQ(AtTop(), "Saving and opening");
+  for (const auto& [title, heading] :
+       std::map<std::string, std::string>{{"Printer", "Printers"},
+                                          {"Matrix", "Typing formulas"},
+                                          {"Move Page", "Inserting and moving pages"}}) {
+    dialogs.OnHelp(title);
+    EXPECT_EQ(AtTop(), heading);
+  }
   dialogs.OnHelp("Something else happened.");
   EXPECT_EQ(AtTop(), "Messages");
 }

@@ -164,6 +164,8 @@ TEST_F(SignsTest, NamesAreFoundByTheirBeginningAndByWords) {
   EXPECT_EQ(names(SignsNamed("zzz")), "");
   EXPECT_EQ(names(FindSigns("Subset of")), "\\subset \\subseteq \\nsubset \\Subseteq \\nsubseteq ");
   EXPECT_TRUE(names(FindSigns("integral")).starts_with("\\int "));
+  EXPECT_TRUE(HasEveryWord("tall bracket: left brace", "Brace  tall "));
+  EXPECT_FALSE(HasEveryWord("tall bracket: left brace", "tall right"));
   EXPECT_EQ(HowTyped(*SignOf(U'\u03C0')), "Symbol, key p, code 112");
   EXPECT_EQ(HowTyped(*SignOf(U'\u00E9')), "text faces, code 15");
 }

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "app/about_window.h"
+#include "app/commands.h"
 #include "app/menus.h"
 #include "app/samples.h"
 #include "document/page.h"

@@ -8,6 +8,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "document/fields.h"
 #include "platform/characters.h"
 #include "typography/metrics.h"
 #include "typography/typefaces.h"
@@ -408,20 +409,17 @@ std::vector<const Sign*> SignsNamed(std::string_view beginning) {
   return found;
 }
 
+bool HasEveryWord(std::string_view text, std::string_view words) {
+  const std::string lower = Lower(text);
+  const std::string wanted = Lower(words);
+  return std::ranges::all_of(SplitFields(wanted, " "),
+                             [&](std::string_view word) { return lower.find(word) != lower.npos; });
+}
+
 std::vector<const Sign*> FindSigns(std::string_view words) {
   std::vector<const Sign*> found;
-  const std::string wanted = Lower(words);
-  for (const Sign& sign : SignTable()) {
-    const std::string names = Lower(sign.names);
-    std::string_view rest = wanted;
-    bool all = true;
-    while (all && !rest.empty()) {
-      const std::size_t end = std::min(rest.find(' '), rest.size());
-      all = names.find(rest.substr(0, end)) != names.npos;
-      rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    if (all) found.push_back(&sign);
-  }
+  for (const Sign& sign : SignTable())
+    if (HasEveryWord(sign.names, words)) found.push_back(&sign);
   return found;
 }
 

@@ -48,19 +48,6 @@ class Asker {
   QPointer<QWidget> window_;
 };
 
-// Shows a dialog until it is answered. It blocks the window below it and no other, so that the help opened
-// from it with F1 can be read.
-int Run(QDialog& dialog, const std::string& about) {
-  dialog.setWindowModality(Qt::WindowModal);
-  const QShortcut help(QKeySequence(Qt::Key_F1), &dialog);
-  QObject::connect(&help, &QShortcut::activated, &dialog, [&about] {
-    RunHandler([&about] {
-      if (TheDialogs->OnHelp) TheDialogs->OnHelp(about);
-    });
-  });
-  return dialog.exec();
-}
-
 // "caption|pattern|caption|pattern" as Qt's list of filters.
 QStringList NameFilters(const std::string& filter) {
   const QStringList parts = PlainText(filter).split(u'|');
@@ -99,11 +86,22 @@ void LetTypedPathsCount(QFileDialog& dialog) {
 
 }  // namespace
 
+int RunDialog(QDialog& dialog, const std::string& about) {
+  dialog.setWindowModality(Qt::WindowModal);
+  const QShortcut help(QKeySequence(Qt::Key_F1), &dialog);
+  QObject::connect(&help, &QShortcut::activated, &dialog, [&about] {
+    RunHandler([&about] {
+      if (TheDialogs->OnHelp) TheDialogs->OnHelp(about);
+    });
+  });
+  return dialog.exec();
+}
+
 void QtDialogs::Message(const std::string& text) {
   const Asker asker;
   QMessageBox box(QMessageBox::Information, kTitle, PlainText(text), QMessageBox::Ok, asker.Window());
   box.setTextFormat(Qt::PlainText);
-  Run(box, text);
+  RunDialog(box, text);
 }
 
 bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
@@ -113,7 +111,7 @@ bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(yesIsDefault ? QMessageBox::Yes : QMessageBox::No);
   box.setEscapeButton(QMessageBox::No);
-  return Run(box, text) == QMessageBox::Yes;
+  return RunDialog(box, text) == QMessageBox::Yes;
 }
 
 Answer QtDialogs::AskBeforeLosing(const std::string& text) {
@@ -136,7 +134,7 @@ int QtDialogs::Choose(const std::string& text, const std::vector<std::string>& l
     if (number == onEnter) box.setDefaultButton(button);
     if (number == onEscape) box.setEscapeButton(button);
   }
-  Run(box, text);
+  RunDialog(box, text);
   const auto pressed = static_cast<int>(buttons.indexOf(box.clickedButton()));
   return pressed < 0 ? onEscape : pressed;
 }
@@ -168,7 +166,7 @@ std::optional<std::string> QtDialogs::AskText(const std::string& title, const st
     box->setFocus();
     box->selectAll();
   });
-  if (Run(dialog, title) != QDialog::Accepted) return {};
+  if (RunDialog(dialog, title) != QDialog::Accepted) return {};
   return entered();
 }
 
@@ -197,7 +195,7 @@ std::string QtDialogs::ChooseFile(const std::string& title, const std::string& f
     dialog.setNameFilters(NameFilters(filter));
     StartAt(dialog, start);
     LetTypedPathsCount(dialog);
-    if (Run(dialog, save ? title : accept) != QDialog::Accepted) return {};
+    if (RunDialog(dialog, save ? title : accept) != QDialog::Accepted) return {};
     const QString chosen = dialog.selectedFiles().value(0);
     const std::string name = QFile::encodeName(chosen).toStdString();
     try {

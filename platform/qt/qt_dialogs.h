@@ -7,7 +7,13 @@
 
 #include "platform/controls.h"
 
+class QDialog;
+
 namespace kelvane {
+
+// Shows a dialog until it is answered. It blocks the window below it and no other, so that the help about it,
+// opened from it with F1, can be read.
+int RunDialog(QDialog& dialog, const std::string& about);
 
 class QtDialogs final : public Dialogs {
  public:

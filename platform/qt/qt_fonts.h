@@ -11,7 +11,6 @@
 #include <vector>
 
 #include "platform/canvas.h"
-#include "platform/qt/qt_glyphs.h"
 
 namespace kelvane {
 
@@ -22,9 +21,6 @@ class QtFace {
 
   // The glyph of a code; 0 where the face has none and nothing is drawn.
   quint32 Glyph(unsigned char code) const { return glyphs_[code]; }
-  // The images at an em in pixels, rounded to 1/64. Valid until the next call, on whatever face. What has not
-  // been used for longest goes first when all faces together hold too much.
-  GlyphImages& At(double em);
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
@@ -38,8 +34,6 @@ class QtFace {
   bool IsSlanted() const { return slanted_; }
   // Whether this is another font than the page is printed with, since that is not on the machine.
   bool IsMissing() const { return missing_; }
-  // Bytes of images kept; the size in use comes on top of them.
-  static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 
  private:
   struct CachedOutline {

@@ -21,6 +21,7 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
+#include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_print_painter.h"
 #include "platform/qt/qt_text.h"
 
@@ -28,6 +29,7 @@ namespace kelvane {
 namespace {
 
 constexpr double kPointsPerInch = 72;
+constexpr char kHelp[] = "Printer";  // what is asked for with F1
 
 // The whole sheet belongs to the page: it has its margins itself.
 void SetSheet(QPrinter& printer, const PrintJob& job) {
@@ -159,7 +161,7 @@ bool QtPrinter::Print(const PrintJob& job) {
                     QAbstractPrintDialog::PrintCurrentPage | QAbstractPrintDialog::PrintCollateCopies);
   dialog.setMinMax(job.pages.front(), job.pages.back());
   dialog.setFromTo(job.pages.front(), job.pages.back());
-  return dialog.exec() == QDialog::Accepted && PrintTo(printer, job, above);
+  return RunDialog(dialog, kHelp) == QDialog::Accepted && PrintTo(printer, job, above);
 }
 
 namespace {
@@ -185,7 +187,7 @@ class PreviewOfJob {
     ShowFrom(current - job.pages.begin());
   }
 
-  void Run() { dialog_.exec(); }
+  void Run() { RunDialog(dialog_, kHelp); }
 
  private:
   qsizetype Count() const { return static_cast<qsizetype>(job_.pages.size()); }
