@@ -15,6 +15,7 @@
 #include "editing/shaping.h"
 #include "editing/undo.h"
 #include "help/help_window.h"
+#include "macros/define_macro_window.h"
 #include "output/pictures.h"
 #include "papers/page_operations.h"
 #include "papers/versions.h"
@@ -123,6 +124,10 @@ void ShapeSelected() {
 
 void OpenDesigner() {
   ShowWithHelp(ShowDesigner, DesignerWindow, kDesignerPage);
+}
+
+void OpenMacroDefinitions() {
+  ShowWithHelp(ShowDefineMacro, Form7, "Macros");
 }
 
 void OpenVersions() {

@@ -37,6 +37,7 @@ void ToggleFill();
 void ShapeSelected();
 
 void OpenDesigner();
+void OpenMacroDefinitions();
 void OpenVersions();
 void OpenManual();
 

@@ -19,6 +19,7 @@
 #include "editing/arrange.h"
 #include "editing/bezier.h"
 #include "editing/clipboard.h"
+#include "editing/dragging.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
@@ -27,7 +28,6 @@
 #include "editing/selection.h"
 #include "editing/shaping.h"
 #include "editing/sign_entry.h"
-#include "macros/define_macro_window.h"
 #include "macros/macros.h"
 #include "output/plain_text.h"
 #include "output/postscript.h"
@@ -484,7 +484,7 @@ Table MakeTable() {
   table.push_back(Separator("F&ormat"));
   table.push_back({"F&ormat", "mCharacterDesigner", "&Character Designer", "", Run<OpenDesigner>});
   AddMacroMenu(table);
-  table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<ShowDefineMacro>});
+  table.push_back({"&Macros", "mMacrosDef", "&Define", "", Run<OpenMacroDefinitions>});
   table.push_back({"&Help", "mHelpContents", "&Contents", "F1", Run<OpenManual>});
   AddSampleMenu(table);
   table.push_back({"&Help", "mHelpContact", "C&ontact", "", Run<ShowContact>});

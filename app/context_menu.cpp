@@ -7,8 +7,8 @@
 #include "app/menu_bar.h"
 #include "editing/cursor.h"
 #include "editing/keyboard.h"
+#include "editing/picking.h"
 #include "editing/properties.h"
-#include "editing/select_tool.h"
 #include "papers/paper_commands.h"
 
 namespace kelvane {

@@ -1,5 +1,6 @@
 #include "app/find_window.h"
 
+#include "app/context_help.h"
 #include "app/menus.h"
 #include "editing/tool.h"
 #include "papers/find.h"
@@ -7,9 +8,9 @@
 
 namespace kelvane {
 
-Window* FindWindow;
-
 namespace {
+
+Window* FindWindow;
 
 constexpr int kWidth = 400;  // pixels
 constexpr int kHeight = 106;
@@ -68,9 +69,7 @@ void PlaceInCorner() {
                               width, kHeight * kTwipsPerPixel});
 }
 
-}  // namespace
-
-void BuildFindWindow() {
+void Build() {
   FindWindow = TheToolkit->NewWindow(false);
   FindWindow->SetTitle("Find");
   FindBox = AddBox("Find", 8, [] { FindNext(true); });
@@ -89,9 +88,17 @@ void BuildFindWindow() {
     Close();
     return true;
   };
+  AddHelpKeys(*FindWindow, "Finding text");
+}
+
+}  // namespace
+
+void ResetFindWindow() {
+  FindWindow = nullptr;
 }
 
 void ShowFindWindow() {
+  if (!FindWindow) Build();
   if (!FindWindow->Visible()) PlaceInCorner();
   FindWindow->Show();
   FindBox->Focus();

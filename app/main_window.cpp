@@ -20,8 +20,8 @@
 #include "editing/formula_entry.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/picking.h"
 #include "editing/properties.h"
-#include "editing/select_tool.h"
 #include "editing/sign_entry.h"
 #include "palette/palette.h"
 #include "papers/paper_commands.h"
@@ -119,12 +119,18 @@ void AddScriptButtons(Window& window) {
   }
 }
 
+// Stands until the next value or key is right.
+void ShowRefusal(const std::string& refusal) {
+  refusal.empty() ? WarnOfTyping() : ShowWarning(refusal);
+}
+
 void PageBox_Enter() {
   const std::string text = PageBox->Text();
-  const std::int16_t number = RoundToInt16(ReadSingle(text));
+  const std::int16_t number = CountOf(TrimBlanks(text));
   GoToPage(number);
-  if (!text.empty() && (number < 1 || number > kLastPage))
-    ShowNote("There is no page " + text + ": pages count from 1 to " + std::to_string(kLastPage));
+  const bool refused = !text.empty() && (number < 1 || number > kLastPage);
+  ShowRefusal(refused ? "There is no page " + text + ": pages count from 1 to " + std::to_string(kLastPage)
+                      : "");
   RefreshMenus();
   FocusCanvas();
 }
@@ -155,12 +161,15 @@ void AddSizeRow(Window& window) {
     WarnOfTyping();
   };
   Text1->OnEnter = [] {
-    if (!EnterSize()) return Text1->SelectAll();
+    const std::string refusal = EnterSize();
+    ShowRefusal(refusal);
+    if (!refusal.empty()) return Text1->SelectAll();
     RefreshMenus();
     FocusCanvas();
   };
   Text1->OnEscape = [] {
     ShowProperties();
+    WarnOfTyping();
     FocusCanvas();
   };
   FontLabel = window.AddLabel("");

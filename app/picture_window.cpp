@@ -1,10 +1,9 @@
 #include "app/picture_window.h"
 
-#include <algorithm>
 #include <functional>
 #include <string>
 
-#include "app/context_help.h"
+#include "app/choice_window.h"
 #include "app/menus.h"
 #include "document/numbers.h"
 #include "editing/notes.h"
@@ -19,13 +18,6 @@ namespace kelvane {
 Window* PictureWindow = nullptr;
 
 namespace {
-
-// Pixels.
-constexpr int kWidth = 380;
-constexpr int kEdge = 10;
-constexpr int kLabel = 96;
-constexpr int kChoice = 100;
-constexpr int kGap = 4;
 
 // Two buttons, of which the one that holds is down.
 struct Pair {
@@ -43,6 +35,7 @@ struct Parts {
   Button* exports = nullptr;
 };
 Parts Shown;
+ChoiceWindow Choices;
 PictureChoice Chosen;
 
 void Close() {
@@ -50,15 +43,9 @@ void Close() {
   Picture1->Focus();
 }
 
-int EnteredResolution() {
-  const std::string text = Shown.resolution->Text();
-  const bool digits = std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-  return digits ? RoundToInt16(ReadSingle(text)) : 0;
-}
-
 // What would come of the choices, or why nothing would.
 void ShowChoices() {
-  Chosen.resolution = EnteredResolution();
+  Chosen.resolution = CountOf(Shown.resolution->Text());
   for (const Pair& pair : {Shown.part, Shown.format, Shown.ground}) {
     pair.off->SetDown(!(Chosen.*pair.choice));
     pair.on->SetDown(Chosen.*pair.choice);
@@ -81,19 +68,11 @@ void Export() {
   ShowNote("Written: " + MachinePath(path));
 }
 
-Button* AddButton(const char* caption, const char* toolTip, const Place& place, std::function<void()> act) {
-  Button* button = PictureWindow->AddButton(caption, {}, toolTip);
-  button->SetPlace(place);
-  button->OnClick = std::move(act);
-  return button;
-}
-
-Pair AddPair(int top, int height, const char* name, bool PictureChoice::*choice, const char* off,
-             const char* on, const char* offTip, const char* onTip) {
-  PictureWindow->AddLabel(name)->SetPlace({kEdge, top, kLabel, height});
+Pair AddPair(int row, const char* name, bool PictureChoice::*choice, const char* off, const char* on,
+             const char* offTip, const char* onTip) {
+  Choices.AddLabel(row, name);
   const auto add = [&](const char* caption, const char* toolTip, bool value) {
-    const int left = kEdge + kLabel + (value ? kChoice + kGap : 0);
-    return AddButton(caption, toolTip, {left, top, kChoice, height}, [choice, value] {
+    return Choices.AddButton(caption, toolTip, Choices.PlaceOf(row, value ? 1 : 0), [choice, value] {
       Chosen.*choice = value;
       ShowChoices();
     });
@@ -102,44 +81,28 @@ Pair AddPair(int top, int height, const char* name, bool PictureChoice::*choice,
 }
 
 void Build() {
-  PictureWindow = TheToolkit->NewWindow(false);
-  PictureWindow->SetTitle("Export Picture");
-  const int row = PictureWindow->RowHeight();
-  const auto top = [row](int number) { return kEdge + number * (row + kGap); };
-  Shown.part = AddPair(top(0), row, "What", &PictureChoice::selection, "Page", "Selection", "The Whole Page",
+  constexpr int kDigits = 56;  // pixels
+  PictureWindow = Choices.Build("Export Picture", 380, 96, "Pictures");
+  Shown.part = AddPair(0, "What", &PictureChoice::selection, "Page", "Selection", "The Whole Page",
                        "What Is Selected");
-  Shown.format = AddPair(top(1), row, "Format", &PictureChoice::svg, "PNG", "SVG", "A Picture Made of Pixels",
+  Shown.format = AddPair(1, "Format", &PictureChoice::svg, "PNG", "SVG", "A Picture Made of Pixels",
                          "A Drawing Made of Lines and Text");
-  Shown.ground = AddPair(top(2), row, "Background", &PictureChoice::transparent, "White", "Transparent",
+  Shown.ground = AddPair(2, "Background", &PictureChoice::transparent, "White", "Transparent",
                          "On White Paper", "On Whatever Lies below the Picture");
-  PictureWindow->AddLabel("Dots per inch")->SetPlace({kEdge, top(3), kLabel, row});
+  Choices.AddLabel(3, "Dots per inch");
   Shown.resolution = PictureWindow->AddPlainTextBox("Dots per inch, 72 to 1200");
-  Shown.resolution->SetPlace({kEdge + kLabel, top(3), 56, row});
+  Shown.resolution->SetPlace(Choices.PlaceOf(3, 0, kDigits));
   Shown.resolution->OnChange = ShowChoices;
   Shown.resolution->OnEnter = Export;
   Shown.resolution->OnEscape = Close;
   Shown.tells = PictureWindow->AddLabel("");
-  Shown.tells->SetPlace({kEdge + kLabel + 62, top(3), kWidth - 2 * kEdge - kLabel - 62, row});
-  const int buttons = top(4) + kGap;
-  Shown.exports = AddButton("Export...", "Choose a File and Write the Picture",
-                            {kWidth - kEdge - 184, buttons, 90, row}, Export);
-  AddButton("Cancel", "Close the Window (Esc)", {kWidth - kEdge - 90, buttons, 90, row}, Close);
-  PictureWindow->OnEscape = Close;
-  PictureWindow->OnCloseRequest = [] {
-    Close();
-    return true;
-  };
-  AddHelpKeys(*PictureWindow, "Pictures");
-}
-
-// In the middle of the editor.
-void PlaceInMiddle() {
-  const int row = PictureWindow->RowHeight();
-  const float width = kWidth * kTwipsPerPixel;
-  const float height = static_cast<float>(2 * kEdge + 5 * (row + kGap) + kGap) * kTwipsPerPixel;
-  const WindowPlace editor = Form1->GetWindowPlace();
-  PictureWindow->SetWindowPlace(
-      {editor.left + (editor.width - width) / 2, editor.top + (editor.height - height) / 2, width, height});
+  Shown.tells->SetPlace(Choices.RestOf(3, kDigits + ChoiceWindow::kGap));
+  Shown.exports = Choices.AddEnd({.top = Choices.TopOf(4) + ChoiceWindow::kGap,
+                                  .exportTip = "Choose a File and Write the Picture",
+                                  .exports = Export,
+                                  .cancelTip = "Close the Window (Esc)",
+                                  .cancel = Close,
+                                  .close = Close});
 }
 
 }  // namespace
@@ -151,12 +114,11 @@ void ResetPictureWindow() {
 
 void ShowPictureWindow() {
   if (!PictureWindow) Build();
-  if (!PictureWindow->Visible()) PlaceInMiddle();
   Chosen = LastPictureChoice;
   Chosen.selection = AnythingSelected();
   Shown.resolution->SetText(std::to_string(Chosen.resolution));
   ShowChoices();
-  PictureWindow->Show();
+  Choices.Show();
   Shown.resolution->Focus();
   Shown.resolution->SelectAll();
 }

@@ -16,6 +16,7 @@
 #include "document/page_items.h"
 #include "document/paper.h"
 #include "output/page_list.h"
+#include "output/page_output.h"
 #include "output/pdf.h"
 #include "output/pictures.h"
 #include "output/postscript.h"
@@ -35,9 +36,10 @@ Renders pages of Kelvane as PDF, SVG, PNG or PostScript.
 
 FILE is a page file, as Essay.001, or a paper, named without a number, as Essay.
 
-  -o, --output FILE       where it goes; "-" is standard output. Several pages as
-                          SVG or PNG go to files with -001, -002, ... behind the
-                          name. Without this option the output lies beside FILE.
+  -o, --output FILE       where it goes; "-" is standard output, for one picture
+                          at most. Several pages as SVG or PNG go to files with
+                          -001, -002, ... behind the name. Without this option
+                          the output lies beside FILE.
   -f, --format FORMAT     pdf, svg, png or ps; without it the ending of the output
                           tells, and pdf is made where there is none
   -p, --pages LIST        these pages of the paper that FILE belongs to: 1-3, 5
@@ -106,7 +108,11 @@ struct Option {
   void (*take)(Options& options, const std::string& value);
 };
 constexpr Option kOptions[] = {
-    {'o', "output", true, [](Options& o, const std::string& value) { o.output = value; }},
+    {'o', "output", true,
+     [](Options& o, const std::string& value) {
+       if (value.empty()) throw WrongUse{"the output has a name"};
+       o.output = value;
+     }},
     {'f', "format", true,
      [](Options& o, const std::string& value) {
        o.format = FormatNamed(value);
@@ -178,6 +184,14 @@ bool IsPageFile(const std::string& file) {
          std::all_of(file.end() - 3, file.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
+// The whole path, as the program has it, of a file that the person named.
+std::string PathOf(const std::string& machineName) {
+  std::error_code error;
+  const std::filesystem::path path = std::filesystem::absolute(machineName, error);
+  if (error) throw Failure("Cannot find the file \"" + machineName + "\": " + error.message() + ".");
+  return BackslashPath(path.lexically_normal().string());
+}
+
 class Renderer {
  public:
   Renderer(const Options& options, const RenderStreams& streams) : options_(options), streams_(streams) {
@@ -189,20 +203,25 @@ class Renderer {
   }
 
   void RenderFile(const std::string& machineName) {
-    const std::string file =
-        BackslashPath(std::filesystem::absolute(machineName).lexically_normal().string());
+    const std::string file = PathOf(machineName);
     const bool page = IsPageFile(file);
     paper_ = page ? file : file + ".001";
     pages_.clear();
     if (page && !options_.pages) {
       pages_ = {static_cast<int>(ReadSingle(file.substr(file.size() - 3)))};
     } else {
-      ChosenPages chosen = ChoosePages(PagesOf(paper_), options_.pages.value_or(""));
-      if (chosen.pages.empty()) throw Failure("Cannot render " + machineName + ": there are no such pages.");
+      const std::vector<int> all = PagesOf(paper_);
+      if (all.empty()) throw Failure("Cannot render " + machineName + ": it is no page file and no paper.");
+      ChosenPages chosen = ChoosePages(all, options_.pages.value_or(""));
+      if (chosen.pages.empty())
+        throw Failure("Cannot render " + machineName + ": it has none of these pages.");
       pages_ = std::move(chosen.pages);
     }
     const bool apart = format_ == Format::Svg || format_ == Format::Png;
-    if (!apart) return Write(OutputFile(page), [&](const auto& take) { MakeWhole(take); });
+    if (apart && pages_.size() > 1 && options_.output == "-")
+      throw WrongUse{"standard output takes one picture; name its page with --pages"};
+    if (!apart)
+      return Write(OutputFile(page && options_.output.empty()), [&](const auto& take) { MakeWhole(take); });
     for (const int number : pages_) {
       const bool numbered = pages_.size() > 1 || options_.output.empty();
       Write(OutputFile(numbered, number), [&](const auto& take) { take(PictureOf(number)); });
@@ -221,10 +240,8 @@ class Renderer {
     if (options_.output == "-") return {};
     if (number == 0) number = pages_.front();
     std::string name = ChangeExtension(paper_, kEndings[static_cast<int>(format_)]);
-    if (!options_.output.empty())
-      name = BackslashPath(std::filesystem::absolute(options_.output).lexically_normal().string());
-    const bool wholeGiven = !options_.output.empty() && format_ != Format::Svg && format_ != Format::Png;
-    if (!numbered || wholeGiven) return name;
+    if (!options_.output.empty()) name = PathOf(options_.output);
+    if (!numbered) return name;
     const std::size_t dot = name.rfind('.');
     const std::size_t end = dot == name.npos || dot < name.rfind('\\') ? name.size() : dot;
     return name.insert(end, "-" + Digits(number));
@@ -233,10 +250,7 @@ class Renderer {
   template <typename Make>
   void Write(const std::string& path, Make make) {
     if (path.empty()) return make(streams_.out);
-    for (const int number : pages_) {
-      if (SameFile(path, FileOf(number)))
-        throw Failure("The output would replace the page file " + MachinePath(path) + " itself.");
-    }
+    KeepPages(path, paper_, pages_);
     SafeFile file(path);
     make([&](std::string_view bytes) { file.Append(bytes); });
     file.PutInPlace();
@@ -257,7 +271,7 @@ class Renderer {
     for (const int number : pages_) {
       std::string content;
       const PageItems items = ItemsOf(number, content);
-      document.AddPage(items, {0, 0, PaperWidth, PaperHeight}, number, content);
+      document.AddPage(items, WholeSheet(), number, content);
     }
     Warn(document.Finish());
   }
@@ -265,7 +279,7 @@ class Renderer {
   std::string PictureOf(int number) {
     std::string content;
     const PageItems items = ItemsOf(number, content);
-    const Box sheet{0, 0, PaperWidth, PaperHeight};
+    const Box sheet = WholeSheet();
     if (format_ == Format::Png) return PngOf(items, sheet, options_.resolution, options_.transparent);
     std::string missing;
     std::string picture = SvgOf(items, sheet, !options_.transparent, &missing);

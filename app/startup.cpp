@@ -81,6 +81,7 @@ void ConnectSubjects() {
   PaperShown = FollowVersions;
   OpenPlacedFormula = OpenFormulaOf;
   PaintFinds = PaintMatches;
+  TallWindowMade = [](Window& window) { AddHelpKeys(window, "The panel of signs"); };
   OpenDrawing = [](std::uint64_t id, Point) { ShapeDrawing(id); };
 }
 
@@ -121,6 +122,7 @@ void ResetProgram() {
   ResetVersionsWindow();
   ResetPageOperations();
   ResetFind();
+  ResetFindWindow();
   ResetKeyboard();
   ResetFormulaEntry();
   ResetBezier();
@@ -130,6 +132,7 @@ void ResetProgram() {
   ResetEdits();
   ResetChangeMark();
   ResetMacros();
+  ResetDefineMacroWindow();
   ResetDesigner();
   ResetPalette();
   ResetPlainText();
@@ -164,8 +167,6 @@ bool StartUp(const std::string& executableFolder) {
     return false;
   }
   BuildForm1();
-  BuildForm7();
-  BuildFindWindow();
   PageWatch = TheToolkit->NewFileWatch();
   PageWatch->OnChange = [] {
     FollowPageFile();
@@ -173,9 +174,6 @@ bool StartUp(const std::string& executableFolder) {
   };
   ShowPageNumber();
   ShowChoices();
-  AddHelpKeys(*Form7, "Macros");
-  AddHelpKeys(*FindWindow, "Finding text");
-  AddHelpKeys(*TallWindow, "The panel of signs");
   AddPointedHelpKey(*Form1, kEditorPage);
   AddHelpOfDialogs();
   return true;

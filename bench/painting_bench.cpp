@@ -3,6 +3,7 @@
 
 #include <QFont>
 #include <QGlyphRun>
+#include <QGuiApplication>
 #include <QImage>
 #include <QKeyEvent>
 #include <QPainter>
@@ -39,20 +40,34 @@
 namespace kelvane {
 namespace {
 
-// The page's characters as bare Qt takes them: font, glyphs and positions, ready to be drawn.
-std::vector<QGlyphRun> GlyphRunsOfPage(float pixels) {
-  QFont wanted(QStringLiteral("Nimbus Roman"));
+// Device pixels to the pixel, which bare Qt paints as well.
+double Ratio() {
+  return qGuiApp->devicePixelRatio();
+}
+
+// What the first eight typefaces are on the screen.
+QRawFont BareFont(int face, float pixels) {
+  QFont wanted(face < 4 ? QStringLiteral("Nimbus Roman") : QStringLiteral("Nimbus Sans"));
+  wanted.setBold(face % 2 == 1);
+  wanted.setItalic(face % 4 >= 2);
   wanted.setPixelSize(static_cast<int>(pixels));
   wanted.setHintingPreference(QFont::PreferNoHinting);
   wanted.setStyleStrategy(QFont::NoFontMerging);
-  const QRawFont font = QRawFont::fromFont(wanted);
+  return QRawFont::fromFont(wanted);
+}
+
+// The page's characters as bare Qt takes them: font, glyphs and positions, ready to be drawn.
+std::vector<QGlyphRun> GlyphRunsOfPage(float pixels) {
+  std::vector<QRawFont> fonts;
+  for (int face = 0; face < 8; ++face) fonts.push_back(BareFont(face, pixels * static_cast<float>(Ratio())));
   std::vector<QGlyphRun> runs;
   for (std::string_view rest = PageText; !rest.empty();) {
     TextEntry entry;
     ParseTextEntry(TakeLine(rest), entry);
+    const QRawFont& font = fonts[static_cast<std::size_t>(entry.font)];
     QList<QPointF> positions;
     for (const char c : entry.text) {
-      positions.append(QPointF(entry.x * SCALE, entry.y * SCALE));
+      positions.append(QPointF(entry.x, entry.y) * SCALE * Ratio());
       entry.x += Advance(c, 0, entry.size);
     }
     QGlyphRun& run = runs.emplace_back();
@@ -65,7 +80,7 @@ std::vector<QGlyphRun> GlyphRunsOfPage(float pixels) {
 }
 
 QImage BlankPage() {
-  return QImage(kWidth, kHeight, QImage::Format_RGB32);
+  return QImage(QSize(kWidth, kHeight) * Ratio(), QImage::Format_RGB32);
 }
 
 void DrawBare(QImage& image, const std::vector<QGlyphRun>& runs) {
@@ -75,10 +90,16 @@ void DrawBare(QImage& image, const std::vector<QGlyphRun>& runs) {
   for (const QGlyphRun& run : runs) painter.drawGlyphRun(QPointF(), run);
 }
 
+// As many runs, pixels and faces as the benchmark of text is given.
+void FillText(const benchmark::State& state) {
+  FillPage(static_cast<int>(state.range(0)), static_cast<float>(state.range(1)), 1,
+           static_cast<int>(state.range(2)));
+}
+
 void BareText(benchmark::State& state) {
   const Stage stage;
   const auto pixels = static_cast<float>(state.range(1));
-  FillPage(static_cast<int>(state.range(0)), pixels);
+  FillText(state);
   const std::vector<QGlyphRun> runs = GlyphRunsOfPage(pixels);
   QImage image = BlankPage();
   for (auto _ : state) DrawBare(image, runs);
@@ -88,8 +109,8 @@ void BareText(benchmark::State& state) {
 void ImagesText(benchmark::State& state) {
   const Stage stage;
   const auto pixels = static_cast<float>(state.range(1));
-  FillPage(static_cast<int>(state.range(0)), pixels);
-  std::map<quint32, std::pair<QPoint, QImage>> glyphs;
+  FillText(state);
+  std::map<std::pair<QString, quint32>, std::pair<QPoint, QImage>> glyphs;
   struct Placed {
     QPoint at;
     const QImage* image;
@@ -97,8 +118,9 @@ void ImagesText(benchmark::State& state) {
   std::vector<Placed> placed;
   for (const QGlyphRun& run : GlyphRunsOfPage(pixels)) {
     const QList<quint32> codes = run.glyphIndexes();
+    const QString face = run.rawFont().familyName() + run.rawFont().styleName();
     for (qsizetype i = 0; i < codes.size(); ++i) {
-      auto& [corner, image] = glyphs[codes[i]];
+      auto& [corner, image] = glyphs[{face, codes[i]}];
       if (image.isNull()) {
         const QPainterPath outline = run.rawFont().pathForGlyph(codes[i]);
         const QRect box = outline.controlPointRect().toAlignedRect();
@@ -123,15 +145,15 @@ void ImagesText(benchmark::State& state) {
 
 void Text(benchmark::State& state) {
   const Stage stage;
-  FillPage(static_cast<int>(state.range(0)), static_cast<float>(state.range(1)));
+  FillText(state);
   for (auto _ : state) RedrawPage();
 }
 
-// A factor of the usual scale that was not seen for long.
-float NewScale() {
-  static int step = 0;
-  step = (step + 1) % 1000;
-  return 0.6F + 0.0008F * static_cast<float>(step);
+// A factor of the usual scale, one of so many by turns.
+float NextScale(std::int64_t scales) {
+  static std::int64_t step = 0;
+  step = (step + 1) % scales;
+  return 0.6F + 0.8F * static_cast<float>(step) / static_cast<float>(scales);
 }
 
 void BareZoom(benchmark::State& state) {
@@ -141,7 +163,7 @@ void BareZoom(benchmark::State& state) {
   const std::vector<QGlyphRun> runs = GlyphRunsOfPage(pixels);
   QImage image = BlankPage();
   for (auto _ : state) {
-    const float scale = NewScale();
+    const float scale = NextScale(state.range(2));
     image.fill(Qt::white);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -154,7 +176,7 @@ void Zoom(benchmark::State& state) {
   const Stage stage;
   FillPage(static_cast<int>(state.range(0)), static_cast<float>(state.range(1)));
   for (auto _ : state) {
-    SCALE = kDefaultScale * NewScale();
+    SCALE = kDefaultScale * NextScale(state.range(2));
     RedrawPage();
   }
 }
@@ -187,14 +209,15 @@ void BareDrawings(benchmark::State& state) {
   std::vector<QPainterPath> paths;
   for (const DrawingItem& item : ItemsOfPage().Drawings()) {
     const auto at = [&item](std::size_t i) {
-      return QPointF(item.drawing.points[i].x, item.drawing.points[i].y) * SCALE;
+      return QPointF(item.drawing.points[i].x, item.drawing.points[i].y) * SCALE * Ratio();
     };
     QPainterPath& path = paths.emplace_back(at(0));
     path.lineTo(at(2));
     path.quadTo(at(3), at(4));
     path.lineTo(at(6));
   }
-  const QPen pen(Qt::black, static_cast<double>(state.range(1)), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+  const QPen pen(Qt::black, static_cast<double>(state.range(1)) * Ratio(), Qt::SolidLine, Qt::RoundCap,
+                 Qt::RoundJoin);
   QImage image = BlankPage();
   for (auto _ : state) {
     image.fill(Qt::white);
@@ -287,6 +310,18 @@ void Scroll(benchmark::State& state) {
   }
 }
 
+// The page follows a pointer that moves a little.
+void Drag(benchmark::State& state) {
+  const Stage stage;
+  FillPage(static_cast<int>(state.range(0)), 24);
+  ShowPage();
+  float way = 3;
+  for (auto _ : state) {
+    stage.Show([&] { ScrollBy(way, way); });
+    way = -way;
+  }
+}
+
 // A widget that shows an image: what is left when nothing has to be drawn anew.
 class ImageWidget : public QWidget {
  public:
@@ -340,10 +375,16 @@ void CommitAndUndo(benchmark::State& state) {
 }
 
 void TextSizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgNames({"runs", "px"})->ArgsProduct({{1000, 10000}, {12, 24, 96}})->Apply(Measure);
+  benchmark->ArgNames({"runs", "px", "faces"})
+      ->ArgsProduct({{1000, 10000}, {12, 24, 96}, {1}})
+      ->ArgsProduct({{1000, 10000}, {24}, {8}})
+      ->Apply(Measure);
 }
+// Of a thousand scales each is forgotten when its turn comes again, of two none is.
 void ZoomSizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgNames({"runs", "px"})->ArgsProduct({{1000, 10000}, {24}})->Apply(Measure);
+  benchmark->ArgNames({"runs", "px", "scales"})
+      ->ArgsProduct({{1000, 10000}, {24}, {2, 1000}})
+      ->Apply(Measure);
 }
 void DrawingSizes(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgNames({"drawings", "px"})->ArgsProduct({{1000, 10000}, {1, 2, 4}})->Apply(Measure);
@@ -358,6 +399,7 @@ BENCHMARK(Drawings)->Apply(DrawingSizes);
 BENCHMARK(DrawnPath)->ArgNames({"pieces"})->Arg(100)->Arg(1000)->Apply(Measure);
 BENCHMARK(BareScroll)->Apply(RunCounts);
 BENCHMARK(Scroll)->Apply(RunCounts);
+BENCHMARK(Drag)->Apply(RunCounts);
 BENCHMARK(CommitAndUndo)->Apply(RunCounts);
 BENCHMARK(KeyPress)->ArgNames({"runs"})->Arg(100)->Arg(10000)->Apply(Measure);
 BENCHMARK(JournaledEdit)->ArgNames({"runs"})->Arg(100)->Arg(10000)->Apply(Measure);

@@ -64,7 +64,7 @@ Stage::~Stage() {
   Picture1 = editorCanvas;
 }
 
-void FillPage(int runs, float pixels, unsigned seed) {
+void FillPage(int runs, float pixels, unsigned seed, int faces) {
   std::minstd_rand random(seed);
   const float size = pixels / SCALE;
   std::uniform_real_distribution<float> across(0, PaperWidth - kCharacters * 0.5F * size);
@@ -74,7 +74,7 @@ void FillPage(int runs, float pixels, unsigned seed) {
     std::string run;
     for (int c = 0; c < kCharacters; ++c) run += static_cast<char>('a' + random() % 26);
     PageText += std::to_string(across(random)) + ' ' + std::to_string(down(random)) + " m " +
-                std::to_string(size) + " F0 (" + run + ") 3 s\r\n";
+                std::to_string(size) + " F" + std::to_string(i % faces) + " (" + run + ") 3 s\r\n";
   }
 }
 

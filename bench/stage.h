@@ -55,8 +55,9 @@ struct Stage {
   }
 };
 
-// Runs all over the paper, the same ones for a seed, so many device pixels high.
-void FillPage(int runs, float pixels, unsigned seed = 1);
+// Runs all over the paper, the same ones for a seed, so many device pixels high, in the first so many
+// typefaces by turns.
+void FillPage(int runs, float pixels, unsigned seed = 1, int faces = 1);
 
 // What waits for the disk takes long, however little it computes.
 void MeasureDisk(benchmark::internal::Benchmark* benchmark);

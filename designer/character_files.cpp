@@ -74,9 +74,7 @@ std::string ReadDefinition(const std::string& name) {
 class Stroke {
  public:
   explicit Stroke(std::string_view line) {
-    const int fields = CountFields(line, " ");
-    for (int i = 1; i <= fields; ++i)
-      numbers.push_back(ReadSingle(GetField(line, static_cast<std::int16_t>(i), " ")));
+    for (const std::string_view field : SplitFields(line, " ")) numbers.push_back(ReadSingle(field));
   }
 
   int Count() const { return static_cast<int>(numbers.size()); }

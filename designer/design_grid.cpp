@@ -68,10 +68,6 @@ Point Minus(Point a, Point b) {
   return {a.x - b.x, a.y - b.y};
 }
 
-Box BoxOf(Point a, Point b) {
-  return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
-}
-
 void PlaceView() {
   if (!DesignerCanvas || DesignerCanvas->PixelWidth() <= 0 || DesignerCanvas->PixelHeight() <= 0) return;
   const float width = static_cast<float>(DesignerCanvas->PixelWidth()) / Unit;
@@ -93,7 +89,8 @@ void PaintDesignLayer(Layer layer, const Box& area) {
     PaintDesign(*DesignerCanvas, Design, Background, Unit, area);
     return;
   }
-  if (Mouse.press == Press::Rubber && Mouse.moved) PaintRubber(*DesignerCanvas, BoxOf(Mouse.from, Mouse.to));
+  if (Mouse.press == Press::Rubber && Mouse.moved)
+    PaintRubber(*DesignerCanvas, BoxBetween(Mouse.from, Mouse.to));
   if (!DrawTool) return;
   PaintPen(*DesignerCanvas, PenPoint, kReach / Unit);
   if (Design.Drawing() && Mouse.press == Press::None)
@@ -192,7 +189,7 @@ void Drag(Point at) {
       break;
     case Press::Rubber: {
       Mouse.to = at;
-      PointSelection points = PointsIn(Design.Strokes(), BoxOf(Mouse.from, at));
+      PointSelection points = PointsIn(Design.Strokes(), BoxBetween(Mouse.from, at));
       points.insert(Mouse.before.begin(), Mouse.before.end());
       Design.Select(std::move(points));
       break;
@@ -356,10 +353,10 @@ Point PenPlace() {
 void FitDesign() {
   Fitted = true;
   if (!DesignerCanvas || DesignerCanvas->PixelWidth() <= 0 || DesignerCanvas->PixelHeight() <= 0) return;
-  const Box glyph = BoundsOfStrokes(Design.Strokes()).value_or(Box{});
-  const Box shown{std::min(glyph.left, 0.0F) - kMargin, std::min(glyph.top, 0.0F) - kMargin,
-                  std::max(glyph.right, kDesignSide) + kMargin,
-                  std::max(glyph.bottom, kDesignSide) + kMargin};
+  GrowingBox bounds = BoundsOfStrokes(Design.Strokes());
+  bounds.Add(Box{0, 0, kDesignSide, kDesignSide});
+  const Box shown{bounds.box.left - kMargin, bounds.box.top - kMargin, bounds.box.right + kMargin,
+                  bounds.box.bottom + kMargin};
   Middle = {(shown.left + shown.right) / 2, (shown.top + shown.bottom) / 2};
   Unit = std::max(std::min(static_cast<float>(DesignerCanvas->PixelWidth()) / (shown.right - shown.left),
                            static_cast<float>(DesignerCanvas->PixelHeight()) / (shown.bottom - shown.top)),

@@ -66,8 +66,8 @@ std::string WidthText() {
   std::string text = "Width " + FormatSingle(glyph.width) + " (" + FormatSingle(glyph.width * kGlyphUnit) +
                      " em), bearings " + FormatSingle(glyph.bearing) + " left and right";
   const auto tenths = [](float x) { return FormatFixed(x, 1, true); };
-  if (const auto ink = InkOfStrokes(Design.Strokes()))
-    text += ", ink from " + tenths(ink->left) + " to " + tenths(ink->right);
+  if (const GrowingBox ink = InkOfStrokes(Design.Strokes()); !ink.Empty())
+    text += ", ink from " + tenths(ink.box.left) + " to " + tenths(ink.box.right);
   return text;
 }
 

@@ -8,6 +8,7 @@
 
 #include "designer/character_files.h"
 #include "typography/colours.h"
+#include "typography/curves.h"
 #include "typography/glyph_shapes.h"
 #include "typography/metrics.h"
 #include "typography/run_painter.h"
@@ -135,13 +136,7 @@ void PaintInCell(Canvas& canvas, const Box& cell, std::int16_t code) {
 }
 
 void PaintFrame(Canvas& canvas, const Box& box, ColourValue colour) {
-  Path path;
-  path.MoveTo({box.left + 1, box.top + 1});
-  path.LineTo({box.right - 1, box.top + 1});
-  path.LineTo({box.right - 1, box.bottom - 1});
-  path.LineTo({box.left + 1, box.bottom - 1});
-  path.LineTo({box.left + 1, box.top + 1});
-  canvas.StrokePath(path, {colour, 2});
+  canvas.StrokePath(FrameOf({box.left + 1, box.top + 1, box.right - 1, box.bottom - 1}), {colour, 2});
 }
 
 }  // namespace

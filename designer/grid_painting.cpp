@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "designer/character_files.h"
+#include "typography/curves.h"
 #include "typography/glyph_shapes.h"
 #include "typography/metrics.h"
 #include "typography/run_painter.h"
@@ -38,16 +39,6 @@ constexpr ColourValue kStrokeColour = 0x202020;
 constexpr ColourValue kThreadColour = 0xA0A0A0;
 constexpr ColourValue kHandleColour = 0xC83C14;
 constexpr ColourValue kSelectedColour = 0x1428DC;
-
-Path Rectangle(const Box& box) {
-  Path path;
-  path.MoveTo({box.left, box.top});
-  path.LineTo({box.right, box.top});
-  path.LineTo({box.right, box.bottom});
-  path.LineTo({box.left, box.bottom});
-  path.LineTo({box.left, box.top});
-  return path;
-}
 
 class GridPainter {
  public:
@@ -131,7 +122,7 @@ class GridPainter {
     const ColourValue colour = selected ? kSelectedColour : thread ? kThreadColour : kHandleColour;
     const float half = (control ? kHandle - (bent || selected ? 1 : 2) : kHandle) / unit;
     const Point at = stroke[point];
-    const Path box = Rectangle({at.x - half, at.y - half, at.x + half, at.y + half});
+    const Path box = FrameOf({at.x - half, at.y - half, at.x + half, at.y + half});
     painter.FillPath(box, selected || point == 0 ? colour : kPaperColour);
     painter.StrokePath(box, {colour, 1});
   }
@@ -151,7 +142,7 @@ void PaintDesign(Painter& painter, const StrokeEditor& design, const BackgroundC
 }
 
 void PaintRubber(Painter& painter, const Box& box) {
-  painter.StrokePath(Rectangle(box), {kSelectedColour, 1});
+  painter.StrokePath(FrameOf(box), {kSelectedColour, 1});
 }
 
 void PaintPen(Painter& painter, Point at, float arm) {

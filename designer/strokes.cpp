@@ -10,7 +10,6 @@
 #include "document/lines.h"
 #include "document/numbers.h"
 #include "platform/failure.h"
-#include "typography/curves.h"
 
 namespace kelvane {
 namespace {
@@ -114,15 +113,6 @@ class Reader {
   std::vector<float> operands;
   std::vector<float> taken;
 };
-
-float DistanceToPiece(Point at, Point from, Point to) {
-  const Point along{to.x - from.x, to.y - from.y};
-  const float square = along.x * along.x + along.y * along.y;
-  const float t =
-      square > 0 ? std::clamp(((at.x - from.x) * along.x + (at.y - from.y) * along.y) / square, 0.0F, 1.0F)
-                 : 0;
-  return std::hypot(at.x - from.x - t * along.x, at.y - from.y - t * along.y);
-}
 
 void Straighten(GlyphStroke& stroke, std::size_t control) {
   stroke[control] = Middle(stroke[control - 1], stroke[control + 1]);
@@ -240,30 +230,18 @@ Path PathOfStrokes(const GlyphStrokes& strokes) {
   return path;
 }
 
-std::optional<Box> BoundsOfStrokes(const GlyphStrokes& strokes) {
-  std::optional<Box> bounds;
-  for (const GlyphStroke& stroke : strokes) {
-    for (const Point& point : stroke) {
-      if (!bounds) bounds = Box{point.x, point.y, point.x, point.y};
-      bounds->left = std::min(bounds->left, point.x);
-      bounds->top = std::min(bounds->top, point.y);
-      bounds->right = std::max(bounds->right, point.x);
-      bounds->bottom = std::max(bounds->bottom, point.y);
-    }
-  }
+GrowingBox BoundsOfStrokes(const GlyphStrokes& strokes) {
+  GrowingBox bounds;
+  for (const GlyphStroke& stroke : strokes)
+    for (const Point& point : stroke) bounds.Add(point);
   return bounds;
 }
 
-std::optional<Sides> InkOfStrokes(const GlyphStrokes& strokes) {
-  std::optional<Sides> ink;
+GrowingBox InkOfStrokes(const GlyphStrokes& strokes) {
+  GrowingBox ink;
   for (const GlyphStroke& stroke : strokes) {
-    for (std::size_t i = 1; i + 1 < stroke.size(); i += 2) {
-      for (const Point& point : FlattenCurve(stroke[i - 1], stroke[i], stroke[i + 1])) {
-        if (!ink) ink = Sides{point.x, point.x};
-        ink->left = std::min(ink->left, point.x);
-        ink->right = std::max(ink->right, point.x);
-      }
-    }
+    for (std::size_t i = 1; i + 1 < stroke.size(); i += 2)
+      for (const Point& point : FlattenCurve(stroke[i - 1], stroke[i], stroke[i + 1])) ink.Add(point);
   }
   return ink;
 }
@@ -293,7 +271,7 @@ std::optional<PointPlace> SegmentNear(const GlyphStrokes& strokes, Point at, flo
     for (std::size_t i = 1; i + 1 < stroke.size(); i += 2) {
       const CurvePoints curve = FlattenCurve(stroke[i - 1], stroke[i], stroke[i + 1]);
       for (int piece = 1; piece < kCurvePoints; ++piece) {
-        const float distance = DistanceToPiece(at, curve[piece - 1], curve[piece]);
+        const float distance = DistanceToChord(curve[piece - 1], curve[piece], at);
         if (distance > reach || (nearest && distance == reach)) continue;
         reach = distance;
         nearest = PointPlace{s, i};

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/canvas.h"
+#include "typography/curves.h"
 
 namespace kelvane {
 
@@ -53,15 +54,10 @@ GlyphStrokes StrokesOfProcedure(const std::string& procedure);
 bool Builds(const GlyphStrokes& strokes, const std::string& procedure);
 
 Path PathOfStrokes(const GlyphStrokes& strokes);
-// A rectangle round all points; nothing without strokes.
-std::optional<Box> BoundsOfStrokes(const GlyphStrokes& strokes);
-
-// How far the lines themselves reach sideways; control points do not count.
-struct Sides {
-  float left = 0;
-  float right = 0;
-};
-std::optional<Sides> InkOfStrokes(const GlyphStrokes& strokes);
+// The box of all points.
+GrowingBox BoundsOfStrokes(const GlyphStrokes& strokes);
+// The box of the lines themselves; control points do not count.
+GrowingBox InkOfStrokes(const GlyphStrokes& strokes);
 
 // What there is within `reach` of a place: a point of a stroke, ends rather than control points; or the
 // control point of a segment that passes there.

@@ -128,6 +128,13 @@ std::optional<float> NumberOf(std::string_view text) {
   return whole && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
+std::int16_t CountOf(std::string_view text) {
+  std::int16_t value = 0;
+  const bool digits = !text.empty() && std::ranges::all_of(text, IsDigit);
+  const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+  return digits && read.ec == std::errc{} ? value : std::int16_t{0};
+}
+
 double ReadDouble(std::string_view text) {
   return ReadNumber<double>(text);
 }

@@ -24,6 +24,9 @@ float ReadSingle(std::string_view text);
 // out of range.
 std::optional<float> NumberOf(std::string_view text);
 
+// The number that digits alone make up; 0 for what is none, and for one beyond 16 bits.
+std::int16_t CountOf(std::string_view text);
+
 // The same as ReadSingle in double precision, for values that are not page coordinates.
 double ReadDouble(std::string_view text);
 

@@ -80,13 +80,9 @@ void AppendSortedText(std::string& content, std::string_view text) {
   std::vector<Entry> entries;
   for (std::string_view rest = text; !rest.empty();) {
     const std::string_view line = TakeLine(rest);
-    TextEntry entry;
     if (line.empty()) continue;
-    if (ParseTextEntry(line, entry)) {
-      entries.push_back({entry.y, entry.x, line});
-    } else {  // what draws nothing still has its place among what does
-      entries.push_back({ReadSingle(GetField(line, 2, " ")), ReadSingle(GetField(line, 1, " ")), line});
-    }
+    // By fields, not by entries: what draws nothing still has its place among what does.
+    entries.push_back({ReadSingle(GetField(line, 2, " ")), ReadSingle(GetField(line, 1, " ")), line});
   }
   std::reverse(entries.begin(), entries.end());
   std::stable_sort(entries.begin(), entries.end(),

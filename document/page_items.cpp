@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <utility>
 
+#include "document/common_text.h"
 #include "document/lines.h"
 
 namespace kelvane {
@@ -32,90 +35,117 @@ void Read(DrawingItem& item) {
 }
 
 // What was read of an item stays true when its text is found elsewhere, but for the views into it.
-void Carry(TextItem& item, TextItem& from) {
-  if (from.draws) {
-    item.entry = from.entry;
-    item.entry.text = item.line.substr(static_cast<std::size_t>(from.entry.text.data() - from.line.data()),
-                                       from.entry.text.size());
+void MoveTo(TextItem& item, std::string_view line) {
+  if (item.draws) {
+    const auto start = static_cast<std::size_t>(item.entry.text.data() - item.line.data());
+    item.entry.text = line.substr(start, item.entry.text.size());
   }
-  item.draws = from.draws;
-  item.reading = from.reading;
+  item.line = line;
 }
-void Carry(DrawingItem& item, DrawingItem& from) {
-  item.drawing = std::move(from.drawing);
-  item.draws = from.draws;
+void MoveTo(DrawingItem& item, std::string_view record) {
+  item.record = record;
 }
 
+// Whether the same lines stand in two stretches of as many.
 template <typename Item>
-bool SameInAnyOrder(std::vector<Item>& a, std::vector<Item>& b, std::size_t from, std::size_t to) {
+bool SameInAnyOrder(std::span<Item> a, std::span<Item> b) {
   // Sums that differ tell the usual case without sorting.
   const std::hash<std::string_view> hash;
   std::size_t sum = 0;
-  for (std::size_t i = from; i < to; ++i) sum += hash(TextOf(a[i])) - hash(TextOf(b[i]));
+  for (std::size_t i = 0; i < a.size(); ++i) sum += hash(TextOf(a[i])) - hash(TextOf(b[i]));
   if (sum != 0) return false;
   std::vector<std::string_view> lines[2];
-  for (std::size_t i = from; i < to; ++i) {
-    lines[0].push_back(TextOf(a[i]));
-    lines[1].push_back(TextOf(b[i]));
-  }
+  for (Item& item : a) lines[0].push_back(TextOf(item));
+  for (Item& item : b) lines[1].push_back(TextOf(item));
   for (auto& side : lines) std::sort(side.begin(), side.end());
   return lines[0] == lines[1];
 }
 
-// Reads the lines of `content` as items. What equals a line of `old` takes over its identity and what was
-// read of it: lines before the first and behind the last difference, and lines that were moved between these.
-// If as many lines stand between them as before, and not the same ones in another order, each is the changed
-// form of the one in its place.
+// Gives items that have no more than their line the identity of old ones, and what was read of them, where
+// the lines are the same. If they are as many as before, and not the same lines in another order, each is the
+// changed form of the one in its place.
 template <typename Item>
-void Take(std::vector<Item>& items, std::string_view content, std::vector<Item> old) {
-  items.clear();
-  items.reserve(old.size() + 1);
-  while (!content.empty()) TextOf(items.emplace_back()) = TakeLine(content);
-
-  const auto same = [](Item& a, Item& b) { return TextOf(a) == TextOf(b); };
+void Recognise(std::span<Item> items, std::span<Item> old) {
   const auto keep = [](Item& item, Item& from) {
-    item.id = from.id;
-    Carry(item, from);
+    const std::string_view text = TextOf(item);
+    item = std::move(from);
+    MoveTo(item, text);
   };
-  const std::size_t least = std::min(items.size(), old.size());
-  std::size_t front = 0;
-  while (front < least && same(items[front], old[front])) {
-    keep(items[front], old[front]);
-    ++front;
-  }
-  std::size_t back = 0;
-  while (back < least - front && same(items[items.size() - 1 - back], old[old.size() - 1 - back])) {
-    keep(items[items.size() - 1 - back], old[old.size() - 1 - back]);
-    ++back;
-  }
-  const std::size_t end = items.size() - back;
-  const bool inPlace = items.size() == old.size() && !SameInAnyOrder(items, old, front, end);
-  std::unordered_multimap<std::string_view, Item*> moved;
-  for (std::size_t i = front; i < old.size() - back && !inPlace; ++i) moved.emplace(TextOf(old[i]), &old[i]);
-  for (std::size_t i = front; i < end; ++i) {
-    const auto found = moved.find(TextOf(items[i]));
-    if (found != moved.end()) {
-      keep(items[i], *found->second);
-      moved.erase(found);
-      continue;
+  if (items.size() == old.size() && !SameInAnyOrder(items, old)) {
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      if (TextOf(items[i]) == TextOf(old[i])) {
+        keep(items[i], old[i]);
+      } else {
+        items[i].id = old[i].id;
+        Read(items[i]);
+      }
     }
-    items[i].id = inPlace ? old[i].id : ++LastId;
-    Read(items[i]);
+    return;
+  }
+  std::unordered_multimap<std::string_view, Item*> known;
+  for (Item& item : old) known.emplace(TextOf(item), &item);
+  for (Item& item : items) {
+    if (const auto found = known.find(TextOf(item)); found != known.end()) {
+      keep(item, *found->second);
+      known.erase(found);
+    } else {
+      item.id = ++LastId;
+      Read(item);
+    }
   }
 }
 
+// Makes the items of one text those of another. The lines at the ends of both keep theirs.
+template <typename Item>
+void Renew(std::vector<Item>& items, std::string_view before, std::string_view after) {
+  const auto [front, back] = LinesInCommon(before, after);
+  const auto placeOf = [before](Item& item) {
+    return static_cast<std::size_t>(TextOf(item).data() - before.data());
+  };
+  const auto firstFrom = [&](std::size_t place) {
+    return std::partition_point(items.begin(), items.end(),
+                                [&](Item& item) { return placeOf(item) < place; });
+  };
+  const auto first = firstFrom(front), last = firstFrom(before.size() - back);
+  std::vector<Item> changed;
+  for (std::string_view rest = after.substr(front, after.size() - back - front); !rest.empty();)
+    TextOf(changed.emplace_back()) = TakeLine(rest);
+  Recognise(std::span(changed), std::span(first, last));
+  const auto gone = items.erase(first, last);
+  for (Item& item : items) {
+    const std::size_t place = placeOf(item);
+    const std::size_t to = place < front ? place : place + after.size() - before.size();
+    MoveTo(item, after.substr(to, TextOf(item).size()));
+  }
+  items.insert(gone, std::make_move_iterator(changed.begin()), std::make_move_iterator(changed.end()));
+}
+
+template <typename Item>
+const Item* Find(const std::vector<Item>& items, std::uint64_t id) {
+  const auto item = std::ranges::find(items, id, &Item::id);
+  return item == items.end() || !item->draws ? nullptr : &*item;
+}
+
 }  // namespace
+
+const TextItem* PageItems::FindText(std::uint64_t id) const {
+  return Find(texts_, id);
+}
+
+const DrawingItem* PageItems::FindDrawing(std::uint64_t id) const {
+  return Find(drawings_, id);
+}
 
 void PageItems::Follow(const Page& page) {
   drawingCount_ = page.drawingCount;
   // What the old views point into must live until all is taken over.
   if (*text_ != page.text) {
     const auto before = std::exchange(text_, std::make_unique<const std::string>(page.text));
-    Take(texts_, *text_, std::move(texts_));
+    Renew(texts_, *before, *text_);
   }
   if (*records_ != page.drawings) {
     const auto before = std::exchange(records_, std::make_unique<const std::string>(page.drawings));
-    Take(drawings_, *records_, std::move(drawings_));
+    Renew(drawings_, *before, *records_);
   }
 }
 

@@ -51,6 +51,10 @@ class PageItems {
   const std::vector<TextItem>& Texts() const { return texts_; }
   const std::vector<DrawingItem>& Drawings() const { return drawings_; }
 
+  // Null for an identity that no item has, or one that draws nothing.
+  const TextItem* FindText(std::uint64_t id) const;
+  const DrawingItem* FindDrawing(std::uint64_t id) const;
+
  private:
   // On the heap, so that views into them outlive a change of hands.
   std::unique_ptr<const std::string> text_ = std::make_unique<std::string>();

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "document/fields.h"
+#include "document/numbers.h"
 #include "document/page.h"
 
 namespace kelvane {
@@ -47,6 +48,10 @@ std::string PageFileName(const std::string& paperFile, int number) {
   std::array<char, 16> extension;  // NUL-terminated
   std::snprintf(extension.data(), extension.size(), "%03d", number);
   return ChangeExtension(paperFile, extension.data());
+}
+
+int PageNumberOf(const std::string& file) {
+  return RoundToInt16(ReadSingle(file.substr(file.rfind('.') + 1)));
 }
 
 std::string FolderOfPaper() {

@@ -33,6 +33,8 @@ void ResetPaper();
 // Page file of page `number` of the current paper; empty while the paper has no name.
 std::string PageFileName(std::int16_t number);
 std::string PageFileName(const std::string& paperFile, int number);
+// The number that the extension of a file names; 0 if that is no number.
+int PageNumberOf(const std::string& file);
 
 // Where the other file dialogs start: the folder of the current paper, PaperFolder while it has no name.
 std::string FolderOfPaper();

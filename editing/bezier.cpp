@@ -234,7 +234,7 @@ class PathDrawer : public Tool {
         {path.end() - static_cast<std::ptrdiff_t>(std::min<std::size_t>(path.size(), 3)), path.end()});
     moving.points.push_back(Hover);
     Box box = BoundsOf(moving);
-    const float margin = kMarkPixels / SCALE;
+    const float margin = Pixels(kMarkPixels);
     box = {box.left - margin, box.top - margin, box.right + margin, box.bottom + margin};
     if (CanvasIsLaidOut()) Picture1->Invalidate(Layer::Overlay, box);
   }

@@ -1,9 +1,11 @@
 #include "editing/clipboard.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "document/lines.h"
 #include "editing/formula_entry.h"
@@ -161,6 +163,21 @@ void Paste(std::optional<Point> at) {
   if (!untypable.empty() && PlaceIsSet()) return InsertSigns(WithoutLastEnd(text));
   if (!untypable.empty()) ShowNote("There is no code for " + untypable);
   if (!codes.empty()) PasteText(codes, at);
+}
+
+void DuplicateSelected() {
+  // The items that the last one made, moved since: their way is what is to be repeated.
+  static std::vector<std::uint64_t> made;
+  static Point madeFrom;
+  const std::vector<std::uint64_t> ids = Selection().Ids();
+  if (ids.empty()) return;
+  const Point at{MarkedLeft, MarkedBottom};
+  const Point step = ids == made ? Point{at.x - madeFrom.x, at.y - madeFrom.y}
+                                 : Point{static_cast<float>(GridStepH), static_cast<float>(GridStepV)};
+  AddItems("duplicate", LinesOfSelected(), step.x, step.y);
+  made = Selection().Ids();
+  madeFrom = at;
+  ShowCursor();
 }
 
 }  // namespace kelvane

@@ -1,7 +1,7 @@
 #pragma once
 
-// Cut, copy, paste and delete. They act on the run being typed while one is open, else on the selected items;
-// what has to do with items ends in Select.
+// Cut, copy, paste, delete and duplicate. They act on the run being typed while one is open, else on the
+// selected items; what has to do with items ends in Select.
 
 #include <optional>
 
@@ -21,5 +21,8 @@ void Delete();
 // come as items whose first one has its point at `at`, snapped to the grid, or, without, in the middle of the
 // view; other text as one run a line. Throws Failure, and changes nothing, for lines that no page could hold.
 void Paste(std::optional<Point> at);
+
+// A copy of the selected items beside them; repeated, at the distance to which the last copy was moved.
+void DuplicateSelected();
 
 }  // namespace kelvane

@@ -4,16 +4,13 @@
 #include <compare>
 #include <functional>
 
+#include "document/common_text.h"
+
 namespace kelvane {
 
 namespace {
 
-constexpr std::size_t kBlock = 1024;  // bytes
 constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
-
-bool EndsLine(std::string_view text, std::size_t end, std::size_t start) {
-  return end == start || text[end - 1] == '\n';
-}
 
 // The lines of a text with their ends, and where each of them stands.
 class Lines {
@@ -115,34 +112,8 @@ class Walk {
 
 }  // namespace
 
-// Blocks are compared at once: most of two pages is the same.
-std::size_t CommonFront(std::string_view a, std::string_view b) {
-  const std::size_t shorter = std::min(a.size(), b.size());
-  std::size_t front = 0;
-  while (shorter - front >= kBlock && a.compare(front, kBlock, b, front, kBlock) == 0) front += kBlock;
-  while (front < shorter && a[front] == b[front]) ++front;
-  return front;
-}
-
-std::size_t CommonBack(std::string_view a, std::string_view b) {
-  const std::size_t shorter = std::min(a.size(), b.size());
-  std::size_t back = 0;
-  while (shorter - back >= kBlock &&
-         a.compare(a.size() - back - kBlock, kBlock, b, b.size() - back - kBlock, kBlock) == 0) {
-    back += kBlock;
-  }
-  while (back < shorter && a[a.size() - 1 - back] == b[b.size() - 1 - back]) ++back;
-  return back;
-}
-
 Differences Compare(std::string_view before, std::string_view after) {
-  std::size_t front = CommonFront(before, after);
-  while (front > 0 && before[front - 1] != '\n') --front;
-  std::size_t back = CommonBack(before.substr(front), after.substr(front));
-  while (back > 0 &&
-         !(EndsLine(before, before.size() - back, front) && EndsLine(after, after.size() - back, front))) {
-    --back;
-  }
+  const auto [front, back] = LinesInCommon(before, after);
   return Walk(before.substr(front, before.size() - back - front),
               after.substr(front, after.size() - back - front), front)
       .Differ();

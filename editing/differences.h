@@ -17,10 +17,6 @@ struct Difference {
 };
 using Differences = std::vector<Difference>;  // down the text, none touching the next
 
-// How many bytes two texts have in common at their front, and at their back.
-std::size_t CommonFront(std::string_view a, std::string_view b);
-std::size_t CommonBack(std::string_view a, std::string_view b);
-
 Differences Compare(std::string_view before, std::string_view after);
 
 // Takes a text from the state before to the one after, or back.

@@ -31,6 +31,7 @@ struct FormulaInMaking {
   std::size_t caret = 0;  // byte of it
   FormulaStyle style;
   std::vector<std::uint64_t> instead;  // items that it takes the place of
+  std::string behind;                  // a run that goes on behind it
 };
 std::optional<FormulaInMaking> FormulaNow();
 // At the placed cursor point.
@@ -59,6 +60,8 @@ bool CanUndoNotation();
 bool CanRedoNotation();
 void UndoNotation();
 void RedoNotation();
+// The size or typeface of typing was changed, which is the formula's.
+void FollowTypeface();
 // What an input method has in the making.
 void ShowFormulaPreedit(const std::string& utf8);
 

@@ -82,6 +82,7 @@ HalfDone HalfDoneNow() {
     half.size = formula->style.size;
     half.font = formula->style.font;
     half.caret = static_cast<std::uint32_t>(formula->caret);
+    half.run = std::move(formula->behind);
     half.notation = std::move(formula->notation);
     half.replaced = NumbersOfItems(formula->instead);
   }
@@ -95,8 +96,9 @@ void TakeUp(const HalfDone& half) {
     ShowCursor();
     return;
   }
+  const bool formula = !half.notation.empty() && half.mode < 0 && AnchorOfMode(half.mode) != 0;
   // What waits in the box for a place is not to make room for nothing.
-  const std::string run = half.run.empty() ? PendingRun : half.run;
+  const std::string run = formula ? std::string() : half.run.empty() ? PendingRun : half.run;
   TextEntry entry;
   entry.x = half.cursor.x;
   entry.y = half.cursor.y;
@@ -111,8 +113,9 @@ void TakeUp(const HalfDone& half) {
     TakeMode(half.mode);
   }
   TakeRunOf(entry, half.caret);
-  if (!half.notation.empty() && half.mode < 0 && AnchorOfMode(half.mode) != 0)
-    TakeUpFormula({half.notation, half.caret, {half.size, true, half.font}, ItemsNumbered(half.replaced)});
+  if (formula)
+    TakeUpFormula(
+        {half.notation, half.caret, {half.size, true, half.font}, ItemsNumbered(half.replaced), half.run});
   ShowCursor();
 }
 

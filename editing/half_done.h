@@ -17,7 +17,7 @@ struct HalfDone {
   Point cursor;
   float size = 0;  // of the typeface, points
   std::int16_t font = 0;
-  std::string run;
+  std::string run;          // or what goes on behind the formula
   std::string notation;     // of the formula being typed, UTF-8
   std::uint32_t caret = 0;  // before this byte of the run, or of the notation
   std::uint64_t retyped =

@@ -29,10 +29,6 @@ Box Frame;
 Scaling Scales;
 float Degrees = 0;
 
-float Pixels(float pixels) {
-  return pixels / SCALE;
-}
-
 Point CornerOf(const Box& box, Handle handle) {
   const bool left = handle == Handle::TopLeft || handle == Handle::BottomLeft;
   const bool top = handle == Handle::TopLeft || handle == Handle::TopRight;
@@ -107,7 +103,7 @@ Point ByHandle(Point point) {
 }
 
 std::string Percent(float factor) {
-  return FormatSingle(std::round(factor * 1000) / 10) + " %";
+  return FormatUpTo(factor * 100, 1) + " %";
 }
 
 }  // namespace
@@ -177,7 +173,7 @@ void PaintFrame(Painter& painter) {
 
 std::string HandleHint() {
   if (Held != Handle::Turn) return Percent(Scales.x) + " across, " + Percent(Scales.y) + " down";
-  const std::string angle = FormatSingle(std::round(Degrees * 10) / 10) + " degrees";
+  const std::string angle = FormatUpTo(Degrees, 1) + " degrees";
   return SelectedProperties().texts > 0 ? angle + ". " + kRunsDoNotTurn : angle;
 }
 

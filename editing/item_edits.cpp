@@ -226,11 +226,7 @@ void AddItems(const std::string& label, std::string_view lines, float dx, float 
 }
 
 void ReplaceText(const std::string& label, std::uint64_t id, std::string_view line) {
-  for (const TextItem& item : ItemsOfPage().Texts()) {
-    if (item.id != id) continue;
-    Rewrite(label, {{&item, std::string(line)}}, {});
-    return;
-  }
+  if (const TextItem* item = ItemsOfPage().FindText(id)) Rewrite(label, {{item, std::string(line)}}, {});
 }
 
 }  // namespace kelvane

@@ -53,6 +53,14 @@ float RetypedAmount = 0;
 std::string WaitingRun;
 TextEntry ForNewRuns;
 
+// The line that Enter led to last: its y, the number of the last chosen cursor point and the last item then.
+struct Line {
+  float y = 0;
+  int place = -1;
+  std::uint64_t lastAbove = 0;
+};
+Line NewLine;
+
 OpenRun RunNow() {
   return {PendingRun, CursorX, CursorY, FontSize, BaseFont, CursorMode};
 }
@@ -107,12 +115,6 @@ bool EditingKey(int code) {
   }
 }
 
-const TextItem* FindText(std::uint64_t id) {
-  for (const TextItem& item : ItemsOfPage().Texts())
-    if (item.id == id && item.draws) return &item;
-  return nullptr;
-}
-
 bool ArrowKey(int code) {
   switch (code) {
     case kKeyLeft:
@@ -141,7 +143,7 @@ void EnterKey(bool justify) {
     if (!PendingRun.empty() || CursorMode == 0) return;  // it could not be taken, or an item has its place
     StayPlaced();
   }
-  CursorY = NextLine(CursorY);
+  GoToLine(NextLine(CursorY));
 }
 
 TextEntry EntryForRun() {
@@ -288,6 +290,7 @@ void ResetKeyboard() {
   GivenBack = {};
   Names.Close();
   Retyped = 0;
+  NewLine = {};
 }
 
 Tool& TypingTool() {
@@ -358,7 +361,7 @@ void CommitRetyped() {
     ShowNote(kTooLong);
     return;
   }
-  const TextItem* item = FindText(id);
+  const TextItem* item = ItemsOfPage().FindText(id);
   const Box area = item ? BoundsOf(item->entry) : Box{};
   const bool changed = item && item->line != line;
   EndRetyping();
@@ -369,7 +372,7 @@ void CommitRetyped() {
 }  // namespace
 
 void RetypeItem(std::uint64_t id, Point at) {
-  const TextItem* item = FindText(id);
+  const TextItem* item = ItemsOfPage().FindText(id);
   if (!item) return;
   const TextEntry entry = item->entry;
   if (entry.anchor < 1 || entry.anchor > 9) {
@@ -392,12 +395,16 @@ bool Retyping() {
   return Retyped != 0;
 }
 
+bool RetypedCanBeCut() {
+  return Retyped != 0 && RetypedAmount == 0 && WaitingRun.empty();
+}
+
 std::uint64_t RetypedItem() {
   return Retyped;
 }
 
 void GiveUpRetyping() {
-  const TextItem* item = FindText(Retyped);
+  const TextItem* item = ItemsOfPage().FindText(Retyped);
   if (item) ShowPage(BoundsOf(item->entry));
   EndRetyping();
 }
@@ -429,6 +436,22 @@ float NextLine(float y) {
   const double lines = std::floor((static_cast<double>(FontSize) + y + GridStepV) / GridStepV);
   constexpr double kMost = std::numeric_limits<float>::max();
   return static_cast<float>(std::min(lines * GridStepV, kMost));
+}
+
+void GoToLine(float y) {
+  std::uint64_t last = 0;
+  for (const TextItem& item : ItemsOfPage().Texts()) last = std::max(last, item.id);
+  for (const DrawingItem& item : ItemsOfPage().Drawings()) last = std::max(last, item.id);
+  CursorY = y;
+  NewLine = {y, PlaceChosen(), last};
+}
+
+bool IsOnNewLine() {
+  return NewLine.place == PlaceChosen() && NewLine.y == CursorY;
+}
+
+std::uint64_t LastAboveLine() {
+  return NewLine.lastAbove;
 }
 
 RunEnds EndsOfRun() {

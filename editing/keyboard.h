@@ -45,6 +45,13 @@ void AddTextRun(bool ResetSelection);
 // The y of the line below one at y, both in points, as Enter goes there.
 float NextLine(float y);
 
+// To the line below, as Enter goes: the cursor point down to y.
+void GoToLine(float y);
+// Whether the cursor point stands on the line that Enter led to last, and was not chosen since.
+bool IsOnNewLine();
+// Items with a higher identity came to the page on that line.
+std::uint64_t LastAboveLine();
+
 // Where the run being typed begins and ends and where its caret is, on its baseline, points; all the cursor
 // point while none is open.
 struct RunEnds {
@@ -59,6 +66,9 @@ RunEnds EndsOfRun();
 void RetypeItem(std::uint64_t id, Point at);
 bool Retyping();
 void GiveUpRetyping();
+// Whether parts of its run can become items of their own: it is not stretched, and no other text waits in the
+// box for a place.
+bool RetypedCanBeCut();
 // The item by its identity; 0 for none.
 std::uint64_t RetypedItem();
 

@@ -33,8 +33,9 @@ std::string_view LineEditor::Selected() const {
   return std::string_view(now_.text).substr(SelectedFrom(), SelectedTo() - SelectedFrom());
 }
 
-void LineEditor::Keep() {
-  back_.push_back(now_);
+void LineEditor::Keep(Change change) {
+  if (change == Change::Other || change != last_) back_.push_back(now_);
+  last_ = change;
   forward_.clear();
 }
 
@@ -42,6 +43,7 @@ void LineEditor::Set(std::string text, bool fresh) {
   if (fresh) {
     back_.clear();
     forward_.clear();
+    last_ = Change::Other;
   } else {
     Keep();
   }
@@ -49,17 +51,38 @@ void LineEditor::Set(std::string text, bool fresh) {
   now_.caret = now_.other = now_.text.size();
 }
 
-void LineEditor::Insert(std::string_view text, std::size_t caret) {
+void LineEditor::Replace(std::size_t from, std::size_t to, std::string_view text, std::size_t caret) {
   Keep();
-  const std::size_t from = SelectedFrom();
-  now_.text.replace(from, SelectedTo() - from, text);
+  now_.text.replace(from, to - from, text);
   now_.caret = now_.other = from + std::min(caret, text.size());
 }
 
+void LineEditor::Insert(std::string_view text, std::size_t caret) {
+  Replace(SelectedFrom(), SelectedTo(), text, caret);
+}
+
+void LineEditor::Type(char character) {
+  if (!Selected().empty()) {
+    Insert(std::string_view(&character, 1));
+    last_ = Change::Typing;
+    return;
+  }
+  const bool newWord = character != ' ' && now_.caret > 0 && now_.text[now_.caret - 1] == ' ';
+  if (newWord) last_ = Change::Other;
+  Keep(Change::Typing);
+  now_.text.insert(now_.caret, 1, character);
+  now_.other = ++now_.caret;
+}
+
 void LineEditor::Erase(std::size_t from, std::size_t to) {
-  if (from == to) return;
-  Keep();
-  now_.text.erase(from, to - from);
+  if (from != to) Replace(from, to, {});
+}
+
+void LineEditor::EraseBefore() {
+  const std::size_t from = Beside(false, false);
+  if (from == now_.caret) return;
+  Keep(Change::Erasing);
+  now_.text.erase(from, now_.caret - from);
   now_.caret = now_.other = from;
 }
 
@@ -67,11 +90,21 @@ void LineEditor::MoveCaret(std::size_t to, bool extending) {
   now_.caret = std::min(to, now_.text.size());
   while (now_.caret > 0 && now_.caret < now_.text.size() && Continues(now_.text[now_.caret])) --now_.caret;
   if (!extending) now_.other = now_.caret;
+  last_ = Change::Other;
 }
 
 void LineEditor::SelectAll() {
+  last_ = Change::Other;
   now_.other = 0;
   now_.caret = now_.text.size();
+}
+
+void LineEditor::SelectWordAt(std::size_t at) {
+  std::size_t from = at, to = at;
+  while (from > 0 && IsOfWord(now_.text[from - 1])) --from;
+  while (to < now_.text.size() && IsOfWord(now_.text[to])) ++to;
+  MoveCaret(from);
+  MoveCaret(to, true);
 }
 
 std::size_t LineEditor::Beside(bool right, bool word) const {
@@ -114,9 +147,10 @@ bool LineEditor::Key(int code) {
       MoveCaret(now_.text.size(), extending);
       return true;
     case kKeyBackspace:
+      selected ? Erase(SelectedFrom(), SelectedTo()) : EraseBefore();
+      return true;
     case kKeyWordBackspace:
-      selected ? Erase(SelectedFrom(), SelectedTo())
-               : Erase(Beside(false, code == kKeyWordBackspace), now_.caret);
+      selected ? Erase(SelectedFrom(), SelectedTo()) : Erase(Beside(false, true), now_.caret);
       return true;
     case kKeyDelete:
       selected ? Erase(SelectedFrom(), SelectedTo()) : Erase(now_.caret, Beside(true, word));
@@ -130,12 +164,14 @@ void LineEditor::Undo() {
   if (back_.empty()) return;
   forward_.push_back(std::exchange(now_, back_.back()));
   back_.pop_back();
+  last_ = Change::Other;
 }
 
 void LineEditor::Redo() {
   if (forward_.empty()) return;
   back_.push_back(std::exchange(now_, forward_.back()));
   forward_.pop_back();
+  last_ = Change::Other;
 }
 
 }  // namespace kelvane

@@ -18,13 +18,22 @@ class LineEditor {
   std::size_t SelectedTo() const;
   std::string_view Selected() const;
 
+  // Each change is one step back, but characters that are typed one behind the other are one, and so are
+  // those that Backspace takes; behind a blank another begins.
+
   // Another text, the caret behind it; what was before can be taken back unless `fresh`.
   void Set(std::string text, bool fresh = false);
-  // Puts text in the place of what is selected, the caret so many bytes into it.
+  // Puts text in the place of a part, the caret so many bytes into it.
+  void Replace(std::size_t from, std::size_t to, std::string_view text,
+               std::size_t caret = std::string_view::npos);
+  // The same in the place of what is selected.
   void Insert(std::string_view text, std::size_t caret = std::string_view::npos);
+  void Type(char character);
   void Erase(std::size_t from, std::size_t to);
   void MoveCaret(std::size_t to, bool extending = false);
   void SelectAll();
+  // The letters and figures around a place.
+  void SelectWordAt(std::size_t at);
 
   // Arrows, Home, End, Backspace, Delete with Shift and Ctrl as usual; false for other keys.
   bool Key(int code);
@@ -41,13 +50,16 @@ class LineEditor {
     std::size_t other = 0;  // the other end of what is selected
   };
 
-  void Keep();
+  enum class Change { Other, Typing, Erasing };
+  void Keep(Change change = Change::Other);
+  void EraseBefore();
   // The next place to the left or right: by character, by word.
   std::size_t Beside(bool right, bool word) const;
 
   State now_;
   std::vector<State> back_;
   std::vector<State> forward_;
+  Change last_ = Change::Other;  // the one that may go on
 };
 
 }  // namespace kelvane

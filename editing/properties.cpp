@@ -4,9 +4,9 @@
 #include <string>
 
 #include "document/numbers.h"
+#include "editing/formula_entry.h"
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
-#include "editing/notes.h"
 #include "typography/colours.h"
 #include "typography/metrics.h"
 #include "typography/typefaces.h"
@@ -120,7 +120,10 @@ bool ShowsAnchor(int anchor) {
 }
 
 void SetFont(std::int16_t font) {
-  if (!RunsSelected()) return ChooseFont(font);
+  if (!RunsSelected()) {
+    ChooseFont(font);
+    return FollowTypeface();
+  }
   ChangeSelected("typeface",
                  [font](TextEntry& entry) {
                    const bool changed = entry.font != font;
@@ -145,16 +148,15 @@ void SetAnchor(int anchor) {
 }
 
 void SizeBoxTyped() {
-  if (!RunsSelected()) SizeBoxChanged(Text1->Text());
+  if (RunsSelected()) return;
+  SizeBoxChanged(Text1->Text());
+  FollowTypeface();
 }
 
-bool EnterSize() {
-  if (!RunsSelected()) return true;
+std::string EnterSize() {
+  if (!RunsSelected()) return {};
   const std::optional<float> size = NumberOf(Text1->Text());
-  if (!size || !(*size > 0)) {
-    ShowNote("The size must be a number above 0");
-    return false;
-  }
+  if (!size || !(*size > 0)) return "The size must be a number above 0";
   ChangeSelected("size",
                  [&](TextEntry& entry) {
                    const bool changed = entry.size != *size;
@@ -162,7 +164,7 @@ bool EnterSize() {
                    return changed;
                  },
                  {});
-  return true;
+  return {};
 }
 
 void ShowProperties() {

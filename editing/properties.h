@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace kelvane {
 
@@ -40,8 +41,8 @@ void SetAnchor(int anchor);
 
 // The size box was changed: for new items that counts at once, for selected ones when it is entered.
 void SizeBoxTyped();
-// Enter in the size box. False, with a note, for what is no size; nothing is changed then.
-bool EnterSize();
+// Enter in the size box. Why it is refused, if it is no size; nothing is changed then.
+std::string EnterSize();
 // Brings the size box and the label of typeface and size up to date.
 void ShowProperties();
 

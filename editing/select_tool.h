@@ -14,22 +14,10 @@ Tool& SelectTool();
 
 // "&Move": the selected items follow the pointer until the next click, or until Escape.
 void StartMove();
-// Whether the foot of the window tells how far items are being moved.
-extern bool ShowDistance;
-
-// Selects the next item in reading order, or the one before; false behind the last.
-bool SelectNext(bool forwards);
-
-// A copy of the selected items beside them; repeated, at the distance to which the last copy was moved.
-void DuplicateSelected();
 
 // Opens the selected item as a double click on it does, if it is the only one.
 bool CanOpenSelected();
 void OpenSelected();
-
-// Whether a point lies on a selected item or in the marked box. An item that is not selected yet is selected
-// first.
-bool SelectUnder(Point at);
 
 // Filled at start-up: opens an item that was clicked twice, or chosen with Enter. `at` is where.
 using OpenItem = void (*)(std::uint64_t id, Point at);

@@ -33,6 +33,10 @@ void Enclose(Box& all, const Box& box, bool first) {
 
 }  // namespace
 
+Box MarkedBox() {
+  return {MarkedLeft, MarkedBottom, MarkedRight, MarkedTop};
+}
+
 void ClearMarkedBox() {
   Ids.clear();
   ++Revision;
@@ -41,6 +45,13 @@ void ClearMarkedBox() {
 
 std::uint64_t SelectionRevision() {
   return Revision;
+}
+
+std::vector<std::uint64_t> SelectedItems::Ids() const {
+  std::vector<std::uint64_t> ids;
+  for (const TextItem* item : texts) ids.push_back(item->id);
+  for (const DrawingItem* item : drawings) ids.push_back(item->id);
+  return ids;
 }
 
 SelectedItems Selection() {
@@ -100,9 +111,8 @@ void FollowPage() {
   ++Revision;
   if (Ids.empty()) return TakeBox({});
   const SelectedItems selected = Selection();
-  Ids.clear();
-  for (const TextItem* item : selected.texts) Ids.insert(item->id);
-  for (const DrawingItem* item : selected.drawings) Ids.insert(item->id);
+  const std::vector<std::uint64_t> ids = selected.Ids();
+  Ids = {ids.begin(), ids.end()};
   TakeBox(BoxOf(selected));
 }
 

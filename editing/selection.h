@@ -16,6 +16,7 @@ extern float MarkedLeft;
 extern float MarkedBottom;
 extern float MarkedRight;
 extern float MarkedTop;
+Box MarkedBox();
 // Drops the selection.
 void ClearMarkedBox();
 
@@ -24,6 +25,7 @@ struct SelectedItems {
   std::vector<const TextItem*> texts;
   std::vector<const DrawingItem*> drawings;
   std::size_t Count() const { return texts.size() + drawings.size(); }
+  std::vector<std::uint64_t> Ids() const;
 };
 SelectedItems Selection();
 bool AnythingSelected();

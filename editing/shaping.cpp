@@ -49,18 +49,8 @@ std::string RecordAtPress;
 Form FormAtPress;
 Points Dragged;  // as the path would be
 
-float Pixels(float pixels) {
-  return pixels / SCALE;
-}
-
-const DrawingItem* ItemOf(std::uint64_t id) {
-  for (const DrawingItem& item : ItemsOfPage().Drawings())
-    if (item.id == id && item.draws) return &item;
-  return nullptr;
-}
-
 const DrawingItem* ShapedItem() {
-  return CursorMode == kShapingMode && Shaped != 0 ? ItemOf(Shaped) : nullptr;
+  return CursorMode == kShapingMode && Shaped != 0 ? ItemsOfPage().FindDrawing(Shaped) : nullptr;
 }
 
 std::size_t IndexOf(const DrawingItem& item) {
@@ -213,7 +203,7 @@ void DropDrag() {
 void Leave() {
   const std::uint64_t id = Shaped;
   TakeToShape(0);
-  if (ItemOf(id)) Select({id});
+  if (ItemsOfPage().FindDrawing(id)) Select({id});
   TakeMode(0);
 }
 

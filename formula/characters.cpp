@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "document/numbers.h"
 #include "formula/parameters.h"
 #include "formula/setter.h"
 #include "typography/metrics.h"
@@ -55,6 +56,8 @@ Part Setter::SetSign(const Node& node, Style style) {
     const std::size_t found = kHas.find(node.character);
     if (found != kHas.npos) sign = SignOf(kAs[found]);
   }
+  if (!sign && face == Face::DoubleStruck)
+    if (const DrawnSign* drawn = DrawnLetter(node.character)) return SetDrawn(*drawn, style, node.begin);
   if (!sign) {
     const std::int16_t font = FaceOf(face, letter);
     Character(part, font, static_cast<int>(node.character), 0, 0, size, node.begin);
@@ -143,6 +146,59 @@ Part Setter::SetSign(const Node& node, Style style) {
   const std::string run = RunOf(*sign, font);
   part.width = Run(part, run, font, 0, 0, size, node.begin);
   part.single = true;
+  return part;
+}
+
+namespace {
+
+// Takes the next word off.
+std::string_view TakeWord(std::string_view& rest) {
+  rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+  const std::string_view word = rest.substr(0, rest.find(' '));
+  rest.remove_prefix(word.size());
+  return word;
+}
+
+}  // namespace
+
+Part Setter::SetDrawn(const DrawnSign& sign, Style style, std::size_t at) {
+  const float size = SizeOf(style);
+  const float own = sign.atom == Atom::Operator && style.Display() ? kDrawnOperator * size : size;
+  const float stroke = (sign.names.empty() ? kLetterStroke : kStroke) * own;
+  const auto placed = [&](float x, float y) { return Point{x * own, -kAxis * size - (y - kAxis) * own}; };
+  Part part = Begin();
+  for (std::string_view rest = sign.parts; !rest.empty();) {
+    std::string_view one = rest.substr(0, rest.find(';'));
+    rest.remove_prefix(std::min(one.size() + 1, rest.size()));
+    const char kind = TakeWord(one).front();
+    std::vector<float> numbers;
+    for (std::string_view word = TakeWord(one); !word.empty(); word = TakeWord(one))
+      numbers.push_back(ReadSingle(word));
+    if (kind == 'c') {
+      const Point point = placed(numbers[2], numbers[3]);
+      Character(part, static_cast<std::int16_t>(numbers[0]), static_cast<int>(numbers[1]), point.x, point.y,
+                numbers[4] * own, at);
+      continue;
+    }
+    std::vector<Point> points;
+    if (kind == 'o') {
+      const float x = numbers[0], y = numbers[1], r = numbers[2];
+      for (const auto& [across, up] :
+           {std::pair{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}, {1, 0}})
+        points.push_back(placed(x + static_cast<float>(across) * r, y + static_cast<float>(up) * r));
+    } else {
+      for (std::size_t i = 0; i + 1 < numbers.size(); i += 2)
+        points.push_back(placed(numbers[i], numbers[i + 1]));
+    }
+    kind == 'l' || kind == 'f' ? Line(part, std::move(points), kind == 'f' ? 0 : stroke)
+                               : Curve(part, std::move(points), stroke);
+  }
+  part.width = UpToStep(sign.width) * own;
+  if (sign.atom == Atom::Operator && style.Display()) {
+    part.height = std::max(part.height, kOperatorRise * size);
+    part.depth = std::max(part.depth, kOperatorFall * size);
+  }
+  part.single = sign.names.empty();
   return part;
 }
 

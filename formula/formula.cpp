@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "formula/drawn_signs.h"
 #include "formula/layout.h"
 #include "formula/names.h"
 #include "formula/notation.h"
@@ -108,6 +109,10 @@ std::vector<std::string> FormulaNames(std::string_view beginning) {
     std::string typed = "\\" + std::string(name.name);
     for (int i = 0; i < name.places; ++i) typed += "{}";
     names.push_back(std::move(typed));
+  }
+  for (const formula::DrawnSign& sign : formula::DrawnSigns()) {
+    const std::string_view name = sign.names.substr(0, sign.names.find(' '));
+    if (name.starts_with(beginning)) names.push_back("\\" + std::string(name));
   }
   for (const formula::Environment& one : formula::Environments()) {
     if (one.outer || !one.name.starts_with(beginning)) continue;

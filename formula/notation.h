@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "formula/formula.h"
+#include "formula/result.h"
 #include "formula/tree.h"
 
 namespace kelvane::formula {

@@ -43,6 +43,7 @@ inline constexpr float kOperatorRise =
     1.01F;  // boxes of cmex's large signs reach so far up and down; Math0's
 inline constexpr float kOperatorFall = 0.51F;    // sum is a little smaller, and limits keep their places
 inline constexpr float kDisplayOperator = 1.2F;  // of signs that Math0 has lower than its sum
+inline constexpr float kDrawnOperator = 1.4F;    // of drawn ones, in display
 inline constexpr float kTextOperator = 0.72F;    // of a large sign that Math0 has in one size only
 inline constexpr float kDisplayIntegral = 1.2F;  // of Math0's: cmex's is 2.22 ems tall, Math0's 1.84
 inline constexpr float kIntegralLean = 0.36F;    // from Math0's integrals: how far the head leads the foot
@@ -84,10 +85,12 @@ inline constexpr float kSmallColumnGap = 0.36F;  // a thick space on either side
 inline constexpr float kSubstackGap = 0.15F;     // between the ink of its lines
 
 // Marks.
-inline constexpr float kTallLetter = 0.53F;  // letters higher than this carry accents raised as a script is
-inline constexpr float kLineGap = 0.12F;     // rule 9: 3 xi 8 between a line and what it is over
-inline constexpr float kBraceGap = 0.1F;     // between a level brace and what it embraces
-inline constexpr float kBoxGap = 0.3F;       // LaTeX's \fboxsep, 3 points of 10
-inline constexpr float kEmptyPlace = 0.5F;   // room of an empty place
+inline constexpr float kTallLetter = 0.53F;    // letters higher than this carry accents raised as a script is
+inline constexpr float kLineGap = 0.12F;       // rule 9: 3 xi 8 between a line and what it is over
+inline constexpr float kBraceGap = 0.1F;       // between a level brace and what it embraces
+inline constexpr float kBoxGap = 0.3F;         // LaTeX's \fboxsep, 3 points of 10
+inline constexpr float kStroke = 0.05F;        // of drawn signs: Symbol's equals sign has 0.055
+inline constexpr float kLetterStroke = 0.04F;  // of drawn letters, as Math0's double-struck ones
+inline constexpr float kEmptyPlace = 0.5F;     // room of an empty place
 
 }  // namespace kelvane::formula

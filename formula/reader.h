@@ -1,6 +1,6 @@
 #pragma once
 
-// The reader of notations, one class in several files: notation.cpp has rows, scripts and arguments,
+// The reader of notations, one class in several files: reader.cpp has rows, scripts and arguments,
 // reader_atoms.cpp signs, names and brackets, reader_text.cpp words, lengths and colours, reader_tables.cpp
 // tables. Only they include it.
 
@@ -11,9 +11,10 @@
 #include <string_view>
 #include <utility>
 
-#include "formula/formula.h"
+#include "formula/drawn_signs.h"
 #include "formula/names.h"
 #include "formula/notation.h"
+#include "formula/result.h"
 #include "formula/tree.h"
 #include "typography/signs.h"
 
@@ -117,6 +118,7 @@ class Reader {
   int LetterOfAlphabet(char32_t character, std::size_t begin);
   int ReadNamed();
   int NamedSign(const kelvane::Sign& sign, std::size_t begin);
+  int NewDrawn(const DrawnSign& sign, std::size_t begin);
   static std::string Behind(const Name& name) { return "behind \\" + std::string(name.name); }
   int Obey(const Name& name, std::size_t begin);
   int WithBody(Kind kind, int body, std::size_t begin);

@@ -71,6 +71,7 @@ int Reader::SignOfCharacter(char32_t character, std::size_t begin) {
   if (const int letterOfAlphabet = LetterOfAlphabet(character, begin); letterOfAlphabet != kNone)
     return letterOfAlphabet;
   const kelvane::Sign* sign = SignMeant(character);
+  if (const DrawnSign* drawn = sign ? nullptr : DrawnSignOf(character)) return NewDrawn(*drawn, begin);
   if (!sign) Fail(begin, at_, "no sign for " + WriteUtf8(character));
   if (sign->kind == SignClass::Space) {
     const int space = New(Kind::Space, begin);
@@ -100,6 +101,10 @@ int Reader::ReadNamed() {
   if (word.empty()) Fail(begin, begin + 1, "a backslash without a name");
   const Name* name = FindName(word);
   if (!name) {
+    if (const DrawnSign* drawn = DrawnSignNamed(word)) {
+      TakeName(word);
+      return NewDrawn(*drawn, begin);
+    }
     const kelvane::Sign* sign = SignNamed(word);
     if (!sign) {
       const bool broken = !IsLetter(word.front());
@@ -113,6 +118,13 @@ int Reader::ReadNamed() {
   }
   TakeName(word);
   return Obey(*name, begin);
+}
+
+int Reader::NewDrawn(const DrawnSign& sign, std::size_t begin) {
+  const int index = New(Kind::Drawn, begin, sign.atom);
+  tree()[index].drawn = &sign;
+  tree()[index].stacks = sign.atom == Atom::Operator;
+  return index;
 }
 
 int Reader::NamedSign(const kelvane::Sign& sign, std::size_t begin) {

@@ -47,16 +47,19 @@ void Apply(State& state, int code) {
   }
 }
 
+// Whether a run can be cut before a character: where it goes on without codes, or where a script begins.
+enum class Cut : std::uint8_t { No, Script, Clean };
+
 struct Way {
   std::string codes;
   State state;
-  bool breaks = false;  // a run can be cut before it
+  Cut cut = Cut::No;
 };
 
 // A run that grows.
 struct Run {
   std::vector<std::size_t> elements;
-  std::vector<std::size_t> breaks;  // indices into the elements
+  std::vector<std::pair<std::size_t, Cut>> cuts;  // indices into the elements
   std::string text;
   std::int16_t font = 0;
   float size = 0;
@@ -140,8 +143,9 @@ class RunMaker {
       if (!Same(state.pen.x, to.x) || !Same(state.pen.y, to.y)) continue;
       if (std::abs(state.pen.size - to.size) > 0.001F * to.size) continue;
       if (best && best->codes.size() <= codes.size()) continue;
-      const bool breaks = state.scripts.empty() && starts.empty() && to.x >= base.pen.x - kSamePlace;
-      best = Way{codes, state, breaks};
+      const bool onwards = to.x >= base.pen.x - kSamePlace;
+      const bool clean = state.scripts.empty() && starts.empty() && onwards;
+      best = Way{codes, state, clean ? Cut::Clean : !starts.empty() && onwards ? Cut::Script : Cut::No};
     }
   }
 
@@ -189,7 +193,7 @@ class RunMaker {
 
   void Put(Run& run, const Way& way, std::size_t index) const {
     const Element& element = At(index);
-    if (way.breaks) run.breaks.push_back(run.elements.size());
+    if (way.cut != Cut::No) run.cuts.emplace_back(run.elements.size(), way.cut);
     run.elements.push_back(index);
     run.text += way.codes;
     run.state = way.state;
@@ -245,7 +249,7 @@ class RunMaker {
       run.origin.y = element.y;
       run.state.pen = PenAt(run.origin, run.font, run.size);
     }
-    Put(run, {"", run.state, false}, index);
+    Put(run, {"", run.state, Cut::No}, index);
   }
 
   // ---- Collisions ----
@@ -278,11 +282,18 @@ class RunMaker {
             std::max(a.bottom, b.bottom)};
   }
 
-  // Cuts a run so that what can stay clear of a box does. False if that changes nothing.
-  bool Split(std::size_t number, const Box& other) {
+  // Cuts a run so that what can stay clear of a box does, before scripts only if nothing else helps.
+  void Split(std::size_t number, const Box& other) {
+    SplitAt(number, other, Cut::Clean);
+    if (Collide(runs_[number].box, other)) SplitAt(number, other, Cut::Script);
+  }
+
+  void SplitAt(std::size_t number, const Box& other, Cut least) {
     const Run run = runs_[number];
     std::vector<std::size_t> cuts;
-    std::vector<std::size_t> bounds = run.breaks;
+    std::vector<std::size_t> bounds;
+    for (const auto& [at, cut] : run.cuts)
+      if (cut >= least) bounds.push_back(at);
     bounds.push_back(run.elements.size());
     Box box;
     std::size_t from = 0;
@@ -298,7 +309,7 @@ class RunMaker {
       }
       from = to;
     }
-    if (cuts.empty()) return false;
+    if (cuts.empty()) return;
     cuts.push_back(run.elements.size());
     std::vector<Run> pieces;
     std::size_t begin = 0;
@@ -316,7 +327,6 @@ class RunMaker {
     runs_[number] = std::move(pieces.front());
     runs_.insert(runs_.end(), std::make_move_iterator(pieces.begin() + 1),
                  std::make_move_iterator(pieces.end()));
-    return true;
   }
 
   void SplitWhatCollides() {

@@ -5,8 +5,8 @@
 
 #include <vector>
 
-#include "formula/formula.h"
 #include "formula/layout.h"
+#include "formula/result.h"
 
 namespace kelvane::formula {
 

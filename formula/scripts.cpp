@@ -60,17 +60,17 @@ Part Setter::SetScripts(const Node& node, Style style) {
     return (out - left) / size + kInkGap;
   };
   float end = nucleus.width;
+  Part marks = Begin();
   if (primes > 0) {
-    Part mark = Begin();
     const float advance = Advance(static_cast<unsigned char>(kPrime), kSymbol, size);
     for (int i = 0; i < primes; ++i)
-      Character(mark, kSymbol, static_cast<unsigned char>(kPrime), static_cast<float>(i) * advance, 0, size,
+      Character(marks, kSymbol, static_cast<unsigned char>(kPrime), static_cast<float>(i) * advance, 0, size,
                 node.begin);
-    const float missing = clear(mark.left) - kPrimeLean;
+    const float missing = clear(marks.left) - kPrimeLean;
     const float shift = missing > 0.004F ? std::max(UpToStep(missing), 2 * kStep) * size : 0;
     // Beside tall brackets they reach as high as those do.
     const float rise = nucleus.single ? 0 : std::max(0.0F, nucleus.height - kPrimeTop * size);
-    Take(whole, mark, nucleus.width + shift, -rise);
+    Take(whole, marks, nucleus.width + shift, -rise);
     end = nucleus.width + shift + static_cast<float>(primes) * advance;
   }
   const float afterPrimes = end;
@@ -113,7 +113,10 @@ Part Setter::SetScripts(const Node& node, Style style) {
       upAt += (kItalicSuperscript + (more > 0.01F ? std::max(UpToStep(more), 2 * kStep) : 0)) * size;
     }
   }
-  const float downAt = nucleus.width - nucleus.lean;
+  // Beside a tall sign a letter that reaches out to the left would touch it.
+  const float reach =
+      likeSign || nucleus.lean > 0 ? 0 : UpToStep(std::max(0.0F, -lowered.left) / size) * size;
+  const float downAt = nucleus.width - nucleus.lean + reach;
   const float upEnd = upAt + raised.width;
   const float downEnd = downAt + lowered.width;
   // The one that ends first goes first: the run goes on behind the other.
@@ -126,10 +129,20 @@ Part Setter::SetScripts(const Node& node, Style style) {
     raised.end += count;
     raised.begin += count;
   }
+  // Primes go last, for the run comes back to them behind a subscript but not the other way.
+  if (node.third != kNone && above == kNone && primes > 0) {
+    const std::size_t count = lowered.end - lowered.begin;
+    ToFront(marks.begin, lowered.begin);
+    lowered.begin = marks.begin;
+    lowered.end = lowered.begin + count;
+  }
   if (above != kNone) Take(whole, raised, upAt, -up);
   if (node.third != kNone) Take(whole, lowered, downAt, down);
   whole.end = layout_.elements.size();
-  whole.width = std::max({above != kNone ? upEnd : 0, node.third != kNone ? downEnd : 0, end});
+  if (above != kNone) end = std::max(end, upEnd);
+  if (node.third != kNone && downEnd > end)
+    end = primes > 0 && above == kNone ? end + UpToStep((downEnd - end) / size) * size : downEnd;
+  whole.width = end;
   if (!likeSign) whole.width += kScriptSpace * size;
   whole.single = whole.letter = false;
   whole.lean = 0;

@@ -223,6 +223,8 @@ Part Setter::SetNode(int index, Style style) {
       return SetRow(index, style);
     case Kind::Sign:
       return SetSign(node, style);
+    case Kind::Drawn:
+      return SetDrawn(*node.drawn, style, node.begin);
     case Kind::Text:
       return SetText(node, style);
     case Kind::Scripts:

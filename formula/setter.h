@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "formula/drawn_signs.h"
 #include "formula/layout.h"
 #include "formula/tree.h"
 #include "typography/typefaces.h"
@@ -54,6 +55,7 @@ class Setter {
 
   // characters.cpp
   Part SetSign(const Node& node, Style style);
+  Part SetDrawn(const DrawnSign& sign, Style style, std::size_t at);
   Part SetText(const Node& node, Style style);
   // An empty place, and one that takes no room.
   Part SetPlace(const Node& node, Style style);

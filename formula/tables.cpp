@@ -74,6 +74,11 @@ Part Setter::SetTable(const Node& node, Style style) {
     }
   }
 
+  // A column without anything in it has the room of an empty place.
+  if (!form.pairs)
+    for (float& width : widths)
+      if (width == 0) width = UpToStep(kEmptyPlace) * size;
+
   // Down the page from the first row's top, then about the axis.
   const float between = (form.lines ? kSubstackGap : form.pairs || form.display ? kAlignedGap : 0) * size;
   float y = 0;
@@ -109,7 +114,9 @@ Part Setter::SetTable(const Node& node, Style style) {
       const Part& part = row.cells[column];
       const char letter = form.pairs ? (column % 2 == 0 ? 'r' : 'l') : columns.Of(column);
       const float room = widths[column] - part.width;
-      const float shift = letter == 'l' ? 0 : letter == 'r' ? room : room / 2;
+      // An empty cell's place lies in the column as if it took room.
+      const float place = part.inked || part.width > 0 ? 0 : kEmptyPlace * size;
+      const float shift = letter == 'l' ? 0 : letter == 'r' ? room - place : (room - place) / 2;
       if (letter != 'l' && !form.pairs) MarkGroup(part, letter == 'r' ? 5 : 4);
       Take(whole, part, lefts[column] + shift, top + row.baseline);
     }

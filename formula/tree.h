@@ -36,10 +36,13 @@ enum class Kind : std::uint8_t {
   Phantom,    // first; value: PhantomForm
   Framed,     // first
   Negated,    // first: the sign
+  Drawn,      // drawn: a sign that no typeface has
   Classed,    // first, as an atom of this class
 };
 
 inline constexpr int kNone = -1;
+
+struct DrawnSign;
 
 enum class Limits : std::uint8_t { AsUsual, Stacked, Beside };
 enum class FractionForm : std::uint8_t {
@@ -69,6 +72,7 @@ struct Node {
   int second = kNone;
   int third = kNone;
   const kelvane::Sign* sign = nullptr;  // the row of the character, where it has one
+  const DrawnSign* drawn = nullptr;
   char32_t character = 0;
   char32_t closing = 0;
   float amount = 0;       // ems

@@ -75,8 +75,6 @@ void AddButton(const char* caption, int left, void (*click)()) {
   button->OnClick = click;
 }
 
-}  // namespace
-
 void BuildForm7() {
   Form7 = TheToolkit->NewWindow(false);
   Form7->SetTitle("Define Macro");
@@ -99,7 +97,14 @@ void BuildForm7() {
   RefreshTimer->OnTick = RefreshTimer_Tick;
 }
 
+}  // namespace
+
+void ResetDefineMacroWindow() {
+  Form7 = nullptr;
+}
+
 void ShowDefineMacro() {
+  if (!Form7) BuildForm7();
   // Choosing "Define" with the window open starts it afresh; what was applied before must not be lost.
   RefreshMacros();
   MacrosChanged = 0;

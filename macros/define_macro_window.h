@@ -10,9 +10,10 @@ extern Window* Form7;
 extern TextBox* Form7_Text1;  // macro number
 extern TextBox* Form7_Text2;  // definition
 
-void BuildForm7();
+void ResetDefineMacroWindow();
 
-// Menu entry "Define": takes the captions into the working copy and shows the window.
+// Menu entry "Define": takes the captions into the working copy and shows the window, which is made the first
+// time.
 void ShowDefineMacro();
 
 void Form7_Text1_Change();

@@ -61,6 +61,15 @@ std::vector<int> PagesOf(const std::string& paperFile) {
   return pages;
 }
 
+std::vector<int> PagesOfPaper() {
+  std::vector<int> pages;
+  if (!CurrentPaperFile.empty()) pages = PagesOf(CurrentPaperFile);
+  const int current = CurrentPageNumber;
+  const auto place = std::ranges::lower_bound(pages, current);
+  if (place == pages.end() || *place != current) pages.insert(place, current);
+  return pages;
+}
+
 ChosenPages ChoosePages(const std::vector<int>& pages, std::string_view list) {
   const auto named = ReadPageList(list);
   if (!named) return {{}, "Pages are written as 1-3, 5"};

@@ -17,7 +17,10 @@ std::optional<std::set<int>> ReadPageList(std::string_view text);
 // The pages that a paper has files for, in order.
 std::vector<int> PagesOf(const std::string& paperFile);
 
-// Those of them that a list names, or why they cannot be had: the list is none, or names none of them.
+// Those of the paper in the editor: the current page counts without a file, too.
+std::vector<int> PagesOfPaper();
+
+// Those of some pages that a list names, or why they cannot be had: the list is none, or names none of them.
 struct ChosenPages {
   std::vector<int> pages;
   std::string refusal;

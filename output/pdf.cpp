@@ -18,9 +18,6 @@
 namespace kelvane {
 namespace {
 
-// The tangent by which the slanted Symbol leans, on the screen and in print.
-constexpr double kSlant = 0.2125565617;
-
 bool IsPlace(Point point) {
   return std::isfinite(point.x) && std::isfinite(point.y);
 }

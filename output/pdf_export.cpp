@@ -1,13 +1,12 @@
 #include "output/pdf_export.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "document/fields.h"
 #include "document/page.h"
 #include "document/page_items.h"
 #include "document/paper.h"
-#include "output/page_list.h"
+#include "output/page_output.h"
 #include "platform/failure.h"
 #include "typography/view.h"
 
@@ -18,27 +17,16 @@ std::string TitleOfPaper() {
   return CurrentPaperFile.empty() ? std::string() : FileTitleOf(CurrentPaperFile);
 }
 
-const std::string& NoPageOfPaper(const std::string& path, const std::vector<int>& pages) {
-  for (const int page : pages) {
-    if (!CurrentPaperFile.empty() && SameFile(path, PageFileName(CurrentPaperFile, page)))
-      throw Failure("The document would replace the page file " + MachinePath(path) + " itself.");
-  }
+// The path, once it is known to replace no page.
+const std::string& Checked(const std::string& path, const std::vector<int>& pages) {
+  KeepPages(path, CurrentPaperFile, pages);
   return path;
 }
 
 }  // namespace
 
-std::vector<int> PagesToExport() {
-  std::vector<int> pages;
-  if (!CurrentPaperFile.empty()) pages = PagesOf(CurrentPaperFile);
-  const int current = CurrentPageNumber;
-  const auto place = std::ranges::lower_bound(pages, current);
-  if (place == pages.end() || *place != current) pages.insert(place, current);
-  return pages;
-}
-
 PdfExport::PdfExport(const std::string& path, std::vector<int> pages, bool bookmarks)
-    : path_(NoPageOfPaper(path, pages)),
+    : path_(Checked(path, pages)),
       paper_(CurrentPaperFile),
       current_(CurrentPageNumber),
       currentContent_(ContentOfPage(ThePage, PageOrder::ByPosition, CurrentPaperFile)),
@@ -55,7 +43,7 @@ bool PdfExport::Step() {
   const int number = pages_[next_];
   const std::string content = ContentOf(number);
   const PageItems items(PageOfContent(content, PageFileName(paper_, number)));
-  document_.AddPage(items, {0, 0, PaperWidth, PaperHeight}, number, content);
+  document_.AddPage(items, WholeSheet(), number, content);
   ++next_;
   return true;
 }

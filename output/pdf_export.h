@@ -12,9 +12,6 @@
 
 namespace kelvane {
 
-// The numbers of the pages that can be exported: those that have files, and the current one.
-std::vector<int> PagesToExport();
-
 class PdfExport {
  public:
   // The page in memory is exported as it is now, the others as their files have them. Throws Failure if the

@@ -58,9 +58,11 @@ int WriteCharacters(PdfFile& file, std::int16_t typeface, const Codes& codes) {
   constexpr int kMostLines = 100;  // in one list
   std::vector<std::string> lines;
   ForEach(codes, [&](int code) {
+    // What means nothing by itself, such as the shaft of an arrow, says nothing. Without an entry readers
+    // would take its code for a letter.
+    constexpr char32_t kNothing = 0x200B;
     const char32_t character = CharacterOf(typeface, code);
-    if (character == 0) return;
-    const std::string text = PdfText(WriteUtf8(character));
+    const std::string text = PdfText(WriteUtf8(character != 0 ? character : kNothing));
     lines.push_back("<" + Hex(code) + "><" + text.substr(5) + "\n");  // without the byte order mark
   });
   std::string map =
@@ -201,7 +203,7 @@ double PdfFonts::WidthOf(std::int16_t typeface, int code) {
 
 std::string PdfFonts::Write(PdfFile& file, int resources) const {
   std::string names;
-  std::string missing;
+  std::set<std::int16_t> missing;
   for (std::int16_t typeface = 0; typeface < kTypefaces; ++typeface) {
     const Codes& codes = used_[typeface];
     if (codes.none()) continue;
@@ -211,13 +213,12 @@ std::string PdfFonts::Write(PdfFile& file, int resources) const {
       WriteInstalled(file, object, typeface, codes, *font);
     } else {
       WriteShapes(file, object, typeface, codes);
-      if (typeface < kFirstGlyphFont)
-        missing += (missing.empty() ? "" : ", ") + std::string(kTypefaceNames[typeface].postScriptName);
+      if (typeface < kFirstGlyphFont) missing.insert(typeface);
     }
     names += "/" + NameOf(typeface) + " " + PdfReference(object);
   }
   file.Write(resources, "<</Font<<" + names + ">>>>");
-  return missing.empty() ? missing : MissingFonts(missing);
+  return MissingFonts(missing);
 }
 
 }  // namespace kelvane

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <memory>
 
-#include "document/fields.h"
 #include "document/page.h"
 #include "document/page_items.h"
 #include "document/paper.h"
@@ -48,7 +47,7 @@ Page SelectedPart() {
 }
 
 Box AreaOf(bool selection) {
-  if (!selection) return {0, 0, PaperWidth, PaperHeight};
+  if (!selection) return WholeSheet();
   const Box ink = BoxOf(Selection());
   return {ink.left - kMargin, ink.top - kMargin, ink.right + kMargin, ink.bottom + kMargin};
 }
@@ -67,23 +66,6 @@ int PixelsOf(float points, int resolution) {
 double BytesAt(const Box& area, int resolution) {
   const double dots = resolution / static_cast<double>(kPointsPerInch);
   return (area.right - area.left) * dots * (area.bottom - area.top) * dots * kBytesPerPixel;
-}
-
-std::string SuggestedFile(const char* extension) {
-  if (CurrentPaperFile.empty()) return FolderOfPaper();
-  return FolderOf(CurrentPaperFile) + "\\" + FileTitleOf(CurrentPaperFile) + "-" +
-         std::to_string(CurrentPageNumber) + "." + extension;
-}
-
-// The path that the person chose, with the extension behind a name that has none; empty if they cancelled.
-std::string AskForFile(const char* extension) {
-  const std::string pattern = std::string("*.") + extension;
-  const std::string chosen =
-      TheDialogs->ChooseToSave("Export Picture", pattern + "|" + pattern, SuggestedFile(extension));
-  const std::size_t name = chosen.rfind('\\') + 1;
-  if (chosen.empty() || chosen.find('.', name) != std::string::npos) return chosen;
-  const std::string path = chosen + "." + extension;
-  return MayReplace(path, false) ? path : "";
 }
 
 }  // namespace
@@ -125,12 +107,10 @@ std::string RefusalOfPicture(const PictureChoice& choice) {
 std::string ExportPicture(const PictureChoice& choice) {
   if (const std::string refusal = RefusalOfPicture(choice); !refusal.empty()) throw Failure(refusal + ".");
   LastPictureChoice = choice;
-  const std::string path = AskForFile(choice.svg ? "svg" : "png");
+  const std::string path =
+      ChooseOutput("Export Picture", "-" + std::to_string(CurrentPageNumber), choice.svg ? "svg" : "png");
   if (path.empty()) return {};
-  if (!CurrentPaperFile.empty() && SameFile(path, CurrentPaperFile)) {
-    throw Failure("The picture would replace the page file " + MachinePath(path) +
-                  " itself. Choose another name.");
-  }
+  KeepPages(path, CurrentPaperFile, {CurrentPageNumber});
   const Motif motif = MotifOf(choice.selection);
   std::string missing;
   WriteFileSafely(path, choice.svg ? SvgOf(*motif.items, motif.area, !choice.transparent, &missing)

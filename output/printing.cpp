@@ -1,13 +1,11 @@
 #include "output/printing.h"
 
-#include <algorithm>
 #include <string>
-#include <vector>
 
 #include "document/fields.h"
 #include "document/page_items.h"
 #include "document/paper.h"
-#include "papers/paper_commands.h"
+#include "output/page_list.h"
 #include "platform/files.h"
 #include "platform/printer.h"
 #include "typography/renderer.h"
@@ -16,11 +14,8 @@
 namespace kelvane {
 namespace {
 
-// The preview keeps all of its pages in memory.
-constexpr std::size_t kMostPreviewed = 40;
-
 void PaintSheet(int page, float ratio, Painter& painter) {
-  View view = PrintedView({0, 0, PaperWidth, PaperHeight}, 1, false);
+  View view = PrintedView(WholeSheet(), 1, false);
   view.ratio = ratio;
   if (page == CurrentPageNumber) {
     PaintPage(painter, view, ItemsOfPage(), view.area);
@@ -36,10 +31,7 @@ PrintJob JobOfPaper() {
   job.width = PaperWidth;
   job.height = PaperHeight;
   job.current = CurrentPageNumber;
-  const int last = std::max<int>(LastPageOfPaper(), CurrentPageNumber);
-  for (int page = 1; page <= last; ++page)
-    if (page == CurrentPageNumber || TheFiles->Exists(PageFileName(CurrentPaperFile, page)))
-      job.pages.push_back(page);
+  job.pages = PagesOfPaper();
   job.paint = PaintSheet;
   return job;
 }
@@ -51,15 +43,7 @@ bool PrintToPrinter() {
 }
 
 bool PreviewPrint() {
-  PrintJob job = JobOfPaper();
-  if (job.pages.size() > kMostPreviewed) {
-    // Those from the current page on.
-    const auto current = std::find(job.pages.begin(), job.pages.end(), job.current);
-    const auto first = std::min(current, job.pages.end() - kMostPreviewed);
-    job.pages = std::vector<int>(first, first + kMostPreviewed);
-    job.title += ", pages " + std::to_string(job.pages.front()) + " to " + std::to_string(job.pages.back());
-  }
-  ThePrinter->Preview(job);
+  ThePrinter->Preview(JobOfPaper());
   return true;
 }
 

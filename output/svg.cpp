@@ -25,8 +25,6 @@ namespace kelvane {
 namespace {
 
 constexpr int kDecimals = 3;
-// The tangent by which the slanted Symbol leans, on the screen and in print.
-constexpr double kSlant = 0.2125565617;
 
 std::string Number(double value) {
   return FormatUpTo(value, kDecimals);
@@ -94,8 +92,8 @@ class SvgPainter final : public VectorPainter {
   }
   // The shapes that the body uses.
   const std::string& Shapes() const { return shapes_; }
-  // The names of the typefaces that have no font, with commas between them.
-  const std::string& Missing() const { return missing_; }
+  // The faces that have no font.
+  const std::set<std::int16_t>& Missing() const { return missing_; }
 
   void FillBox(const Box& box, ColourValue colour) override {
     EndText();
@@ -217,6 +215,7 @@ class SvgPainter final : public VectorPainter {
         style = Attribute("fill", "none") + Attribute("stroke", "#000000") +
                 Attribute("stroke-width", Number(shape->edgeWidth * kUnit)) + kRound;
     } else if (ScreenOutline) {
+      HasFont(font);  // a missing one is to be named
       const Path path = ScreenOutline(kTypefaceNames[font].screen, static_cast<unsigned char>(code));
       data = DataOf(path, kShapeEm / kOutlineEm, kShapeEm / kOutlineEm);
     }
@@ -229,22 +228,19 @@ class SvgPainter final : public VectorPainter {
     const auto bit = static_cast<std::size_t>(typeface);
     if (!looked_[bit]) {
       looked_[bit] = true;
-      found_[bit] = FontOfFace(typeface).has_value();
-      if (!found_[bit])
-        missing_ += (missing_.empty() ? "" : ", ") + std::string(kTypefaceNames[typeface].postScriptName);
+      if (!FontOfFace(typeface)) missing_.insert(typeface);
     }
-    return found_[bit];
+    return !missing_.contains(typeface);
   }
 
   static constexpr std::string_view kEndOfSpan = "</tspan>";
 
   std::string body_;
   std::string shapes_;
-  std::string missing_;
+  std::set<std::int16_t> missing_;
   std::string line_;  // how the text element that is open began; empty for none
   std::set<std::string> known_;
   std::bitset<kTypefaces> looked_;
-  std::bitset<kTypefaces> found_;
   std::string together_;
   bool saysTogether_ = false;
 };
@@ -258,7 +254,7 @@ std::string SvgOf(const PageItems& items, const Box& area, bool white, std::stri
   const std::string width = Number(area.right - area.left);
   const std::string height = Number(area.bottom - area.top);
   const std::string body = painter.Body();
-  if (missing && !painter.Missing().empty()) *missing = MissingFonts(painter.Missing());
+  if (missing) *missing = MissingFonts(painter.Missing());
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
          "xmlns:xlink=\"http://www.w3.org/1999/xlink\" version=\"1.1\"" +
          Attribute("width", width + "pt") + Attribute("height", height + "pt") +

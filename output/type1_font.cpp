@@ -262,9 +262,12 @@ std::optional<Type1Font> FontOfFace(std::int16_t face) {
   return std::nullopt;
 }
 
-std::string MissingFonts(const std::string& names) {
-  const std::string told = "These typefaces have no font on this machine: " + names + ". ";
-  return told +
+std::string MissingFonts(const std::set<std::int16_t>& faces) {
+  if (faces.empty()) return {};
+  std::string names;
+  for (const std::int16_t face : faces)
+    names += (names.empty() ? "" : ", ") + std::string(kTypefaceNames[face].postScriptName);
+  return "These typefaces have no font on this machine: " + names + ". " +
          (ScreenOutline ? "Their characters are outlines of the nearest typefaces there are."
                         : "Their characters are left out, since there are no outlines either.") +
          " Debian has the fonts in the package fonts-urw-base35.";

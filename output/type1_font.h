@@ -40,8 +40,8 @@ Type1Subset SubsetOf(const Type1Font& font, const std::set<std::string>& glyphs,
 // The font of a text face, 0 to 11, read from the machine; nothing if it is not there.
 std::optional<Type1Font> FontOfFace(std::int16_t face);
 
-// What the person is told of typefaces, named with commas between them, whose fonts are missing, and of what
+// What the person is told of the faces whose fonts are missing, nothing without any, and of what
 // stands in their place.
-std::string MissingFonts(const std::string& names);
+std::string MissingFonts(const std::set<std::int16_t>& faces);
 
 }  // namespace kelvane

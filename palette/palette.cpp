@@ -16,6 +16,7 @@
 #include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/colours.h"
+#include "typography/curves.h"
 #include "typography/item_boxes.h"
 #include "typography/metrics.h"
 #include "typography/run_painter.h"
@@ -218,14 +219,8 @@ void PaintSigns(Painter& painter, const Box& area) {
 void PaintChosen(Painter& painter) {
   if (Chosen >= Cells.size()) return;
   const Cell& cell = Cells[Chosen];
-  Path frame;
-  frame.MoveTo({cell.left + 1, cell.top + 1});
-  for (const Point corner : {Point{cell.left + kCell - 1, cell.top + 1},
-                             {cell.left + kCell - 1, cell.top + kCell - 1},
-                             {cell.left + 1, cell.top + kCell - 1},
-                             {cell.left + 1, cell.top + 1}})
-    frame.LineTo(corner);
-  painter.StrokePath(frame, {PaletteColour(kBlue), 1});
+  painter.StrokePath(FrameOf({cell.left + 1, cell.top + 1, cell.left + kCell - 1, cell.top + kCell - 1}),
+                     {PaletteColour(kBlue), 1});
 }
 
 // ---- Keys and mouse ----
@@ -318,6 +313,7 @@ constexpr char kStateFile[] = "palette";
 }  // namespace
 
 void ResetPalette() {
+  ResetTallBrackets();
   PaletteCanvas = nullptr;
   SearchBox = nullptr;
   Shown = false;
@@ -349,7 +345,6 @@ void BuildPalette(Window& window) {
   PaletteCanvas->OnMouseMove = Move;
   PaletteCanvas->OnMouseUp = Up;
   PaletteCanvas->OnWheel = [](const WheelEvent& event) { ScrollTo(Scroll - event.steps * kNotch); };
-  BuildTallWindow();
 }
 
 void TogglePalette() {

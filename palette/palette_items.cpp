@@ -131,7 +131,7 @@ PaletteSection FindItems(std::string_view words) {
   for (const Sign* sign : FindSigns(words)) found.items.push_back(ItemOf(*sign));
   for (const PaletteSection& section : PaletteSections()) {
     for (const PaletteItem& item : section.items)
-      if (!item.sign && item.name.find(words) != item.name.npos) found.items.push_back(item);
+      if (!item.sign && HasEveryWord(item.name, words)) found.items.push_back(item);
   }
   return found;
 }

@@ -18,7 +18,7 @@
 
 namespace kelvane {
 
-Window* TallWindow;
+std::function<void(Window&)> TallWindowMade;
 
 namespace {
 
@@ -39,6 +39,7 @@ constexpr TallBracket kBrackets[] = {
 // A piece reaches so far above its baseline, in ems, and is one em tall.
 constexpr float kPieceRise = 0.75F;
 
+Window* TallWindow;
 TextBox* LinesBox;
 const TallBracket* Asked;
 
@@ -81,6 +82,22 @@ void Click_Ok() {
   TallWindow->Hide();
 }
 
+void BuildTallWindow() {
+  TallWindow = TheToolkit->NewWindow(false);
+  TallWindow->SetTitle("Tall Bracket");
+  TallWindow->AddLabel("Over how many lines?")->SetPlace({12, 12, 150, 26});
+  LinesBox = TallWindow->AddTextBox("Number of Lines", false);
+  LinesBox->SetPlace({166, 12, 60, 26});
+  LinesBox->OnEnter = Click_Ok;
+  Button* ok = TallWindow->AddButton("OK", {}, "");
+  ok->SetPlace({52, 50, 84, 28});
+  ok->OnClick = Click_Ok;
+  Button* cancel = TallWindow->AddButton("Cancel", {}, "");
+  cancel->SetPlace({142, 50, 84, 28});
+  cancel->OnClick = LinesBox->OnEscape = TallWindow->OnEscape = Click_Cancel;
+  if (TallWindowMade) TallWindowMade(*TallWindow);
+}
+
 }  // namespace
 
 std::span<const TallBracket> TallBrackets() {
@@ -109,23 +126,13 @@ void SetTallBracket(const TallBracket& bracket, int lines) {
   ShowCursor();
 }
 
-void BuildTallWindow() {
-  TallWindow = TheToolkit->NewWindow(false);
-  TallWindow->SetTitle("Tall Bracket");
-  TallWindow->AddLabel("Over how many lines?")->SetPlace({12, 12, 150, 26});
-  LinesBox = TallWindow->AddTextBox("Number of Lines", false);
-  LinesBox->SetPlace({166, 12, 60, 26});
-  LinesBox->OnEnter = Click_Ok;
-  Button* ok = TallWindow->AddButton("OK", {}, "");
-  ok->SetPlace({52, 50, 84, 28});
-  ok->OnClick = Click_Ok;
-  Button* cancel = TallWindow->AddButton("Cancel", {}, "");
-  cancel->SetPlace({142, 50, 84, 28});
-  cancel->OnClick = LinesBox->OnEscape = TallWindow->OnEscape = Click_Cancel;
+void ResetTallBrackets() {
+  TallWindow = nullptr;
 }
 
 void AskTallBracket(const TallBracket& bracket) {
   Asked = &bracket;
+  if (!TallWindow) BuildTallWindow();
   const WindowPlace editor = Form1->GetWindowPlace();
   constexpr float kOffset = 140 * kTwipsPerPixel;
   if (!TallWindow->Visible()) {

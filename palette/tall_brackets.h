@@ -2,6 +2,7 @@
 
 // Brackets as tall as several lines, set of the pieces of Math0.
 
+#include <functional>
 #include <span>
 
 #include "platform/controls.h"
@@ -25,9 +26,9 @@ inline constexpr int kMostBracketLines = 200;
 // Failure outside 2 to kMostBracketLines. Does nothing while no cursor point is placed.
 void SetTallBracket(const TallBracket& bracket, int lines);
 
-// Asks how many lines.
-extern Window* TallWindow;
-void BuildTallWindow();
+// Asks how many lines, in a window that is made the first time; TallWindowMade is told of it.
 void AskTallBracket(const TallBracket& bracket);
+extern std::function<void(Window&)> TallWindowMade;
+void ResetTallBrackets();
 
 }  // namespace kelvane

@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "document/common_text.h"
 #include "platform/checksum.h"
 
 namespace kelvane {

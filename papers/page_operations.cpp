@@ -9,8 +9,10 @@
 #include "document/numbers.h"
 #include "document/paper.h"
 #include "editing/edit.h"
+#include "editing/notes.h"
 #include "papers/journal.h"
 #include "papers/paper_commands.h"
+#include "papers/versions.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -103,10 +105,14 @@ Renamings Taking(int page, int to) {
   return renamings;
 }
 
-Operation Insert(const Operation& operation) {
-  const int page = operation.page;
+void CheckRoom(int page) {
   if (std::max(page, MostPageNumber() + (page <= MostPageNumber() ? 1 : 0)) > kLastPage)
     throw Failure("There is no room for another page: a paper has 999 at most.");
+}
+
+Operation Insert(const Operation& operation) {
+  const int page = operation.page;
+  CheckRoom(page);
   const int shown = CurrentPageNumber;
   const Renamings room = MakingRoom(page);
   RenamePages(room);
@@ -133,7 +139,11 @@ Operation Remove(const Operation& operation) {
   RenamePages(Taking(page, last));
   ShowPageOfPaper(std::clamp(operation.to > 0 ? operation.to : page, 1, std::max(last - 1, 1)));
   // Only now that all others are in their places. If it fails, the page is the last one of the paper.
-  if (inverse.content) TheFiles->Remove(FileOf(last + 1));
+  if (inverse.content) {
+    KeepRemoved(FileOf(page), *inverse.content);
+    if (!VersionsTrouble().empty()) ShowNote(VersionsTrouble());
+    TheFiles->Remove(FileOf(last + 1));
+  }
   RenumberPages([&](int number) { return number == last + 1 ? inverse.keptAs : number; });
   return inverse;
 }
@@ -183,16 +193,22 @@ std::string Renumbering(int from, int to, int by) {
   return text;
 }
 
-// Asks about what gives files other names. Undo takes it back, so Enter goes on.
-bool AskToRename(const std::string& what, const std::string& renumbering) {
-  return TheDialogs->Ask(what + "?\r\n" + renumbering + " Undo takes it back as long as the paper is open.",
+// "Page 3 becomes page 4." for the pages from `from` to the last one that get numbers `by` higher; empty if
+// there are none. A blank stands behind it.
+std::string RenumberingFrom(int from, int by) {
+  const int last = MostPageNumber();
+  return from > last ? "" : Renumbering(from, last, by) + " ";
+}
+
+// Asks about what is not lost: undo takes it back, so Enter goes on.
+bool AskKeeping(const std::string& what, const std::string& renumbering) {
+  return TheDialogs->Ask(what + "?\r\n" + renumbering + "Undo takes it back as long as the paper is open.",
                          true);
 }
 
-// Whether a page may come in as number `page`.
 bool MayInsert(const std::string& what, int page) {
-  const int last = MostPageNumber();
-  return page > last || last >= kLastPage || AskToRename(what, Renumbering(page, last, 1));
+  CheckRoom(page);
+  return AskKeeping(what, RenumberingFrom(page, 1));
 }
 
 bool HasContent(int page) {
@@ -233,7 +249,11 @@ int MostPageNumber() {
 
 bool InsertPageAt(int page) {
   return StorePageOfPaper() && MayInsert("Insert an empty page " + std::to_string(page), page) &&
-         Do({.kind = Kind::Insert, .page = page, .label = "insert page"});
+         Do({.kind = Kind::Insert,
+             .page = page,
+             // A paper is found by its first page, so that one has a file even while it is empty.
+             .content = page == 1 ? std::optional(std::string()) : std::nullopt,
+             .label = "insert page"});
 }
 
 bool DuplicatePageAt(int page) {
@@ -247,26 +267,29 @@ bool DuplicatePageAt(int page) {
 bool DeletePageAt(int page) {
   if (!StorePageOfPaper()) return false;
   const std::string number = std::to_string(page);
-  const int last = MostPageNumber();
   const std::string what = "Delete page " + number + " of " + FileTitleOf(CurrentPaperFile);
-  const std::string renumbering = page < last ? Renumbering(page + 1, last, -1) : "";
-  if (HasContent(page)) {
-    const std::string others = renumbering.empty() ? "" : " " + renumbering;
-    if (!TheDialogs->Ask(what + "?\r\nIts file is removed." + others +
-                             " Undo brings it back as long as the paper is open, not afterwards.",
-                         false)) {
-      return false;
-    }
-  } else if (!renumbering.empty() && !AskToRename(what, renumbering)) {
-    return false;
-  }
-  return Do({.kind = Kind::Remove, .page = page, .label = "delete page " + number});
+  const std::string renumbering = RenumberingFrom(page + 1, -1);
+  const bool agreed =
+      HasContent(page)
+          ? TheDialogs->Ask(
+                what + "?\r\nIts file is removed. " + renumbering +
+                    "Undo brings it back as long as the paper is open, and File, Versions later on.",
+                false)
+          : AskKeeping(what, renumbering);
+  return agreed && Do({.kind = Kind::Remove, .page = page, .label = "delete page " + number});
+}
+
+bool BringPageBack(int number, const std::string& content) {
+  if (!StorePageOfPaper()) return false;
+  const int page = std::clamp(number, 1, MostPageNumber() + 1);
+  return MayInsert("Bring page " + std::to_string(page) + " back", page) &&
+         Do({.kind = Kind::Insert, .page = page, .content = content, .label = "bring page back"});
 }
 
 bool MovePageTo(int page, int to) {
   if (page == to || !StorePageOfPaper()) return false;
   const std::string others = to > page ? Renumbering(page + 1, to, -1) : Renumbering(to, page - 1, 1);
-  return AskToRename("Move page " + std::to_string(page) + " to number " + std::to_string(to), others) &&
+  return AskKeeping("Move page " + std::to_string(page) + " to number " + std::to_string(to), others + " ") &&
          Do({.kind = Kind::Move, .page = page, .to = to, .label = "move page"});
 }
 
@@ -296,18 +319,13 @@ bool MovePageLater() {
 
 bool MovePageToNumber(int page) {
   const int last = MostPageNumber();
-  const auto number = [](const std::string& text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })
-               ? RoundToInt16(ReadSingle(text))
-               : 0;
-  };
   const auto refusal = [&](const std::string& text) {
-    if (number(text) >= 1 && number(text) <= last) return std::string();
+    if (CountOf(text) >= 1 && CountOf(text) <= last) return std::string();
     return "A number from 1 to " + std::to_string(last) + " is needed";
   };
   const auto entered = TheDialogs->AskText("Move Page", "New number of page " + std::to_string(page),
                                            std::to_string(page), refusal);
-  return entered && MovePageTo(page, number(*entered));
+  return entered && MovePageTo(page, CountOf(*entered));
 }
 
 bool CanMovePages() {

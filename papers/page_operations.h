@@ -16,11 +16,14 @@ namespace kelvane {
 
 void ResetPageOperations();
 
-// An empty page of that number. It has no file until something is on it.
+// An empty page of that number. It has no file until something is on it, but for the first one.
 bool InsertPageAt(int page);
 // A copy of a page behind it.
 bool DuplicatePageAt(int page);
+// The file's content is kept among the versions.
 bool DeletePageAt(int page);
+// A page that was deleted, with the number that it had, or behind the last one if that is lower.
+bool BringPageBack(int number, const std::string& content);
 // Page `page` becomes page `to`, from 1 to MostPageNumber; those between move up or down.
 bool MovePageTo(int page, int to);
 // Asks for the number.

@@ -286,7 +286,7 @@ bool StayAtTheEnd(bool forwards, const char* message) {
 
 // Whether `file` is named as a page of its paper, rather than having some other extension or several dots.
 bool IsNamedAsPage(const std::string& file) {
-  const int number = RoundToInt16(ReadSingle(file.substr(file.rfind('.') + 1)));
+  const int number = PageNumberOf(file);
   return number >= 1 && number <= kLastPage && file == PageFileName(file, number);
 }
 
@@ -317,8 +317,11 @@ void WriteCarriedPages(const std::vector<CarriedPage>& pages, const std::string&
   }
   std::size_t written = 0;
   try {
-    for (; written < pages.size(); ++written)
-      WriteFileSafely(PageFileName(chosen, pages[written].number), pages[written].content);
+    for (; written < pages.size(); ++written) {
+      const std::string file = PageFileName(chosen, pages[written].number);
+      KeepReplaced(file, pages[written].content);
+      WriteFileSafely(file, pages[written].content);
+    }
   } catch (const Failure&) {
     while (written-- > 0) TheFiles->Remove(PageFileName(chosen, pages[written].number));
     throw;

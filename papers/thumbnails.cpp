@@ -1,5 +1,6 @@
 #include "papers/thumbnails.h"
 
+#include <algorithm>
 #include <functional>
 #include <set>
 #include <string>
@@ -17,10 +18,18 @@ namespace kelvane {
 
 namespace {
 
-std::size_t KeyOf(const PageItems& items) {
+std::size_t KeyOf(const Page& page) {
   const std::hash<std::string> hash;
   constexpr std::size_t kSpread = 0x9E3779B97F4A7C15;
-  return hash(items.Text()) * kSpread + hash(items.Records());
+  return hash(page.text) * kSpread + hash(page.drawings);
+}
+
+// Whole lines from `done` on, about as many as are painted at once.
+std::string TakePart(const std::string& lines, std::size_t& done) {
+  const std::size_t begin = done;
+  const std::size_t end = lines.find('\n', std::min(begin + Thumbnails::kPart, lines.size()));
+  done = end == lines.npos ? lines.size() : end + 1;
+  return lines.substr(begin, done - begin);
 }
 
 }  // namespace
@@ -29,9 +38,14 @@ void Thumbnails::SetSize(int width, int height) {
   if (width == width_ && height == height_) return;
   width_ = width;
   height_ = height;
-  looked_.clear();
+  LookAgain();
   lastSeen_.clear();
   pictures_.clear();
+}
+
+void Thumbnails::LookAgain() {
+  looked_.clear();
+  large_.reset();
 }
 
 const Thumbnails::Picture* Thumbnails::Of(int page) const {
@@ -41,50 +55,82 @@ const Thumbnails::Picture* Thumbnails::Of(int page) const {
   return picture == pictures_.end() ? nullptr : &picture->second;
 }
 
+bool Thumbnails::Holds(const Look& look, int page) {
+  return look.shown == PagesShown() && (page != CurrentPageNumber || look.edits == EditsMade());
+}
+
 bool Thumbnails::IsFresh(int page) const {
   const auto look = looked_.find(page);
-  if (look == looked_.end() || look->second.shown != PagesShown() || Of(page) == nullptr) return false;
-  return page != CurrentPageNumber || look->second.edits == EditsMade();
+  return look != looked_.end() && Holds(look->second, page) && Of(page) != nullptr;
 }
 
 bool Thumbnails::Update(const std::vector<int>& pages) {
   for (const int page : pages) {
     if (IsFresh(page)) continue;
-    lastSeen_[page] = TakePage(page);
-    looked_[page] = {PagesShown(), EditsMade()};
-    DropOthers(pages);
+    if (const std::optional<Key> key = TakePage(page)) {
+      lastSeen_[page] = *key;
+      looked_[page] = {PagesShown(), EditsMade()};
+      DropOthers(pages);
+    }
     return true;
   }
   return false;
 }
 
-Thumbnails::Key Thumbnails::TakePage(int page) {
-  if (page == CurrentPageNumber) {
-    return ThePage.text.size() + ThePage.drawings.size() > kLargestPage ? Take(Kind::TooLarge)
-                                                                        : TakeItems(ItemsOfPage());
-  }
+std::optional<Thumbnails::Key> Thumbnails::TakePage(int page) {
+  if (large_ && large_->page == page && Holds(large_->look, page)) return GoOn();
+  if (page == CurrentPageNumber) return TakeContent(page, ThePage);
   const std::string file = PageFileName(CurrentPaperFile, page);
   if (!TheFiles->Exists(file)) return Take(Kind::NoFile);
   try {
-    const std::string content = TheFiles->ReadWhole(file);
-    if (content.size() > kLargestPage) return Take(Kind::TooLarge);
-    return TakeItems(PageItems(PageOfContent(content, file)));
+    return TakeContent(page, PageOfContent(TheFiles->ReadWhole(file), file));
   } catch (const Failure&) {
     // Nobody has asked for this page yet. Who goes to it is told.
     return Take(Kind::Unreadable);
   }
 }
 
-Thumbnails::Key Thumbnails::TakeItems(const PageItems& items) {
-  const Key key = KeyOf(items);
+std::optional<Thumbnails::Key> Thumbnails::TakeContent(int page, const Page& content) {
+  const Key key = KeyOf(content);
   if (pictures_.contains(key)) return key;
-  Picture picture;
-  const Box paper{0, 0, PaperWidth, PaperHeight};
-  const float scale = static_cast<float>(width_) / PaperWidth;
-  picture.image = TheToolkit->NewImage(width_, height_, paper, 1, false);
-  PaintPage(*picture.image, {.area = paper, .scale = scale, .printed = true}, items, paper);
-  pictures_[key] = std::move(picture);
+  std::unique_ptr<Image> image = TheToolkit->NewImage(width_, height_, WholeSheet(), 1, false);
+  if (content.text.size() + content.drawings.size() > kPart) {
+    if (!Of(page)) lastSeen_[page] = Take(Kind::Unfinished);
+    large_ = {page, {PagesShown(), EditsMade()}, content, 0, 0, key, std::move(image)};
+    return GoOn();
+  }
+  if (page == CurrentPageNumber) {
+    PaintOn(*image, ItemsOfPage(), true);
+  } else {
+    PaintOn(*image, PageItems(content), true);
+  }
+  pictures_[key] = {Kind::Page, std::move(image)};
   return key;
+}
+
+std::optional<Thumbnails::Key> Thumbnails::GoOn() {
+  Large& large = *large_;
+  const bool first = large.drawingsDone + large.textDone == 0;
+  // In the order in which a page is painted as a whole.
+  Page part;
+  if (large.drawingsDone < large.content.drawings.size()) {
+    part.drawings = TakePart(large.content.drawings, large.drawingsDone);
+  } else {
+    part.text = TakePart(large.content.text, large.textDone);
+  }
+  PaintOn(*large.image, PageItems(part), first);
+  if (large.drawingsDone < large.content.drawings.size() || large.textDone < large.content.text.size())
+    return std::nullopt;
+  const Key key = large.key;
+  pictures_[key] = {Kind::Page, std::move(large.image)};
+  large_.reset();
+  return key;
+}
+
+void Thumbnails::PaintOn(Image& image, const PageItems& items, bool paper) const {
+  const float scale = static_cast<float>(width_) / PaperWidth;
+  PaintPage(image, {.area = WholeSheet(), .scale = scale, .printed = true, .paper = paper}, items,
+            WholeSheet());
 }
 
 Thumbnails::Key Thumbnails::Take(Kind kind) {

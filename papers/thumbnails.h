@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "document/page_items.h"
@@ -15,7 +16,7 @@ namespace kelvane {
 
 class Thumbnails {
  public:
-  enum class Kind { Page, NoFile, Unreadable, TooLarge };
+  enum class Kind { Page, NoFile, Unreadable, Unfinished };
   struct Picture {
     Kind kind = Kind::Page;
     std::unique_ptr<Image> image = nullptr;  // of a page
@@ -25,14 +26,14 @@ class Thumbnails {
   void SetSize(int width, int height);
   // Null until the page was looked at. It may show the page as it was.
   const Picture* Of(int page) const;
-  // Looks at the first of the pages that may have changed since it was looked at, and makes its picture if
-  // there is none yet. False if there is no such page.
+  // Looks at the first of the pages that may have changed since it was looked at, and makes its picture, or a
+  // part of it, if there is none yet. False if there is no such page.
   bool Update(const std::vector<int>& pages);
   // Other programs may have changed the files.
-  void LookAgain() { looked_.clear(); }
+  void LookAgain();
 
-  // What a larger page would take is too long for something that nobody asked for.
-  static constexpr std::size_t kLargestPage = std::size_t{2} << 20;
+  // Bytes of a page that are painted at once: nobody asked for it, and somebody may be typing.
+  static constexpr std::size_t kPart = std::size_t{256} << 10;
   // Pictures kept beyond those that are wanted.
   static constexpr std::size_t kMostPictures = 200;
 
@@ -43,11 +44,25 @@ class Thumbnails {
     int shown = 0;  // PagesShown and EditsMade at the time
     int edits = 0;
   };
+  // A page whose picture is painted in parts.
+  struct Large {
+    int page = 0;
+    Look look;
+    Page content;
+    std::size_t drawingsDone = 0;  // bytes
+    std::size_t textDone = 0;
+    Key key = 0;
+    std::unique_ptr<Image> image = nullptr;
+  };
 
+  static bool Holds(const Look& look, int page);  // nothing has changed since
   bool IsFresh(int page) const;
-  Key TakePage(int page);
-  Key TakeItems(const PageItems& items);
+  // Nothing as long as its picture is not finished.
+  std::optional<Key> TakePage(int page);
+  std::optional<Key> TakeContent(int page, const Page& content);
+  std::optional<Key> GoOn();
   Key Take(Kind kind);
+  void PaintOn(Image& image, const PageItems& items, bool paper) const;
   void DropOthers(const std::vector<int>& pages);
 
   int width_ = 0;
@@ -55,6 +70,7 @@ class Thumbnails {
   std::map<int, Look> looked_;
   std::map<int, Key> lastSeen_;
   std::map<Key, Picture> pictures_;
+  std::optional<Large> large_;
 };
 
 }  // namespace kelvane

@@ -26,6 +26,8 @@ constexpr std::int64_t kLatest = 253402300799;  // the end of the year 9999
 constexpr std::size_t kMostBytes = 256U << 20;
 constexpr std::size_t kLongestName = 100;  // bytes of a page file's name in that of a version
 constexpr int kNumbers = 3000;             // of pages, with those taken away
+// Behind the hash of a paper: what stands for the page of a file that was removed from it.
+constexpr std::string_view kRemoved = "-removed";
 
 std::string Trouble;
 bool TroubleTold = false;
@@ -99,9 +101,13 @@ std::int64_t DayOf(std::int64_t time) {
   return local.tm_year * 366 + local.tm_yday;
 }
 
-void Keep(const std::string& path, const std::string& content) {
+// What stands for all pages that were removed from the paper of a page file.
+std::string RemovedFrom(const std::string& path) {
+  return HashOf(PageFileName(TheFiles->Resolve(path), 0)) + std::string(kRemoved);
+}
+
+void Keep(const std::string& page, const std::string& path, const std::string& content) {
   if (StateFolder.empty()) throw Failure("there is no folder for them");
-  const std::string page = HashOf(path);
   const Version kept{std::time(nullptr), content.size(), page,
                      page + "-" + HashOf(content) + "-" + ReadableName(path)};
   TheFiles->MakeFolder(Folder());
@@ -122,6 +128,20 @@ void Keep(const std::string& path, const std::string& content) {
   if (after.size() < before.size()) WriteIndex(after);
 }
 
+void NoteTrouble(const Failure& failure) {
+  if (!TroubleTold) Trouble = std::string("Earlier versions are not kept: ") + failure.what();
+  TroubleTold = true;
+}
+
+// Those of a page, newest first.
+std::vector<Version> Kept(const std::string& page) {
+  std::vector<Version> versions = ReadIndex();
+  std::erase_if(versions, [&](const Version& version) {
+    return version.page != page || !TheFiles->Exists(Folder() + version.file);
+  });
+  return versions;
+}
+
 }  // namespace
 
 void ResetVersions() {
@@ -134,10 +154,20 @@ void KeepReplaced(const std::string& path, std::string_view content) {
   try {
     if (!TheFiles->Exists(path)) return;
     const std::string old = TheFiles->ReadWhole(path);
-    if (old != content && !old.empty()) Keep(TheFiles->Resolve(path), old);
+    if (old == content || old.empty()) return;
+    const std::string target = TheFiles->Resolve(path);
+    Keep(HashOf(target), target, old);
   } catch (const Failure& failure) {
-    if (!TroubleTold) Trouble = std::string("Earlier versions are not kept: ") + failure.what();
-    TroubleTold = true;
+    NoteTrouble(failure);
+  }
+}
+
+void KeepRemoved(const std::string& path, const std::string& content) {
+  Trouble.clear();
+  try {
+    if (!content.empty()) Keep(RemovedFrom(path), path, content);
+  } catch (const Failure& failure) {
+    NoteTrouble(failure);
   }
 }
 
@@ -146,12 +176,16 @@ const std::string& VersionsTrouble() {
 }
 
 std::vector<Version> VersionsOf(const std::string& path) {
-  const std::string page = HashOf(TheFiles->Resolve(path));
-  std::vector<Version> versions = ReadIndex();
-  std::erase_if(versions, [&](const Version& version) {
-    return version.page != page || !TheFiles->Exists(Folder() + version.file);
-  });
-  return versions;
+  return Kept(HashOf(TheFiles->Resolve(path)));
+}
+
+std::vector<Version> RemovedPagesOf(const std::string& path) {
+  return Kept(RemovedFrom(path));
+}
+
+std::string NameOfRemoved(const Version& version) {
+  const std::size_t name = version.page.size() + HashOf({}).size() + 2;
+  return version.file.substr(std::min(name, version.file.size()));
 }
 
 std::string ContentOfVersion(const Version& version) {
@@ -195,7 +229,8 @@ std::vector<Version> StillKept(const std::vector<Version>& versions, std::int64_
     const auto [before, first] = days.emplace(version.page, day);
     const bool lastOfDay = first || before->second != day;
     before->second = day;
-    const bool recent = ++counts[version.page] <= kLastVersions;
+    const std::size_t most = version.page.ends_with(kRemoved) ? kLastPage : kLastVersions;
+    const bool recent = ++counts[version.page] <= most;
     if (!recent && !(lastOfDay && now - version.time < kDays * kDay)) continue;
     if (bytes + version.size > kMostBytes) break;
     bytes += version.size;

@@ -14,12 +14,14 @@
 #include "document/paper.h"
 #include "editing/edit.h"
 #include "editing/modes.h"
+#include "papers/page_operations.h"
 #include "papers/paper_commands.h"
 #include "papers/versions.h"
 #include "platform/canvas.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/text_view.h"
+#include "typography/curves.h"
 #include "typography/renderer.h"
 #include "typography/view.h"
 
@@ -43,10 +45,17 @@ constexpr ColourValue kOnlyNow = 0xC86414;
 struct Kept {
   std::optional<Version> version;  // none: what the file holds now
   std::string name;
+  int removed = 0;  // the number of a page that was deleted
 };
 std::vector<Kept> Rows;
-std::string PageOfRows;    // the file that they are of
-bool ChangedThen = false;  // whether the page had changed when they were listed
+// What they are of: the file, how many pages had been shown, and whether the page had changed.
+struct Listed {
+  std::string page;
+  int shown = 0;
+  bool changed = false;
+  bool operator==(const Listed&) const = default;
+};
+Listed ListedThen;
 int Chosen = -1;
 Page ChosenPage;
 bool Readable = false;  // the chosen one
@@ -110,13 +119,9 @@ std::string SizeText(std::size_t bytes) {
 
 void Frame(Painter& painter, const Box& box) {
   constexpr float kAround = 1.5F;  // points
-  Path path;
-  path.MoveTo({box.left - kAround, box.top - kAround});
-  path.LineTo({box.right + kAround, box.top - kAround});
-  path.LineTo({box.right + kAround, box.bottom + kAround});
-  path.LineTo({box.left - kAround, box.bottom + kAround});
-  path.LineTo({box.left - kAround, box.top - kAround});
-  painter.StrokePath(path, {ShowsNow ? kOnlyNow : kOnlyThen, kFrameWidth});
+  painter.StrokePath(
+      FrameOf({box.left - kAround, box.top - kAround, box.right + kAround, box.bottom + kAround}),
+      {ShowsNow ? kOnlyNow : kOnlyThen, kFrameWidth});
 }
 
 // Takes a line off a sorted list; false if it is not there.
@@ -190,6 +195,10 @@ void Choose(int row) {
   ShowChosen();
 }
 
+Listed ListedNow() {
+  return {CurrentPaperFile, PagesShown(), PageChanged != 0};
+}
+
 // The content of the file that is on the disk, if that is not the page in memory.
 void AddFile() {
   if (!TheFiles->Exists(CurrentPaperFile)) return;
@@ -202,12 +211,16 @@ void FillList() {
   const std::string chosenFile =
       Chosen >= 0 ? Rows.at(static_cast<std::size_t>(Chosen)).version.value_or(Version{}).file : "";
   Rows.clear();
-  ChangedThen = PageChanged != 0;
-  PageOfRows = CurrentPaperFile;
+  ListedThen = ListedNow();
   if (!CurrentPaperFile.empty()) {
     AddFile();
     for (const Version& version : VersionsOf(CurrentPaperFile))
       Rows.push_back({version, "until " + TimeText(version.time) + ", " + SizeText(version.size)});
+    for (const Version& version : RemovedPagesOf(CurrentPaperFile)) {
+      const std::string name = NameOfRemoved(version);
+      Rows.push_back({version, name + " deleted " + TimeText(version.time) + ", " + SizeText(version.size),
+                      PageNumberOf(name)});
+    }
   }
   std::vector<List::Row> shown;
   int row = Rows.empty() ? -1 : 0;
@@ -223,8 +236,11 @@ void FillList() {
 
 void BringBack() {
   if (!Readable) return;
-  if (!Rows.at(static_cast<std::size_t>(Chosen)).version) {
+  const Kept& row = Rows.at(static_cast<std::size_t>(Chosen));
+  if (!row.version) {
     TakePageFile();
+  } else if (row.removed > 0) {
+    BringPageBack(row.removed, ContentOfVersion(*row.version));
   } else {
     FinishEditing();
     EditPage("bring back", [](Page& page) { page = ChosenPage; });
@@ -280,8 +296,9 @@ void Build() {
   };
   Own.differences = VersionsWindow->AddLabel("");
   Own.now = AddButton("Show &Page Now", "Show the page as it is now in the picture", ShowNow);
-  Own.bringBack =
-      AddButton("&Bring Back", "Put this version in the place of the page. Undo takes it back", BringBack);
+  Own.bringBack = AddButton(
+      "&Bring Back", "Put this version in the place of the page, or a deleted page back. Undo takes it back",
+      BringBack);
   Own.close = AddButton("&Close", "Close", Close);
   VersionsWindow->OnResize = LayOut;
   VersionsWindow->OnEscape = Close;
@@ -294,8 +311,7 @@ void ResetVersionsWindow() {
   VersionsWindow = nullptr;
   Own = {};
   Rows.clear();
-  PageOfRows.clear();
-  ChangedThen = false;
+  ListedThen = {};
   Chosen = -1;
   ChosenPage = {};
   Readable = ShowsNow = false;
@@ -315,7 +331,7 @@ void ShowVersions() {
 
 void FollowVersions() {
   if (VersionsWindow == nullptr || !VersionsWindow->Visible()) return;
-  PageOfRows == CurrentPaperFile&& ChangedThen == (PageChanged != 0) ? ShowChosen() : FillList();
+  ListedThen == ListedNow() ? ShowChosen() : FillList();
 }
 
 }  // namespace kelvane

@@ -73,6 +73,10 @@ struct ScreenFace {
   bool italic = false;
 };
 
+// The tangent by which a face leans that has no italic of its own, as the slanted Symbol has none: 12
+// degrees, on the screen and in print.
+inline constexpr double kSlant = 0.2125565617;
+
 enum class Layer { Page, Overlay };
 
 // What the pointer says that a press would do.

@@ -28,7 +28,7 @@ class Printer {
   // cancelled, there or while it was printing; nothing is left of a file that was printed to. Throws Failure
   // if it could not be printed.
   virtual bool Print(const PrintJob& job) = 0;
-  // Shows what would be printed, and prints from there.
+  // Shows what would be printed, of many pages some at a time from the current one on, and prints from there.
   virtual void Preview(const PrintJob& job) = 0;
 };
 

@@ -20,7 +20,8 @@
 namespace kelvane {
 namespace {
 
-constexpr std::size_t kWidestTable = 70;  // columns of the fixed-pitch face in the help window as it first opens
+// Columns of the fixed-pitch face in the help window as it first opens.
+constexpr std::size_t kWidestTable = 70;
 constexpr std::size_t kWidestText = 80;
 
 using Lines = std::vector<std::string>;

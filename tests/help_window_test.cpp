@@ -197,6 +197,7 @@ TEST_F(HelpWindowTest, EveryControlAndDialogHasItsPage) {
   window->pointed.clear();
   window->PressShortcut("Shift+F1");
   EXPECT_EQ(AtTop(), "The window");
+  window->ChooseEntry("&Define");
   static_cast<FakeWindow*>(Form7)->PressShortcut("F1");
   EXPECT_EQ(AtTop(), "Macros");
   dialogs.OnHelp("Would you like to save the current paper.");

@@ -68,9 +68,8 @@ TEST(LineEditorTest, ErasingTakesWholeCharactersAndCanBeTakenBack) {
   EXPECT_EQ(line.Text(), "a");
   line.Key(kKeyDelete);  // nothing is there, so there is nothing to take back
   line.Undo();
-  EXPECT_EQ(line.Text(), "aé");
-  EXPECT_EQ(line.Caret(), 3u);
-  line.Undo();
+  EXPECT_EQ(line.Text(), "aé ") << "both Backspaces";
+  EXPECT_EQ(line.Caret(), 4u);
   line.Undo();
   EXPECT_EQ(line.Text(), "aé bc");
   EXPECT_FALSE(line.CanUndo());
@@ -81,6 +80,25 @@ TEST(LineEditorTest, ErasingTakesWholeCharactersAndCanBeTakenBack) {
   line.Set("other");
   line.Undo();
   EXPECT_EQ(line.Text(), "aé x");
+}
+
+TEST(LineEditorTest, WhatIsTypedInOneGoIsOneStepBack) {
+  LineEditor line;
+  for (const char c : std::string("\\frac ab")) line.Type(c);
+  line.Key(kKeyLeft);
+  line.Type('x');
+  line.Undo();
+  EXPECT_EQ(line.Text(), "\\frac ab") << "the caret was moved between";
+  line.Undo();
+  EXPECT_EQ(line.Text(), "\\frac ") << "a word at a time";
+  line.Undo();
+  EXPECT_EQ(line.Text(), "");
+  line.Redo();
+  line.SelectAll();
+  line.Type('y');
+  line.Type('z');
+  line.Undo();
+  EXPECT_EQ(line.Text(), "\\frac ");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "app/overview_window.h"
 
 #include "document/page.h"
+#include "papers/thumbnails.h"
 #include "tests/support/editor_test.h"
 
 namespace kelvane {
@@ -187,14 +188,28 @@ TEST_F(OverviewTest, PagesComeAndGo) {
   EXPECT_EQ(FocusedControl, static_cast<Canvas*>(canvas));
 }
 
+TEST_F(OverviewTest, LargePageIsPaintedInParts) {
+  std::string filler;
+  while (filler.size() < 2 * Thumbnails::kPart) filler += std::string(200, 'x') + "\r\n";
+  const auto run = [](const char* text) { return std::string("100 200 m 11 F0 (") + text + ") 1 s\r\n"; };
+  files.contents[FileOf(2)] =
+      run("top") + "1 2 m 1 lw 3 4 rl stroke\r\n" + filler + run("middle") + filler + run("end") + filler;
+  Open(1);
+  for (int i = 0; i < 3; ++i) timer->Tick();
+  EXPECT_NE(pictures->Drawn(Layer::Page).find("(being drawn)"), std::string::npos);
+  // Half of it was painted when another page came into the editor; nothing of it stands there twice.
+  window->PressShortcut("PgDown");
+  LetItPaint();
+  EXPECT_EQ(Row(), "p1 top middle end ");
+}
+
 TEST_F(OverviewTest, PagesThatCannotBeShownSayWhy) {
   files.unreadable.insert(FileOf(2));
-  files.contents[FileOf(5)] = std::string(3 << 20, 'x') + "\r\n";
   Open(4);
   files.contents.erase(FileOf(3));
   LetItPaint();
   const std::string drawn = pictures->Drawn(Layer::Page);
-  for (const char* words : {"(cannot be read)", "(no file)", "(too large to show)"})
+  for (const char* words : {"(cannot be read)", "(no file)"})
     EXPECT_NE(drawn.find(words), std::string::npos) << words;
   EXPECT_EQ(Row(), "p1 - p4 ");
 }

@@ -114,6 +114,7 @@ TEST_F(PdfTest, SignsInPiecesSayWhatTheyAre) {
   const std::string content = Content("72 100 m 10 FC (S) 3 s\r\n");
   EXPECT_FALSE(Has(content, "ActualText"));
   EXPECT_TRUE(Has(content, "<53><2211>")) << "a large sum is a sum";
+  EXPECT_TRUE(Has(Content("72 100 m 10 FC (m) 3 s\r\n"), "<6D><200B>")) << "a piece alone is no letter";
   EXPECT_TRUE(Has(content, "0 0 m\n10 0 l\n10 10 l\nf")) << "areas are filled";
   EXPECT_TRUE(Has(Content("72 100 m 10 FC (m) 3 s\r\n"), "0.5 w 1 J 1 j\n0 0 m\n10 0 l\nS"));
 }

@@ -15,6 +15,7 @@
 #include "editing/item_edits.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
+#include "editing/picking.h"
 #include "editing/properties.h"
 #include "editing/select_tool.h"
 #include "editing/undo.h"

@@ -69,6 +69,9 @@ TEST_F(RenderTest, WrongUseIsToldWithItsCode) {
     EXPECT_TRUE(errors.starts_with("kelvane-render: ")) << errors;
     EXPECT_EQ(out, "");
   }
+  // Pictures one behind the other are none.
+  EXPECT_EQ(Run({"-f", "svg", "-o", "-", "/P/Essay"}), kWrongOptions);
+  EXPECT_EQ(out, "");
   EXPECT_EQ(Run({"--help"}), kRendered);
   for (const char* option :
        {"--output", "--format", "--pages", "--resolution", "--transparent", "--bookmarks"})
@@ -79,7 +82,7 @@ TEST_F(RenderTest, WrongUseIsToldWithItsCode) {
 
 TEST_F(RenderTest, FailuresLeaveNoFileAndTheRestIsDone) {
   files.contents["\\P\\Bad.001"] = "1 rl stroke\r\n";
-  EXPECT_EQ(Run({"/P/Bad.001", "/P/None.001", "/P/None", "/P/Essay.001"}), kNotRendered);
+  EXPECT_EQ(Run({"/P/Bad.001", "/P/None.001", "/P/None", "", "/P/Essay.001"}), kNotRendered);
   EXPECT_NE(errors.find("/P/Bad.001"), errors.npos) << errors;
   EXPECT_NE(errors.find("/P/None"), errors.npos) << errors;
   EXPECT_TRUE(files.Exists("\\P\\Essay-001.pdf"));

@@ -135,7 +135,8 @@ TEST_F(SignsTest, MarksStandOverTheMiddleAndTheRunGoesOnBehindTheSign) {
     EXPECT_EQ(pen.depth, 0);
   }
   // As a text it is the one character where there is one.
-  for (const char* text : {"a\u226Eb", "x\u0302", "\u2208\u0338", "\u21A6", "a\u27F6b", "\u2153", "x\u2074"})
+  for (const char* text : {"a\u226Eb", "x\u0302", "\u2208\u0338", "\u21A6", "a\u27F6b", "\u2153", "x\u2074",
+                           "\u2296", "\u229C", "a\u229Fb"})
     EXPECT_EQ(TextOfRun(Run(text), 0), text);
   EXPECT_EQ(TextOfRun(Run("<\u0338"), 0), "\u226E");
 }
@@ -163,6 +164,8 @@ TEST_F(SignsTest, NamesAreFoundByTheirBeginningAndByWords) {
   EXPECT_EQ(names(SignsNamed("zzz")), "");
   EXPECT_EQ(names(FindSigns("Subset of")), "\\subset \\subseteq \\nsubset \\Subseteq \\nsubseteq ");
   EXPECT_TRUE(names(FindSigns("integral")).starts_with("\\int "));
+  EXPECT_TRUE(HasEveryWord("tall bracket: left brace", "Brace  tall "));
+  EXPECT_FALSE(HasEveryWord("tall bracket: left brace", "tall right"));
   EXPECT_EQ(HowTyped(*SignOf(U'\u03C0')), "Symbol, key p, code 112");
   EXPECT_EQ(HowTyped(*SignOf(U'\u00E9')), "text faces, code 15");
 }

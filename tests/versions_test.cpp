@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "app/commands.h"
+#include "app/menus.h"
 #include "document/page.h"
 #include "editing/keyboard.h"
 #include "editing/notes.h"
@@ -114,6 +116,28 @@ TEST_F(VersionsTest, GoWithTheirPageToAnotherNumber) {
   EXPECT_TRUE(VersionsOf(kPath).empty());
   window->ChooseEntry("&Undo insert page");
   EXPECT_EQ(VersionsOf(kPath).size(), 1U);
+}
+
+TEST_F(VersionsTest, ADeletedPageIsAmongThemAndComesBackAsAPage) {
+  files.contents["\\P\\Essay.002"] = LineOf("second");
+  files.contents["\\P\\Essay.003"] = LineOf("third");
+  OpenPaperFile(kPath);
+  window->PressShortcut("PgDown");
+  dialogs.AnswerYes();
+  RunCommand(CommandOf("mPagesDelete"));
+  ASSERT_EQ(Content("\\P\\Essay.002"), LineOf("third"));
+  files.LetGo();  // killed
+  Start("\\P\\Essay.001");
+  window->ChooseEntry("&Versions");
+  ASSERT_EQ(List().rows.size(), 1U);
+  EXPECT_TRUE(List().rows[0].text.starts_with("Essay.002 deleted ")) << List().rows[0].text;
+  EXPECT_NE(Picture().find("second"), std::string::npos);
+  dialogs.AnswerYes();
+  Versions().ClickButton("&Bring Back");
+  EXPECT_EQ(Content("\\P\\Essay.002"), LineOf("second"));
+  EXPECT_EQ(Content("\\P\\Essay.003"), LineOf("third"));
+  window->ChooseEntry("&Undo bring page back");
+  EXPECT_EQ(Content("\\P\\Essay.002"), LineOf("third"));
 }
 
 TEST_F(VersionsTest, WithoutAFolderOneNoteIsAllThatHappens) {

@@ -18,13 +18,13 @@ WidthTable TableOf(std::size_t face) {
 InkTable InkOf(std::size_t face) {
   const WidthTableSource& source = kWidthTableSources[face];
   return MakeInkTable(DiskFiles().ReadWhole(kAfmFolder + source.afm + ".afm"), source.ownEncoding,
-                      face == kSlantedFace ? kSymbolSlant : 0);
+                      face == kSlantedFace ? kSlant : 0);
 }
 
 LeanTable LeanOf(std::size_t face) {
   const WidthTableSource& source = kWidthTableSources[face];
   return MakeLeanTable(DiskFiles().ReadWhole(kAfmFolder + source.afm + ".afm"), source.ownEncoding,
-                       face == kSlantedFace ? kSymbolSlant : 0);
+                       face == kSlantedFace ? kSlant : 0);
 }
 
 TEST(WidthTablesTest, ShippedTablesAndPrologComeFromTheFonts) {

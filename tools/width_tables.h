@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/canvas.h"
+
 namespace kelvane {
 
 // Advances in thousandths of an em by character code. Entry 0 is the unit, 600: a run advances by
@@ -54,9 +56,8 @@ struct InkBox {
 };
 using InkTable = std::array<InkBox, 256>;
 
-// Symbol-Italic is Symbol, leaning by this tangent on the screen and in print.
+// Symbol-Italic is Symbol, leaning by kSlant.
 inline constexpr std::size_t kSlantedFace = 10;
-inline constexpr double kSymbolSlant = 0.2125565617;
 
 // The ink boxes of an AFM file's text. A slanted box holds the slanted ink, with some room left and right.
 InkTable MakeInkTable(std::string_view afmText, bool ownEncoding, double slant);

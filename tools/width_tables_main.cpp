@@ -37,7 +37,7 @@ void Build(const std::filesystem::path& afmFolder, const std::filesystem::path& 
     const kelvane::WidthTableSource& source = kelvane::kWidthTableSources[face];
     const std::string afm = ReadWhole(afmFolder / (std::string(source.afm) + ".afm"));
     tables[face] = kelvane::MakeWidthTable(afm, source.ownEncoding);
-    const double slant = face == kelvane::kSlantedFace ? kelvane::kSymbolSlant : 0;
+    const double slant = face == kelvane::kSlantedFace ? kelvane::kSlant : 0;
     inks[face] = kelvane::MakeInkTable(afm, source.ownEncoding, slant);
     leans[face] = kelvane::MakeLeanTable(afm, source.ownEncoding, slant);
     WriteWhole(dataFolder / (std::string(source.name) + ".WT"), kelvane::WidthTableBytes(tables[face]));

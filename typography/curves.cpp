@@ -100,6 +100,30 @@ void AddTurns(GrowingBox& extent, Point start, const Point* cubic, const double 
 
 }  // namespace
 
+float DistanceToChord(Point from, Point to, Point point) {
+  const double dx = static_cast<double>(to.x) - from.x;
+  const double dy = static_cast<double>(to.y) - from.y;
+  const double px = static_cast<double>(point.x) - from.x;
+  const double py = static_cast<double>(point.y) - from.y;
+  const double square = dx * dx + dy * dy;
+  const double t = square > 0 ? std::clamp((px * dx + py * dy) / square, 0.0, 1.0) : 0;
+  return static_cast<float>(std::hypot(px - t * dx, py - t * dy));
+}
+
+Box BoxBetween(Point a, Point b) {
+  return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x), std::max(a.y, b.y)};
+}
+
+Path FrameOf(const Box& box) {
+  Path path;
+  path.MoveTo({box.left, box.top});
+  path.LineTo({box.right, box.top});
+  path.LineTo({box.right, box.bottom});
+  path.LineTo({box.left, box.bottom});
+  path.LineTo({box.left, box.top});
+  return path;
+}
+
 GrowingBox ExtentOf(const Path& path) {
   GrowingBox extent;
   const Point* point = path.points.data();

@@ -14,6 +14,9 @@ namespace kelvane {
 // 2/3: pages and the printed `rp` and `rb` have always used this flatter curve, so the screen keeps it too.
 inline constexpr double kCurveFactor = 0.556;
 
+// A line without a width prints so wide, points.
+inline constexpr float kHairline = 0.1F;
+
 // Adds the curve from `start`, where the path is, to `end`.
 void AddCurve(Path& path, Point start, Point control, Point end);
 
@@ -27,6 +30,14 @@ Path PathOf(const Drawing& drawing);
 
 // The point at `t`, 0 to 1, of the cubic from `start` with the control points and the end `cubic`.
 Point PointOnCubic(Point start, const Point* cubic, float t);
+
+// The distance of a point from a straight line between two others.
+float DistanceToChord(Point from, Point to, Point point);
+
+// The box that has two points for opposite corners.
+Box BoxBetween(Point a, Point b);
+// The line round a box.
+Path FrameOf(const Box& box);
 
 // The box of all that was added; what is not finite is left out.
 struct GrowingBox {

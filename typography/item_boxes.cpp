@@ -13,8 +13,6 @@
 namespace kelvane {
 namespace {
 
-// The thinnest line of print, points.
-constexpr float kLeastLineWidth = 0.1F;
 // How far a chord may lie from its curve, points.
 constexpr float kChordError = 0.01F;
 constexpr float kMostChords = 512;
@@ -22,9 +20,6 @@ constexpr float kMostChords = 512;
 constexpr float kUnknownRise = 0.9F;
 constexpr float kUnknownFall = 0.3F;
 constexpr int kNoBreakSpace = 160;
-// The caret's reach above and below the baseline, ems.
-constexpr float kCaretRise = 0.8F;
-constexpr float kCaretFall = 0.2F;
 
 bool IsEmpty(const Box& box) {
   return box.left == box.right && box.top == box.bottom;
@@ -53,16 +48,6 @@ void ForInk(const TextEntry& entry, Ink ink) {
 float Outside(float from, float to, float value) {
   if (value >= from && value <= to) return 0;
   return value < from ? from - value : value - to;
-}
-
-float DistanceToPiece(Point from, Point to, Point point) {
-  const double dx = static_cast<double>(to.x) - from.x;
-  const double dy = static_cast<double>(to.y) - from.y;
-  const double px = static_cast<double>(point.x) - from.x;
-  const double py = static_cast<double>(point.y) - from.y;
-  const double square = dx * dx + dy * dy;
-  const double t = square > 0 ? std::clamp((px * dx + py * dy) / square, 0.0, 1.0) : 0;
-  return static_cast<float>(std::hypot(px - t * dx, py - t * dy));
 }
 
 // As many chords of equal steps as keep within the error of a cubic.
@@ -99,7 +84,7 @@ class Nearest {
 
  private:
   void Go(Point to) {
-    distance = std::min(distance, DistanceToPiece(at, to, point));
+    distance = std::min(distance, DistanceToChord(at, to, point));
     if ((at.y <= point.y) != (to.y <= point.y)) {
       const double part = (static_cast<double>(point.y) - at.y) / (static_cast<double>(to.y) - at.y);
       if (at.x + (static_cast<double>(to.x) - at.x) * part > point.x) winding += to.y > at.y ? 1 : -1;
@@ -112,7 +97,7 @@ class Nearest {
 };
 
 float HalfLine(const Drawing& drawing) {
-  return drawing.closed ? 0 : std::max(drawing.style.width, kLeastLineWidth) / 2;
+  return drawing.closed ? 0 : std::max(drawing.style.width, kHairline) / 2;
 }
 
 }  // namespace
@@ -195,8 +180,7 @@ std::size_t CaretAt(const TextEntry& entry, Point point) {
     auto operator<=>(const Nearness&) const = default;
   };
   const auto nearness = [point](const RunPen& pen, float width) {
-    const Box cell{pen.x + std::min(width, 0.0F), pen.y - kCaretRise * pen.size,
-                   pen.x + std::max(width, 0.0F), pen.y + kCaretFall * pen.size};
+    const Box cell = CellAt(pen, width);
     return Nearness{DistanceTo(cell, point), std::abs((cell.top + cell.bottom) / 2 - point.y)};
   };
   Nearness best{kAnyDistance, kAnyDistance};
@@ -205,8 +189,7 @@ std::size_t CaretAt(const TextEntry& entry, Point point) {
   const RunPen end = WalkRun(entry.text, PenAt(placed.origin, entry.font, entry.size), placed.extraSpace,
                              [&](std::size_t index, const RunPen& pen) {
                                const int code = static_cast<unsigned char>(entry.text[index]);
-                               const float width =
-                                   Advance(code, pen.font, pen.size) + (code == ' ' ? placed.extraSpace : 0);
+                               const float width = StepAt(pen, code, placed.extraSpace);
                                const Nearness next = nearness(pen, width);
                                if (!(next < best)) return;
                                best = next;

@@ -179,6 +179,13 @@ float JustificationAmount(float x) {
   return amount;
 }
 
+Box CellAt(const RunPen& pen, float step) {
+  constexpr float kRise = 0.8F;
+  constexpr float kFall = 0.2F;
+  return {pen.x + std::min(step, 0.0F), pen.y - kRise * pen.size, pen.x + std::max(step, 0.0F),
+          pen.y + kFall * pen.size};
+}
+
 Point AlignAtAnchor(Point at, int anchor, float width, float size) {
   if (anchor < 1 || anchor > 9) return at;
   // Anchors run round the item: 1 to 3 down its left side, 4 and 8 its middle, 5 to 7 up its right side.

@@ -78,6 +78,14 @@ RunPen WalkRun(std::string_view text, RunPen pen, float extraSpace, Character ch
   return pen;
 }
 
+// How far a character takes the pen.
+inline float StepAt(const RunPen& pen, int code, float extraSpace) {
+  return Advance(code, pen.font, pen.size) + (code == ' ' ? extraSpace : 0);
+}
+
+// The cell of a character that takes the pen so far: 0.8 of its size above and 0.2 below the baseline.
+Box CellAt(const RunPen& pen, float step);
+
 // Anchors 1 to 3 lie at the left end of a run.
 inline constexpr int kLastLeftAnchor = 3;
 

@@ -26,8 +26,7 @@ constexpr float kCalmGridPixels = 8;
 constexpr std::size_t kMostFillPoints = 1000;
 
 // What a line of its own reaches beyond its points: round ends, and a pixel of it at least.
-constexpr float kLeastReach = 2;   // points
-constexpr float kHairline = 0.1F;  // points
+constexpr float kLeastReach = 2;  // points
 
 // Calls draw with each multiple of `spacing` from 0 to `end` that lies within the visible stretch. The index
 // is a whole number, so that the lines do not drift.
@@ -180,7 +179,7 @@ class Placements {
 }  // namespace
 
 void PaintPage(Painter& painter, const View& view, const PageItems& items, const Box& area) {
-  if (view.paper) painter.FillBox({0, 0, PaperWidth, PaperHeight}, PaletteColour(kWhite));
+  if (view.paper) painter.FillBox(WholeSheet(), PaletteColour(kWhite));
   PaintGrid(painter, view, area);
   PaintGuides(painter, view);
   for (const DrawingItem& item : items.Drawings()) {
@@ -226,29 +225,15 @@ Box BoundsOf(const TextEntry& entry) {
 
 Box CellsOf(const TextEntry& entry, std::size_t begin, std::size_t end) {
   const PlacedRun placed = PlaceRun(entry);
-  RunPen pen;
-  pen.font = entry.font;
-  pen.size = entry.size;
-  pen.x = placed.origin.x;
-  pen.y = placed.origin.y;
-  Box box{pen.x, pen.y, pen.x, pen.y};
-  bool any = false;
-  for (std::size_t i = 0; i < end; ++i) {
-    const int code = static_cast<unsigned char>(entry.text[i]);
-    if (code >= kFirstSwitchCode) {
-      ApplyRunCode(pen, code);
-      continue;
-    }
-    const float left = pen.x;
-    pen.x += Advance(code, pen.font, pen.size) + (code == ' ' ? placed.extraSpace : 0);
-    if (i < begin) continue;
-    const Box cell{left, pen.y - 0.8F * pen.size, pen.x, pen.y + 0.2F * pen.size};
-    box = !any ? cell
-               : Box{std::min(box.left, cell.left), std::min(box.top, cell.top),
-                     std::max(box.right, cell.right), std::max(box.bottom, cell.bottom)};
-    any = true;
-  }
-  return box;
+  GrowingBox cells;
+  WalkRun(
+      entry.text, PenAt(placed.origin, entry.font, entry.size), placed.extraSpace,
+      [&](std::size_t index, const RunPen& pen) {
+        if (index < begin || index >= end) return;
+        cells.Add(CellAt(pen, StepAt(pen, static_cast<unsigned char>(entry.text[index]), placed.extraSpace)));
+      });
+  const auto [x, y] = placed.origin;
+  return cells.Empty() ? Box{x, y, x, y} : cells.box;
 }
 
 Box BoundsOf(const Drawing& drawing) {

@@ -267,7 +267,7 @@ constexpr Sign kSigns[] = {
     {U'≈', Relation, "approx|approximately equal"},
     {U'≅', Relation, "cong|isomorphic, congruent", '@'},
     {U'∼', Relation, "sim|similar, tilde"},
-    {U'≃', Relation, "simeq asymp|asymptotically equal", '?'},
+    {U'≃', Relation, "simeq|asymptotically equal", '?'},
     {U'≪', Relation, "ll|much less", 'W'},
     {U'≫', Relation, "gg|much greater", 'X'},
     {U'≺', Relation, "prec|precedes", '$'},

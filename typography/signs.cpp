@@ -8,6 +8,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "document/fields.h"
 #include "platform/characters.h"
 #include "typography/metrics.h"
 #include "typography/typefaces.h"
@@ -312,26 +313,36 @@ Reading ReadMade(const std::vector<Token>& tokens, std::size_t at) {
   return reading;
 }
 
+const Sign* SignMarked(char32_t base, char mark) {
+  const auto found =
+      std::ranges::find_if(SignTable(), [&](const Sign& s) { return s.mark == mark && s.base == base; });
+  return mark == 0 || found == SignTable().end() ? nullptr : &*found;
+}
+
 // A character and the marks of Math0 that stand over or through it.
 Reading ReadMarked(const std::vector<Token>& tokens, std::size_t at) {
-  const auto isMark = [](const Token& token) {
+  const auto isAccent = [](const Token& token) {
     return token.font >= kFirstGlyphFont && IsCombining(CharacterAt(token));
   };
   const char32_t base = CharacterAt(tokens[at]);
-  if (base == 0 || base == ' ' || isMark(tokens[at])) return {};
+  if (base == 0 || base == ' ' || isAccent(tokens[at])) return {};
+  // What is no accent marks the character that it was moved over.
+  const auto isMark = [&](std::size_t i) {
+    return isAccent(tokens[i]) || (tokens[i].font >= kFirstGlyphFont && tokens[i - 1].font == kNoFont &&
+                                   SignMarked(base, static_cast<char>(tokens[i].code)));
+  };
   std::string marks;
   char key = 0;
   std::size_t last = at;
-  for (std::size_t i = at + 1; i < tokens.size() && (tokens[i].font == kNoFont || isMark(tokens[i])); ++i) {
+  for (std::size_t i = at + 1; i < tokens.size() && (tokens[i].font == kNoFont || isMark(i)); ++i) {
     if (tokens[i].font == kNoFont) continue;
     key = marks.empty() ? static_cast<char>(tokens[i].code) : char{0};
     marks += WriteUtf8(CharacterAt(tokens[i]));
     last = i;
   }
   if (marks.empty()) return {};
-  const auto whole = std::ranges::find_if(
-      SignTable(), [&](const Sign& sign) { return key != 0 && sign.mark == key && sign.base == base; });
-  return {last - at + 1, whole != SignTable().end() ? WriteUtf8(whole->character) : WriteUtf8(base) + marks};
+  const Sign* whole = SignMarked(base, key);
+  return {last - at + 1, whole ? WriteUtf8(whole->character) : WriteUtf8(base) + marks};
 }
 
 // ---- Names ----
@@ -398,20 +409,17 @@ std::vector<const Sign*> SignsNamed(std::string_view beginning) {
   return found;
 }
 
+bool HasEveryWord(std::string_view text, std::string_view words) {
+  const std::string lower = Lower(text);
+  const std::string wanted = Lower(words);
+  return std::ranges::all_of(SplitFields(wanted, " "),
+                             [&](std::string_view word) { return lower.find(word) != lower.npos; });
+}
+
 std::vector<const Sign*> FindSigns(std::string_view words) {
   std::vector<const Sign*> found;
-  const std::string wanted = Lower(words);
-  for (const Sign& sign : SignTable()) {
-    const std::string names = Lower(sign.names);
-    std::string_view rest = wanted;
-    bool all = true;
-    while (all && !rest.empty()) {
-      const std::size_t end = std::min(rest.find(' '), rest.size());
-      all = names.find(rest.substr(0, end)) != names.npos;
-      rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
-    if (all) found.push_back(&sign);
-  }
+  for (const Sign& sign : SignTable())
+    if (HasEveryWord(sign.names, words)) found.push_back(&sign);
   return found;
 }
 

@@ -25,8 +25,9 @@ char32_t CharacterOf(std::int16_t font, int code);
 // Signs with a name that begins so, without the backslash: those of that very name first, then in the order
 // of the table. In names capitals differ from small letters.
 std::vector<const Sign*> SignsNamed(std::string_view beginning);
-// Signs whose names or plain words hold every word of a text, in the order of the table. Capitals do not
-// matter.
+// Whether a text holds every one of some words that have blanks between them. Capitals do not matter.
+bool HasEveryWord(std::string_view text, std::string_view words);
+// Signs whose names or plain words hold every word, in the order of the table.
 std::vector<const Sign*> FindSigns(std::string_view words);
 std::vector<const Sign*> SignsOfClass(SignClass kind);
 

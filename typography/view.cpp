@@ -44,6 +44,10 @@ View CurrentView() {
   return view;
 }
 
+Box WholeSheet() {
+  return {0, 0, PaperWidth, PaperHeight};
+}
+
 View PrintedView(const Box& area, float scale, bool paper) {
   View view;
   view.area = area;

@@ -22,9 +22,14 @@ inline constexpr std::int16_t kDefaultGridStepV = 3;
 
 extern float PaperWidth;   // points
 extern float PaperHeight;  // points
+Box WholeSheet();          // all of it, points
 extern float STARTX;       // page point at the centre of the canvas
 extern float STARTY;
 extern float SCALE;  // canvas pixels per point
+// So many pixels of the canvas, in points.
+inline float Pixels(float pixels) {
+  return pixels / SCALE;
+}
 
 // Grid choices 1 to 6. GridStepH belongs to the entries mGridH1 to mGridH6 ("&Vertical Grid Lines", settings
 // GRIDX): the spacing of vertical lines and the step in x. GridStepV likewise for horizontal lines and y.

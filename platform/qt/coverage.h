@@ -6,9 +6,13 @@
 
 #include <QPoint>
 #include <QRect>
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace kelvane {
@@ -48,6 +52,19 @@ class FlatPath {
 // Adds the areas that lines of a width, in device pixels, cover: ends and joins are round.
 void AddStroke(FlatPath& area, const FlatPath& lines, double width);
 
+// What the rises of a fully covered pixel add up to.
+inline constexpr int kFull = 2 * kPixel * kPixel;
+// The coverage, 0 to 255, that rises add up to.
+inline unsigned char AmountOf(std::int32_t sum) {
+  const auto whole = static_cast<unsigned>(std::min(std::abs(sum), kFull));
+  return static_cast<unsigned char>((whole * 255 + kFull / 2) / kFull);
+}
+// Makes amounts of eight rises, which are 0 then, and returns their sum with that of those before them.
+inline constexpr int kRisesTogether = 8;
+std::int32_t SumRises(std::int32_t* rises, unsigned char* amounts, std::int32_t before);
+// The same one by one: what the other one does for machines without vectors.
+std::int32_t SumRisesPlainly(std::int32_t* rises, unsigned char* amounts, std::int32_t before);
+
 class Coverage {
  public:
   // Non-zero winding. Calls take(y, x, coverage, count) for each row of the clip with ink in it; coverage is
@@ -57,42 +74,60 @@ class Coverage {
     if (!Begin(shape, shift, clip)) return;
     for (int top = box_.top(); top <= box_.bottom(); top += bandRows_) {
       AddBand(shape, shift, top);
-      for (int y = top; y < bandBottom_; ++y) {
-        for (Stretch stretch; Next(y, stretch);) {
-          if (stretch.count > 0)
-            take(y, box_.left() + stretch.first, coverage_.data() + stretch.first, stretch.count);
-        }
-      }
+      for (int y = top; y < bandBottom_; ++y) TakeRow(y, take);
     }
   }
 
  private:
   // Columns of a row. Only groups of them that an edge touches are looked at one by one: between the two
   // sides of a thin line, and from one piece of a path to the next, most of a row is empty or evenly full.
-  static constexpr int kGroup = 8;
-  struct Stretch {
-    int first = 0;
-    int count = 0;         // of what has ink
-    int end = 0;           // where the next one is looked for
-    std::int32_t sum = 0;  // of the rises before that
-  };
-
+  static constexpr int kGroup = kRisesTogether;
+  static constexpr int kWordBits = 64;
   bool Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip);
   void AddBand(const FlatPath& shape, FixedPoint shift, int top);
   void AddEdge(FixedPoint from, FixedPoint to);
-  void AddStretch(int row, int from, int to, int height, int sign);
-  void Touch(int row, int first, int last);
-  // The first group from one on that was touched in a row, or the one behind all.
-  int NextTouched(const std::uint64_t* row, int group) const;
+  void AddStretch(std::int32_t* rises, std::uint64_t* touched, int from, int to, int height);
+  void AddWideStretch(std::int32_t* rises, std::uint64_t* touched, int from, int to, int height);
   std::uint64_t* TouchedIn(int row) {
     return touched_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * words_;
   }
   std::int32_t* RisesIn(int row) {
     return rises_.data() + static_cast<std::ptrdiff_t>(row - bandTop_) * groups_ * kGroup;
   }
-  // Goes on to the next stretch with ink in it, or to one of nothing; false behind the last one, when the
-  // row's rises are 0 again.
-  bool Next(int row, Stretch& stretch);
+  // Calls `take` for the stretches of a row with ink in them and leaves its rises 0.
+  template <typename Take>
+  void TakeRow(int y, Take& take) {
+    std::uint64_t* const touched = TouchedIn(y);
+    std::int32_t* const rises = RisesIn(y);
+    unsigned char* const covered = coverage_.data();
+    std::int32_t sum = 0;
+    int first = 0, end = 0;  // groups of the stretch
+    const auto takeStretch = [&] {
+      const int from = first * kGroup, to = std::min(end * kGroup, box_.width());
+      if (from < to) take(y, box_.left() + from, covered + from, to - from);
+    };
+    // Between two groups that edges touch, coverage is even.
+    const auto goOn = [&](int group) {
+      const unsigned char here = AmountOf(sum);
+      if (here == 0) {
+        takeStretch();
+        first = group;
+      } else {
+        std::fill_n(covered + end * kGroup, (group - end) * kGroup, here);
+      }
+      end = group;
+    };
+    for (int word = 0; word < words_; ++word) {
+      for (std::uint64_t bits = std::exchange(touched[word], 0); bits != 0; bits &= bits - 1) {
+        const int group = word * kWordBits + std::countr_zero(bits);
+        if (group != end) goOn(group);
+        sum = SumRises(rises + group * kGroup, covered + group * kGroup, sum);
+        end = group + 1;
+      }
+    }
+    if (end < groups_) goOn(groups_);
+    takeStretch();
+  }
 
   QRect box_;  // what of the shape's bounds lies in the clip
   int bandRows_ = 0;

@@ -48,8 +48,7 @@ void WatchForEndings(QApplication& application, std::function<void()> flush) {
     flush();
     QCoreApplication::exit(0);
     // A dialog that was opened before the event loop began ends by that, and the loop is still to come.
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+    QuitLater();
   };
   application.installEventFilter(new QuitWatcher(&application, leave));
 
@@ -63,6 +62,11 @@ void WatchForEndings(QApplication& application, std::function<void()> flush) {
   action.sa_handler = TellOfSignal;
   action.sa_flags = SA_RESTART;
   for (const int signal : {SIGTERM, SIGHUP, SIGINT}) sigaction(signal, &action, nullptr);
+}
+
+void QuitLater() {
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
 
 }  // namespace kelvane

@@ -3,11 +3,8 @@
 #include <QFile>
 #include <QFont>
 #include <QTransform>
-#include <algorithm>
-#include <cmath>
 #include <deque>
 #include <iterator>
-#include <list>
 
 #include "platform/characters.h"
 
@@ -150,27 +147,6 @@ const QtFace::Embeddable* QtFace::ForDocuments() {
   const QRawFont& font = embeddable_->font;
   const bool same = font.familyName().startsWith(base_.familyName()) && font.styleName() == base_.styleName();
   return same ? &*embeddable_ : nullptr;
-}
-
-GlyphImages& QtFace::At(double em) {
-  struct Size {
-    Size(const QtFace* of, int size) : face(of), em(size), images(size / 64.0) {}
-    const QtFace* face;
-    int em;  // 1/64 pixel
-    GlyphImages images;
-  };
-  // The one used last in front. Most calls find theirs among the first few.
-  static std::list<Size>& sizes = *new std::list<Size>;
-  const int size = static_cast<int>(std::lround(em * 64));
-  const auto found = std::find_if(sizes.begin(), sizes.end(),
-                                  [&](const Size& kept) { return kept.em == size && kept.face == this; });
-  if (found == sizes.end()) {
-    sizes.emplace_front(this, size);
-  } else if (found != sizes.begin()) {
-    sizes.splice(sizes.begin(), sizes, found);
-  }
-  while (GlyphImages::Held() > kMostImageBytes && sizes.size() > 1) sizes.pop_back();
-  return sizes.front().images;
 }
 
 const QPainterPath& QtFace::Outline(unsigned char code) {

@@ -11,12 +11,8 @@
 #include <vector>
 
 #include "platform/canvas.h"
-#include "platform/qt/qt_glyphs.h"
 
 namespace kelvane {
-
-// Slope of a face that has no italic of its own. The printed Symbol-Italic leans by the same 12 degrees.
-inline constexpr double kSlant = 0.2125565617;
 
 // One face, loaded when it is first asked for.
 class QtFace {
@@ -25,9 +21,6 @@ class QtFace {
 
   // The glyph of a code; 0 where the face has none and nothing is drawn.
   quint32 Glyph(unsigned char code) const { return glyphs_[code]; }
-  // The images at an em in pixels, rounded to 1/64. Valid until the next call, on whatever face. What has not
-  // been used for longest goes first when all faces together hold too much.
-  GlyphImages& At(double em);
   // The outline of a code at an em of kOutlineEm, y downwards, slanted where the face is.
   const QPainterPath& Outline(unsigned char code);
   static constexpr double kOutlineEm = 1000;
@@ -39,8 +32,6 @@ class QtFace {
   };
   const Embeddable* ForDocuments();
   bool IsSlanted() const { return slanted_; }
-  // Bytes of images kept; the size in use comes on top of them.
-  static constexpr std::size_t kMostImageBytes = std::size_t{48} << 20;
 
  private:
   struct CachedOutline {

@@ -1,7 +1,9 @@
 #include "platform/qt/qt_glyphs.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <list>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -103,7 +105,7 @@ void BlendRow(QRgb* pixels, const uchar* coverage, int count, QRgb colour) {
   BlendRowPlainly(pixels + i, coverage + i, count - i, colour);
 }
 
-GlyphImages::GlyphImages(double em) : em_(em), bytes_(sizeof(GlyphImages)) {
+GlyphImages::GlyphImages(QtFace& face, double em) : face_(face), em_(em), bytes_(sizeof(GlyphImages)) {
   heldBytes += bytes_;
 }
 
@@ -132,18 +134,18 @@ void GlyphImages::Make(GlyphImage& image, const FlatPath& outline, FixedPoint sh
   });
 }
 
-GlyphImages::Glyph& GlyphImages::Of(QtFace& face, unsigned char code) {
+GlyphImages::Glyph& GlyphImages::Of(unsigned char code) {
   std::unique_ptr<Glyph>& glyph = glyphs_[code];
   if (glyph == nullptr) {
     glyph = std::make_unique<Glyph>();
-    glyph->outline = OutlineOf(face, code, em_);
+    glyph->outline = OutlineOf(face_, code, em_);
     Hold(sizeof(Glyph) + glyph->outline.Points().size_bytes());
   }
   return *glyph;
 }
 
-const GlyphImage& GlyphImages::At(QtFace& face, unsigned char code, int stepX, int stepY) {
-  Glyph& glyph = Of(face, code);
+const GlyphImage& GlyphImages::At(unsigned char code, int stepX, int stepY) {
+  Glyph& glyph = Of(code);
   GlyphImage& image =
       glyph.images[static_cast<std::size_t>(stepY) * kSteps + static_cast<std::size_t>(stepX)];
   if (!image.made) {
@@ -157,6 +159,27 @@ const GlyphImage& GlyphImages::At(QtFace& face, unsigned char code, int stepX, i
 void GlyphImages::Hold(std::size_t bytes) {
   bytes_ += bytes;
   heldBytes += bytes;
+}
+
+GlyphImages& ImagesOf(QtFace& face, double em) {
+  struct Size {
+    Size(QtFace& of, int size) : face(&of), em(size), images(of, size / 64.0) {}
+    const QtFace* face;
+    int em;  // 1/64 pixel
+    GlyphImages images;
+  };
+  // The one used last in front. Most calls find theirs among the first few.
+  static std::list<Size>& sizes = *new std::list<Size>;
+  const int size = static_cast<int>(std::lround(em * 64));
+  const auto found = std::find_if(sizes.begin(), sizes.end(),
+                                  [&](const Size& kept) { return kept.em == size && kept.face == &face; });
+  if (found == sizes.end()) {
+    sizes.emplace_front(face, size);
+  } else if (found != sizes.begin()) {
+    sizes.splice(sizes.begin(), sizes, found);
+  }
+  while (GlyphImages::Held() > GlyphImages::kMostHeld && sizes.size() > 1) sizes.pop_back();
+  return sizes.front().images;
 }
 
 void BlendGlyph(QImage& target, const QRect& clip, int x, int y, const GlyphImage& glyph, QRgb colour) {

@@ -31,18 +31,19 @@ class GlyphImages {
   static constexpr int kSteps = 4;  // positions within a pixel, each way
 
   // `em` in pixels.
-  explicit GlyphImages(double em);
+  GlyphImages(QtFace& face, double em);
   ~GlyphImages();
   GlyphImages(const GlyphImages&) = delete;
   GlyphImages& operator=(const GlyphImages&) = delete;
 
-  // Bytes that all images of all sizes take.
+  // Bytes that all images of all sizes take, and how many are kept; the size in use comes on top of these.
   static std::size_t Held();
+  static constexpr std::size_t kMostHeld = std::size_t{48} << 20;
 
   // The image of a code whose origin lies stepX / kSteps and stepY / kSteps inside a pixel.
-  const GlyphImage& At(QtFace& face, unsigned char code, int stepX, int stepY);
+  const GlyphImage& At(unsigned char code, int stepX, int stepY);
   // Its outline, the origin at (0, 0).
-  const FlatPath& Outline(QtFace& face, unsigned char code) { return Of(face, code).outline; }
+  const FlatPath& Outline(unsigned char code) { return Of(code).outline; }
 
  private:
   struct Glyph {
@@ -51,13 +52,18 @@ class GlyphImages {
   };
 
   void Hold(std::size_t bytes);
-  Glyph& Of(QtFace& face, unsigned char code);
+  Glyph& Of(unsigned char code);
   void Make(GlyphImage& image, const FlatPath& outline, FixedPoint shift);
 
+  QtFace& face_;
   double em_;
   std::size_t bytes_;
   std::array<std::unique_ptr<Glyph>, 256> glyphs_;
 };
+
+// The images of a face at an em in pixels, rounded to 1/64. Valid until the next call, for whatever face.
+// What has not been used for longest goes first when all faces together hold too much.
+GlyphImages& ImagesOf(QtFace& face, double em);
 
 // Blends `colour` into a row of pixels, RGB32 or premultiplied, as far as each is covered.
 void BlendRow(QRgb* pixels, const uchar* coverage, int count, QRgb colour);

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_icons.h"
 
+#include <QFontInfo>
 #include <QKeyEvent>
 #include <QPainter>
 #include <algorithm>
@@ -53,12 +54,17 @@ class IconPainter {
     return {std::floor(origin_.x() + x * unit_) + shift_, std::floor(origin_.y() + y * unit_) + shift_};
   }
 
+  // The letters of the usual font made larger or smaller, and slanted: a font of each size, and of each
+  // style, would have to be loaded at the start.
   void DrawLetters(const IconShape& shape) const {
-    QFont font = painter_.font();
-    font.setPixelSize(std::max(static_cast<int>(std::lround(shape.x1 * unit_)), 1));
-    font.setItalic(shape.italic);
-    painter_.setFont(font);
-    painter_.drawText(Snapped(shape.x0, shape.y0), PlainText(shape.letters));
+    constexpr double kItalic = -0.2;
+    const double scale = shape.x1 * unit_ / QFontInfo(painter_.font()).pixelSize();
+    painter_.save();
+    painter_.translate(Snapped(shape.x0, shape.y0));
+    painter_.scale(scale, scale);
+    if (shape.italic) painter_.shear(kItalic, 0);
+    painter_.drawText(0, 0, PlainText(shape.letters));
+    painter_.restore();
   }
 
   QPainter& painter_;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/qt/qt_fonts.h"
+#include "platform/qt/qt_glyphs.h"
 
 namespace kelvane {
 namespace {
@@ -154,8 +155,12 @@ void QtLayer::Stroke(QRgb colour, double width) {
 void QtLayer::Fill(const FlatPath& area, FixedPoint shift, QRgb colour) {
   uchar* const bits = image_.bits();
   const qsizetype stride = image_.bytesPerLine();
+  // The picture is larger than the processor's caches, and most shapes go on below.
+  constexpr int kRowsAhead = 8;
   coverage_.Cover(area, shift, clip_, [&](int y, int x, const uchar* covered, int count) {
-    BlendRow(reinterpret_cast<QRgb*>(bits + y * stride) + x, covered, count, colour);
+    auto* const pixels = reinterpret_cast<QRgb*>(bits + y * stride) + x;
+    __builtin_prefetch(reinterpret_cast<uchar*>(pixels) + kRowsAhead * stride, 1);
+    BlendRow(pixels, covered, count, colour);
   });
 }
 
@@ -193,7 +198,7 @@ void QtLayer::DrawImage(const QImage& picture, FixedPoint corner) {
 void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::span<const FixedPoint> origins,
                          QRgb colour) {
   constexpr int kStep = kPixel / GlyphImages::kSteps;
-  GlyphImages& images = face.At(em);
+  GlyphImages& images = ImagesOf(face, em);
   const int reach = static_cast<int>(std::ceil(em * kGlyphReach)) + 1;
   const QRect reached = clip_.adjusted(-reach, -reach, reach, reach);
   for (std::size_t i = 0; i < codes.size(); ++i) {
@@ -201,18 +206,18 @@ void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::s
     const int x = origins[i].x + kStep / 2, y = origins[i].y + kStep / 2;
     const int pixelX = x >> 8, pixelY = y >> 8;
     if (face.Glyph(code) == 0 || !reached.contains(pixelX, pixelY)) continue;
-    const GlyphImage& glyph = images.At(face, code, (x & (kPixel - 1)) / kStep, (y & (kPixel - 1)) / kStep);
+    const GlyphImage& glyph = images.At(code, (x & (kPixel - 1)) / kStep, (y & (kPixel - 1)) / kStep);
     BlendGlyph(image_, clip_, pixelX, pixelY, glyph, colour);
   }
 }
 
 void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes,
                            std::span<const FixedPoint> origins, QRgb colour) {
-  GlyphImages& images = face.At(em);
+  GlyphImages& images = ImagesOf(face, em);
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const auto code = static_cast<unsigned char>(codes[i]);
     if (face.Glyph(code) == 0 || !Around(origins.subspan(i, 1), em * kGlyphReach).intersects(clip_)) continue;
-    Fill(images.Outline(face, code), origins[i], colour);
+    Fill(images.Outline(code), origins[i], colour);
   }
 }
 

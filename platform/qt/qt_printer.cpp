@@ -1,6 +1,8 @@
 #include "platform/qt/qt_printer.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QPageLayout>
 #include <QPaintEngine>
@@ -8,12 +10,16 @@
 #include <QPrintDialog>
 #include <QPrintEngine>
 #include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QProgressDialog>
+#include <QTemporaryFile>
+#include <QToolBar>
 #include <algorithm>
 #include <utility>
 
 #include "platform/failure.h"
+#include "platform/files.h"
 #include "platform/handlers.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_print_painter.h"
@@ -71,6 +77,11 @@ void PaintSheet(QPrinter& printer, QPainter& painter, const PrintJob& job, int p
   painter.restore();
 }
 
+std::string NotTaken(const QPrinter& printer) {
+  if (printer.outputFileName().isEmpty()) return "The printer does not take all of the pages.";
+  return "There is no room for the printed pages in " + QDir::tempPath().toStdString() + ".";
+}
+
 // False if the person stopped it.
 bool PaintSheets(QPrinter& printer, const PrintJob& job, QProgressDialog* progress) {
   const QList<int> sheets = Sheets(printer, job);
@@ -84,30 +95,58 @@ bool PaintSheets(QPrinter& printer, const PrintJob& job, QProgressDialog* progre
       progress->setValue(static_cast<int>(i));
       if (progress->wasCanceled()) return false;
     }
-    if (i > 0 && !printer.newPage()) throw Failure("The printer does not take another page.");
+    if (i > 0 && !printer.newPage()) throw Failure(NotTaken(printer));
     PaintSheet(printer, painter, job, sheets[i], embedsFonts);
   }
-  if (!painter.end() || printer.printerState() == QPrinter::Error)
-    throw Failure("What was printed could not be written.");
+  if (!painter.end() || printer.printerState() == QPrinter::Error) throw Failure(NotTaken(printer));
   return true;
 }
 
-// Nothing is left in the queue, or of the file, of a job that came to no end.
-void GiveUp(QPrinter& printer) {
-  printer.abort();
-  if (!printer.outputFileName().isEmpty()) QFile::remove(printer.outputFileName());
-}
+// A file that is printed to is made elsewhere first: what the person has under its name stays until the new
+// one is whole.
+class PrintedFile {
+ public:
+  explicit PrintedFile(QPrinter& printer) : printer_(printer), path_(printer.outputFileName()) {
+    if (path_.isEmpty()) return;
+    if (!sheets_.open()) throw Failure("Cannot make a file in " + QDir::tempPath().toStdString() + ".");
+    printer_.setOutputFileName(sheets_.fileName());
+  }
+  ~PrintedFile() {
+    if (!path_.isEmpty()) printer_.setOutputFileName(path_);
+  }
+  PrintedFile(const PrintedFile&) = delete;
+  PrintedFile& operator=(const PrintedFile&) = delete;
 
+  void PutInPlace() {
+    constexpr qint64 kAtOnce = 1 << 20;
+    if (path_.isEmpty()) return;
+    SafeFile file(BackslashPath(QFile::encodeName(path_).toStdString()));
+    for (QByteArray part = sheets_.read(kAtOnce); !part.isEmpty(); part = sheets_.read(kAtOnce))
+      file.Append({part.constData(), static_cast<std::size_t>(part.size())});
+    file.PutInPlace();
+  }
+
+ private:
+  QPrinter& printer_;
+  const QString path_;
+  QTemporaryFile sheets_{QDir::tempPath() + QStringLiteral("/kelvane-XXXXXX.pdf")};
+};
+
+// False if the person stopped it. Nothing is left in the queue of a job that came to no end.
 bool PrintTo(QPrinter& printer, const PrintJob& job, QWidget* above) {
   QProgressDialog progress(QStringLiteral("Printing"), QStringLiteral("Cancel"), 0, 0, above);
   progress.setWindowModality(Qt::WindowModal);
+  PrintedFile file(printer);
   try {
-    if (PaintSheets(printer, job, &progress)) return true;
+    if (PaintSheets(printer, job, &progress)) {
+      file.PutInPlace();
+      return true;
+    }
   } catch (...) {
-    GiveUp(printer);
+    printer.abort();
     throw;
   }
-  GiveUp(printer);
+  printer.abort();
   return false;
 }
 
@@ -125,18 +164,73 @@ bool QtPrinter::Print(const PrintJob& job) {
   return RunDialog(dialog, kHelp) == QDialog::Accepted && PrintTo(printer, job, above);
 }
 
-void QtPrinter::Preview(const PrintJob& job) {
-  QPrinter printer(QPrinter::HighResolution);
-  SetSheet(printer, job);
-  QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
-  QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter* to) {
-    RunHandler([&] {
-      // The preview asks for its own picture first, and for the sheets when the person prints from there.
-      const bool shows = to->paintEngine()->type() == QPaintEngine::Picture;
-      shows ? PaintSheets(*to, job, nullptr) : PrintTo(*to, job, &dialog);
+namespace {
+
+// The preview keeps all pages that it shows in memory.
+constexpr qsizetype kMostPreviewed = 40;
+
+// The desktop's preview of a job. Of a long one it shows a part, with buttons for those before and behind it.
+class PreviewOfJob {
+ public:
+  explicit PreviewOfJob(const PrintJob& job)
+      : job_(job), part_(job), dialog_(&printer_, QApplication::activeWindow()) {
+    SetSheet(printer_, job);
+    QObject::connect(&dialog_, &QPrintPreviewDialog::paintRequested, &dialog_, [this](QPrinter* to) {
+      RunHandler([&] {
+        // The preview asks for its own picture first, and for the sheets when the person prints from there.
+        const bool shows = to->paintEngine()->type() == QPaintEngine::Picture;
+        shows ? PaintSheets(*to, part_, nullptr) : PrintTo(*to, job_, &dialog_);
+      });
     });
-  });
-  RunDialog(dialog, kHelp);
+    if (Count() > kMostPreviewed) AddSteps();
+    const auto current = std::find(job.pages.begin(), job.pages.end(), job.current);
+    ShowFrom(current - job.pages.begin());
+  }
+
+  void Run() { RunDialog(dialog_, kHelp); }
+
+ private:
+  qsizetype Count() const { return static_cast<qsizetype>(job_.pages.size()); }
+
+  void AddSteps() {
+    auto* const bar = dialog_.findChild<QToolBar*>();
+    earlier_ = bar->addAction(QStringLiteral("Earlier Pages"), &dialog_, [this] { Step(-kMostPreviewed); });
+    later_ = bar->addAction(QStringLiteral("Later Pages"), &dialog_, [this] { Step(kMostPreviewed); });
+  }
+
+  void Step(qsizetype pages) {
+    ShowFrom(first_ + pages);
+    auto* const shown = dialog_.findChild<QPrintPreviewWidget*>();
+    shown->updatePreview();
+    shown->setCurrentPage(1);
+  }
+
+  void ShowFrom(qsizetype page) {
+    first_ = std::clamp<qsizetype>(page, 0, std::max<qsizetype>(Count() - kMostPreviewed, 0));
+    const qsizetype end = std::min(first_ + kMostPreviewed, Count());
+    part_.pages.assign(job_.pages.begin() + first_, job_.pages.begin() + end);
+    QString title = QStringLiteral("Print Preview: %1").arg(PlainText(job_.title));
+    if (earlier_ != nullptr) {
+      title += QStringLiteral(", pages %1 to %2").arg(part_.pages.front()).arg(part_.pages.back());
+      earlier_->setEnabled(first_ > 0);
+      later_->setEnabled(end < Count());
+    }
+    dialog_.setWindowTitle(title);
+  }
+
+  const PrintJob& job_;
+  PrintJob part_;  // what is shown of it
+  qsizetype first_ = 0;
+  QPrinter printer_{QPrinter::HighResolution};
+  QPrintPreviewDialog dialog_;
+  QAction* earlier_ = nullptr;
+  QAction* later_ = nullptr;
+};
+
+}  // namespace
+
+void QtPrinter::Preview(const PrintJob& job) {
+  PreviewOfJob(job).Run();
 }
 
 }  // namespace kelvane

@@ -1,11 +1,11 @@
 #include "platform/qt/qt_toolkit.h"
 
 #include <QClipboard>
-#include <QCoreApplication>
 #include <QGuiApplication>
 
 #include "platform/failure.h"
 #include "platform/handlers.h"
+#include "platform/qt/qt_endings.h"
 #include "platform/qt/qt_image_painter.h"
 #include "platform/qt/qt_text.h"
 
@@ -70,11 +70,6 @@ std::string QtToolkit::Version() const {
 
 void QtToolkit::CopyText(const std::string& text) {
   QGuiApplication::clipboard()->setText(PlainText(text));
-}
-
-void QtToolkit::QuitLater() {
-  QMetaObject::invokeMethod(
-      QCoreApplication::instance(), [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
 
 }  // namespace kelvane

@@ -36,9 +36,6 @@ class QtToolkit final : public Toolkit {
   std::string Version() const override;
   void CopyText(const std::string& text) override;
 
-  // Ends the event loop when it is next idle, also one that is yet to begin. Asks nobody.
-  static void QuitLater();
-
  private:
   std::vector<std::unique_ptr<QtWindow>> windows_;
   std::vector<std::unique_ptr<QtTimer>> timers_;

@@ -14,10 +14,10 @@
 
 #include "platform/handlers.h"
 #include "platform/qt/qt_browser.h"
+#include "platform/qt/qt_endings.h"
 #include "platform/qt/qt_lists.h"
 #include "platform/qt/qt_text.h"
 #include "platform/qt/qt_text_view.h"
-#include "platform/qt/qt_toolkit.h"
 
 namespace kelvane {
 namespace {
@@ -78,7 +78,7 @@ class QtWindow::MainFrame final : public QMainWindow {
       return;
     }
     QMainWindow::closeEvent(event);
-    if (kind_ == Kind::Main) QtToolkit::QuitLater();
+    if (kind_ == Kind::Main) QuitLater();
   }
 
   // A window beside the editor that goes gives the keys back to the editor, or to the dialog that it waits

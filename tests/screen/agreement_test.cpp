@@ -2,29 +2,24 @@
 // point and printed by Ghostscript at 144 dpi, and the two ink boxes must agree within a pixel.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <QImage>
 #include <QPixmap>
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
-#include "app/startup.h"
-#include "designer/character_files.h"
 #include "document/numbers.h"
 #include "document/page.h"
 #include "document/paper.h"
 #include "output/postscript.h"
 #include "platform/characters.h"
-#include "platform/files.h"
 #include "platform/qt/qt_canvas.h"
 #include "tests/screen/ink.h"
+#include "tests/screen/program_on_disk.h"
 #include "tests/support/ghostscript.h"
 #include "typography/glyphs.h"
-#include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/view.h"
 
@@ -53,13 +48,8 @@ bool Agree(const QRect& a, const QRect& b) {
 
 class AgreementTest : public ::testing::Test {
  protected:
-  AgreementTest() : folder_(::testing::TempDir() + "kelvane-agreement-" + std::to_string(getpid())) {
-    std::filesystem::create_directory(folder_);
-    TheFiles = &DiskFiles();
-    ProgramFolder = BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\";
-    ResetProgram();
-    LoadCharacterDefs();
-    LoadWidthTables();
+  AgreementTest() {
+    StartFromDisk();
     GridStepH = GridStepV = 1;  // no lines
     SCALE = kScale;
     PaperWidth = kPaperWidth;
@@ -73,11 +63,10 @@ class AgreementTest : public ::testing::Test {
   ~AgreementTest() override {
     Picture1 = nullptr;
     ClearPage();
-    std::filesystem::remove_all(folder_);
   }
 
   std::string PagePath(std::size_t page) const {
-    return PageFileName(BackslashPath(folder_ + "/A.001"), static_cast<int>(page) + 1);
+    return PageFileName(BackslashPath(folder_.FileOf("A.001")), static_cast<int>(page) + 1);
   }
 
   QImage OnScreen(std::size_t page) {
@@ -89,11 +78,12 @@ class AgreementTest : public ::testing::Test {
   // Prints the paper; page n is then in the n-th picture.
   void Print() {
     const std::string job = WholePaperJob(PagePath(0));
-    EXPECT_EQ(Ghostscript(job, "-sDEVICE=png16m -r576 -dDownScaleFactor=4 -o " + folder_ + "/%d.png"), "");
+    EXPECT_EQ(Ghostscript(job, "-sDEVICE=png16m -r576 -dDownScaleFactor=4 -o " + folder_.FileOf("%d.png")),
+              "");
   }
 
   QImage OnPaper(std::size_t page) {
-    const QImage image(QString::fromStdString(folder_ + "/" + std::to_string(page + 1) + ".png"));
+    const QImage image(QString::fromStdString(folder_.FileOf(std::to_string(page + 1) + ".png")));
     EXPECT_EQ(image.size(), QSize(kPaperWidth, kPaperHeight) * kScale);
     return image.convertToFormat(QImage::Format_RGB32);
   }
@@ -134,7 +124,7 @@ class AgreementTest : public ::testing::Test {
     EXPECT_GE(inked, specimens.size() * 9 / 10);
   }
 
-  std::string folder_;
+  const TestFolder folder_{"agreement"};
   QtCanvas canvas_{nullptr};
 };
 

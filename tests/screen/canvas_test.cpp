@@ -9,6 +9,7 @@
 #include <limits>
 
 #include "platform/qt/qt_fonts.h"
+#include "platform/qt/qt_glyphs.h"
 #include "tests/screen/screen_test.h"
 
 namespace kelvane {
@@ -339,9 +340,9 @@ TEST_F(CanvasTest, ImagesOfLettersStayWithinTheirLimit) {
   QtFace& face = FaceFor(kSerif);
   for (double em = 60; em < 128; em += 0.5) {
     for (unsigned char code = 'A'; code <= 'Z'; ++code)
-      for (int step = 0; step < GlyphImages::kSteps; ++step) face.At(em).At(face, code, step, 0);
+      for (int step = 0; step < GlyphImages::kSteps; ++step) ImagesOf(face, em).At(code, step, 0);
   }
-  EXPECT_LT(GlyphImages::Held(), QtFace::kMostImageBytes * 11 / 10);
+  EXPECT_LT(GlyphImages::Held(), GlyphImages::kMostHeld * 11 / 10);
 }
 
 }  // namespace

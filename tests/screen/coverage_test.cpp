@@ -9,6 +9,7 @@
 #include <QPainterPath>
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <random>
 #include <vector>
@@ -129,6 +130,24 @@ TEST(CoverageTest, PiecesOfALineHaveNoSeams) {
       for (int x = 20; x < 100; ++x) EXPECT_EQ(image.constScanLine(y)[x], image.constScanLine(y)[15]) << x;
     }
     EXPECT_EQ(image.constScanLine(60)[50], 255);
+  }
+}
+
+TEST(CoverageTest, VectorsSumToTheSameBytes) {
+  std::minstd_rand random(1);
+  for (int round = 0; round < 20000; ++round) {
+    std::vector<std::int32_t> rises(kRisesTogether), plain;
+    // From less than what is seen to a pixel covered several times over.
+    const int most = 2 << random() % 19;
+    const auto some = [&] { return static_cast<std::int32_t>(random() % (2 * most + 1)) - most; };
+    for (std::int32_t& rise : rises) rise = some();
+    plain = rises;
+    const std::int32_t before = some();
+    std::vector<uchar> amounts(kRisesTogether), expected(kRisesTogether);
+    const std::int32_t sum = SumRisesPlainly(plain.data(), expected.data(), before);
+    ASSERT_EQ(SumRises(rises.data(), amounts.data(), before), sum) << round;
+    ASSERT_EQ(amounts, expected) << round;
+    ASSERT_EQ(rises, plain) << round;
   }
 }
 

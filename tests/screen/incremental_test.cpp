@@ -11,8 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "app/startup.h"
-#include "designer/character_files.h"
 #include "document/page.h"
 #include "document/paper.h"
 #include "editing/bezier.h"
@@ -22,11 +20,10 @@
 #include "editing/paths.h"
 #include "editing/tool.h"
 #include "editing/undo.h"
-#include "platform/files.h"
 #include "platform/qt/qt_canvas.h"
 #include "platform/qt/qt_toolkit.h"
+#include "tests/screen/program_on_disk.h"
 #include "tests/support/scripted_dialogs.h"
-#include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
@@ -38,12 +35,8 @@ namespace {
 class IncrementalTest : public ::testing::Test {
  protected:
   IncrementalTest() {
-    TheFiles = &DiskFiles();
     TheDialogs = &dialogs_;
-    ProgramFolder = BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\";
-    ResetProgram();
-    LoadCharacterDefs();
-    LoadWidthTables();
+    StartFromDisk();
     canvas_.SetPlace({0, 0, 401, 283});
     canvas_.OnPaint = PaintLayer;
     Picture1 = &canvas_;

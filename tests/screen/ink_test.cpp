@@ -10,14 +10,13 @@
 #include <string>
 #include <vector>
 
-#include "app/startup.h"
-#include "designer/character_files.h"
 #include "document/numbers.h"
 #include "document/page.h"
 #include "document/page_items.h"
 #include "platform/files.h"
 #include "platform/qt/qt_canvas.h"
 #include "tests/screen/ink.h"
+#include "tests/screen/program_on_disk.h"
 #include "typography/glyph_shapes.h"
 #include "typography/item_boxes.h"
 #include "typography/metrics.h"
@@ -42,11 +41,7 @@ struct Tolerance {
 class InkTest : public ::testing::Test {
  protected:
   InkTest() {
-    TheFiles = &DiskFiles();
-    ProgramFolder = BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\";
-    ResetProgram();
-    LoadCharacterDefs();
-    LoadWidthTables();
+    StartFromDisk();
     LoadInkBoxes();
     GridStepH = GridStepV = 1;  // no lines
     PrintView = true;           // glyphs as areas

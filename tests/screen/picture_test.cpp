@@ -1,27 +1,29 @@
 // Pictures in memory, on a canvas, in files and on the clipboard, and sheets of a printer.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
+#include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMimeData>
+#include <QPrintPreviewDialog>
 #include <QPrinter>
-#include <filesystem>
+#include <QTimer>
+#include <QToolBar>
 
-#include "app/startup.h"
-#include "designer/character_files.h"
 #include "document/page.h"
+#include "output/pdf.h"
 #include "output/postscript.h"
 #include "platform/failure.h"
-#include "platform/files.h"
 #include "platform/qt/qt_clipboard.h"
 #include "platform/qt/qt_print_painter.h"
+#include "platform/qt/qt_printer.h"
 #include "tests/screen/ink.h"
+#include "tests/screen/program_on_disk.h"
 #include "tests/screen/screen_test.h"
 #include "tests/support/ghostscript.h"
-#include "typography/metrics.h"
 #include "typography/renderer.h"
 #include "typography/view.h"
 
@@ -33,20 +35,15 @@ constexpr float kScale = kDots / 72.0F;
 
 class PictureTest : public ScreenTest {
  protected:
-  PictureTest() : folder_(::testing::TempDir() + "kelvane-pictures-" + std::to_string(getpid())) {
-    std::filesystem::create_directory(folder_);
-    TheFiles = &DiskFiles();
-    ProgramFolder = BackslashPath(KELVANE_SOURCE_DIR) + "\\data\\";
-    ResetProgram();
-    LoadCharacterDefs();
-    LoadWidthTables();
-  }
-  ~PictureTest() override { std::filesystem::remove_all(folder_); }
+  PictureTest() { StartFromDisk(); }
 
   static std::string SamplePage() { return ProgramFolder + "FIELDS.001"; }
+  static PageItems ItemsOf(const std::string& page) {
+    return PageItems(PageOfContent(TheFiles->ReadWhole(page), page));
+  }
   std::unique_ptr<Image> PictureOfSample(bool transparent) {
-    const PageItems items(PageOfContent(TheFiles->ReadWhole(SamplePage()), SamplePage()));
-    const Box paper{0, 0, PaperWidth, PaperHeight};
+    const PageItems items = ItemsOf(SamplePage());
+    const Box paper = WholeSheet();
     auto image = toolkit.NewImage(static_cast<int>(PaperWidth * kScale),
                                   static_cast<int>(PaperHeight * kScale), paper, 1, transparent);
     PaintPage(*image, PrintedView(paper, kScale, !transparent), items, paper);
@@ -54,8 +51,9 @@ class PictureTest : public ScreenTest {
   }
   // Reduced from a finer one, so that its edges are as smooth as those of the program.
   QImage Printed(const std::string& job) const {
-    EXPECT_EQ(Ghostscript(job, "-sDEVICE=png16m -r576 -dDownScaleFactor=4 -o " + folder_ + "/sheet.png"), "");
-    return QImage(QString::fromStdString(folder_ + "/sheet.png")).convertToFormat(QImage::Format_RGB32);
+    EXPECT_EQ(Ghostscript(job, "-sDEVICE=png16m -r576 -dDownScaleFactor=4 -o " + folder_.FileOf("sheet.png")),
+              "");
+    return QImage(QString::fromStdString(folder_.FileOf("sheet.png"))).convertToFormat(QImage::Format_RGB32);
   }
 
   // Whether every dark pixel of one has ink of the other within a pixel.
@@ -76,7 +74,7 @@ class PictureTest : public ScreenTest {
     return true;
   }
 
-  const std::string folder_;
+  const TestFolder folder_{"pictures"};
 };
 
 TEST_F(PictureTest, PngIsThePrintedPage) {
@@ -101,11 +99,22 @@ TEST_F(PictureTest, PngIsThePrintedPage) {
   EXPECT_TRUE(LiesOn(shown, onWhite));
 }
 
+TEST_F(PictureTest, DocumentIsThePrintedPage) {
+  // Every sign, every typeface, formulas, and lines and areas.
+  for (const char* name : {"SPECIMEN.001", "EXAM.001", "FORMULAS.002", "DIAGRAM.001"}) {
+    const std::string page = ProgramFolder + name;
+    const QImage document = Printed(PdfOf(ItemsOf(page), WholeSheet()));
+    const QImage printed = Printed(OnePageJob(page));
+    EXPECT_TRUE(LiesOn(document, printed)) << name;
+    EXPECT_TRUE(LiesOn(printed, document)) << name;
+  }
+}
+
 TEST_F(PictureTest, PrintersSheetIsThePrintedPage) {
-  const PageItems items(PageOfContent(TheFiles->ReadWhole(SamplePage()), SamplePage()));
+  const PageItems items = ItemsOf(SamplePage());
   const QImage printed = Printed(OnePageJob(SamplePage()));
   for (const bool embedsFonts : {true, false}) {
-    const std::string path = folder_ + "/sheet.pdf";
+    const std::string path = folder_.FileOf("sheet.pdf");
     {
       QPrinter printer(QPrinter::HighResolution);
       printer.setOutputFormat(QPrinter::PdfFormat);
@@ -116,8 +125,7 @@ TEST_F(PictureTest, PrintersSheetIsThePrintedPage) {
       QPainter painter(&printer);
       painter.scale(printer.resolution() / 72.0, printer.resolution() / 72.0);
       QtPrintPainter sheet(painter, embedsFonts);
-      PaintPage(sheet, PrintedView({0, 0, PaperWidth, PaperHeight}, 1, false), items,
-                {0, 0, PaperWidth, PaperHeight});
+      PaintPage(sheet, PrintedView(WholeSheet(), 1, false), items, WholeSheet());
     }
     const std::string document = DiskFiles().ReadWhole(BackslashPath(path));
     EXPECT_EQ(document.find("/FontFile") != std::string::npos, embedsFonts);
@@ -125,6 +133,31 @@ TEST_F(PictureTest, PrintersSheetIsThePrintedPage) {
     EXPECT_TRUE(LiesOn(sheet, printed));
     EXPECT_TRUE(LiesOn(printed, sheet));
   }
+}
+
+TEST_F(PictureTest, PreviewReachesAllPages) {
+  std::vector<int> painted;
+  PrintJob job{.title = "Essay", .width = PaperWidth, .height = PaperHeight, .current = 60};
+  for (int page = 1; page <= 90; ++page) job.pages.push_back(page);
+  job.paint = [&](int page, float, Painter&) { painted.push_back(page); };
+  std::string shown;
+  QTimer::singleShot(0, [&] {
+    auto* const preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
+    const auto press = [&](const char* caption) {
+      shown += std::to_string(painted.front()) + "-" + std::to_string(painted.back()) + " ";
+      painted.clear();
+      for (QAction* action : preview->findChild<QToolBar*>()->actions())
+        if (action->text() == QLatin1String(caption) && action->isEnabled()) action->trigger();
+    };
+    press("Earlier Pages");
+    press("Earlier Pages");
+    press("Later Pages");
+    shown += preview->windowTitle().toStdString();
+    preview->close();
+  });
+  QtPrinter().Preview(job);
+  EXPECT_EQ(shown, "51-90 11-50 1-40 Print Preview: Essay, pages 41 to 80");
+  EXPECT_EQ(painted.size(), 40U);
 }
 
 TEST_F(PictureTest, CanvasShowsAPicturePixelByPixel) {

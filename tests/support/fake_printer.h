@@ -14,7 +14,6 @@ class FakePrinter : public Printer {
  public:
   PrintJob job;                     // the last one
   std::vector<std::string> sheets;  // of all jobs
-  bool previewed = false;
   bool cancels = false;
 
   bool Print(const PrintJob& newJob) override {
@@ -27,10 +26,7 @@ class FakePrinter : public Printer {
     }
     return true;
   }
-  void Preview(const PrintJob& newJob) override {
-    previewed = true;
-    Print(newJob);
-  }
+  void Preview(const PrintJob& newJob) override { Print(newJob); }
 
  private:
   static constexpr float kRatio = 1200.0F / 72;

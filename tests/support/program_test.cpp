@@ -38,8 +38,6 @@ void EmptyHandlesAndHooks() {
   DesignerWindow = nullptr;
   DesignerSide = nullptr;
   DesignerBackground = nullptr;
-  Form7 = nullptr;
-  Form7_Text1 = Form7_Text2 = nullptr;
   Empty(FontMenu, ColourMenu, ThicknessMenu, MacroMenu, AnchorButtons, ShapeButtons);
   PageEdited = ViewMoved = nullptr;
   PaintFinds = nullptr;

@@ -1,7 +1,5 @@
-#include "formula/notation.h"
-
-#include "formula/formula.h"
 #include "formula/reader.h"
+
 #include "platform/characters.h"
 
 namespace kelvane::formula {
