@@ -163,8 +163,8 @@ bool MayWritePaper() {
       return true;
     }
   }
-  ShowNote(Held.Looking() ? "This paper is only looked at here: it can be saved under another name"
-                          : "This paper was taken over by another window: save it under another name");
+  ShowNote(Held.Looking() ? "Only looked at here: Save asks for another name"
+                          : "Taken over by another window: Save asks for another name");
   return false;
 }
 
