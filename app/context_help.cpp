@@ -36,6 +36,7 @@ constexpr Topic kOfEditor[] = {
     {"Page", "The view"},
     {"Scroll", "The view"},
     {"Sign", "The panel of signs"},
+    {"Search Signs", "The panel of signs"},
 };
 constexpr Topic kOfDesigner[] = {
     {"Draw", "Drawing strokes"},       {"Reverse", "Drawing strokes"}, {"Select", "Changing them"},
