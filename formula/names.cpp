@@ -82,7 +82,9 @@ constexpr Name kNames[] = {
     Say("det", "det", 1), Say("gcd", "gcd", 1), Say("inf", "inf", 1), Say("lim", "lim", 1),
     Say("max", "max", 1), Say("min", "min", 1), Say("sup", "sup", 1), Say("Pr", "Pr", 1),
     Say("liminf", "lim inf", 1), Say("limsup", "lim sup", 1), Say("injlim", "inj lim", 1),
-    Say("projlim", "proj lim", 1), Say("argmax", "arg max", 1), Say("argmin", "arg min", 1),
+    Say("projlim", "proj lim", 1),
+    {.name = "varlimsup", .does = Barred, .value = kAbove, .text = "lim"},
+    {.name = "varliminf", .does = Barred, .value = kBelow, .text = "lim"}, Say("argmax", "arg max", 1), Say("argmin", "arg min", 1),
     Say("esssup", "ess sup", 1), Say("plim", "plim", 1),
     {.name = "operatorname", .does = Named, .atom = Operator, .places = 1},
 
@@ -223,6 +225,7 @@ constexpr Environment kEnvironments[] = {
     {.name = "psmallmatrix", .opening = U'(', .closing = U')', .small = true},
     {.name = "bsmallmatrix", .opening = U'[', .closing = U']', .small = true},
     {.name = "array", .given = true},
+    {.name = "subarray", .given = true, .lines = true},
     {.name = "tabular", .given = true},
     {.name = "cases", .opening = U'{', .columns = "l", .cases = true},
     {.name = "dcases", .opening = U'{', .columns = "l", .display = true, .cases = true},

@@ -87,10 +87,9 @@ inline constexpr float kSmallColumnGap = 0.36F;  // a thick space on either side
 inline constexpr float kSubstackGap = 0.15F;     // between the ink of its lines
 
 // Marks.
-inline constexpr float kTallLetter = 0.53F;  // letters higher than this carry accents raised as a script is
-inline constexpr float kLineGap = 0.12F;     // rule 9: 3 xi 8 between a line and what it is over
-inline constexpr float kBraceGap =
-    0.25F;  // between a level brace and what it embraces; plain TeX: 3 points of 10
+inline constexpr float kTallLetter = 0.53F;    // letters higher than this carry accents raised as a script is
+inline constexpr float kLineGap = 0.12F;       // rule 9: 3 xi 8 between a line and what it is over
+inline constexpr float kBraceGap = 0.28F;      // of a brace from what is in it; plain TeX: 3 points of 10
 inline constexpr float kBoxGap = 0.3F;         // LaTeX's \fboxsep, 3 points of 10
 inline constexpr float kStroke = 0.05F;        // of drawn signs: Symbol's equals sign has 0.055
 inline constexpr float kLetterStroke = 0.04F;  // of drawn letters, as Math0's double-struck ones

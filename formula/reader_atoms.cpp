@@ -145,6 +145,16 @@ int Reader::Obey(const Name& name, std::size_t begin) {
       tree()[index].stacks = name.value == 1;
       return index;
     }
+    case Does::Barred: {
+      const int word = New(Kind::Text, begin, Atom::Operator);
+      tree()[word].text = std::string(name.text);
+      tree()[word].face = static_cast<std::int16_t>(Face::Roman);
+      const int index = WithBody(Kind::Line, RowOf({word, word}, begin), begin);
+      tree()[index].value = name.value;
+      tree()[index].atom = Atom::Operator;
+      tree()[index].stacks = true;
+      return index;
+    }
     case Does::Named: {
       const bool star = Here() == '*';
       if (star) ++at_;

@@ -40,6 +40,7 @@ int Reader::ReadTable(std::size_t begin) {
   form.display = found->display;
   form.pairs = found->pairs;
   form.cases = found->cases;
+  form.lines = found->lines;
   ReadOptional();
   for (int i = 0; i < found->arguments; ++i) ReadRaw("behind \\begin{" + name + "}", begin);
   if (found->given) form.columns = ColumnsOf(ReadRaw("behind \\begin{" + name + "}", begin));
