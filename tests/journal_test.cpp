@@ -442,6 +442,21 @@ TEST_F(JournalTest, OfAnotherVersionIsShownAndLeftAlone) {
   EXPECT_EQ(Content(JournalFolder() + "1-0.journal"), "Kelvane journal 9\r\n...");
 }
 
+TEST_F(JournalTest, OneThatCannotBeReadOrRemovedHidesNoOther) {
+  Start(kPaper);
+  Place("Bottom Left", 100, 99);
+  Type("left");
+  for (const FileStep step : {FileStep::OpenLocked, FileStep::ReadWhole, FileStep::Remove}) {
+    files.LetGo();
+    files.contents[JournalFolder() + "0-0.journal"] = JournalHead();  // nothing to lose yet
+    ResetRecovery();
+    files.FailStep(step);
+    Act(OfferRecovery);
+    EXPECT_TRUE(dialogs.messages.empty());
+    EXPECT_EQ(FoundWork().size(), 1U);
+  }
+}
+
 TEST_F(JournalTest, WhereItCannotBeWrittenTheEditorSaysSoOnceAndGoesOn) {
   for (const FileStep step : {FileStep::OpenLocked, FileStep::Write, FileStep::Sync}) {
     files.LetGo();
@@ -473,6 +488,7 @@ TEST_F(JournalTest, TwoEditorsOnOnePaper) {
   files.lockedElsewhere.insert(lock);
   dialogs.AnswerSave("\\P\\Mine.001");
   Shortcut("Ctrl+S");
+  EXPECT_TRUE(dialogs.asked.back().starts_with("Save: Save As - Taken over")) << dialogs.asked.back();
   EXPECT_EQ(Content(kPaper), kOldPage);
   EXPECT_NE(Content("\\P\\Mine.001").find("(mine)"), std::string::npos);
 
