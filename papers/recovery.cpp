@@ -20,6 +20,8 @@ namespace kelvane {
 
 namespace {
 
+constexpr float kFromEdge = 36;  // points, of what has no place
+
 std::vector<LeftWork> Found;
 
 // What became of the file since the journal was written.
@@ -190,18 +192,20 @@ Page WholePage(const Journal& journal) {
     page.drawings += half.path + "\r\n";
     ++page.drawingCount;
   }
-  if (half.mode >= 0 || anchor == 0 || half.run.empty()) return page;
+  if (half.run.empty()) return page;
+  // What waits in the control-code box for a place comes to where the cursor was last, on the paper.
+  const bool placed = half.mode < 0 && anchor != 0;
   TextEntry entry;
   const PageItems items(journal.page);
   const bool retyped = half.retyped > 0 && half.retyped <= items.Texts().size();
   const std::string_view old = retyped ? items.Texts()[half.retyped - 1].line : std::string_view();
   if (retyped) ParseTextEntry(old, entry);
-  entry.x = half.cursor.x;
-  entry.y = half.cursor.y;
+  entry.x = placed ? half.cursor.x : std::max(half.cursor.x, kFromEdge);
+  entry.y = placed ? half.cursor.y : std::max(half.cursor.y, kFromEdge);
   entry.size = half.size;
   entry.font = half.font;
   entry.text = half.run;
-  entry.anchor = anchor;
+  entry.anchor = placed ? anchor : 3;
   const std::string line = LineOfEntry(entry);
   if (retyped) {
     page.text.replace(static_cast<std::size_t>(old.data() - items.Text().data()), old.size(), line);

@@ -410,6 +410,12 @@ TEST_F(JournalTest, WhatWasLeftIsKeptBesideDiscardedOrLeftForLater) {
   EXPECT_NE(Content("\\P\\Essay-recovered-2.001").find("100 99 m 11 F0 (unsaved) 3 s"), std::string::npos);
   EXPECT_EQ(JournalPath(), "");
 
+  Act([] { OpenPaperFile(kPaper); });
+  Act([&] { window->BoxOf("Control Codes")->Type("waits"); });  // no place was chosen
+  KillAndStart();
+  Choose("&Keep Both");
+  EXPECT_NE(Content("\\P\\Essay-recovered-3.001").find("(waits)"), std::string::npos);
+
   Place("Bottom Left", 100, 99);
   Type("a paper without a name");
   KillAndStart();
