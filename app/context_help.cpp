@@ -88,7 +88,8 @@ void AddPointedHelpKey(Window& window, const std::string& heading) {
 void AddHelpOfDialogs() {
   TheDialogs->OnHelp = [](const std::string& about) {
     for (const Topic& dialog : kDialogs)
-      if (about == dialog.name) return ShowHelpAt(dialog.heading);
+      if (about == dialog.name || about.starts_with(dialog.name + std::string(" - ")))
+        return ShowHelpAt(dialog.heading);
     ShowHelpOfMessage(about, "Messages");
   };
 }

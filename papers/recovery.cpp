@@ -13,12 +13,15 @@
 #include "papers/paper_commands.h"
 #include "platform/checksum.h"
 #include "platform/failure.h"
+#include "platform/if_possible.h"
 #include "typography/metrics.h"
 #include "typography/signs.h"
 
 namespace kelvane {
 
 namespace {
+
+constexpr float kFromEdge = 36;  // points, of what has no place
 
 std::vector<LeftWork> Found;
 
@@ -62,24 +65,6 @@ std::optional<Page> PageOf(const FileNow& file) {
   }
 }
 
-void Close(Files::Handle handle) {
-  try {
-    TheFiles->Close(handle);
-  } catch (const Failure&) {
-    // Nothing was written by it.
-  }
-}
-
-void RemoveAndClose(const std::string& path, Files::Handle handle) {
-  try {
-    TheFiles->Remove(path);
-  } catch (const Failure&) {
-    Close(handle);
-    throw;
-  }
-  Close(handle);
-}
-
 // Whether there is anything to be decided about.
 bool IsLeftWork(const Journal& journal, std::size_t bytes, LeftWork& work) {
   if (journal.kind == Journal::Kind::OtherVersion) return true;
@@ -102,18 +87,25 @@ bool IsFound(const Journal& journal) {
   });
 }
 
-void LookInto(const std::string& path) {
-  const std::optional<Files::Handle> handle = TheFiles->OpenLocked(path);
-  if (!handle) return;  // of a program that runs, or found before
-  try {
+// Whether it holds something to be decided about, and stays open; if not it is removed.
+bool TakeIn(const std::string& path, Files::Handle handle) {
+  bool left = false;
+  IfPossible([&] {
     const std::string bytes = TheFiles->ReadWhole(path);
-    LeftWork work{path, *handle, ReadJournal(bytes), {}};
-    const bool left = IsLeftWork(work.journal, bytes.size(), work) && !IsFound(work.journal);
-    if (!left) return RemoveAndClose(path, *handle);
-    Found.push_back(std::move(work));
-  } catch (const Failure&) {
-    Close(*handle);  // it stays where it is; one that cannot be read must not hide the others
-  }
+    LeftWork work{path, handle, ReadJournal(bytes), {}};
+    left = IsLeftWork(work.journal, bytes.size(), work) && !IsFound(work.journal);
+    left ? Found.push_back(std::move(work)) : TheFiles->Remove(path);
+  });
+  return left;
+}
+
+// One that cannot be opened, read or removed stays where it is; it must not hide the others.
+void LookInto(const std::string& path) {
+  IfPossible([&] {
+    const std::optional<Files::Handle> handle = TheFiles->OpenLocked(path);
+    if (!handle) return;  // of a program that runs, or found before
+    if (!TakeIn(path, *handle)) TheFiles->Close(*handle);
+  });
 }
 
 std::string NameBeside(const std::string& file) {
@@ -219,18 +211,20 @@ Page WholePage(const Journal& journal) {
     page.drawings += half.path + "\r\n";
     ++page.drawingCount;
   }
-  if (half.mode >= 0 || anchor == 0 || half.run.empty()) return page;
+  if (half.run.empty()) return page;
+  // What waits in the control-code box for a place comes to where the cursor was last, on the paper.
+  const bool placed = half.mode < 0 && anchor != 0;
   TextEntry entry;
   const PageItems items(journal.page);
   const bool retyped = half.retyped > 0 && half.retyped <= items.Texts().size();
   const std::string_view old = retyped ? items.Texts()[half.retyped - 1].line : std::string_view();
   if (retyped) ParseTextEntry(old, entry);
-  entry.x = half.cursor.x;
-  entry.y = half.cursor.y;
+  entry.x = placed ? half.cursor.x : std::max(half.cursor.x, kFromEdge);
+  entry.y = placed ? half.cursor.y : std::max(half.cursor.y, kFromEdge);
   entry.size = half.size;
   entry.font = half.font;
   entry.text = half.run;
-  entry.anchor = anchor;
+  entry.anchor = placed ? anchor : 3;
   const std::string line = LineOfEntry(entry);
   if (retyped) {
     page.text.replace(static_cast<std::size_t>(old.data() - items.Text().data()), old.size(), line);
@@ -277,7 +271,8 @@ std::string KeepWorkBeside(std::size_t index) {
 void DiscardWork(std::size_t index) {
   const LeftWork work = Found[index];
   Drop(index);
-  RemoveAndClose(work.path, work.handle);
+  IfPossible([&] { TheFiles->Close(work.handle); });
+  TheFiles->Remove(work.path);
 }
 
 }  // namespace kelvane

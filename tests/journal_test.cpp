@@ -435,6 +435,12 @@ TEST_F(JournalTest, WhatWasLeftIsKeptBesideDiscardedOrLeftForLater) {
   EXPECT_NE(Content("\\P\\Essay-recovered-2.001").find("100 99 m 11 F0 (unsaved) 3 s"), std::string::npos);
   EXPECT_EQ(JournalPath(), "");
 
+  Act([] { OpenPaperFile(kPaper); });
+  Act([&] { window->BoxOf("Control Codes")->Type("waits"); });  // no place was chosen
+  KillAndStart();
+  Choose("&Keep Both");
+  EXPECT_NE(Content("\\P\\Essay-recovered-3.001").find("(waits)"), std::string::npos);
+
   Place("Bottom Left", 100, 99);
   Type("a paper without a name");
   KillAndStart();
@@ -465,6 +471,21 @@ TEST_F(JournalTest, OfAnotherVersionIsShownAndLeftAlone) {
   EXPECT_FALSE(Recovery().ButtonOf("&Restore")->enabled);
   EXPECT_FALSE(Recovery().ButtonOf("&Keep Both")->enabled);
   EXPECT_EQ(Content(JournalFolder() + "1-0.journal"), "Kelvane journal 9\r\n...");
+}
+
+TEST_F(JournalTest, OneThatCannotBeReadOrRemovedHidesNoOther) {
+  Start(kPaper);
+  Place("Bottom Left", 100, 99);
+  Type("left");
+  for (const FileStep step : {FileStep::OpenLocked, FileStep::ReadWhole, FileStep::Remove}) {
+    files.LetGo();
+    files.contents[JournalFolder() + "0-0.journal"] = JournalHead();  // nothing to lose yet
+    ResetRecovery();
+    files.FailStep(step);
+    Act(OfferRecovery);
+    EXPECT_TRUE(dialogs.messages.empty());
+    EXPECT_EQ(FoundWork().size(), 1U);
+  }
 }
 
 TEST_F(JournalTest, WhereItCannotBeWrittenTheEditorSaysSoOnceAndGoesOn) {
@@ -498,6 +519,7 @@ TEST_F(JournalTest, TwoEditorsOnOnePaper) {
   files.lockedElsewhere.insert(lock);
   dialogs.AnswerSave("\\P\\Mine.001");
   Shortcut("Ctrl+S");
+  EXPECT_TRUE(dialogs.asked.back().starts_with("Save: Save As - Taken over")) << dialogs.asked.back();
   EXPECT_EQ(Content(kPaper), kOldPage);
   EXPECT_NE(Content("\\P\\Mine.001").find("(mine)"), std::string::npos);
 
