@@ -23,6 +23,13 @@ constexpr std::size_t kMostPushed = 40;
 // Operands are written with 7 digits, so a long closed path read back may miss its start by their errors. A
 // gap of this size cannot be seen, but would turn a filled shape into a line.
 constexpr float kClosingGap = 0.01F;  // points
+// How places may move so that straight segments are written without loss. Twice the last digit of numbers
+// beyond 100, so that there are middles between them; below 100 there is one more.
+constexpr double kCoarseStep = 0.0002;  // points
+constexpr double kFineStep = 0.00002;
+constexpr int kTriesNear = 40;             // of each kind of step, to both sides
+constexpr int kTriesFar = 200;             // altogether 0.02 points: less than can be seen
+constexpr std::size_t kMostTries = 60000;  // and some for each place of a long path
 
 // The next token of a text entry, from which blanks in front are taken; empty at the end.
 std::string_view TakeToken(std::string_view& rest) {
@@ -159,63 +166,91 @@ class OperandStack {
   std::size_t count = 0;
 };
 
-// Whether a straight segment is one in its record, and in that of the line that is written and read. A reader
-// comes to `read` and `next` for its ends.
-bool StaysStraight(float start, float end, float read, float next) {
-  const float middle = Middle(start, end);
-  return AsWritten(middle) == middle &&
-         AsWritten(Middle(read, next)) == Middle(AsWritten(read), AsWritten(next));
+// The places of a drawing along one axis: its start and the ends of its segments.
+using Places = std::vector<float>;
+
+bool IsWritten(float number) {
+  return AsWritten(number) == number;
 }
 
-// The place nearest to `to` that meets a condition: `to` itself as it is written, or on a grid, points.
-// Nothing if there is none near.
-template <typename Condition>
-std::optional<float> Settled(float to, float grid, Condition met) {
-  constexpr float kFarthest = 0.02F;  // points: less than can be seen
-  if (grid == 0) return met(AsWritten(to)) ? std::optional(AsWritten(to)) : std::nullopt;
-  const float nearest = std::round(to / grid);
-  for (float steps = 0; steps * grid <= kFarthest; ++steps) {
-    for (const float way : {steps, -steps}) {
-      const float place = AsWritten((nearest + way) * grid);
-      if (met(place)) return place;
-    }
+// Whether straight segments are straight in the record and in that of the line which is written and read.
+// Goes on to the places that the reader comes to, which add up the errors of the written digits.
+bool ReadsStraight(Places& places, const std::vector<bool>& straight, bool closed) {
+  Places read = {AsWritten(places.front())};
+  for (std::size_t i = 0; i < straight.size(); ++i) {
+    const bool closes = closed && i + 1 == straight.size();
+    read.push_back(closes ? read.front() : read[i] + AsWritten(places[i + 1] - places[i]));
+    if (!straight[i]) continue;
+    if (!IsWritten(Middle(places[i], places[i + 1]))) return false;
+    const float middle = AsWritten(Middle(read[i], read[i + 1]));
+    if (middle != Middle(AsWritten(read[i]), AsWritten(read[i + 1]))) return false;
   }
-  return std::nullopt;
-}
-
-// Moves the ends of segments by so little that straight ones stay straight. False if that cannot be done on a
-// grid.
-bool SettleSegments(Drawing& drawing, const std::vector<bool>& straight, float grid) {
-  std::vector<Point>& points = drawing.points;
-  for (float Point::*const axis : {&Point::x, &Point::y}) {
-    const float front = *Settled(points.front().*axis, grid, [](float) { return true; });
-    points.front().*axis = front;
-    float read = front;
-    for (std::size_t i = 0; i < straight.size(); ++i) {
-      const float start = points[2 * i].*axis;
-      const auto next = [&](float end) { return read + AsWritten(end - start); };
-      // What closes a path ends at its start, so the end of the segment before it gives way to both.
-      const bool givesWay = drawing.closed && i + 2 == straight.size() && straight[i + 1];
-      const bool closes = drawing.closed && i + 1 == straight.size();
-      const auto met = [&](float end) {
-        return (!straight[i] || StaysStraight(start, end, read, closes ? front : next(end))) &&
-               (!givesWay || StaysStraight(end, front, next(end), front));
-      };
-      float& end = points[2 * i + 2].*axis;
-      std::optional<float> place;
-      if (closes) {
-        if (met(front)) place = front;
-      } else {
-        // Best is a place that a reader comes to as well; close to 0 there may be none.
-        place = Settled(end, grid, [&](float to) { return AsWritten(next(to)) == to && met(to); });
-        if (!place) place = Settled(end, grid, met);
-      }
-      if (!place) return false;
-      end = *place;
-      read = next(end);
-    }
-  }
+  for (std::size_t i = 0; i < read.size(); ++i) places[i] = AsWritten(read[i]);
   return true;
+}
+
+// One of the numbers near another one, as it is written: so many on coarse steps, the nearest first, then as
+// many on fine ones.
+float Beside(double number, int tried, int tries) {
+  const double step = tried < tries ? kCoarseStep : kFineStep;
+  const int at = tried % tries;
+  const int steps = at % 2 == 0 ? at / 2 : -(at + 1) / 2;
+  return AsWritten(static_cast<float>((std::round(number / step) + steps) * step));
+}
+
+// Whether a reader comes from one place to just the other, and to a straight segment.
+bool IsMet(float from, float to, float way, bool straight) {
+  return IsWritten(to) && AsWritten(to - from) == way && (!straight || IsWritten(Middle(from, to)));
+}
+
+// Places so near to those that are wanted that a reader comes to just these. Nothing if there are none.
+std::optional<Places> SettledPlaces(const Places& wanted, const std::vector<bool>& straight, bool closed,
+                                    int tries) {
+  Places places = wanted;
+  std::vector<int> tried(places.size());
+  std::size_t left = kMostTries + static_cast<std::size_t>(tries) * places.size();
+  for (std::size_t i = 0; i < places.size();) {
+    if (tried[i] == 2 * tries) {  // the place before has to give way
+      if (i == 0) return std::nullopt;
+      --i;
+      continue;
+    }
+    if (left-- == 0) return std::nullopt;
+    const int next = tried[i]++;
+    if (i == 0) {
+      places[i] = Beside(wanted[i], next, tries);
+    } else if (closed && i + 1 == places.size()) {
+      tried[i] = 2 * tries;
+      if (straight[i - 1] && !IsWritten(Middle(places[i - 1], places.front()))) continue;
+      places[i] = places.front();
+    } else {
+      const float way = Beside(static_cast<double>(wanted[i]) - places[i - 1], next, tries);
+      places[i] = places[i - 1] + way;
+      if (!IsMet(places[i - 1], places[i], way, straight[i - 1])) continue;
+    }
+    if (++i < places.size()) tried[i] = 0;
+  }
+  return places;
+}
+
+// Brings a drawing to places between which straight segments stay straight however often they are written and
+// read.
+void SettleSegments(Drawing& drawing, const std::vector<bool>& straight) {
+  const bool closed = drawing.closed;
+  for (float Point::*const axis : {&Point::x, &Point::y}) {
+    std::optional<Places> places = Places();
+    for (std::size_t i = 0; i < drawing.points.size(); i += 2)
+      places->push_back(AsWritten(drawing.points[i].*axis));
+    // Mostly they can stay. What has been read twice does not change any more.
+    Places read = *places;
+    if (!ReadsStraight(read, straight, closed) || !ReadsStraight(read, straight, closed)) {
+      read = *places;
+      places = SettledPlaces(read, straight, closed, kTriesNear);
+      if (!places) places = SettledPlaces(read, straight, closed, kTriesFar);
+    }
+    if (!places) continue;
+    for (std::size_t i = 0; i < places->size(); ++i) drawing.points[2 * i].*axis = (*places)[i];
+  }
 }
 
 }  // namespace
@@ -293,15 +328,7 @@ void MapDrawing(Drawing& drawing, const std::function<Point(Point)>& map) {
     straight.push_back(IsStraight(points[i], points[i + 1], points[i + 2]));
   for (Point& point : points) point = map(point);
   if (drawing.closed) points.back() = points.front();
-  // A middle survives being written only between places that do, and that have no digit more than it can
-  // halve.
-  if (std::ranges::count(straight, true) > 0) {
-    const std::vector<Point> mapped = points;
-    for (const float grid : {0.0F, 0.0002F, 0.0006F, 0.002F}) {
-      if (SettleSegments(drawing, straight, grid)) break;
-      points = mapped;
-    }
-  }
+  if (std::ranges::count(straight, true) > 0) SettleSegments(drawing, straight);
   for (std::size_t i = 0; i < straight.size(); ++i) {
     const Point start = points[2 * i];
     const Point end = points[2 * i + 2];

@@ -38,8 +38,9 @@ enum class Does : std::uint8_t {
   LineEnd,
   RowRule,  // \hline
   Substack,
-  Modulo,  // value: 0 \pmod, 1 \bmod, 2 \mod, 3 \pod
-  Framed,
+  Modulo,   // value: 0 \pmod, 1 \bmod, 2 \mod, 3 \pod
+  Framed,   // value: Frame; face: of text
+  Between,  // brackets to the size of the argument: character, value: the closing one
   Phantom,  // value: PhantomForm
   Colour,   // value: 1 with the coloured part as its second argument
   Negated,

@@ -59,8 +59,8 @@ int Reader::ReadRows(TableForm form, std::size_t begin) {
   List rows;
   int number = 0;
   for (bool more = true; more;) {
-    for (SkipBlanks(); AtName("hline"); SkipBlanks()) {
-      TakeName("hline");
+    for (SkipBlanks(); AtName("hline") || AtName("hdashline"); SkipBlanks()) {
+      TakeName(NameHere());
       form.rulesAbove.push_back(number);
     }
     List cells;

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -162,8 +163,8 @@ bool MayWritePaper() {
       return true;
     }
   }
-  ShowNote(Held.Looking() ? "This paper is only looked at here: it can be saved under another name"
-                          : "This paper was taken over by another window: save it under another name");
+  ShowNote(Held.Looking() ? "Only looked at here: Save asks for another name"
+                          : "Taken over by another window: Save asks for another name");
   return false;
 }
 
@@ -485,6 +486,12 @@ bool GoToPage(int number) {
 int LastPageOfPaper() {
   if (CountedPaper != NameOfPaper()) CountPages();
   return LastPage;
+}
+
+int LastPageSeen() {
+  const auto behind = LeftFiles.upper_bound(kLastPage);
+  const int left = behind == LeftFiles.begin() ? 0 : std::prev(behind)->first;
+  return std::max({left, LastPageOfPaper(), static_cast<int>(CurrentPageNumber)});
 }
 
 int PagesShown() {

@@ -7,6 +7,7 @@
 
 #include "document/fields.h"
 #include "document/page_items.h"
+#include "editing/placed_formulas.h"
 #include "formula/formula.h"
 #include "papers/journal.h"
 #include "papers/paper_commands.h"
@@ -145,16 +146,31 @@ Page WithoutReplaced(const Page& page, const HalfDone& half) {
   return rest;
 }
 
+// The run that goes on behind a formula from x on.
+void AddBehind(Page& page, const HalfDone& half, float x, float y) {
+  if (half.run.empty()) return;
+  TextEntry entry;
+  entry.x = x;
+  entry.y = y;
+  entry.size = half.size;
+  entry.font = half.font;
+  entry.text = half.run;
+  entry.anchor = 3;
+  AddLine(page, LineOfEntry(entry));
+}
+
 // With the formula being typed as it would be placed. One with an error is there as its notation.
 Page WithFormula(const Page& page, const HalfDone& half, int anchor) {
   const auto set = SetFormula(half.notation, {half.size, true, half.font});
   if (const auto* formula = std::get_if<Formula>(&set)) {
     Page whole = half.replaced.empty() ? page : WithoutReplaced(page, half);
-    const Page added = PageOfFormula(*formula, AlignAtAnchor(half.cursor, anchor, formula->width, half.size));
+    const Point origin = AlignAtAnchor(half.cursor, anchor, formula->width, half.size);
+    const Page added = PageOfFormula(*formula, origin);
     if (!whole.text.empty() && whole.text.back() != '\n') whole.text += "\r\n";
     whole.text += added.text;
     whole.drawings += added.drawings;
     whole.drawingCount = static_cast<std::int16_t>(whole.drawingCount + added.drawingCount);
+    AddBehind(whole, half, origin.x + formula->width, origin.y);
     return whole;
   }
   Page whole = page;
@@ -168,6 +184,9 @@ Page WithFormula(const Page& page, const HalfDone& half, int anchor) {
   entry.text = run;
   entry.anchor = anchor;
   AddLine(whole, LineOfEntry(entry));
+  const float width = MeasureRun(run, half.font, half.size);
+  const Point origin = AlignAtAnchor(half.cursor, anchor, width, half.size);
+  AddBehind(whole, half, origin.x + width, origin.y);
   return whole;
 }
 
@@ -239,6 +258,9 @@ bool RestoreWork(std::size_t index) {
     page.stored = Page{};
   }
   if (!OpenRecovered(std::move(page))) return false;
+  for (const HalfDone& formula : journal.formulas)
+    KeepPlacedNotation(formula.notation, {formula.size, true, formula.font},
+                       static_cast<std::int16_t>(AnchorOfMode(formula.mode)), formula.cursor);
   ContinueJournal(work.path, work.handle, journal.edits);
   Drop(index);
   return true;

@@ -294,6 +294,31 @@ TEST_F(JournalTest, ARunBeingRetypedAndAPathBeingDrawnAreTakenUp) {
   EXPECT_EQ(DrawingCount, 1);
 }
 
+TEST_F(JournalTest, WhatGoesOnBehindAFormulaAndItsLinesAreTakenUp) {
+  Start(kPaper);
+  Place("Bottom Left", 100, 99);
+  Type("so on");
+  for (int i = 0; i < 3; ++i) Key(kKeyLeft);
+  Shortcut("Ctrl+M");
+  Act([] { InsertIntoFormula("x % pasted\n^2"); });
+  const State left = StateNow();
+  KillAndStart();
+  const Page whole = WholePage(FoundWork().at(0).journal);
+  Choose("&Restore");
+  EXPECT_EQ(StateNow(), left);
+  Key(kKeyEnter);
+  EXPECT_EQ(ThePage, whole);
+  EXPECT_NE(ThePage.text.find("( on) 3 s"), std::string::npos);
+  // What was placed opens again by its notation.
+  KillAndStart();
+  Choose("&Restore");
+  const auto& texts = ItemsOfPage().Texts();
+  const auto square = std::ranges::find_if(texts, [](const TextItem& item) { return item.entry.font == 2; });
+  ASSERT_NE(square, texts.end());
+  Act([&] { EXPECT_TRUE(OpenFormulaOf(square->id)); });
+  EXPECT_EQ(FormulaNow()->notation, "x % pasted\n^2");
+}
+
 TEST_F(JournalTest, AFormulaBeingTypedIsTakenUp) {
   Start(kPaper);
   Place("Bottom Left", 100, 99);
