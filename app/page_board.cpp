@@ -4,7 +4,6 @@
 #include <cmath>
 #include <string>
 
-#include "app/menus.h"
 #include "document/paper.h"
 #include "papers/page_operations.h"
 #include "papers/paper_commands.h"

@@ -4,12 +4,10 @@
 #include <string>
 
 #include "app/choice_window.h"
-#include "app/menus.h"
 #include "document/numbers.h"
 #include "editing/notes.h"
 #include "editing/selection.h"
 #include "output/pictures.h"
-#include "papers/paper_commands.h"
 #include "platform/files.h"
 #include "typography/view.h"
 

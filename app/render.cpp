@@ -280,9 +280,10 @@ class Renderer {
     std::string content;
     const PageItems items = ItemsOf(number, content);
     const Box sheet = WholeSheet();
-    if (format_ == Format::Png) return PngOf(items, sheet, options_.resolution, options_.transparent);
     std::string missing;
-    std::string picture = SvgOf(items, sheet, !options_.transparent, &missing);
+    std::string picture = format_ == Format::Png
+                              ? PngOf(items, sheet, options_.resolution, options_.transparent, &missing)
+                              : SvgOf(items, sheet, !options_.transparent, &missing);
     Warn(missing);
     return picture;
   }

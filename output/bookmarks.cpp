@@ -11,7 +11,7 @@
 namespace kelvane {
 namespace {
 
-constexpr float kLarger = 1.15F;  // than what most of the text is set in
+constexpr float kLarger = 1.05F;  // than what most of the text is set in
 constexpr std::size_t kLevels = 3;
 constexpr std::size_t kMostBytes = 200;
 constexpr std::size_t kLeastLetters = 3;  // fewer are a sign of a formula

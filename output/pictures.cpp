@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <memory>
+#include <set>
 
 #include "document/page.h"
 #include "document/page_items.h"
@@ -11,7 +12,9 @@
 #include "editing/selection.h"
 #include "output/page_output.h"
 #include "output/pdf.h"
+#include "output/pdf_fonts.h"
 #include "output/svg.h"
+#include "output/type1_font.h"
 #include "platform/clipboard.h"
 #include "platform/controls.h"
 #include "platform/failure.h"
@@ -70,7 +73,8 @@ double BytesAt(const Box& area, int resolution) {
 
 }  // namespace
 
-std::string PngOf(const PageItems& items, const Box& area, int resolution, bool transparent) {
+std::string PngOf(const PageItems& items, const Box& area, int resolution, bool transparent,
+                  std::string* missing) {
   const int width = PixelsOf(area.right - area.left, resolution);
   const int height = PixelsOf(area.bottom - area.top, resolution);
   const float scale = static_cast<float>(resolution) / kPointsPerInch;
@@ -78,6 +82,9 @@ std::string PngOf(const PageItems& items, const Box& area, int resolution, bool 
                   area.top + static_cast<float>(height) / scale};
   const std::unique_ptr<Image> image = TheToolkit->NewImage(width, height, shown, 1, transparent);
   PaintPage(*image, PrintedView(shown, scale, !transparent), items, shown);
+  std::set<std::int16_t> faces;
+  for (const ScreenFace& face : image->MissingFaces()) faces.insert(TypefaceOf(face));
+  if (missing) *missing = MissingFonts(faces);
   return image->Png(resolution);
 }
 
@@ -106,15 +113,19 @@ std::string RefusalOfPicture(const PictureChoice& choice) {
 
 std::string ExportPicture(const PictureChoice& choice) {
   if (const std::string refusal = RefusalOfPicture(choice); !refusal.empty()) throw Failure(refusal + ".");
+  // An SVG has no resolution, whatever stands in its box.
+  const int resolution = choice.svg ? LastPictureChoice.resolution : choice.resolution;
   LastPictureChoice = choice;
+  LastPictureChoice.resolution = resolution;
   const std::string path =
       ChooseOutput("Export Picture", "-" + std::to_string(CurrentPageNumber), choice.svg ? "svg" : "png");
   if (path.empty()) return {};
   KeepPages(path, CurrentPaperFile, {CurrentPageNumber});
   const Motif motif = MotifOf(choice.selection);
   std::string missing;
-  WriteFileSafely(path, choice.svg ? SvgOf(*motif.items, motif.area, !choice.transparent, &missing)
-                                   : PngOf(*motif.items, motif.area, choice.resolution, choice.transparent));
+  WriteFileSafely(
+      path, choice.svg ? SvgOf(*motif.items, motif.area, !choice.transparent, &missing)
+                       : PngOf(*motif.items, motif.area, choice.resolution, choice.transparent, &missing));
   if (!missing.empty()) TheDialogs->Message(missing);
   return path;
 }
@@ -124,12 +135,14 @@ std::string CopyAsPicture() {
   choice.selection = AnythingSelected();
   choice.svg = false;
   const Motif motif = MotifOf(choice.selection);
+  std::string missing;
   // Where it would be too large as points, it is on the clipboard as lines and text.
-  std::vector<Clipboard::Form> forms = {{"image/svg+xml", SvgOf(*motif.items, motif.area, false)},
+  std::vector<Clipboard::Form> forms = {{"image/svg+xml", SvgOf(*motif.items, motif.area, false, &missing)},
                                         {"application/pdf", PdfOf(*motif.items, motif.area)}};
   if (RefusalOfPicture(choice).empty())
     forms.push_back({"image/png", PngOf(*motif.items, motif.area, choice.resolution, choice.transparent)});
   TheClipboard->PutForms(forms);
+  if (!missing.empty()) TheDialogs->Message(missing);
   return choice.selection ? "selection" : "page";
 }
 

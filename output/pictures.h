@@ -32,8 +32,10 @@ PictureSize SizeOfPicture(const PictureChoice& choice);
 // Why it cannot be made, empty if it can.
 std::string RefusalOfPicture(const PictureChoice& choice);
 
-// What lies in `area` (points) as the content of a PNG file. Throws Failure if there is no memory for it.
-std::string PngOf(const PageItems& items, const Box& area, int resolution, bool transparent);
+// What lies in `area` (points) as the content of a PNG file. `missing` is told as by SvgOf. Throws Failure if
+// there is no memory for it.
+std::string PngOf(const PageItems& items, const Box& area, int resolution, bool transparent,
+                  std::string* missing = nullptr);
 
 // Asks for a file and writes the picture there. Returns its path, or nothing if the person cancelled.
 // Throws Failure; no part of a file is left.

@@ -25,6 +25,9 @@ namespace kelvane {
 namespace {
 
 constexpr int kDecimals = 3;
+// The picture is measured in pixels of 1/96 inch, and the page in it in points: programs into which it is
+// pasted may take its numbers for pixels, whatever unit its size has.
+constexpr double kPixels = 96.0 / 72;  // of a point
 
 std::string Number(double value) {
   return FormatUpTo(value, kDecimals);
@@ -251,15 +254,18 @@ std::string SvgOf(const PageItems& items, const Box& area, bool white, std::stri
   SvgPainter painter;
   if (white) painter.FillBox(area, 0xFFFFFF);
   PaintPage(painter, PrintedView(area, 1, false), items, area);
-  const std::string width = Number(area.right - area.left);
-  const std::string height = Number(area.bottom - area.top);
+  const float width = area.right - area.left;
+  const float height = area.bottom - area.top;
+  std::string view;
+  for (const float length : {area.left, area.top, width, height})
+    view += (view.empty() ? "" : " ") + Number(length * kPixels);
   const std::string body = painter.Body();
   if (missing) *missing = MissingFonts(painter.Missing());
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
          "xmlns:xlink=\"http://www.w3.org/1999/xlink\" version=\"1.1\"" +
-         Attribute("width", width + "pt") + Attribute("height", height + "pt") +
-         Attribute("viewBox", Number(area.left) + " " + Number(area.top) + " " + width + " " + height) +
-         ">\n<defs>\n" + painter.Shapes() + "</defs>\n" + body + "</svg>\n";
+         Attribute("width", Number(width) + "pt") + Attribute("height", Number(height) + "pt") +
+         Attribute("viewBox", view) + ">\n<defs>\n" + painter.Shapes() + "</defs>\n<g" +
+         Attribute("transform", "scale(1.3333333)") + ">\n" + body + "</g>\n</svg>\n";
 }
 
 }  // namespace kelvane

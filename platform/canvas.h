@@ -71,6 +71,7 @@ struct ScreenFace {
   std::string_view family;
   bool bold = false;
   bool italic = false;
+  bool operator==(const ScreenFace&) const = default;
 };
 
 // The tangent by which a face leans that has no italic of its own, as the slanted Symbol has none: 12
@@ -173,6 +174,8 @@ class Image : public Painter {
   virtual int PixelHeight() const = 0;
   // The content of a PNG file, which tells how many pixels make an inch.
   virtual std::string Png(int dotsPerInch) const = 0;
+  // The faces painted with that the machine lacks, so that the nearest ones stand for them.
+  virtual std::vector<ScreenFace> MissingFaces() const { return {}; }
 };
 
 // A surface on the screen. The page layer holds the page; the overlay above it what comes and goes (cursor

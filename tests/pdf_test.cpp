@@ -141,7 +141,7 @@ TEST_F(PdfTest, LabelsAndBookmarksFollowThePages) {
   const std::string body = "72 100 m 11 F0 (plain words of the page) 3 s\r\n";
   for (const int number : {1, 2, 5}) {
     const std::string title =
-        number == 1 ? "72 50 m 24 F1 (The Title) 3 s\r\n" : "72 50 m 14 F1 (Part) 3 s\r\n";
+        number == 1 ? "72 50 m 24 F1 (The Title) 3 s\r\n" : "72 50 m 12 F1 (Part) 3 s\r\n";
     document.AddPage(PageItems(PageOf(title + body)), kSheet, number, {});
   }
   document.Finish();

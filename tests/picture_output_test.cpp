@@ -94,6 +94,14 @@ TEST_F(PictureOutputTest, WritesThePageOrWhatIsSelectedOfIt) {
   dialogs.AnswerSave("\\P\\Essay.001");
   EXPECT_NE(FailureOf([&] { dialog.ClickButton("Export..."); }).find("page file"), std::string::npos);
   EXPECT_TRUE(Content("\\P\\Essay.001").starts_with("100 200 m"));
+
+  // What stands in the box while an SVG is made is not what the next PNG gets.
+  dialog.ClickButton("SVG");
+  Resolution().Type("");
+  dialogs.AnswerSave("\\P\\part.svg");
+  dialog.ClickButton("Export...");
+  EXPECT_TRUE(Content("\\P\\part.svg").starts_with("<?xml"));
+  EXPECT_EQ(LastPictureChoice.resolution, 144);
 }
 
 TEST_F(PictureOutputTest, LeavesNoPartOfAFile) {
@@ -117,6 +125,7 @@ TEST_F(PictureOutputTest, CopiesInThreeForms) {
   EXPECT_TRUE(clipboard.forms[1].bytes.starts_with("%PDF"));
   EXPECT_EQ(clipboard.forms[2].kind, "image/png");
   EXPECT_TRUE(clipboard.forms[2].bytes.starts_with("PNG 2475 3500 300\n"));
+  EXPECT_NE(dialogs.messages.back().find("Times-Roman"), std::string::npos) << "its font is not in memory";
   EXPECT_EQ(NoteLabel->Text(), "Copied as a picture: the page");
   Select({ItemsOfPage().Drawings()[0].id});
   window->PressShortcut("Ctrl+Alt+C");

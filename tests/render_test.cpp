@@ -107,7 +107,7 @@ TEST_F(RenderTest, SvgHasTextAsTextAndSignsAsShapes) {
   const PageItems items(PageOfContent(page, ""));
   const std::string svg = SvgOf(items, {0, 0, 100, 80}, true, &missing);
   const auto has = [&](const std::string& part) { return svg.find(part) != svg.npos; };
-  EXPECT_TRUE(has("width=\"100pt\" height=\"80pt\" viewBox=\"0 0 100 80\"")) << svg;
+  EXPECT_TRUE(has("width=\"100pt\" height=\"80pt\" viewBox=\"0 0 133.333 106.667\"")) << svg;
   EXPECT_TRUE(has("<tspan x=\"10\">a</tspan>")) << svg;
   EXPECT_TRUE(has("&lt; </tspan>")) << svg;
   EXPECT_TRUE(has("stroke=\"#ff0000\" stroke-width=\"0.5\"")) << svg;

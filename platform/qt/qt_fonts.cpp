@@ -134,6 +134,7 @@ QtFace::QtFace(const ScreenFace& face) : face_{FamilyNamed(face.family).name, fa
   const bool symbol = face.family == "Symbol";
   slanted_ = symbol && face.italic;
   base_ = LoadFont(family, face, face.italic && !symbol);
+  missing_ = !base_.familyName().startsWith(QLatin1String(family.substitutes[0]));
   glyphs_ = GlyphsOf(base_, symbol);
 }
 

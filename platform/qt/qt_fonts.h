@@ -32,6 +32,8 @@ class QtFace {
   };
   const Embeddable* ForDocuments();
   bool IsSlanted() const { return slanted_; }
+  // Whether this is another font than the page is printed with, since that is not on the machine.
+  bool IsMissing() const { return missing_; }
 
  private:
   struct CachedOutline {
@@ -43,6 +45,7 @@ class QtFace {
   QRawFont base_;
   std::optional<Embeddable> embeddable_;  // loaded when it is first asked for
   bool slanted_ = false;
+  bool missing_ = false;
   std::array<quint32, 256> glyphs_{};
   std::vector<CachedOutline> outlines_;  // by code, empty until one is asked for
 };

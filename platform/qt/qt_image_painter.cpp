@@ -1,9 +1,11 @@
 #include "platform/qt/qt_image_painter.h"
 
 #include <QBuffer>
+#include <algorithm>
 #include <cmath>
 
 #include "platform/failure.h"
+#include "platform/qt/qt_fonts.h"
 
 namespace kelvane {
 
@@ -59,6 +61,8 @@ void QtImagePainter::FillPath(const Path& path, ColourValue colour) {
 
 void QtImagePainter::DrawText(const ScreenFace& face, float em, std::string_view codes,
                               std::span<const Point> origins, ColourValue colour) {
+  if (FaceFor(face).IsMissing() && std::ranges::find(missing_, face) == missing_.end())
+    missing_.push_back(face);
   layer_.DrawText(face, em * ratio_, codes, ToDevice(origins), ToRgb(colour));
 }
 

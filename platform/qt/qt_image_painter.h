@@ -21,6 +21,7 @@ class QtImagePainter final : public Image {
   int PixelWidth() const override { return Picture().width(); }
   int PixelHeight() const override { return Picture().height(); }
   std::string Png(int dotsPerInch) const override;
+  std::vector<ScreenFace> MissingFaces() const override { return missing_; }
 
   void FillBox(const Box& box, ColourValue colour) override;
   void DrawLine(Point from, Point to, const Pen& pen) override;
@@ -38,6 +39,7 @@ class QtImagePainter final : public Image {
   double scaleX_ = 1;  // device pixels
   double scaleY_ = 1;
   double ratio_;
+  std::vector<ScreenFace> missing_;
   std::vector<FixedPoint> points_;  // reused from call to call
 };
 

@@ -137,7 +137,11 @@ TEST_F(PictureTest, PrintersSheetIsThePrintedPage) {
 
 TEST_F(PictureTest, PreviewReachesAllPages) {
   std::vector<int> painted;
-  PrintJob job{.title = "Essay", .width = PaperWidth, .height = PaperHeight, .current = 60};
+  PrintJob job;
+  job.title = "Essay";
+  job.width = PaperWidth;
+  job.height = PaperHeight;
+  job.current = 60;
   for (int page = 1; page <= 90; ++page) job.pages.push_back(page);
   job.paint = [&](int page, float, Painter&) { painted.push_back(page); };
   std::string shown;
