@@ -338,7 +338,7 @@ void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
     way = FloorDivide(nextWay, dy);
     rest = nextWay - way * dy;
   }
-  if (last > first + 1) {
+  if (lastRow > first + 1) {
     rowStep = FloorDivide(dx * kPixel, dy);
     rowRest = dx * kPixel - rowStep * dy;
   }
