@@ -36,6 +36,7 @@ constexpr Topic kOfEditor[] = {
     {"Page", "The view"},
     {"Scroll", "The view"},
     {"Sign", "The panel of signs"},
+    {"Search Signs", "The panel of signs"},
 };
 constexpr Topic kOfDesigner[] = {
     {"Draw", "Drawing strokes"},       {"Reverse", "Drawing strokes"}, {"Select", "Changing them"},
@@ -87,7 +88,8 @@ void AddPointedHelpKey(Window& window, const std::string& heading) {
 void AddHelpOfDialogs() {
   TheDialogs->OnHelp = [](const std::string& about) {
     for (const Topic& dialog : kDialogs)
-      if (about == dialog.name) return ShowHelpAt(dialog.heading);
+      if (about == dialog.name || about.starts_with(dialog.name + std::string(" - ")))
+        return ShowHelpAt(dialog.heading);
     ShowHelpOfMessage(about, "Messages");
   };
 }

@@ -38,6 +38,7 @@ void KeepForNextStart() {
   keep("the settings", [] { WriteSettings(ProgramFolder + "QRX.DAT"); });
   keep("the macros", KeepMacros);
   keep("the signs used last", WritePaletteState);
+  keep("the comment", StoreComment);
   if (what.empty()) return;
   what[0] = 'T';
   TheDialogs->Message(what + " could not be kept for the next start." + reason);

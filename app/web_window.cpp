@@ -127,7 +127,7 @@ void ShowWebPage() {
   if (WebWindow == nullptr && !NoEngine) NoEngine = !Build();
   if (NoEngine) {
     OpenElsewhere(kMakerPage);
-    ShowNote("Opened in your own browser: Qt WebEngine is not here, or cannot run");
+    ShowNote("Opened in your own browser: Qt WebEngine cannot run here");
     return;
   }
   WebWindow->Show();

@@ -149,11 +149,12 @@ void Text(benchmark::State& state) {
   for (auto _ : state) RedrawPage();
 }
 
-// A factor of the usual scale, one of so many by turns.
+// A factor of the usual scale, 1 on average: one of so many by turns, large and small ones mixed.
 float NextScale(std::int64_t scales) {
+  constexpr std::int64_t kStride = 377;
   static std::int64_t step = 0;
-  step = (step + 1) % scales;
-  return 0.6F + 0.8F * static_cast<float>(step) / static_cast<float>(scales);
+  step = (step + kStride) % scales;
+  return 0.6F + 0.8F * static_cast<float>(step) / static_cast<float>(scales - 1);
 }
 
 void BareZoom(benchmark::State& state) {

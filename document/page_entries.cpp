@@ -23,6 +23,10 @@ constexpr std::size_t kMostPushed = 40;
 // Operands are written with 7 digits, so a long closed path read back may miss its start by their errors. A
 // gap of this size cannot be seen, but would turn a filled shape into a line.
 constexpr float kClosingGap = 0.01F;  // points
+// How places may move so that straight segments are written without loss. Twice the last digit of numbers
+// beyond 100, so that there are middles between them; below 100 there is one more.
+constexpr double kCoarseStep = 0.0002;  // points
+constexpr double kFineStep = 0.00002;
 
 // The next token of a text entry, from which blanks in front are taken; empty at the end.
 std::string_view TakeToken(std::string_view& rest) {
@@ -159,63 +163,117 @@ class OperandStack {
   std::size_t count = 0;
 };
 
-// Whether a straight segment is one in its record, and in that of the line that is written and read. A reader
-// comes to `read` and `next` for its ends.
-bool StaysStraight(float start, float end, float read, float next) {
-  const float middle = Middle(start, end);
-  return AsWritten(middle) == middle &&
-         AsWritten(Middle(read, next)) == Middle(AsWritten(read), AsWritten(next));
+// The places of a drawing along one axis: its start and the ends of its segments.
+using Places = std::vector<float>;
+
+bool IsWritten(float number) {
+  return AsWritten(number) == number;
 }
 
-// The place nearest to `to` that meets a condition: `to` itself as it is written, or on a grid, points.
-// Nothing if there is none near.
-template <typename Condition>
-std::optional<float> Settled(float to, float grid, Condition met) {
-  constexpr float kFarthest = 0.02F;  // points: less than can be seen
-  if (grid == 0) return met(AsWritten(to)) ? std::optional(AsWritten(to)) : std::nullopt;
-  const float nearest = std::round(to / grid);
-  for (float steps = 0; steps * grid <= kFarthest; ++steps) {
-    for (const float way : {steps, -steps}) {
-      const float place = AsWritten((nearest + way) * grid);
-      if (met(place)) return place;
+// Whether a straight segment is one in its record, and in that of the line which is written and read. A
+// reader comes to `read` and `next` for its ends.
+bool StaysStraight(float start, float end, float read, float next) {
+  if (!IsWritten(Middle(start, end))) return false;
+  const bool exact = read == start && next == end;
+  return exact || AsWritten(Middle(read, next)) == Middle(AsWritten(read), AsWritten(next));
+}
+
+// Whether straight segments stay so. Goes on to the places that the reader comes to, which add up the errors
+// of the written digits.
+bool ReadsStraight(Places& places, const std::vector<bool>& straight, bool closed) {
+  float start = places.front();
+  float read = places.front() = AsWritten(start);
+  for (std::size_t i = 0; i < straight.size(); ++i) {
+    const float end = places[i + 1];
+    const bool closes = closed && i + 1 == straight.size();
+    const float next = closes ? places.front() : read + AsWritten(end - start);
+    if (straight[i] && !StaysStraight(start, end, read, next)) return false;
+    places[i + 1] = AsWritten(next);
+    start = end;
+    read = next;
+  }
+  return true;
+}
+
+// One of the numbers near another one, as it is written: the nearest first.
+float Beside(double number, int tried, double step) {
+  const int steps = tried % 2 == 0 ? tried / 2 : -(tried + 1) / 2;
+  return AsWritten(static_cast<float>((std::round(number / step) + steps) * step));
+}
+
+// How places are looked for. Exact ones are those that a reader comes to without an error; there may be
+// others that do, and are nearer.
+struct Search {
+  bool exact;
+  int tries;         // for a place, of each kind of step
+  std::size_t most;  // for all places
+};
+
+// Altogether no place moves by more than 0.02 points, which cannot be seen.
+constexpr Search kSearches[] = {{false, 100, 1000}, {true, 40, 20000}, {true, 200, 60000}};
+
+// Places so near to those that are wanted that straight segments stay straight. Nothing if there are none.
+std::optional<Places> SettledPlaces(const Places& wanted, const std::vector<bool>& straight, bool closed,
+                                    const Search& search) {
+  Places places = wanted;
+  Places read = wanted;
+  std::vector<int> tried(places.size());
+  const int tries = search.exact ? 2 * search.tries : search.tries;
+  std::size_t left = search.most + 2 * places.size();
+  for (std::size_t i = 0; left > 0; --left) {
+    if (i == places.size()) {
+      Places again = read;
+      for (float& place : again) place = AsWritten(place);
+      if (ReadsStraight(again, straight, closed)) return places;
+      --i;
     }
+    if (tried[i] >= tries) {  // the place before has to give way
+      if (i == 0) return std::nullopt;
+      --i;
+      continue;
+    }
+    const int next = tried[i] % search.tries;
+    const double step = tried[i]++ < search.tries ? kCoarseStep : kFineStep;
+    if (i == 0) {
+      places[i] = read[i] = Beside(wanted[i], next, step);
+    } else {
+      const float before = places[i - 1];
+      const bool closes = closed && i + 1 == places.size();
+      if (closes) tried[i] = tries;
+      places[i] = closes         ? places.front()
+                  : search.exact ? before + Beside(static_cast<double>(wanted[i]) - before, next, step)
+                                 : Beside(wanted[i], next, step);
+      read[i] = closes ? read.front() : read[i - 1] + AsWritten(places[i] - before);
+      if (search.exact && (read[i] != places[i] || !IsWritten(places[i]))) continue;
+      if (straight[i - 1] && !StaysStraight(before, places[i], read[i - 1], read[i])) continue;
+    }
+    if (++i < places.size()) tried[i] = 0;
   }
   return std::nullopt;
 }
 
-// Moves the ends of segments by so little that straight ones stay straight. False if that cannot be done on a
-// grid.
-bool SettleSegments(Drawing& drawing, const std::vector<bool>& straight, float grid) {
-  std::vector<Point>& points = drawing.points;
+// Brings a drawing to places between which straight segments stay straight however often they are written and
+// read.
+void SettleSegments(Drawing& drawing, const std::vector<bool>& straight) {
+  const bool closed = drawing.closed;
+  Places wanted;
+  Places read;
   for (float Point::*const axis : {&Point::x, &Point::y}) {
-    const float front = *Settled(points.front().*axis, grid, [](float) { return true; });
-    points.front().*axis = front;
-    float read = front;
-    for (std::size_t i = 0; i < straight.size(); ++i) {
-      const float start = points[2 * i].*axis;
-      const auto next = [&](float end) { return read + AsWritten(end - start); };
-      // What closes a path ends at its start, so the end of the segment before it gives way to both.
-      const bool givesWay = drawing.closed && i + 2 == straight.size() && straight[i + 1];
-      const bool closes = drawing.closed && i + 1 == straight.size();
-      const auto met = [&](float end) {
-        return (!straight[i] || StaysStraight(start, end, read, closes ? front : next(end))) &&
-               (!givesWay || StaysStraight(end, front, next(end), front));
-      };
-      float& end = points[2 * i + 2].*axis;
-      std::optional<float> place;
-      if (closes) {
-        if (met(front)) place = front;
-      } else {
-        // Best is a place that a reader comes to as well; close to 0 there may be none.
-        place = Settled(end, grid, [&](float to) { return AsWritten(next(to)) == to && met(to); });
-        if (!place) place = Settled(end, grid, met);
-      }
-      if (!place) return false;
-      end = *place;
-      read = next(end);
+    wanted.clear();
+    for (std::size_t i = 0; i < drawing.points.size(); i += 2)
+      wanted.push_back(AsWritten(drawing.points[i].*axis));
+    // Mostly they can stay. What has been read twice does not change any more.
+    read = wanted;
+    std::optional<Places> settled;
+    if (!ReadsStraight(read, straight, closed) ||
+        (read != wanted && !ReadsStraight(read, straight, closed))) {
+      for (const Search& search : kSearches)
+        if (!settled) settled = SettledPlaces(wanted, straight, closed, search);
+      if (!settled) continue;
     }
+    const Places& places = settled ? *settled : wanted;
+    for (std::size_t i = 0; i < places.size(); ++i) drawing.points[2 * i].*axis = places[i];
   }
-  return true;
 }
 
 }  // namespace
@@ -293,15 +351,7 @@ void MapDrawing(Drawing& drawing, const std::function<Point(Point)>& map) {
     straight.push_back(IsStraight(points[i], points[i + 1], points[i + 2]));
   for (Point& point : points) point = map(point);
   if (drawing.closed) points.back() = points.front();
-  // A middle survives being written only between places that do, and that have no digit more than it can
-  // halve.
-  if (std::ranges::count(straight, true) > 0) {
-    const std::vector<Point> mapped = points;
-    for (const float grid : {0.0F, 0.0002F, 0.0006F, 0.002F}) {
-      if (SettleSegments(drawing, straight, grid)) break;
-      points = mapped;
-    }
-  }
+  if (std::ranges::count(straight, true) > 0) SettleSegments(drawing, straight);
   for (std::size_t i = 0; i < straight.size(); ++i) {
     const Point start = points[2 * i];
     const Point end = points[2 * i + 2];

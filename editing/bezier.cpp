@@ -48,7 +48,7 @@ LineStyle StyleInForce() {
 }
 
 std::string StyleToken() {
-  return FormatSingle(static_cast<float>(LineColour * 10 + LineWidth));
+  return TokenOfStyle(StyleInForce());
 }
 
 Drawing DrawingOf(Points path) {

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "editing/marks.h"
 #include "editing/tool.h"
 #include "platform/controls.h"
 #include "typography/colours.h"
@@ -11,8 +12,7 @@ namespace kelvane {
 
 namespace {
 
-constexpr int kShown = 500;       // milliseconds
-constexpr float kRoomAround = 2;  // pixels
+constexpr int kShown = 500;  // milliseconds
 
 std::optional<Box> Marked;
 Timer* Clock = nullptr;  // made when it is needed first
@@ -44,17 +44,8 @@ void MarkChange(const Box& area) {
   ShowCursor();
 }
 
-void PaintChangeMark(Painter& painter, const View& view) {
-  if (Marked) PaintFrame(painter, view, *Marked, {PaletteColour(kCyan), 2, true});
-}
-
-void PaintFrame(Painter& painter, const View& view, const Box& area, const Pen& pen) {
-  const float room = kRoomAround / view.scale;
-  const Box box{area.left - room, area.top - room, area.right + room, area.bottom + room};
-  painter.DrawLine({box.left, box.top}, {box.right, box.top}, pen);
-  painter.DrawLine({box.right, box.top}, {box.right, box.bottom}, pen);
-  painter.DrawLine({box.right, box.bottom}, {box.left, box.bottom}, pen);
-  painter.DrawLine({box.left, box.bottom}, {box.left, box.top}, pen);
+void PaintChangeMark(Painter& painter) {
+  if (Marked) MarkInk(painter, *Marked, PaletteColour(kCyan), 2);
 }
 
 }  // namespace kelvane

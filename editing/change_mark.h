@@ -2,7 +2,7 @@
 
 // A frame round what undo or redo has changed, for a moment, so that the eye finds it.
 
-#include "typography/view.h"
+#include "platform/canvas.h"
 
 namespace kelvane {
 
@@ -11,9 +11,6 @@ void ResetChangeMark();
 // Brings the middle of an area of the page, points, into view and frames the area for half a second.
 void MarkChange(const Box& area);
 
-void PaintChangeMark(Painter& painter, const View& view);
-
-// A frame a few pixels outside of an area of the page.
-void PaintFrame(Painter& painter, const View& view, const Box& area, const Pen& pen);
+void PaintChangeMark(Painter& painter);
 
 }  // namespace kelvane

@@ -101,10 +101,10 @@ Point WayTo(const PageItems& items, std::optional<Point> at) {
 }
 
 void PasteLines(const std::string& lines, std::optional<Point> at) {
-  const PageItems items(ReadItems(lines));
-  const Point way = WayTo(items, at);
+  const Page added = ReadItems(lines);
+  const Point way = WayTo(PageItems(added), at);
   EndWhatIsDone();
-  AddItems("paste", lines, way.x, way.y);
+  AddItems("paste", added, way.x, way.y);
   ShowCursor();
 }
 
@@ -174,7 +174,7 @@ void DuplicateSelected() {
   const Point at{MarkedLeft, MarkedBottom};
   const Point step = ids == made ? Point{at.x - madeFrom.x, at.y - madeFrom.y}
                                  : Point{static_cast<float>(GridStepH), static_cast<float>(GridStepV)};
-  AddItems("duplicate", LinesOfSelected(), step.x, step.y);
+  CopySelected("duplicate", step.x, step.y);
   made = Selection().Ids();
   madeFrom = at;
   ShowCursor();

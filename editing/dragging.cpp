@@ -149,11 +149,7 @@ void DragTo(const Pointer& pointer) {
 
 void PutDown(bool copying) {
   if (DX == 0 && DY == 0) return;
-  if (copying) {
-    AddItems("copy", LinesOfSelected(), DX, DY);
-  } else {
-    MoveSelected(DX, DY);
-  }
+  copying ? CopySelected("copy", DX, DY) : MoveSelected(DX, DY);
 }
 
 void PaintDrag(Painter& painter, const View& view) {

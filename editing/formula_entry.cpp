@@ -203,8 +203,13 @@ bool PlaceNow() {
   Page page = placed.page;
   std::vector<std::uint64_t> instead = Now->instead;
   if (Now->down > 0) instead = TakeLineDown(page);
-  AddPage("formula", page, instead);
-  CursorY += std::exchange(Now->down, 0.0F);
+  AddPage(kPlacingFormula, page, instead);
+  LowerLine(std::exchange(Now->down, 0.0F));
+  // What hangs below the line as letters do needs no more room.
+  const float began = Now->run && Now->run->lineX     ? *Now->run->lineX
+                      : AnchorOfMode(CursorMode) <= 3 ? CursorX
+                                                      : Origin().x;
+  NoteLine(began, OnLine().y + Now->formula.depth - kTail * Now->style.size);
   KeepPlacedFormula(std::move(placed));
   return true;
 }
@@ -230,12 +235,7 @@ void EnterKey(bool behind) {
   if (behind || !placed.instead.empty()) return;
   CommitPendingRun(false);
   if (CursorMode > 0) CursorMode = static_cast<std::int16_t>(-CursorMode);
-  if (placed.run && placed.run->lineX) CursorX = *placed.run->lineX;
-  // What hangs below the line as letters do needs no more room.
-  const float bottom = CursorY + placed.formula.depth - kTail * FontSize;
-  float y = NextLine(CursorY);
-  while (y - FontSize < bottom && y < PaperHeight) y = NextLine(y);
-  GoToLine(y);
+  GoToNextLine();
   ShowCursor();
 }
 
@@ -327,6 +327,11 @@ class FormulaEntryTool : public Tool {
   void Paint(Painter& painter, const View& view) const override {
     const Point origin = Origin();
     PaintFormula(painter, view, Now->formula, origin);
+    if (!Now->behind.empty()) {
+      TextEntry rest{EndOfFormula(), origin.y, FontSize, BaseFont, Now->behind};
+      rest.anchor = 3;
+      PaintEntry(painter, view, rest);
+    }
     if (view.printed) return;
     PaintEmptyPlaces(painter, view, origin);
     // The line keeps off where letters stand, too.

@@ -204,11 +204,10 @@ void AddPage(const std::string& label, const Page& added, const std::vector<std:
   AddedRevision = SelectionRevision();
 }
 
-void AddItems(const std::string& label, std::string_view lines, float dx, float dy) {
+void AddItems(const std::string& label, const Page& added, float dx, float dy) {
   std::string texts;
   std::string drawings;
   std::size_t count = 0;
-  const Page added = ReadItems(lines);
   for (std::string_view rest = added.text; !rest.empty();) {
     TextEntry entry;
     if (!ParseTextEntry(TakeLine(rest), entry)) continue;
@@ -223,6 +222,10 @@ void AddItems(const std::string& label, std::string_view lines, float dx, float 
   }
   if (!texts.empty() || !drawings.empty())
     AddPage(label, {texts, static_cast<std::int16_t>(count), drawings});
+}
+
+void CopySelected(const std::string& label, float dx, float dy) {
+  AddItems(label, ReadItems(LinesOfSelected()), dx, dy);
 }
 
 void ReplaceText(const std::string& label, std::uint64_t id, std::string_view line) {

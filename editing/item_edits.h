@@ -30,8 +30,10 @@ void ReorderSelected(bool toFront);
 std::string LinesOfSelected();
 // The items that such lines hold. Throws Failure if a line is neither a text entry nor a drawing.
 Page ReadItems(std::string_view lines);
-// Adds them, moved by so many points, and selects them. Throws as ReadItems does; nothing is changed then.
-void AddItems(const std::string& label, std::string_view lines, float dx, float dy);
+// Adds such items, moved by so many points, and selects them. Throws Failure if the page has no room for
+// them; nothing is changed then.
+void AddItems(const std::string& label, const Page& added, float dx, float dy);
+void CopySelected(const std::string& label, float dx, float dy);
 
 // Adds a page's items behind all others, in the place of others that go, and selects them.
 // Throws as AddItems does.

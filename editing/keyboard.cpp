@@ -53,13 +53,21 @@ float RetypedAmount = 0;
 std::string WaitingRun;
 TextEntry ForNewRuns;
 
-// The line that Enter led to last: its y, the number of the last chosen cursor point and the last item then.
+// The line that typing is in.
+constexpr float kNoInk = -std::numeric_limits<float>::max();
 struct Line {
+  float x = 0;  // where it began
   float y = 0;
-  int place = -1;
-  std::uint64_t lastAbove = 0;
+  int place = -1;               // number of the last chosen cursor point
+  bool fromEnter = false;       // and not chosen
+  std::uint64_t lastAbove = 0;  // the last item when Enter led there
+  float bottom = kNoInk;        // how far down something on it reaches
 };
-Line NewLine;
+Line LineNow;
+
+bool IsOnLine() {
+  return LineNow.place == PlaceChosen() && LineNow.y == CursorY;
+}
 
 OpenRun RunNow() {
   return {PendingRun, CursorX, CursorY, FontSize, BaseFont, CursorMode};
@@ -143,7 +151,7 @@ void EnterKey(bool justify) {
     if (!PendingRun.empty() || CursorMode == 0) return;  // it could not be taken, or an item has its place
     StayPlaced();
   }
-  GoToLine(NextLine(CursorY));
+  GoToNextLine();
 }
 
 TextEntry EntryForRun() {
@@ -290,7 +298,7 @@ void ResetKeyboard() {
   GivenBack = {};
   Names.Close();
   Retyped = 0;
-  NewLine = {};
+  LineNow = {};
 }
 
 Tool& TypingTool() {
@@ -335,6 +343,7 @@ void PlaceCursor(float x, float y) {
 
 bool StepCursor(int stepsX, int stepsY) {
   if (AnchorOfMode(CursorMode) == 0) return false;
+  LineNow = {};
   PlaceCursor(CursorX + static_cast<float>(stepsX * GridStepH),
               CursorY + static_cast<float>(stepsY * GridStepV));
   return true;
@@ -438,20 +447,35 @@ float NextLine(float y) {
   return static_cast<float>(std::min(lines * GridStepV, kMost));
 }
 
-void GoToLine(float y) {
+void GoToNextLine() {
+  float y = NextLine(CursorY);
+  if (IsOnLine()) {
+    while (y - FontSize < LineNow.bottom && y < PaperHeight) y = NextLine(y);
+    if (AnchorOfMode(CursorMode) <= 3) CursorX = LineNow.x;
+  }
   std::uint64_t last = 0;
   for (const TextItem& item : ItemsOfPage().Texts()) last = std::max(last, item.id);
   for (const DrawingItem& item : ItemsOfPage().Drawings()) last = std::max(last, item.id);
   CursorY = y;
-  NewLine = {y, PlaceChosen(), last};
+  LineNow = {CursorX, y, PlaceChosen(), true, last, kNoInk};
+}
+
+void NoteLine(float x, float bottom) {
+  if (!IsOnLine()) LineNow = {x, CursorY, PlaceChosen(), false, 0, bottom};
+  LineNow.bottom = std::max(LineNow.bottom, bottom);
+}
+
+void LowerLine(float by) {
+  CursorY += by;
+  LineNow.y += by;
 }
 
 bool IsOnNewLine() {
-  return NewLine.place == PlaceChosen() && NewLine.y == CursorY;
+  return IsOnLine() && LineNow.fromEnter;
 }
 
 std::uint64_t LastAboveLine() {
-  return NewLine.lastAbove;
+  return LineNow.lastAbove;
 }
 
 RunEnds EndsOfRun() {

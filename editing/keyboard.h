@@ -45,8 +45,13 @@ void AddTextRun(bool ResetSelection);
 // The y of the line below one at y, both in points, as Enter goes there.
 float NextLine(float y);
 
-// To the line below, as Enter goes: the cursor point down to y.
-void GoToLine(float y);
+// The cursor point goes to the line below, as Enter does: clear of what was noted to hang below this one.
+void GoToNextLine();
+// Something on the line of the cursor point reaches down to `bottom`; Enter goes back to x, where the line
+// began.
+void NoteLine(float x, float bottom);
+// The line of the cursor point goes down with it.
+void LowerLine(float by);
 // Whether the cursor point stands on the line that Enter led to last, and was not chosen since.
 bool IsOnNewLine();
 // Items with a higher identity came to the page on that line.

@@ -17,17 +17,18 @@ bool TooManyToShow(const SelectedItems& items) {
   return items.Count() > kMostShown;
 }
 
-void PaintOutline(Painter& painter, const Box& box, ColourValue colour) {
-  const Pen pen{colour, 1, true};
+void PaintOutline(Painter& painter, const Box& box, ColourValue colour, float width) {
+  const Pen pen{colour, width, true};
   painter.DrawLine({box.left, box.top}, {box.right, box.top}, pen);
   painter.DrawLine({box.left, box.bottom}, {box.right, box.bottom}, pen);
   painter.DrawLine({box.left, box.top}, {box.left, box.bottom}, pen);
   painter.DrawLine({box.right, box.top}, {box.right, box.bottom}, pen);
 }
 
-void MarkInk(Painter& painter, const Box& ink, ColourValue colour) {
+void MarkInk(Painter& painter, const Box& ink, ColourValue colour, float width) {
   const float room = Pixels(kRoomPixels);
-  PaintOutline(painter, {ink.left - room, ink.top - room, ink.right + room, ink.bottom + room}, colour);
+  PaintOutline(painter, {ink.left - room, ink.top - room, ink.right + room, ink.bottom + room}, colour,
+               width);
 }
 
 void MarkSelected(Painter& painter) {

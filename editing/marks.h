@@ -13,9 +13,9 @@ namespace kelvane {
 // So many items are marked and moved as one box.
 bool TooManyToShow(const SelectedItems& items);
 
-void PaintOutline(Painter& painter, const Box& box, ColourValue colour);
-// An outline that leaves the ink in the box free.
-void MarkInk(Painter& painter, const Box& ink, ColourValue colour);
+void PaintOutline(Painter& painter, const Box& box, ColourValue colour, float width = 1);
+// An outline a few pixels outside of the box, which leaves the ink in it free.
+void MarkInk(Painter& painter, const Box& ink, ColourValue colour, float width = 1);
 void MarkSelected(Painter& painter);
 // Lightly, what a click would pick. Nothing for an item that is gone.
 void MarkHovered(Painter& painter, std::uint64_t id);

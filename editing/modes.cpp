@@ -65,7 +65,7 @@ void LeaveEditing() {
 void PaintOverlay(Painter& painter, const View& view) {
   ToolInForce().Paint(painter, view);
   if (view.printed) return;
-  PaintChangeMark(painter, view);
+  PaintChangeMark(painter);
   if (PaintFinds) PaintFinds(painter, view);
 }
 

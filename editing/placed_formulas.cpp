@@ -4,8 +4,10 @@
 #include <cmath>
 #include <memory>
 #include <utility>
+#include <variant>
 
 #include "document/page_items.h"
+#include "typography/metrics.h"
 
 namespace kelvane {
 
@@ -106,6 +108,15 @@ void KeepPlacedFormula(PlacedFormula placed) {
   if (Placed.size() == kMost) Placed.erase(Placed.begin());
   auto items = std::make_unique<const PageItems>(placed.page);
   Placed.push_back({std::move(placed), std::move(items)});
+}
+
+void KeepPlacedNotation(const std::string& notation, const FormulaStyle& style, std::int16_t mode,
+                        Point cursor) {
+  const auto set = SetFormula(notation, style);
+  const auto* formula = std::get_if<Formula>(&set);
+  if (!formula) return;
+  const Point at = AlignAtAnchor(cursor, mode, formula->width, style.size);
+  KeepPlacedFormula({notation, style, mode, cursor, PageOfFormula(*formula, at), {}});
 }
 
 std::optional<PlacedFormula> PlacedFormulaOf(std::uint64_t id) {

@@ -14,6 +14,9 @@
 
 namespace kelvane {
 
+// What the edit is called that places one.
+inline constexpr char kPlacingFormula[] = "formula";
+
 struct PlacedFormula {
   std::string notation;
   FormulaStyle style;
@@ -25,6 +28,9 @@ struct PlacedFormula {
 
 void ResetPlacedFormulas();
 void KeepPlacedFormula(PlacedFormula placed);
+// The same for a notation of which that is known which was typed; nothing if it cannot be set.
+void KeepPlacedNotation(const std::string& notation, const FormulaStyle& style, std::int16_t mode,
+                        Point cursor);
 
 // The formula that an item belongs to, at the place where it is now, the largest if there are several;
 // nothing once one of its items was changed otherwise than by moving them all.

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <string>
 
-#include "document/numbers.h"
 #include "formula/parameters.h"
 #include "formula/setter.h"
 #include "typography/metrics.h"
@@ -13,6 +12,10 @@
 
 namespace kelvane::formula {
 namespace {
+
+bool IsGreekCapital(char32_t character) {
+  return character >= U'Α' && character <= U'Ω';
+}
 
 bool IsGreek(char32_t character) {
   return (character >= U'α' && character <= U'ω') || character == U'ϕ' || character == U'ϑ' ||
@@ -135,7 +138,7 @@ Part Setter::SetSign(const Node& node, Style style) {
       font = kSymbol;
       break;
     case SignClass::Letter:
-      if (IsGreek(node.character)) {
+      if (IsGreek(node.character) || (IsGreekCapital(node.character) && face == Face::Italic)) {
         font = face == Face::Roman ? kSymbol : kSymbolItalic;
         part.letter = font == kSymbolItalic;
       }
@@ -149,52 +152,33 @@ Part Setter::SetSign(const Node& node, Style style) {
   return part;
 }
 
-namespace {
-
-// Takes the next word off.
-std::string_view TakeWord(std::string_view& rest) {
-  rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
-  const std::string_view word = rest.substr(0, rest.find(' '));
-  rest.remove_prefix(word.size());
-  return word;
-}
-
-}  // namespace
-
 Part Setter::SetDrawn(const DrawnSign& sign, Style style, std::size_t at) {
   const float size = SizeOf(style);
-  const float own = sign.atom == Atom::Operator && style.Display() ? kDrawnOperator * size : size;
+  const bool large = sign.atom == Atom::Operator;
+  const bool integral = IsIntegral(sign.character);
+  const float own = size * (!large            ? 1
+                            : style.Display() ? (integral ? kDisplayIntegral : kDrawnOperator)
+                            : integral        ? kTextOperator
+                                              : 1);
   const float stroke = (sign.names.empty() ? kLetterStroke : kStroke) * own;
-  const auto placed = [&](float x, float y) { return Point{x * own, -kAxis * size - (y - kAxis) * own}; };
   Part part = Begin();
-  for (std::string_view rest = sign.parts; !rest.empty();) {
-    std::string_view one = rest.substr(0, rest.find(';'));
-    rest.remove_prefix(std::min(one.size() + 1, rest.size()));
-    const char kind = TakeWord(one).front();
-    std::vector<float> numbers;
-    for (std::string_view word = TakeWord(one); !word.empty(); word = TakeWord(one))
-      numbers.push_back(ReadSingle(word));
-    if (kind == 'c') {
-      const Point point = placed(numbers[2], numbers[3]);
-      Character(part, static_cast<std::int16_t>(numbers[0]), static_cast<int>(numbers[1]), point.x, point.y,
-                numbers[4] * own, at);
-      continue;
-    }
+  for (const DrawnPart& one : PartsOf(sign)) {
     std::vector<Point> points;
-    if (kind == 'o') {
-      const float x = numbers[0], y = numbers[1], r = numbers[2];
-      for (const auto& [across, up] :
-           {std::pair{1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}, {1, 0}})
-        points.push_back(placed(x + static_cast<float>(across) * r, y + static_cast<float>(up) * r));
+    for (const Point point : one.points)
+      points.push_back({point.x * own, -kAxis * size - (point.y - kAxis) * own});
+    // Halved where it stands, so that what is straight is written as such.
+    for (std::size_t i = 1; i + 1 < points.size(); i += 2)
+      if (one.points[i].x == one.points[i + 1].x && one.points[i].y == one.points[i + 1].y)
+        points[i] = {(points[i - 1].x + points[i + 1].x) / 2, (points[i - 1].y + points[i + 1].y) / 2};
+    if (one.code != 0) {
+      Character(part, one.font, one.code, points[0].x, points[0].y, one.size * own, at);
     } else {
-      for (std::size_t i = 0; i + 1 < numbers.size(); i += 2)
-        points.push_back(placed(numbers[i], numbers[i + 1]));
+      Curve(part, std::move(points), one.area ? 0 : stroke);
     }
-    kind == 'l' || kind == 'f' ? Line(part, std::move(points), kind == 'f' ? 0 : stroke)
-                               : Curve(part, std::move(points), stroke);
   }
   part.width = UpToStep(sign.width) * own;
-  if (sign.atom == Atom::Operator && style.Display()) {
+  if (integral) part.lean = kIntegralLean * own;
+  if (large && !integral && style.Display()) {
     part.height = std::max(part.height, kOperatorRise * size);
     part.depth = std::max(part.depth, kOperatorFall * size);
   }

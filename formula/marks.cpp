@@ -24,7 +24,8 @@ constexpr Mark kMarks[] = {
     {U'\u0308', kMath0, '"'}, {U'\u20D7', kMath0, '`'}, {U'\u0301', 0, 180},      {U'\u0300', 0, '`'},
 };
 
-constexpr float kMarkRise = 0.52F;  // foot of drawn accents over a small letter, ems
+constexpr char32_t kArc = U'\u0311';  // wide over everything
+constexpr float kMarkRise = 0.52F;    // foot of drawn accents over a small letter, ems
 
 bool IsDotted(const Node& node) {
   return !node.sign && node.character == U'i';
@@ -55,7 +56,7 @@ Part Setter::SetAccent(const Node& node, Style style) {
   }
   const auto mark = std::ranges::find(kMarks, node.character, &Mark::accent);
   const bool drawn = mark == std::end(kMarks);
-  if (node.value == 1 && (!body.single || body.right - body.left > 0.6F * size))
+  if (node.value == 1 && (!body.single || body.right - body.left > 0.6F * size || node.character == kArc))
     return SetWideAccent(node, body, style);
   if (!body.inked) body.right = body.width;
 
@@ -128,6 +129,8 @@ Part Setter::SetWideAccent(const Node& node, Part body, Style style) {
     Line(accent, {{left, foot}, {middle, foot - rise}, {right, foot}}, width);
   } else if (node.character == U'\u030C') {
     Line(accent, {{left, foot - rise}, {middle, foot}, {right, foot - rise}}, width);
+  } else if (node.character == kArc) {
+    Curve(accent, {{left, foot}, {middle, foot - 2 * rise}, {right, foot}}, width);
   } else {
     Curve(accent,
           {{left, foot},
@@ -306,6 +309,18 @@ Part Setter::SetFramed(const Node& node, Style style) {
   const float size = SizeOf(style);
   const float rule = kRule * size, gap = kBoxGap * size;
   const Part body = SetRow(node.first, style);
+  const auto form = static_cast<Frame>(node.value);
+  if (form != Frame::Box) {
+    Part whole = body;
+    Part strokes = Begin();
+    const float left = std::min(0.0F, body.left), right = std::max(body.width, body.right);
+    const float top = -body.height - kCancelReach * size, foot = body.depth + kCancelReach * size;
+    if (form != Frame::Falling) Line(strokes, {{left, foot}, {right, top}}, rule);
+    if (form != Frame::Rising) Line(strokes, {{left, top}, {right, foot}}, rule);
+    whole.end = strokes.end;
+    whole.single = false;
+    return whole;
+  }
   Part whole = Begin();
   whole.begin = body.begin;
   Take(whole, body, gap + rule, 0);

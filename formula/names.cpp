@@ -54,6 +54,13 @@ constexpr Name ClassOf(std::string_view name, Atom atom) {
 constexpr Name Pass(std::string_view name, char32_t character, int side) {
   return {.name = name, .does = OverArrow, .value = side, .character = character, .places = 1};
 }
+constexpr Name Enclose(std::string_view name, char32_t opening, char32_t closing) {
+  return {
+      .name = name, .does = Between, .value = static_cast<int>(closing), .character = opening, .places = 1};
+}
+constexpr Name Slant(std::string_view name, char32_t character) {
+  return {.name = name, .does = Sign, .character = character, .face = Face::Italic};
+}
 constexpr Name Hide(std::string_view name, PhantomForm form) {
   return {.name = name, .does = Phantom, .value = static_cast<int>(form), .places = 1};
 }
@@ -75,7 +82,9 @@ constexpr Name kNames[] = {
     Say("det", "det", 1), Say("gcd", "gcd", 1), Say("inf", "inf", 1), Say("lim", "lim", 1),
     Say("max", "max", 1), Say("min", "min", 1), Say("sup", "sup", 1), Say("Pr", "Pr", 1),
     Say("liminf", "lim inf", 1), Say("limsup", "lim sup", 1), Say("injlim", "inj lim", 1),
-    Say("projlim", "proj lim", 1), Say("argmax", "arg max", 1), Say("argmin", "arg min", 1),
+    Say("projlim", "proj lim", 1),
+    {.name = "varlimsup", .does = Barred, .value = kAbove, .text = "lim"},
+    {.name = "varliminf", .does = Barred, .value = kBelow, .text = "lim"}, Say("argmax", "arg max", 1), Say("argmin", "arg min", 1),
     Say("esssup", "ess sup", 1), Say("plim", "plim", 1),
     {.name = "operatorname", .does = Named, .atom = Operator, .places = 1},
 
@@ -98,7 +107,8 @@ constexpr Name kNames[] = {
     Mark("grave", U'\u0300'), Mark("check", U'\u030C'), Mark("breve", U'\u0306'),
     Mark("mathring", U'\u030A'),
     Mark("widehat", U'\u0302', 1), Mark("widetilde", U'\u0303', 1), Mark("widecheck", U'\u030C', 1),
-    Do("overline", Line, kAbove, 1), Do("underline", Line, kBelow, 1),
+    Mark("overparen", U'\u0311', 1), Mark("overarc", U'\u0311', 1), Mark("wideparen", U'\u0311', 1),
+    Do("overline", Line, kAbove, 1), Do("underline", Line, kBelow, 1), Do("underbar", Line, kBelow, 1),
     Do("overbrace", Brace, kAbove, 1), Do("underbrace", Brace, kBelow, 1),
     Pass("overrightarrow", U'→', kAbove), Pass("overleftarrow", U'←', kAbove),
     Pass("overleftrightarrow", U'↔', kAbove), Pass("underrightarrow", U'→', kBelow),
@@ -136,9 +146,15 @@ constexpr Name kNames[] = {
     Change("scriptstyle", StyleChange::Script), Change("scriptscriptstyle", StyleChange::ScriptScript),
 
     Do("begin", Begin), Do("end", End), Do("\\", LineEnd), Do("cr", LineEnd), Do("newline", LineEnd),
-    Do("hline", RowRule), Do("substack", Substack, 0, 1),
+    Do("hline", RowRule), Do("hdashline", RowRule), Do("substack", Substack, 0, 1),
     Do("pmod", Modulo, 0, 1), Do("bmod", Modulo, 1), Do("mod", Modulo, 2, 1), Do("pod", Modulo, 3, 1),
-    Do("boxed", Framed, 0, 1), Do("fbox", Framed, 1, 1),
+    Do("boxed", Framed, 0, 1), {.name = "fbox", .does = Framed, .face = Face::Words, .places = 1},
+    Do("cancel", Framed, static_cast<int>(Frame::Rising), 1),
+    Do("bcancel", Framed, static_cast<int>(Frame::Falling), 1),
+    Do("xcancel", Framed, static_cast<int>(Frame::Crossed), 1),
+    Enclose("abs", U'|', U'|'), Enclose("norm", U'‖', U'‖'), Enclose("bra", U'⟨', U'|'),
+    Enclose("ket", U'|', U'⟩'), Enclose("braket", U'⟨', U'⟩'), Enclose("Bra", U'⟨', U'|'),
+    Enclose("Ket", U'|', U'⟩'), Enclose("Braket", U'⟨', U'⟩'),
     Hide("phantom", PhantomForm::Whole), Hide("hphantom", PhantomForm::Wide),
     Hide("vphantom", PhantomForm::Tall), Hide("smash", PhantomForm::Smash),
     Do("color", Colour, 0, 1), Do("textcolor", Colour, 1, 2),
@@ -187,6 +203,9 @@ constexpr Name kNames[] = {
     As("isin", U'∈', Relation), As("exist", U'∃'), As("empty", U'∅'), As("infin", U'∞'), As("alef", U'ℵ'),
     As("sub", U'⊂', Relation), As("sube", U'⊆', Relation), As("supe", U'⊇', Relation), As("real", U'ℜ'),
     As("Reals", U'ℝ'), As("reals", U'ℝ'), As("natnums", U'ℕ'), As("cnums", U'ℂ'), As("Bbbk", U'𝕂'),
+    Slant("varGamma", U'Γ'), Slant("varDelta", U'Δ'), Slant("varTheta", U'Θ'), Slant("varLambda", U'Λ'),
+    Slant("varXi", U'Ξ'), Slant("varPi", U'Π'), Slant("varSigma", U'Σ'), Slant("varPhi", U'Φ'),
+    Slant("varPsi", U'Ψ'), Slant("varOmega", U'Ω'),
     As("varpropto", U'∝', Relation), As("subseteqq", U'⊆', Relation), As("supseteqq", U'⊇', Relation),
     As("shortmid", U'|', Relation), As("shortparallel", U'‖', Relation), As("cdotp", U'·', Punctuation),
     As("ldotp", U'.', Punctuation), As("dblcolon", U'∷', Relation), As("vcentcolon", U':', Relation),
@@ -206,6 +225,7 @@ constexpr Environment kEnvironments[] = {
     {.name = "psmallmatrix", .opening = U'(', .closing = U')', .small = true},
     {.name = "bsmallmatrix", .opening = U'[', .closing = U']', .small = true},
     {.name = "array", .given = true},
+    {.name = "subarray", .given = true, .lines = true},
     {.name = "tabular", .given = true},
     {.name = "cases", .opening = U'{', .columns = "l", .cases = true},
     {.name = "dcases", .opening = U'{', .columns = "l", .display = true, .cases = true},

@@ -13,6 +13,7 @@ namespace kelvane::formula {
 
 enum class Does : std::uint8_t {
   Function,  // text: the words it is set as; value 1: limits below
+  Barred,    // the same with a line; value: Side
   Named,     // \operatorname{}; \operatorname*{} has limits
   Fraction,  // value: FractionForm; two arguments
   Old,       // \over and its kin within a group; value: FractionForm
@@ -38,8 +39,9 @@ enum class Does : std::uint8_t {
   LineEnd,
   RowRule,  // \hline
   Substack,
-  Modulo,  // value: 0 \pmod, 1 \bmod, 2 \mod, 3 \pod
-  Framed,
+  Modulo,   // value: 0 \pmod, 1 \bmod, 2 \mod, 3 \pod
+  Framed,   // value: Frame; face: of text
+  Between,  // brackets to the size of the argument: character, value: the closing one
   Phantom,  // value: PhantomForm
   Colour,   // value: 1 with the coloured part as its second argument
   Negated,
@@ -85,6 +87,7 @@ struct Environment {
   bool display = false;
   bool pairs = false;
   bool cases = false;
+  bool lines = false;  // those of a limit
   bool outer = false;  // stands round a whole formula and is taken off
   int arguments = 0;   // left out
 };

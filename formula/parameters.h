@@ -32,7 +32,9 @@ inline constexpr float kNumerator = 0.394F;           // sigma 9, as there
 inline constexpr float kNumeratorBare = 0.444F;       // sigma 10, as there: without a bar
 inline constexpr float kDenominatorDisplay = 0.686F;  // sigma 11, as there
 inline constexpr float kDenominator = 0.345F;         // sigma 12, as there
-inline constexpr float kFractionSide = 0.12F;         // plain TeX's \nulldelimiterspace, 1.2 points of 10
+inline constexpr float kFractionGap =
+    2;  // rules between ink and bar in display: 3 there, for smaller scripts
+inline constexpr float kFractionSide = 0.12F;  // plain TeX's \nulldelimiterspace, 1.2 points of 10
 
 // Limits of large operators.
 inline constexpr float kLimitAboveGap = 0.111F;     // xi 9, as there
@@ -87,10 +89,11 @@ inline constexpr float kSubstackGap = 0.15F;     // between the ink of its lines
 // Marks.
 inline constexpr float kTallLetter = 0.53F;    // letters higher than this carry accents raised as a script is
 inline constexpr float kLineGap = 0.12F;       // rule 9: 3 xi 8 between a line and what it is over
-inline constexpr float kBraceGap = 0.1F;       // between a level brace and what it embraces
+inline constexpr float kBraceGap = 0.28F;      // of a brace from what is in it; plain TeX: 3 points of 10
 inline constexpr float kBoxGap = 0.3F;         // LaTeX's \fboxsep, 3 points of 10
 inline constexpr float kStroke = 0.05F;        // of drawn signs: Symbol's equals sign has 0.055
 inline constexpr float kLetterStroke = 0.04F;  // of drawn letters, as Math0's double-struck ones
+inline constexpr float kCancelReach = 0.06F;   // of a stroke across, beyond the ink of what it takes away
 inline constexpr float kEmptyPlace = 0.5F;     // room of an empty place
 
 }  // namespace kelvane::formula

@@ -81,8 +81,7 @@ int Reader::NewSign(char32_t character, const kelvane::Sign* sign, Atom atom, st
   node.face = static_cast<std::int16_t>(face_);
   if (atom == Atom::Operator) {
     node.large = true;
-    const bool integral = character == U'∫' || character == U'∬' || character == U'∭' || character == U'∮';
-    node.stacks = !integral;
+    node.stacks = !IsIntegral(character);
   }
   return index;
 }

@@ -123,7 +123,7 @@ int Reader::ReadNamed() {
 int Reader::NewDrawn(const DrawnSign& sign, std::size_t begin) {
   const int index = New(Kind::Drawn, begin, sign.atom);
   tree()[index].drawn = &sign;
-  tree()[index].stacks = sign.atom == Atom::Operator;
+  tree()[index].stacks = sign.atom == Atom::Operator && !IsIntegral(sign.character);
   return index;
 }
 
@@ -143,6 +143,16 @@ int Reader::Obey(const Name& name, std::size_t begin) {
       tree()[index].text = std::string(name.text);
       tree()[index].face = static_cast<std::int16_t>(name.face == Face::Usual ? Face::Roman : name.face);
       tree()[index].stacks = name.value == 1;
+      return index;
+    }
+    case Does::Barred: {
+      const int word = New(Kind::Text, begin, Atom::Operator);
+      tree()[word].text = std::string(name.text);
+      tree()[word].face = static_cast<std::int16_t>(Face::Roman);
+      const int index = WithBody(Kind::Line, RowOf({word, word}, begin), begin);
+      tree()[index].value = name.value;
+      tree()[index].atom = Atom::Operator;
+      tree()[index].stacks = true;
       return index;
     }
     case Does::Named: {
@@ -243,10 +253,20 @@ int Reader::Obey(const Name& name, std::size_t begin) {
     case Does::Modulo:
       return ReadModulo(name, begin);
     case Does::Framed: {
-      const int body = name.value == 1
-                           ? ReadText({.name = name.name, .does = Does::Text, .face = Face::Words}, begin)
+      const int body = name.face == Face::Words
+                           ? ReadText({.name = name.name, .does = Does::Text, .face = name.face}, begin)
                            : ReadArgument(Behind(name), begin);
-      return WithBody(Kind::Framed, body, begin);
+      const int index = WithBody(Kind::Framed, body, begin);
+      tree()[index].value = name.value;
+      return index;
+    }
+    case Does::Between: {
+      const int body = ReadArgument(Behind(name), begin);
+      const int index = WithBody(Kind::Fence, body, begin);
+      tree()[index].atom = Atom::Inner;
+      tree()[index].character = name.character;
+      tree()[index].closing = static_cast<char32_t>(name.value);
+      return index;
     }
     case Does::Phantom: {
       const int body = ReadArgument(Behind(name), begin);
@@ -275,7 +295,9 @@ int Reader::Obey(const Name& name, std::size_t begin) {
     case Does::Sign: {
       const kelvane::Sign* sign = SignMeant(name.character);
       if (!sign) Fail(begin, at_, "no sign for \\" + std::string(name.name));
-      return NewSign(sign->character, sign, name.atom, begin);
+      const int index = NewSign(sign->character, sign, name.atom, begin);
+      if (name.face != Face::Usual) tree()[index].face = static_cast<std::int16_t>(name.face);
+      return index;
     }
     case Does::Leave:
       for (int i = 0; i < name.value; ++i) {
@@ -286,7 +308,7 @@ int Reader::Obey(const Name& name, std::size_t begin) {
     case Does::Argument:
       return ReadChoice(name, begin);
     case Does::RowRule:
-      Fail(begin, at_, "\\hline not at the beginning of a row");
+      Fail(begin, at_, "\\" + std::string(name.name) + " not at the beginning of a row");
     case Does::Limits:
       Fail(begin, at_, "\\" + std::string(name.name) + " behind no operator");
     default:

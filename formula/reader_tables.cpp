@@ -40,6 +40,7 @@ int Reader::ReadTable(std::size_t begin) {
   form.display = found->display;
   form.pairs = found->pairs;
   form.cases = found->cases;
+  form.lines = found->lines;
   ReadOptional();
   for (int i = 0; i < found->arguments; ++i) ReadRaw("behind \\begin{" + name + "}", begin);
   if (found->given) form.columns = ColumnsOf(ReadRaw("behind \\begin{" + name + "}", begin));
@@ -59,8 +60,8 @@ int Reader::ReadRows(TableForm form, std::size_t begin) {
   List rows;
   int number = 0;
   for (bool more = true; more;) {
-    for (SkipBlanks(); AtName("hline"); SkipBlanks()) {
-      TakeName("hline");
+    for (SkipBlanks(); AtName("hline") || AtName("hdashline"); SkipBlanks()) {
+      TakeName(NameHere());
       form.rulesAbove.push_back(number);
     }
     List cells;

@@ -283,7 +283,8 @@ class RunMaker {
   }
 
   // Cuts a run so that what can stay clear of a box does, before scripts only if nothing else helps.
-  void Split(std::size_t number, const Box& other) {
+  // The box by value, for it may be that of a run, and those move.
+  void Split(std::size_t number, const Box other) {
     SplitAt(number, other, Cut::Clean);
     if (Collide(runs_[number].box, other)) SplitAt(number, other, Cut::Script);
   }

@@ -213,7 +213,7 @@ Part Setter::SetFraction(const Node& node, Style style) {
       down += (least - between) / 2;
     }
   } else {
-    const float least = (display ? 3 : 1) * rule;
+    const float least = (display ? kFractionGap : 1) * rule;
     up = std::max(up, axis + rule / 2 + least + above.depth);
     down = std::max(down, least + rule / 2 - axis + below.height);
   }

@@ -34,13 +34,19 @@ enum class Kind : std::uint8_t {
   Style,      // value: StyleChange, for the rest of the row
   Colour,     // value: palette number, for the rest of the row
   Phantom,    // first; value: PhantomForm
-  Framed,     // first
+  Framed,     // first; value: Frame
   Negated,    // first: the sign
   Drawn,      // drawn: a sign that no typeface has
   Classed,    // first, as an atom of this class
 };
 
 inline constexpr int kNone = -1;
+
+// Their limits stand beside them.
+inline bool IsIntegral(char32_t character) {
+  return character == U'∫' || character == U'∬' || character == U'∭' || character == U'∮' ||
+         character == U'∯';
+}
 
 struct DrawnSign;
 
@@ -57,6 +63,7 @@ enum class FractionForm : std::uint8_t {
 };
 enum class StyleChange : std::uint8_t { Display, Text, Script, ScriptScript };
 enum class PhantomForm : std::uint8_t { Whole, Wide, Tall, Smash };
+enum class Frame : std::uint8_t { Box, Rising, Falling, Crossed };  // a box, or strokes across
 enum class Side : std::uint8_t { Above, Below };
 
 struct Node {

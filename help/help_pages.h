@@ -1,7 +1,7 @@
 #pragma once
 
-// The help text taken apart: pages of headings, paragraphs and tables, the rows of its contents and index,
-// and the search through it. No windows.
+// The help text taken apart: pages of headings, paragraphs and tables, and the rows of its contents and
+// index. No windows.
 
 #include <cstdint>
 #include <string>
@@ -55,20 +55,8 @@ bool FindEntry(const HelpBook& book, const HelpEntry& entry, HelpPlace& place);
 // Where the first heading of that text is, in any letter case.
 bool FindHelpHeading(const HelpBook& book, std::string_view text, HelpPlace& place);
 
-// A page on which all words of a query occur, and the lines that have one of them.
-struct HelpHit {
-  int page = 0;
-  double rank = 0;
-  struct Line {
-    TextPlace at;
-    std::string excerpt;
-  };
-  std::vector<Line> lines;
-};
-// The words of a query, as they are looked for: at the beginning of words, in any letter case.
-std::vector<std::string> WordsOfQuery(std::string_view query);
-// The best page first.
-std::vector<HelpHit> SearchHelp(const HelpBook& book, std::string_view query);
+// Letters, digits and everything beyond ASCII.
+bool IsWordCharacter(char character);
 
 // A sign in a table of keys: the name of its picture, and the typeface and code that it stands for.
 std::string NameOfSign(int font, int code);

@@ -6,6 +6,7 @@
 #include "document/fields.h"
 #include "help/help_files.h"
 #include "help/help_pages.h"
+#include "help/help_search.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "typography/item_boxes.h"

@@ -11,8 +11,10 @@
 #include "document/paper.h"
 #include "editing/change_mark.h"
 #include "editing/edit.h"
+#include "editing/marks.h"
 #include "editing/modes.h"
 #include "editing/notes.h"
+#include "editing/picking.h"
 #include "editing/tool.h"
 #include "papers/paper_commands.h"
 #include "platform/characters.h"
@@ -345,10 +347,7 @@ void PaintMatches(Painter& painter, const View& view) {
   const Match* found = MatchFound();
   for (const Match& match : MatchesOfPage()) {
     const Box box = BoxOf(match);
-    const bool seen = box.right >= view.area.left && box.left <= view.area.right &&
-                      box.bottom >= view.area.top && box.top <= view.area.bottom;
-    if (!seen) continue;
-    PaintFrame(painter, view, box, {PaletteColour(&match == found ? kBlue : kCyan), 2, true});
+    if (Touch(box, view.area)) MarkInk(painter, box, PaletteColour(&match == found ? kBlue : kCyan), 2);
   }
 }
 

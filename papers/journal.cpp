@@ -11,6 +11,7 @@
 #include "platform/controls.h"
 #include "platform/failure.h"
 #include "platform/handlers.h"
+#include "platform/if_possible.h"
 
 namespace kelvane {
 
@@ -59,12 +60,8 @@ JournalFile Described(const SeenFile& seen, int number) {
 
 // Closing and removing cannot lose anything, and nobody can do anything about it.
 void Remove(const OpenFile& file) {
-  for (const bool removing : {true, false}) {
-    try {
-      removing ? TheFiles->Remove(file.path) : TheFiles->Close(file.handle);
-    } catch (const Failure&) {
-    }
-  }
+  IfPossible([&] { TheFiles->Remove(file.path); });
+  IfPossible([&] { TheFiles->Close(file.handle); });
 }
 
 void RemoveOld() {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "document/common_text.h"
+#include "editing/placed_formulas.h"
 #include "platform/checksum.h"
 
 namespace kelvane {
@@ -31,6 +32,7 @@ enum HalfPart : unsigned char {
 };
 
 constexpr std::string_view kNeverInARun("\r\n\0", 3);
+constexpr std::string_view kNeverInANotation("\r\0", 2);  // a comment of a pasted one ends with its line
 constexpr int kSumBytes = 8;
 constexpr int kTimeBytes = 4;
 
@@ -277,7 +279,7 @@ void ReadHalf(Reader& in, HalfDone& half) {
   if (parts & kCaret) half.caret = static_cast<std::uint32_t>(in.Count());
   if ((parts & kFormula) == 0) return;
   ReadChange(in, half.notation);
-  if (half.notation.find_first_of(kNeverInARun) != std::string::npos) in.Fail();
+  if (half.notation.find_first_of(kNeverInANotation) != std::string::npos) in.Fail();
   half.replaced.clear();
   for (std::uint64_t left = in.Count(); left > 0 && in.Ok(); --left) half.replaced.push_back(in.Count());
 }
@@ -313,6 +315,8 @@ bool TakeItem(Reader& in, Journal& journal) {
     case kEdit: {
       Step step = ReadStep(in);
       if (!in.Ok() || !TakeStep(journal.page, step, true)) return false;
+      if (step.label == kPlacingFormula && !journal.half.notation.empty())
+        journal.formulas.push_back(journal.half);
       journal.steps.back.push_back(std::move(step));
       journal.steps.forward.clear();
       ++journal.edits;

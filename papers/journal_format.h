@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "document/page.h"
 #include "editing/edit.h"
@@ -58,6 +59,7 @@ struct Journal {
   Page page;
   Steps steps;
   HalfDone half;
+  std::vector<HalfDone> formulas;  // that were placed, as they were typed
   JournalFile file;
   int edits = 0;           // since the file held the page, steps back and forward included
   std::uint32_t time = 0;  // of the last record, seconds since 1970

@@ -93,13 +93,13 @@ void RenamePages(const Renamings& renamings) {
 
 Renamings MakingRoom(int page) {
   Renamings renamings;
-  for (int number = MostPageNumber(); number >= page; --number) renamings.emplace_back(number, number + 1);
+  for (int number = LastPageSeen(); number >= page; --number) renamings.emplace_back(number, number + 1);
   return renamings;
 }
 
 // Takes a page out by way of the first number behind the paper, and closes or shifts the gap up to `to`.
 Renamings Taking(int page, int to) {
-  Renamings renamings = {{page, std::max({MostPageNumber(), page, to}) + 1}};
+  Renamings renamings = {{page, std::max({LastPageSeen(), page, to}) + 1}};
   const int step = to > page ? 1 : -1;
   for (int number = page; number != to; number += step) renamings.emplace_back(number + step, number);
   return renamings;
@@ -134,10 +134,11 @@ Operation Insert(const Operation& operation) {
 Operation Remove(const Operation& operation) {
   const int page = operation.page;
   // An inserted page that was left empty may be none any more.
-  const int last = std::max(MostPageNumber(), page);
+  const int most = std::max(MostPageNumber(), page);
+  const int last = std::max(LastPageSeen(), page);
   Operation inverse = {Kind::Insert, page, 0, ContentOfFile(page), ++Kept};
   RenamePages(Taking(page, last));
-  ShowPageOfPaper(std::clamp(operation.to > 0 ? operation.to : page, 1, std::max(last - 1, 1)));
+  ShowPageOfPaper(std::clamp(operation.to > 0 ? operation.to : page, 1, std::max(most - 1, 1)));
   // Only now that all others are in their places. If it fails, the page is the last one of the paper.
   if (inverse.content) {
     KeepRemoved(FileOf(page), *inverse.content);

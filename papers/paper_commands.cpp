@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <string_view>
@@ -24,6 +24,7 @@
 #include "editing/modes.h"
 #include "editing/notes.h"
 #include "editing/selection.h"
+#include "papers/carried_pages.h"
 #include "papers/journal.h"
 #include "papers/paper_lock.h"
 #include "papers/seen_file.h"
@@ -132,7 +133,7 @@ Verdict MayWrite(const std::string& file, const std::string& chosen) {
   return TheDialogs->Ask("Replace " + MachinePath(file) + "?", false) ? Verdict::Write : Verdict::GiveUp;
 }
 
-bool WriteUnderNewName(PageOrder order);
+bool WriteUnderNewName(PageOrder order, const std::string& why = {});
 
 constexpr char kOpenElsewhere[] = " is open in another window of Kelvane";
 
@@ -152,19 +153,22 @@ std::optional<PaperLock> AskForPaper(const std::string& file) {
   }
 }
 
-// Whether the current paper's own files may be written; says why not.
-bool MayWritePaper() {
-  if (Held.MayWrite()) return true;
+// Why the current paper's own files may not be written; empty if they may.
+std::string WhyNotWritable() {
+  if (Held.MayWrite()) return {};
   // Whoever took it over may have left it since; what they did to its files is seen in the files.
   if (!Held.Looking()) {
     if (std::optional<PaperLock> lock = PaperLock::Try(CurrentPaperFile)) {
       Held = std::move(*lock);
-      return true;
+      return {};
     }
   }
-  ShowNote(Held.Looking() ? "This paper is only looked at here: it can be saved under another name"
-                          : "This paper was taken over by another window: save it under another name");
-  return false;
+  return Held.Looking() ? "Only looked at here" : "Taken over by another window";
+}
+
+void TellIfNotWritable() {
+  const std::string why = WhyNotWritable();
+  if (!why.empty()) ShowNote(why + ": Save asks for another name");
 }
 
 // Writes the page into the paper that `paperFile` belongs to, which becomes the current one.
@@ -174,7 +178,10 @@ bool WriteInto(const std::string& paperFile, const std::string& chosen, PageOrde
     throw Failure("The page was not saved: " + MachinePath(paperFile) +
                   " has nothing before the dot. A paper needs a name; the page number stands behind it.");
   }
-  if (file == CurrentPaperFile && chosen.empty() && !MayWritePaper()) return WriteUnderNewName(order);
+  if (file == CurrentPaperFile && chosen.empty()) {
+    const std::string why = WhyNotWritable();
+    if (!why.empty()) return WriteUnderNewName(order, why);
+  }
   std::optional<PaperLock> other;  // of the paper that the page goes to, if it is not the current one
   if (!Held.IsOf(file) || !Held.MayWrite()) {
     other = PaperLock::Try(file);
@@ -197,8 +204,9 @@ bool WriteInto(const std::string& paperFile, const std::string& chosen, PageOrde
   return true;
 }
 
-bool WriteUnderNewName(PageOrder order) {
-  const std::string chosen = TheDialogs->ChooseToSave("Save As", kPageFilter, FolderOfPaper());
+bool WriteUnderNewName(PageOrder order, const std::string& why) {
+  const std::string title = "Save As" + (why.empty() ? "" : " - " + why);
+  const std::string chosen = TheDialogs->ChooseToSave(title, kPageFilter, FolderOfPaper());
   return !chosen.empty() && WriteInto(chosen, chosen, order);
 }
 
@@ -305,29 +313,6 @@ bool IsPdf(const std::string& file) {
   return ending == ".pdf";
 }
 
-// Writes the pages that a document carries into the paper of `chosen`, all or none. No page that is there
-// is replaced, but for the file that the person chose.
-void WriteCarriedPages(const std::vector<CarriedPage>& pages, const std::string& chosen) {
-  for (const CarriedPage& page : pages) {
-    const std::string file = PageFileName(chosen, page.number);
-    if (file != chosen && TheFiles->Exists(file)) {
-      throw Failure("The pages were not saved: " + MachinePath(file) +
-                    " is already there. Choose the name of a new paper.");
-    }
-  }
-  std::size_t written = 0;
-  try {
-    for (; written < pages.size(); ++written) {
-      const std::string file = PageFileName(chosen, pages[written].number);
-      KeepReplaced(file, pages[written].content);
-      WriteFileSafely(file, pages[written].content);
-    }
-  } catch (const Failure&) {
-    while (written-- > 0) TheFiles->Remove(PageFileName(chosen, pages[written].number));
-    throw;
-  }
-}
-
 // A document's single page becomes one without a name. Several pages are only in files, so the person is
 // asked for a name for them.
 bool OpenPdf(const std::string& chosen) {
@@ -377,7 +362,7 @@ bool OpenChosen(const std::string& chosen) {
   if (!lock) return false;
   if (chosen.find('\\') != std::string::npos) PaperFolder = FolderOf(chosen) + "\\";
   ShowOtherPaper(std::move(loaded), std::move(*lock));
-  MayWritePaper();
+  TellIfNotWritable();
   if (PaperOpened) PaperOpened();
   return true;
 }
@@ -453,7 +438,7 @@ bool OpenRecovered(RecoveredPage recovered) {
   ++Shown;
   ShowPage();
   ShowPaper();
-  MayWritePaper();
+  TellIfNotWritable();
   return true;
 }
 
@@ -485,6 +470,12 @@ bool GoToPage(int number) {
 int LastPageOfPaper() {
   if (CountedPaper != NameOfPaper()) CountPages();
   return LastPage;
+}
+
+int LastPageSeen() {
+  const auto behind = LeftFiles.upper_bound(kLastPage);
+  const int left = behind == LeftFiles.begin() ? 0 : std::prev(behind)->first;
+  return std::max({left, LastPageOfPaper(), static_cast<int>(CurrentPageNumber)});
 }
 
 int PagesShown() {

@@ -70,6 +70,8 @@ bool GoToPage(int number);
 
 // The highest number among the paper's pages that have files; 0 for none.
 int LastPageOfPaper();
+// The same, pages that were looked at among them: one that is empty has no file, but may have steps back.
+int LastPageSeen();
 
 // Counts up whenever a page comes into memory or pages get other numbers.
 int PagesShown();

@@ -7,6 +7,7 @@
 #include "document/paper.h"
 #include "platform/checksum.h"
 #include "platform/failure.h"
+#include "platform/if_possible.h"
 
 namespace kelvane {
 
@@ -49,18 +50,12 @@ PaperLock& PaperLock::operator=(PaperLock&& other) noexcept {
 
 void PaperLock::Release() {
   if (!handle_) return;
-  for (const bool removing : {true, false}) {
-    try {
-      // Once it was taken over, what goes by its name is another's.
-      if (!removing) {
-        TheFiles->Close(*handle_);
-      } else if (TheFiles->IsInPlace(*handle_)) {
-        TheFiles->Remove(file_);
-      }
-    } catch (const Failure&) {
-      // A lock that nobody holds is in nobody's way.
-    }
-  }
+  // Once it was taken over, what goes by its name is another's. One that stays and nobody holds is in
+  // nobody's way.
+  IfPossible([&] {
+    if (TheFiles->IsInPlace(*handle_)) TheFiles->Remove(file_);
+  });
+  IfPossible([&] { TheFiles->Close(*handle_); });
   handle_ = {};
 }
 

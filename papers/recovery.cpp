@@ -7,17 +7,21 @@
 
 #include "document/fields.h"
 #include "document/page_items.h"
+#include "editing/placed_formulas.h"
 #include "formula/formula.h"
 #include "papers/journal.h"
 #include "papers/paper_commands.h"
 #include "platform/checksum.h"
 #include "platform/failure.h"
+#include "platform/if_possible.h"
 #include "typography/metrics.h"
 #include "typography/signs.h"
 
 namespace kelvane {
 
 namespace {
+
+constexpr float kFromEdge = 36;  // points, of what has no place
 
 std::vector<LeftWork> Found;
 
@@ -61,24 +65,6 @@ std::optional<Page> PageOf(const FileNow& file) {
   }
 }
 
-void Close(Files::Handle handle) {
-  try {
-    TheFiles->Close(handle);
-  } catch (const Failure&) {
-    // Nothing was written by it.
-  }
-}
-
-void RemoveAndClose(const std::string& path, Files::Handle handle) {
-  try {
-    TheFiles->Remove(path);
-  } catch (const Failure&) {
-    Close(handle);
-    throw;
-  }
-  Close(handle);
-}
-
 // Whether there is anything to be decided about.
 bool IsLeftWork(const Journal& journal, std::size_t bytes, LeftWork& work) {
   if (journal.kind == Journal::Kind::OtherVersion) return true;
@@ -101,18 +87,25 @@ bool IsFound(const Journal& journal) {
   });
 }
 
-void LookInto(const std::string& path) {
-  const std::optional<Files::Handle> handle = TheFiles->OpenLocked(path);
-  if (!handle) return;  // of a program that runs, or found before
-  try {
+// Whether it holds something to be decided about, and stays open; if not it is removed.
+bool TakeIn(const std::string& path, Files::Handle handle) {
+  bool left = false;
+  IfPossible([&] {
     const std::string bytes = TheFiles->ReadWhole(path);
-    LeftWork work{path, *handle, ReadJournal(bytes), {}};
-    const bool left = IsLeftWork(work.journal, bytes.size(), work) && !IsFound(work.journal);
-    if (!left) return RemoveAndClose(path, *handle);
-    Found.push_back(std::move(work));
-  } catch (const Failure&) {
-    Close(*handle);  // it stays where it is; one that cannot be read must not hide the others
-  }
+    LeftWork work{path, handle, ReadJournal(bytes), {}};
+    left = IsLeftWork(work.journal, bytes.size(), work) && !IsFound(work.journal);
+    left ? Found.push_back(std::move(work)) : TheFiles->Remove(path);
+  });
+  return left;
+}
+
+// One that cannot be opened, read or removed stays where it is; it must not hide the others.
+void LookInto(const std::string& path) {
+  IfPossible([&] {
+    const std::optional<Files::Handle> handle = TheFiles->OpenLocked(path);
+    if (!handle) return;  // of a program that runs, or found before
+    if (!TakeIn(path, *handle)) TheFiles->Close(*handle);
+  });
 }
 
 std::string NameBeside(const std::string& file) {
@@ -145,16 +138,31 @@ Page WithoutReplaced(const Page& page, const HalfDone& half) {
   return rest;
 }
 
+// The run that goes on behind a formula from x on.
+void AddBehind(Page& page, const HalfDone& half, float x, float y) {
+  if (half.run.empty()) return;
+  TextEntry entry;
+  entry.x = x;
+  entry.y = y;
+  entry.size = half.size;
+  entry.font = half.font;
+  entry.text = half.run;
+  entry.anchor = 3;
+  AddLine(page, LineOfEntry(entry));
+}
+
 // With the formula being typed as it would be placed. One with an error is there as its notation.
 Page WithFormula(const Page& page, const HalfDone& half, int anchor) {
   const auto set = SetFormula(half.notation, {half.size, true, half.font});
   if (const auto* formula = std::get_if<Formula>(&set)) {
     Page whole = half.replaced.empty() ? page : WithoutReplaced(page, half);
-    const Page added = PageOfFormula(*formula, AlignAtAnchor(half.cursor, anchor, formula->width, half.size));
+    const Point origin = AlignAtAnchor(half.cursor, anchor, formula->width, half.size);
+    const Page added = PageOfFormula(*formula, origin);
     if (!whole.text.empty() && whole.text.back() != '\n') whole.text += "\r\n";
     whole.text += added.text;
     whole.drawings += added.drawings;
     whole.drawingCount = static_cast<std::int16_t>(whole.drawingCount + added.drawingCount);
+    AddBehind(whole, half, origin.x + formula->width, origin.y);
     return whole;
   }
   Page whole = page;
@@ -168,6 +176,9 @@ Page WithFormula(const Page& page, const HalfDone& half, int anchor) {
   entry.text = run;
   entry.anchor = anchor;
   AddLine(whole, LineOfEntry(entry));
+  const float width = MeasureRun(run, half.font, half.size);
+  const Point origin = AlignAtAnchor(half.cursor, anchor, width, half.size);
+  AddBehind(whole, half, origin.x + width, origin.y);
   return whole;
 }
 
@@ -200,18 +211,20 @@ Page WholePage(const Journal& journal) {
     page.drawings += half.path + "\r\n";
     ++page.drawingCount;
   }
-  if (half.mode >= 0 || anchor == 0 || half.run.empty()) return page;
+  if (half.run.empty()) return page;
+  // What waits in the control-code box for a place comes to where the cursor was last, on the paper.
+  const bool placed = half.mode < 0 && anchor != 0;
   TextEntry entry;
   const PageItems items(journal.page);
   const bool retyped = half.retyped > 0 && half.retyped <= items.Texts().size();
   const std::string_view old = retyped ? items.Texts()[half.retyped - 1].line : std::string_view();
   if (retyped) ParseTextEntry(old, entry);
-  entry.x = half.cursor.x;
-  entry.y = half.cursor.y;
+  entry.x = placed ? half.cursor.x : std::max(half.cursor.x, kFromEdge);
+  entry.y = placed ? half.cursor.y : std::max(half.cursor.y, kFromEdge);
   entry.size = half.size;
   entry.font = half.font;
   entry.text = half.run;
-  entry.anchor = anchor;
+  entry.anchor = placed ? anchor : 3;
   const std::string line = LineOfEntry(entry);
   if (retyped) {
     page.text.replace(static_cast<std::size_t>(old.data() - items.Text().data()), old.size(), line);
@@ -239,6 +252,9 @@ bool RestoreWork(std::size_t index) {
     page.stored = Page{};
   }
   if (!OpenRecovered(std::move(page))) return false;
+  for (const HalfDone& formula : journal.formulas)
+    KeepPlacedNotation(formula.notation, {formula.size, true, formula.font},
+                       static_cast<std::int16_t>(AnchorOfMode(formula.mode)), formula.cursor);
   ContinueJournal(work.path, work.handle, journal.edits);
   Drop(index);
   return true;
@@ -255,7 +271,8 @@ std::string KeepWorkBeside(std::size_t index) {
 void DiscardWork(std::size_t index) {
   const LeftWork work = Found[index];
   Drop(index);
-  RemoveAndClose(work.path, work.handle);
+  IfPossible([&] { TheFiles->Close(work.handle); });
+  TheFiles->Remove(work.path);
 }
 
 }  // namespace kelvane

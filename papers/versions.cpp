@@ -24,6 +24,7 @@ constexpr int kDays = 30;
 constexpr std::int64_t kDay = 86400;
 constexpr std::int64_t kLatest = 253402300799;  // the end of the year 9999
 constexpr std::size_t kMostBytes = 256U << 20;
+constexpr std::size_t kHashLength = 16;
 constexpr std::size_t kLongestName = 100;  // bytes of a page file's name in that of a version
 constexpr int kNumbers = 3000;             // of pages, with those taken away
 // Behind the hash of a paper: what stands for the page of a file that was removed from it.
@@ -38,7 +39,7 @@ std::string Folder() {
 
 // FNV-1a: the same in every build, since it stands in names of files.
 std::string HashOf(std::string_view bytes) {
-  std::array<char, 17> text;
+  std::array<char, kHashLength + 1> text;
   std::snprintf(text.data(), text.size(), "%016llx", static_cast<unsigned long long>(Checksum(bytes)));
   return text.data();
 }
@@ -184,7 +185,7 @@ std::vector<Version> RemovedPagesOf(const std::string& path) {
 }
 
 std::string NameOfRemoved(const Version& version) {
-  const std::size_t name = version.page.size() + HashOf({}).size() + 2;
+  const std::size_t name = version.page.size() + kHashLength + 2;
   return version.file.substr(std::min(name, version.file.size()));
 }
 

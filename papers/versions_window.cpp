@@ -218,8 +218,7 @@ void FillList() {
       Rows.push_back({version, "until " + TimeText(version.time) + ", " + SizeText(version.size)});
     for (const Version& version : RemovedPagesOf(CurrentPaperFile)) {
       const std::string name = NameOfRemoved(version);
-      Rows.push_back({version, name + " deleted " + TimeText(version.time) + ", " + SizeText(version.size),
-                      PageNumberOf(name)});
+      Rows.push_back({version, name + " deleted " + TimeText(version.time), PageNumberOf(name)});
     }
   }
   std::vector<List::Row> shown;

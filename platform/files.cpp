@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "platform/failure.h"
+#include "platform/if_possible.h"
 
 namespace kelvane {
 namespace {
@@ -44,16 +45,6 @@ std::string TemporaryName(const std::string& path, bool (*freed)(const std::stri
   }
   throw Failure("Cannot write the file " + MachinePath(path) + ": too many temporary files " +
                 MachinePath(name) + " lie beside it.");
-}
-
-// One step of clearing up after a failure: that failure is what the person must hear of, not that this went
-// wrong too.
-template <typename Step>
-void IfPossible(Step step) {
-  try {
-    step();
-  } catch (const Failure&) {
-  }
 }
 
 // Runs a step that works on the temporary file. Its failure is told of as one of the file that the person

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <thread>
 
+#include "app/exit.h"
 #include "platform/files.h"
 #include "platform/mail.h"
 #include "tests/support/editor_test.h"
@@ -132,14 +133,17 @@ TEST_F(ContactWindowTest, KeepsTheCommentFromStartToStart) {
   EXPECT_EQ(Content(kKept), "ada@example.org\nS\none\ntwo\n") << "kept while one types";
   static_cast<FakeTextArea*>(ContactParts.comment)->Type("one\ntwo\nthree");
   contact->ClickFrameClose();
+  static_cast<FakeTextBox*>(ContactParts.subject)->Type("S2");
+  EXPECT_TRUE(ExitSequence());
+  EXPECT_EQ(Content(kKept), "ada@example.org\nS2\none\ntwo\nthree") << "what was typed a moment ago as well";
   Start();
   window->ChooseEntry("C&ontact");
   contact = static_cast<FakeWindow*>(ContactWindow);
   EXPECT_EQ(ContactParts.address->Text() + ContactParts.subject->Text() + ContactParts.comment->Text(),
-            "ada@example.orgSone\ntwo\nthree");
+            "ada@example.orgS2one\ntwo\nthree");
   contact->ClickButton("&Copy");
   EXPECT_EQ(toolkit.copiedText,
-            "To: comments@kelvane.example\nFrom: ada@example.org\nSubject: S\n\none\ntwo\nthree");
+            "To: comments@kelvane.example\nFrom: ada@example.org\nSubject: S2\n\none\ntwo\nthree");
   dialogs.AnswerNo();
   contact->ClickButton("C&lear");
   EXPECT_EQ(ContactParts.comment->Text(), "one\ntwo\nthree");

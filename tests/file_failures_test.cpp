@@ -1,6 +1,7 @@
 // Every command that writes, with each of its file operations failing in turn: files hold their old or their
 // new content, the page in memory is unharmed, and the person is told. The same with the power going at each
-// step, whatever of what was not synced has come to the disk.
+// step, whatever of what was not synced has come to the disk: what was typed is then in a file or in a
+// journal.
 
 #include <algorithm>
 #include <functional>
@@ -9,12 +10,15 @@
 #include <tuple>
 #include <utility>
 
+#include "app/recovery_window.h"
 #include "designer/character_files.h"
 #include "document/page.h"
 #include "editing/keyboard.h"
 #include "editing/modes.h"
 #include "editing/notes.h"
+#include "papers/recovery.h"
 #include "papers/versions.h"
+#include "papers/versions_window.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
 #include "tests/support/editor_test.h"
@@ -58,6 +62,38 @@ class FileFailuresTest : public EditorTest {
     dialogs.messages.clear();
   }
 
+  // The same on a disk, all of it synced.
+  void PrepareOn(PowerCutFiles& disk) {
+    TheFiles = &disk;
+    toolkit.quit = false;
+    Start("\\P\\Essay.001");
+    window->PressShortcut("PgDown");
+    PlaceAt("Top Left", 12, 21);
+    RunHandler([this] { canvas->Type("typed"); });
+    disk.SyncAll();
+    dialogs.messages.clear();
+  }
+
+  void RunUntilCut(const std::function<void()>& run) {
+    try {
+      RunHandler(run);
+    } catch (const PowerCut&) {
+    }
+    TheFiles = &files;
+    dialogs = ScriptedDialogs();
+  }
+
+  // Whether a page file holds it, or what the start has found of journals leads to it.
+  bool IsFound(const std::string& text) const {
+    const auto inFile = [&](const auto& file) {
+      return file.first.starts_with("\\P\\") && file.second.find(text) != std::string::npos;
+    };
+    const auto inJournal = [&](const LeftWork& work) {
+      return WholePage(work.journal).text.find(text) != std::string::npos;
+    };
+    return std::ranges::any_of(files.contents, inFile) || std::ranges::any_of(FoundWork(), inJournal);
+  }
+
   // The journal and the locks stand on their own: what becomes of them stops no command.
   bool IsOfJournal(const std::string& path) const {
     return std::any_of(files.spared.begin(), files.spared.end(),
@@ -89,16 +125,10 @@ class FileFailuresTest : public EditorTest {
   // False if the command takes fewer steps than that.
   bool CutAtStep(const std::function<void()>& run, int step) {
     SCOPED_TRACE("power cut at step " + std::to_string(step));
-    Prepare();
-    PowerCutFiles disk(files.contents);
+    PowerCutFiles disk(stored);
+    PrepareOn(disk);
     disk.CutAt(step);
-    TheFiles = &disk;
-    try {
-      RunHandler(run);
-    } catch (const PowerCut&) {
-    }
-    TheFiles = &files;
-    dialogs = ScriptedDialogs();
+    RunUntilCut(run);
     if (!disk.IsCut()) return false;
     for (const PowerCutFiles::Contents& outcome : disk.Outcomes()) {
       files.LetGo();
@@ -109,6 +139,7 @@ class FileFailuresTest : public EditorTest {
       EXPECT_TRUE(dialogs.messages.empty()) << dialogs.messages[0];
       EXPECT_EQ(CurrentPaperFile, "\\P\\Essay.001");
       if (afterCut) afterCut();
+      EXPECT_TRUE(IsFound("(typed)"));
       for (const Version& version : VersionsOf("\\P\\Essay.002"))
         EXPECT_EQ(ContentOfVersion(version), stored.at("\\P\\Essay.002"));
       if (HasFailure()) break;
@@ -231,17 +262,11 @@ TEST_F(FileFailuresTest, ThePowerGoesWhilePagesMove) {
     for (int step = 1; cut && !HasFailure(); ++step) {
       ASSERT_LT(step, kMostSteps);
       SCOPED_TRACE(step);
-      Prepare();
-      PowerCutFiles disk(files.contents);
+      PowerCutFiles disk(stored);
+      PrepareOn(disk);
       disk.CutAt(step);
-      TheFiles = &disk;
       dialogs.AnswerYes();  // each asks before pages change their numbers
-      try {
-        window->Entry(entry)->Choose();
-      } catch (const PowerCut&) {
-      }
-      TheFiles = &files;
-      dialogs = ScriptedDialogs();
+      RunUntilCut([&] { window->Entry(entry)->Choose(); });
       cut = disk.IsCut();
       for (const PowerCutFiles::Contents& outcome : disk.Outcomes()) {
         std::string pages;
@@ -251,6 +276,50 @@ TEST_F(FileFailuresTest, ThePowerGoesWhilePagesMove) {
           EXPECT_NE(pages.find("(page " + page + ")"), std::string::npos) << page;
       }
     }
+  }
+}
+
+// What a killed program has left is decided on, and the power goes while that is done.
+TEST_F(FileFailuresTest, ThePowerGoesWhileWorkIsRecovered) {
+  const auto click = [](const char* button) {
+    static_cast<FakeWindow*>(RecoveryWindow)->ClickButton(button);
+  };
+  const auto restore = [&] { click("&Restore"); };
+  const auto restoreAndSave = [&] {
+    RunHandler(restore);
+    window->ChooseEntry("&Save");
+  };
+  const auto bringBack = [&] {
+    restoreAndSave();
+    window->ChooseEntry("&Versions");
+    static_cast<FakeWindow*>(VersionsWindow)->ClickButton("&Bring Back");
+  };
+  const std::function<void()> ways[] = {restore, restoreAndSave, [&] { click("&Keep Both"); }, bringBack};
+  for (const auto& way : ways) {
+    SCOPED_TRACE(&way - ways);
+    bool cut = true;
+    int step = 0;
+    while (cut && !HasFailure() && ++step < kMostSteps) {
+      SCOPED_TRACE(step);
+      PowerCutFiles disk(stored);
+      PrepareOn(disk);
+      disk.LetGo();
+      disk.CutAt(step);
+      RunUntilCut([&] {
+        Start();
+        way();
+      });
+      cut = disk.IsCut();
+      for (const PowerCutFiles::Contents& outcome : disk.Outcomes()) {
+        files.LetGo();
+        files.contents = outcome;
+        Start("\\P\\Essay.001");
+        EXPECT_TRUE(IsFound("(typed)"));
+        EXPECT_TRUE(IsFound("(page 002)"));
+        if (HasFailure()) break;
+      }
+    }
+    EXPECT_TRUE(HasFailure() || (!cut && step > 1));
   }
 }
 

@@ -12,6 +12,7 @@
 
 #include "designer/character_files.h"
 #include "document/lines.h"
+#include "formula/drawn_signs.h"
 #include "formula/layout.h"
 #include "formula/notation.h"
 #include "tests/support/program_test.h"
@@ -93,7 +94,8 @@ TEST_F(FormulaTest, LinesWithScriptsAndAccentsAreOneRun) {
   for (const char* notation :
        {"x^2+y^2=z^2", "a_1+b_{ij}-x_1^2", "f'(x)+f^2(x)", "e^{i\\pi}+1=0", "x^{a_i}+2^{2^x}",
         "\\hat x+\\bar A", "A\\cap B\\ne\\emptyset", "\\sin^2\\alpha+\\cos^2\\alpha=1", "T^2V_1W^{-1}",
-        "{}^{14}_{6}\\mathrm{C}", "\\langle x,y\\rangle\\le\\|x\\|", "a\\not=b,\\quad c"}) {
+        "f_n'(x)+\\mu_1'", "{}^{14}_{6}\\mathrm{C}", "\\langle x,y\\rangle\\le\\|x\\|",
+        "a\\not=b,\\quad c"}) {
     const Formula set = Set(notation);
     ASSERT_EQ(set.entries.size(), 1U) << notation;
     EXPECT_TRUE(set.drawings.empty()) << notation;
@@ -173,7 +175,7 @@ TEST_F(FormulaTest, FractionsStandAboutTheAxis) {
   const Box tallBar = InkBoxOf(tall.drawings.at(0));
   for (const FormulaEntry& entry : tall.entries) {
     const Box ink = InkOf(entry);
-    EXPECT_GT(std::max(tallBar.top - ink.bottom, ink.top - tallBar.bottom), 1.19) << entry.run;
+    EXPECT_GT(std::max(tallBar.top - ink.bottom, ink.top - tallBar.bottom), 0.79) << entry.run;
   }
   EXPECT_NEAR(EntryWith(Set("\\frac{a}{b}", false), "a").size, 8, 0.001);
   EXPECT_NEAR(EntryWith(Set("\\dfrac{a}{b}", false), "a").size, 10, 0.001);
@@ -219,6 +221,10 @@ TEST_F(FormulaTest, PartsStandWhereTheyAreLookedFor) {
       {"\\begin{matrix}a\\\\b\\end{matrix}", "a", -6.1F, true},
       {"\\begin{matrix}a\\\\b\\end{matrix}", "b", 5.9F, true},
       {"\\begin{cases}a\\\\b\\end{cases}", "a", -6.8F, true},
+      {"\\frac{y}{a^2}", "a2", 6.9F, true},
+      {"\\frac{1}{b+\\frac{1}{x}}", "x", 10.8F, true},
+      {"\\underbrace{a+b}_n", "n", 14.0F, true},
+      {"\\overbrace{a+b}^n", "n", -16.1F, true},
   };
   for (const Place& place : kPlaces)
     EXPECT_NEAR(EntryWith(Set(place.notation, place.display), place.part).at.y, place.y, kNear)
@@ -340,6 +346,24 @@ TEST_F(FormulaTest, RootsAndLinesReachOverAllThatIsUnderThem) {
   }
 }
 
+// Ink beside the room of a sign would meet its neighbours, and a line that closes is an area.
+TEST_F(FormulaTest, DrawnSignsKeepWithinTheirRoom) {
+  const auto check = [](const std::string& notation, bool filled) {
+    const Formula set = Set(notation);
+    EXPECT_GT(set.ink.right - set.ink.left, 0.1F * kSize) << notation;
+    EXPECT_GT(set.ink.left, -0.1F * kSize) << notation;
+    EXPECT_LT(set.ink.right, set.width + 0.03F * kSize) << notation;
+    for (const Drawing& drawing : set.drawings) EXPECT_EQ(drawing.closed, filled) << notation;
+  };
+  for (const formula::DrawnSign& sign : formula::DrawnSigns())
+    check("{\\" + std::string(sign.names.substr(0, sign.names.find(' '))) + "}",
+          sign.parts.starts_with("f "));
+  for (const char letter : std::string_view("ABDEFGHIJLMOPSTUVWXY1"))
+    check("\\mathbb{" + std::string(1, letter) + "}", false);
+  EXPECT_EQ(Set("a\\lesssim b").width, Set("a≲b").width);
+  EXPECT_LT(EntryWith(Set("\\bigsqcup_{i}x"), "i").at.x, 9) << "its limit stands below";
+}
+
 TEST_F(FormulaTest, EverySignCanBeNamedOrTyped) {
   for (const Sign& sign : SignTable()) {
     if (sign.kind == SignClass::Accent || sign.kind == SignClass::Piece) continue;
@@ -367,12 +391,10 @@ TEST_F(FormulaTest, EveryNameIsTakenWithItsPlacesFilled) {
     const std::string name = typed.substr(1, typed.find_first_of("{\\", 1) - 1);
     // These need more around them than places.
     static const std::vector<std::string> kParts = {
-        "left",  "middle",         "right",       "begin",  "end",      "\\",
-        "cr",    "newline",        "hline",       "limits", "nolimits", "displaylimits",
-        "over",  "atop",           "choose",      "root",   "mskip",    "kern",
-        "mkern", "hskip",          "hspace",      "mspace", "color",    "textcolor",
-        "not",   "upharpoonright", "restriction", "Box",    "square",   "mathchoice",
-        ""};
+        "left",      "middle", "right",    "begin",         "end",        "\\",     "cr",     "newline",
+        "hline",     "limits", "nolimits", "displaylimits", "over",       "atop",   "choose", "root",
+        "mskip",     "kern",   "mkern",    "hskip",         "hdashline",  "hspace", "mspace", "color",
+        "textcolor", "not",    "Box",      "square",        "mathchoice", ""};
     if (std::ranges::find(kParts, name) != kParts.end() || name.starts_with("big") || name.starts_with("Big"))
       continue;
     EXPECT_EQ(ErrorOf("x" + typed + " y"), "") << typed;

@@ -128,7 +128,7 @@ TEST_F(GlyphsTest, CharactersOfOneFaceGoTogether) {
 // Framed characters stand in their cells.
 TEST_F(GlyphsTest, FrameShowsTheCell) {
   TypefaceTable[12].Widths['A'] = 0.5F;
-  EXPECT_EQ(Draw('A', 12, true), "stroke M 100 202 L 105 202 L 105 192 L 100 192 L 100 202 #000000 w 1\n");
+  EXPECT_EQ(Draw('A', 12, true), "stroke M 100 192 L 105 192 L 105 202 L 100 202 L 100 192 #000000 w 1\n");
 }
 
 TEST_F(GlyphsTest, DrawRunLeavesTheTypefaceInForce) {

@@ -4,6 +4,7 @@
 
 #include "document/fields.h"
 #include "help/help_files.h"
+#include "help/help_search.h"
 #include "tests/support/program_test.h"
 
 namespace kelvane {

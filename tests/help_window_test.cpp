@@ -172,8 +172,8 @@ TEST_F(HelpWindowTest, WorksWithoutListsAndWithAHundredPages) {
 TEST_F(HelpWindowTest, EveryControlAndDialogHasItsPage) {
   Open();
   HelpBook book = ReadHelpBook(files.contents["\\Kelvane\\QRX.HLP"], HelpPageStarts);
-  std::vector<std::string> names = {"Page",        "Scroll",    "Scroll sideways",
-                                    "Page Number", "Font Size", "Control Codes"};
+  std::vector<std::string> names = {"Page",      "Scroll",        "Scroll sideways", "Page Number",
+                                    "Font Size", "Control Codes", "Signs",           "Search Signs"};
   for (const auto& button : window->buttons) names.push_back(button->caption);
   HelpPlace place;
   for (const std::string& name : names)

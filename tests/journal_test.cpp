@@ -294,6 +294,31 @@ TEST_F(JournalTest, ARunBeingRetypedAndAPathBeingDrawnAreTakenUp) {
   EXPECT_EQ(DrawingCount, 1);
 }
 
+TEST_F(JournalTest, WhatGoesOnBehindAFormulaAndItsLinesAreTakenUp) {
+  Start(kPaper);
+  Place("Bottom Left", 100, 99);
+  Type("so on");
+  for (int i = 0; i < 3; ++i) Key(kKeyLeft);
+  Shortcut("Ctrl+M");
+  Act([] { InsertIntoFormula("x % pasted\n^2"); });
+  const State left = StateNow();
+  KillAndStart();
+  const Page whole = WholePage(FoundWork().at(0).journal);
+  Choose("&Restore");
+  EXPECT_EQ(StateNow(), left);
+  Key(kKeyEnter);
+  EXPECT_EQ(ThePage, whole);
+  EXPECT_NE(ThePage.text.find("( on) 3 s"), std::string::npos);
+  // What was placed opens again by its notation.
+  KillAndStart();
+  Choose("&Restore");
+  const auto& texts = ItemsOfPage().Texts();
+  const auto square = std::ranges::find_if(texts, [](const TextItem& item) { return item.entry.font == 2; });
+  ASSERT_NE(square, texts.end());
+  Act([&] { EXPECT_TRUE(OpenFormulaOf(square->id)); });
+  EXPECT_EQ(FormulaNow()->notation, "x % pasted\n^2");
+}
+
 TEST_F(JournalTest, AFormulaBeingTypedIsTakenUp) {
   Start(kPaper);
   Place("Bottom Left", 100, 99);
@@ -410,6 +435,12 @@ TEST_F(JournalTest, WhatWasLeftIsKeptBesideDiscardedOrLeftForLater) {
   EXPECT_NE(Content("\\P\\Essay-recovered-2.001").find("100 99 m 11 F0 (unsaved) 3 s"), std::string::npos);
   EXPECT_EQ(JournalPath(), "");
 
+  Act([] { OpenPaperFile(kPaper); });
+  Act([&] { window->BoxOf("Control Codes")->Type("waits"); });  // no place was chosen
+  KillAndStart();
+  Choose("&Keep Both");
+  EXPECT_NE(Content("\\P\\Essay-recovered-3.001").find("(waits)"), std::string::npos);
+
   Place("Bottom Left", 100, 99);
   Type("a paper without a name");
   KillAndStart();
@@ -440,6 +471,21 @@ TEST_F(JournalTest, OfAnotherVersionIsShownAndLeftAlone) {
   EXPECT_FALSE(Recovery().ButtonOf("&Restore")->enabled);
   EXPECT_FALSE(Recovery().ButtonOf("&Keep Both")->enabled);
   EXPECT_EQ(Content(JournalFolder() + "1-0.journal"), "Kelvane journal 9\r\n...");
+}
+
+TEST_F(JournalTest, OneThatCannotBeReadOrRemovedHidesNoOther) {
+  Start(kPaper);
+  Place("Bottom Left", 100, 99);
+  Type("left");
+  for (const FileStep step : {FileStep::OpenLocked, FileStep::ReadWhole, FileStep::Remove}) {
+    files.LetGo();
+    files.contents[JournalFolder() + "0-0.journal"] = JournalHead();  // nothing to lose yet
+    ResetRecovery();
+    files.FailStep(step);
+    Act(OfferRecovery);
+    EXPECT_TRUE(dialogs.messages.empty());
+    EXPECT_EQ(FoundWork().size(), 1U);
+  }
 }
 
 TEST_F(JournalTest, WhereItCannotBeWrittenTheEditorSaysSoOnceAndGoesOn) {
@@ -473,6 +519,7 @@ TEST_F(JournalTest, TwoEditorsOnOnePaper) {
   files.lockedElsewhere.insert(lock);
   dialogs.AnswerSave("\\P\\Mine.001");
   Shortcut("Ctrl+S");
+  EXPECT_TRUE(dialogs.asked.back().starts_with("Save: Save As - Taken over")) << dialogs.asked.back();
   EXPECT_EQ(Content(kPaper), kOldPage);
   EXPECT_NE(Content("\\P\\Mine.001").find("(mine)"), std::string::npos);
 

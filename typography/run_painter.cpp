@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "typography/colours.h"
+#include "typography/curves.h"
 #include "typography/glyph_shapes.h"
 #include "typography/signs.h"
 #include "typography/typefaces.h"
@@ -109,14 +110,8 @@ void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
 }
 
 void RunPainter::PaintFrame(int code, const RunPen& pen, ColourValue colour) {
-  const float right = pen.x + TypefaceTable[pen.font].Widths[static_cast<std::size_t>(code)] * pen.size;
-  const float bottom = static_cast<float>(pen.y + 0.2 * pen.size);
-  const float top = static_cast<float>(pen.y - 0.8 * pen.size);
-  Path box;
-  box.MoveTo({pen.x, bottom});
-  for (const Point corner : {Point{right, bottom}, {right, top}, {pen.x, top}, {pen.x, bottom}})
-    box.LineTo(corner);
-  painter_.StrokePath(box, {colour, 1});
+  const float step = TypefaceTable[pen.font].Widths[static_cast<std::size_t>(code)] * pen.size;
+  painter_.StrokePath(FrameOf(CellAt(pen, step)), {colour, 1});
 }
 
 void PaintWords(Painter& painter, std::string_view words, std::int16_t font, float em, float scale, Point at,

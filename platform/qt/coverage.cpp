@@ -332,13 +332,15 @@ void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
   std::int64_t way = 0, rest = 0, rowStep = 0, rowRest = 0;
   const std::int64_t dx = to.x - from.x, dy = to.y - from.y;
   if (PixelOf(from.y) != lastRow) {
-    rowStep = FloorDivide(dx * kPixel, dy);
-    rowRest = dx * kPixel - rowStep * dy;
     y = std::max(first * kPixel, from.y);
     if (y != from.y) x += static_cast<int>(FloorDivide(dx * (y - from.y), dy));
     const std::int64_t nextWay = dx * ((first + 1) * kPixel - from.y);
     way = FloorDivide(nextWay, dy);
     rest = nextWay - way * dy;
+  }
+  if (last > first + 1) {
+    rowStep = FloorDivide(dx * kPixel, dy);
+    rowRest = dx * kPixel - rowStep * dy;
   }
   std::int32_t* rises = RisesIn(first);
   std::uint64_t* touched = TouchedIn(first);

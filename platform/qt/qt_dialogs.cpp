@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -46,6 +47,21 @@ class Asker {
 
  private:
   QPointer<QWidget> window_;
+};
+
+// Where somebody types on while it comes up, a letter must not press the button that it is underlined in;
+// with Alt it does.
+class QuestionBox final : public QMessageBox {
+ public:
+  using QMessageBox::QMessageBox;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const QString typed = event->text();
+    const bool plain = (event->modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier)) == 0;
+    if (plain && !typed.isEmpty() && typed[0].isLetterOrNumber()) return;
+    QMessageBox::keyPressEvent(event);
+  }
 };
 
 // "caption|pattern|caption|pattern" as Qt's list of filters.
@@ -99,14 +115,14 @@ int RunDialog(QDialog& dialog, const std::string& about) {
 
 void QtDialogs::Message(const std::string& text) {
   const Asker asker;
-  QMessageBox box(QMessageBox::Information, kTitle, PlainText(text), QMessageBox::Ok, asker.Window());
+  QuestionBox box(QMessageBox::Information, kTitle, PlainText(text), QMessageBox::Ok, asker.Window());
   box.setTextFormat(Qt::PlainText);
   RunDialog(box, text);
 }
 
 bool QtDialogs::Ask(const std::string& text, bool yesIsDefault) {
   const Asker asker;
-  QMessageBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
+  QuestionBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::Yes | QMessageBox::No,
                   asker.Window());
   box.setTextFormat(Qt::PlainText);
   box.setDefaultButton(yesIsDefault ? QMessageBox::Yes : QMessageBox::No);
@@ -122,7 +138,7 @@ Answer QtDialogs::AskBeforeLosing(const std::string& text) {
 int QtDialogs::Choose(const std::string& text, const std::vector<std::string>& labels, int onEnter,
                       int onEscape) {
   const Asker asker;
-  QMessageBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::NoButton, asker.Window());
+  QuestionBox box(QMessageBox::Question, kTitle, PlainText(text), QMessageBox::NoButton, asker.Window());
   box.setTextFormat(Qt::PlainText);
   QList<QAbstractButton*> buttons;
   for (const std::string& label : labels) {

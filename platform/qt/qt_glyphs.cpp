@@ -10,6 +10,7 @@
 #endif
 
 #include "platform/qt/qt_fonts.h"
+#include "platform/qt/qt_outlines.h"
 
 namespace kelvane {
 namespace {
@@ -40,29 +41,11 @@ __m128i BlendFour(__m128i under, __m128i over, __m128i coverage) {
 
 // The outline of a code at an em in pixels.
 FlatPath OutlineOf(QtFace& face, unsigned char code, double em) {
-  const QPainterPath& path = face.Outline(code);
   const double scale = em / QtFace::kOutlineEm;
-  const auto at = [&](int i) {
-    const QPainterPath::Element element = path.elementAt(i);
-    return ToFixed(element.x * scale, element.y * scale);
-  };
   FlatPath shape;
-  for (int i = 0; i < path.elementCount(); ++i) {
-    switch (path.elementAt(i).type) {
-      case QPainterPath::MoveToElement:
-        shape.MoveTo(at(i));
-        break;
-      case QPainterPath::LineToElement:
-        shape.LineTo(at(i));
-        break;
-      case QPainterPath::CurveToElement:
-        shape.CurveTo(at(i), at(i + 1), at(i + 2));
-        i += 2;
-        break;
-      case QPainterPath::CurveToDataElement:
-        break;
-    }
-  }
+  AddOutline(shape, face.Outline(code), [scale](const QPainterPath::Element& element) {
+    return ToFixed(element.x * scale, element.y * scale);
+  });
   return shape;
 }
 

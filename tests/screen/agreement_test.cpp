@@ -237,5 +237,31 @@ TEST_F(AgreementTest, FillsOverlapsAlike) {
   }
 }
 
+// Pixels well covered in one picture around which the other has no ink.
+int Strays(const QImage& image, const QImage& other) {
+  int strays = 0;
+  for (int y = 1; y + 1 < image.height(); ++y) {
+    for (int x = 1; x + 1 < image.width(); ++x)
+      if (qGray(image.pixel(x, y)) < 128 && InkBox(other, QRect(x - 1, y - 1, 3, 3)).isEmpty()) ++strays;
+  }
+  return strays;
+}
+
+// Where runs, drawings and pieces of brackets have to meet.
+TEST_F(AgreementTest, PagesOfFormulas) {
+  constexpr std::size_t kPages = 3;
+  for (std::size_t page = 0; page < kPages; ++page)
+    std::filesystem::copy_file(
+        MachinePath(PageFileName(ProgramFolder + "FORMULAS.001", static_cast<int>(page) + 1)),
+        MachinePath(PagePath(page)));
+  Print();
+  for (std::size_t page = 0; page < kPages; ++page) {
+    const QImage screen = OnScreen(page), paper = OnPaper(page);
+    EXPECT_FALSE(InkBox(paper, paper.rect()).isEmpty());
+    EXPECT_EQ(Strays(screen, paper), 0) << "only on the screen, page " << page + 1;
+    EXPECT_EQ(Strays(paper, screen), 0) << "only on paper, page " << page + 1;
+  }
+}
+
 }  // namespace
 }  // namespace kelvane

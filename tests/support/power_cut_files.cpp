@@ -10,6 +10,7 @@ namespace kelvane {
 namespace {
 
 constexpr std::size_t kMostOutcomes = 256;
+constexpr char kLocks[] = "\\State\\locks\\";
 
 std::string FolderOfPath(const std::string& path) {
   return path.substr(0, path.rfind('\\') + 1);
@@ -70,7 +71,6 @@ Files::Handle PowerCutFiles::Overwrite(const std::string& path) {
 }
 
 void PowerCutFiles::Write(Handle handle, std::string_view bytes) {
-  if (locked_.contains(handle)) return;
   Opened& opened = handles_.at(handle);
   std::string& content = files_[opened.file].now;
   for (const std::string_view part : {bytes.substr(0, bytes.size() / 2), bytes.substr(bytes.size() / 2)}) {
@@ -81,17 +81,37 @@ void PowerCutFiles::Write(Handle handle, std::string_view bytes) {
 }
 
 void PowerCutFiles::Sync(Handle handle) {
-  if (locked_.contains(handle)) return;
   Step();
-  const Opened& opened = handles_.at(handle);
+  Opened& opened = handles_.at(handle);
   files_[opened.file].now.resize(opened.at);
   Step();
   files_[opened.file].synced = files_[opened.file].now;
+  if (opened.made.empty()) return;
+  Step();
+  SyncFolderOf(opened.made);
+  opened.made.clear();
+}
+
+void PowerCutFiles::SyncFolderOf(const std::string& path) {
+  for (const NameChange& change : changes_)
+    if (FolderOfPath(change.name) == FolderOfPath(path)) Apply(syncedNames_, change);
+  std::erase_if(changes_, [&](const NameChange& c) { return FolderOfPath(c.name) == FolderOfPath(path); });
+}
+
+void PowerCutFiles::SyncAll() {
+  syncedNames_ = names_;
+  changes_.clear();
+  for (File& file : files_) file.synced = file.now;
+}
+
+void PowerCutFiles::LetGo() {
+  handles_.clear();
+  locks_.clear();
 }
 
 void PowerCutFiles::Close(Handle handle) {
   // A lock of the program may come from the disk before.
-  if (locked_.erase(handle) > 0 || !handles_.contains(handle)) return;
+  if (locks_.erase(handle) > 0 || !handles_.contains(handle)) return;
   if (!cut_) Step();
   handles_.erase(handle);
 }
@@ -100,14 +120,36 @@ void PowerCutFiles::Rename(const std::string& from, const std::string& to) {
   Step();
   Change({to, names_.at(from), from});
   Step();
-  // The folder is synced.
-  for (const NameChange& change : changes_)
-    if (FolderOfPath(change.name) == FolderOfPath(to)) Apply(syncedNames_, change);
-  std::erase_if(changes_, [&](const NameChange& c) { return FolderOfPath(c.name) == FolderOfPath(to); });
+  SyncFolderOf(to);
+}
+
+std::optional<Files::Handle> PowerCutFiles::OpenLocked(const std::string& path) {
+  if (path.starts_with(kLocks)) {
+    locks_.insert(++lastHandle_);
+    return lastHandle_;
+  }
+  for (const auto& [handle, opened] : handles_)
+    if (names_.contains(path) && opened.file == names_.at(path)) return {};
+  Step();
+  const bool made = !Exists(path);
+  if (made) {
+    files_.emplace_back();
+    Change({path, files_.size() - 1});
+  }
+  const Number file = names_.at(path);
+  handles_[++lastHandle_] = {file, files_[file].now.size(), made ? path : ""};
+  return lastHandle_;
+}
+
+std::vector<std::string> PowerCutFiles::FilesIn(const std::string& folder) {
+  std::vector<std::string> names;
+  for (const auto& [path, file] : names_)
+    if (FolderOfPath(path) == folder) names.push_back(path.substr(folder.size()));
+  return names;
 }
 
 void PowerCutFiles::Remove(const std::string& path) {
-  if (path.starts_with("\\State\\locks\\")) return;
+  if (path.starts_with(kLocks)) return;
   if (cut_) return;
   Step();
   if (!Exists(path)) throw Failure("Cannot remove the file " + path);

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,6 +28,10 @@ class PowerCutFiles : public Files {
   // The power goes at the `nth` step from now on, 1 the next. Reading is no step.
   void CutAt(int nth) { left_ = nth; }
   bool IsCut() const { return cut_; }
+  // All that was written reaches the disk.
+  void SyncAll();
+  // The program was killed: nothing is open any more.
+  void LetGo();
   // What the disk may hold afterwards; some of them, where there are very many.
   std::vector<Contents> Outcomes() const;
   // What the program sees.
@@ -46,14 +51,11 @@ class PowerCutFiles : public Files {
   bool RemoveLeftover(const std::string&) override { return false; }
   void MakeFolder(const std::string&) override {}
 
-  // Journals and locks do not lie on this disk and take no steps; what they do is tested for itself.
-  std::optional<Handle> OpenLocked(const std::string& path) override {
-    locked_[++lastHandle_] = path;
-    return lastHandle_;
-  }
+  // Locks do not lie on this disk and take no steps.
+  std::optional<Handle> OpenLocked(const std::string& path) override;
   bool IsInPlace(Handle) override { return true; }
-  void SyncSoon(Handle) override {}
-  std::vector<std::string> FilesIn(const std::string&) override { return {}; }
+  void SyncSoon(Handle) override {}  // may be late
+  std::vector<std::string> FilesIn(const std::string& folder) override;
 
   std::string staying;  // a file that must be written in place
 
@@ -72,9 +74,11 @@ class PowerCutFiles : public Files {
   struct Opened {
     Number file = 0;
     std::size_t at = 0;
+    std::string made = {};  // its name, if that is new and was not synced yet
   };
 
   void Step();
+  void SyncFolderOf(const std::string& path);
   void Change(const NameChange& change);
   static void Apply(std::map<std::string, Number>& names, const NameChange& change);
   std::vector<std::string> ContentsOf(const File& file) const;
@@ -83,7 +87,7 @@ class PowerCutFiles : public Files {
   std::map<std::string, Number> names_;
   std::map<std::string, Number> syncedNames_;
   std::vector<NameChange> changes_;  // that are not synced, in their order
-  std::map<Handle, std::string> locked_;
+  std::set<Handle> locks_;
   std::map<Handle, Opened> handles_;
   Handle lastHandle_ = 0;
   int left_ = 0;

@@ -83,10 +83,12 @@ TEST_F(WebPageTest, StaysOnItsSiteAndReadsNoFiles) {
                       "' onload='fetch(\"/frame?\"+this.contentDocument)'></iframe>" + "<script>fetch('" +
                       file +
                       "').then(r=>r.text()).then(t=>fetch('/got?'+t)).catch(e=>fetch('/refused'));"
-                      "location='https://elsewhere.example/';</script>";
+                      "setTimeout(()=>{location='https://elsewhere.example/';"
+                      "setTimeout(()=>fetch('/still'),300)},100);</script>";
   Open(server.Address());
   EXPECT_TRUE(server.WasAsked("/refused"));
   EXPECT_EQ(server.asked.find("/got"), std::string::npos);
+  EXPECT_TRUE(server.WasAsked("/still")) << "what leads away leaves the page as it is";
   EXPECT_EQ(address, server.Address());
   EXPECT_EQ(left, "") << "a page leads nowhere by itself";
 }

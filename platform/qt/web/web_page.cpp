@@ -1,13 +1,17 @@
 // The plugin with the web engine: one page on one site.
 
+#include <QChildEvent>
 #include <QDragEnterEvent>
 #include <QPointer>
+#include <QTimer>
 #include <QWebEngineHistory>
+#include <QWebEngineLoadingInfo>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInterceptor>
 #include <QWebEngineView>
+#include <utility>
 
 #include "platform/qt/web_page.h"
 
@@ -69,6 +73,7 @@ class SitePage final : public QWebEnginePage {
   }
 
   QUrl Home;
+  bool Acted = false;  // the person clicked or pressed a key since something led away last
   bool LoadingOffline = false;
   std::function<void(const QUrl&)> Leave;
 
@@ -77,13 +82,14 @@ class SitePage final : public QWebEnginePage {
     if (LoadingOffline && url.scheme() == QStringLiteral("data")) return true;
     if (!isMainFrame) return IsOfWeb(url) || url.scheme() == QStringLiteral("about");
     if (IsOfWeb(url) && url.host() == Home.host() && url.port() == Home.port()) return true;
-    // Only what the person clicks leads out; what a page does by itself leads nowhere.
-    if (type == NavigationTypeLinkClicked && Leave) Leave(url);
+    // Only what the person clicks leads out; what a page does by itself leads nowhere. To the engine a script
+    // that goes elsewhere is a click as well.
+    if (type == NavigationTypeLinkClicked && Leave && std::exchange(Acted, false)) Leave(url);
     return false;
   }
   QWebEnginePage* createWindow(WebWindowType) override {
     return new Leaving(profile(), this, [this](const QUrl& url) {
-      if (Leave) Leave(url);
+      if (Leave && std::exchange(Acted, false)) Leave(url);
     });
   }
   // No page asks the person for files, or stops them with boxes.
@@ -98,8 +104,19 @@ class SitePage final : public QWebEnginePage {
 class SiteView final : public QWebEngineView {
  public:
   using QWebEngineView::QWebEngineView;
+  std::function<void()> OnAct;
 
  protected:
+  // Mouse and keys go to a child, which the engine makes anew as it likes.
+  void childEvent(QChildEvent* event) override {
+    if (event->added()) event->child()->installEventFilter(this);
+    QWebEngineView::childEvent(event);
+  }
+  bool eventFilter(QObject* child, QEvent* event) override {
+    const bool acts = event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::KeyPress;
+    if (acts && OnAct) OnAct();
+    return QWebEngineView::eventFilter(child, event);
+  }
   // A file dropped on a page could be read by it.
   void dragEnterEvent(QDragEnterEvent* event) override { event->ignore(); }
 };
@@ -114,19 +131,26 @@ class EnginePage final : public WebPage {
     profile->setUrlRequestInterceptor(new OnlyWeb(profile));
     page_ = new SitePage(profile, view_);
     view_->setPage(page_);
+    view_->OnAct = [this] { page_->Acted = true; };
     page_->Leave = [this](const QUrl& url) {
-      if (OnLeave) OnLeave(url.toString(QUrl::FullyEncoded));
+      // Afterwards: the engine waits for an answer, and whoever is told may show a message box.
+      QTimer::singleShot(0, view_, [this, address = url.toString(QUrl::FullyEncoded)] {
+        if (OnLeave) OnLeave(address);
+      });
     };
     QObject::connect(page_, &QWebEnginePage::urlChanged, view_, [this](const QUrl& url) {
       if (OnAddress && IsOfWeb(url)) OnAddress(url.toString());
     });
-    QObject::connect(page_, &QWebEnginePage::loadStarted, view_, [this] { Tell(true); });
-    QObject::connect(page_, &QWebEnginePage::loadFinished, view_, [this](bool loaded) {
-      const bool failed = !loaded && !stopped_ && !page_->LoadingOffline;
-      page_->LoadingOffline = false;
-      Tell(false);
-      if (failed) ShowOffline();
-    });
+    QObject::connect(page_, &QWebEnginePage::loadingChanged, view_,
+                     [this](const QWebEngineLoadingInfo& load) {
+                       if (load.status() == QWebEngineLoadingInfo::LoadStartedStatus) return Tell(true);
+                       // What the person stopped, and a link that leads away, leave the page as it is.
+                       const bool failed =
+                           load.status() == QWebEngineLoadingInfo::LoadFailedStatus && !page_->LoadingOffline;
+                       page_->LoadingOffline = false;
+                       Tell(false);
+                       if (failed) ShowOffline();
+                     });
     QObject::connect(page_, &QWebEnginePage::renderProcessTerminated, view_, [this] { ShowOffline(); });
   }
 
@@ -144,14 +168,11 @@ class EnginePage final : public WebPage {
   void Back() override { page_->triggerAction(QWebEnginePage::Back); }
   void Forward() override { page_->triggerAction(QWebEnginePage::Forward); }
   void Reload() override { Load(isOffline_ ? page_->Home : page_->url()); }
-  void Stop() override {
-    stopped_ = true;
-    page_->triggerAction(QWebEnginePage::Stop);
-  }
+  void Stop() override { page_->triggerAction(QWebEnginePage::Stop); }
 
  private:
   void Load(const QUrl& url) {
-    stopped_ = isOffline_ = false;
+    isOffline_ = false;
     page_->load(url);
   }
   void ShowOffline() {
@@ -159,7 +180,6 @@ class EnginePage final : public WebPage {
     page_->setHtml(offlinePage_, page_->Home);
   }
   void Tell(bool loading) {
-    if (loading) stopped_ = false;
     if (OnProgress) OnProgress(loading, page_->history()->canGoBack(), page_->history()->canGoForward());
   }
 
@@ -167,7 +187,6 @@ class EnginePage final : public WebPage {
   QPointer<SitePage> page_;
   QString offlinePage_;
   bool isOffline_ = false;
-  bool stopped_ = false;
 };
 
 }  // namespace
