@@ -168,6 +168,7 @@ namespace {
 
 // The preview keeps all pages that it shows in memory.
 constexpr qsizetype kMostPreviewed = 40;
+constexpr int kRoom = 24;  // pixels beside its tool bar
 
 // The desktop's preview of a job. Of a long one it shows a part, with buttons for those before and behind it.
 class PreviewOfJob {
@@ -196,6 +197,8 @@ class PreviewOfJob {
     auto* const bar = dialog_.findChild<QToolBar*>();
     earlier_ = bar->addAction(QStringLiteral("Earlier Pages"), &dialog_, [this] { Step(-kMostPreviewed); });
     later_ = bar->addAction(QStringLiteral("Later Pages"), &dialog_, [this] { Step(kMostPreviewed); });
+    // So wide that the bar folds none of them away.
+    dialog_.resize(std::max(dialog_.width(), bar->sizeHint().width() + kRoom), dialog_.height());
   }
 
   void Step(qsizetype pages) {
