@@ -32,8 +32,7 @@ inline constexpr float kNumerator = 0.394F;           // sigma 9, as there
 inline constexpr float kNumeratorBare = 0.444F;       // sigma 10, as there: without a bar
 inline constexpr float kDenominatorDisplay = 0.686F;  // sigma 11, as there
 inline constexpr float kDenominator = 0.345F;         // sigma 12, as there
-inline constexpr float kFractionGap =
-    2;  // rules between ink and bar in display: 3 there, for smaller scripts
+inline constexpr float kFractionGap = 2;  // rules from ink to bar in display: 3 there, for smaller scripts
 inline constexpr float kFractionSide = 0.12F;  // plain TeX's \nulldelimiterspace, 1.2 points of 10
 
 // Limits of large operators.

@@ -7,6 +7,7 @@
 #include "document/page_items.h"
 #include "document/paper.h"
 #include "output/page_output.h"
+#include "papers/paper_commands.h"
 #include "platform/failure.h"
 #include "typography/view.h"
 
@@ -29,12 +30,18 @@ PdfExport::PdfExport(const std::string& path, std::vector<int> pages, bool bookm
     : path_(Checked(path, pages)),
       paper_(CurrentPaperFile),
       current_(CurrentPageNumber),
+      renumberings_(Renumberings()),
       currentContent_(ContentOfPage(ThePage, PageOrder::ByPosition, CurrentPaperFile)),
       pages_(std::move(pages)),
       file_(path),
       document_([this](std::string_view bytes) { file_.Append(bytes); }, {TitleOfPaper(), bookmarks}) {}
 
 bool PdfExport::Step() {
+  // What was written so far and what would follow are no longer one row of pages.
+  if (Renumberings() != renumberings_) {
+    throw Failure("Pages were inserted, deleted or moved while they were exported. " + MachinePath(path_) +
+                  " was not written; export them again.");
+  }
   if (next_ == pages_.size()) {
     missing_ = document_.Finish();
     file_.PutInPlace();

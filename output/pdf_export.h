@@ -34,6 +34,7 @@ class PdfExport {
   const std::string path_;
   const std::string paper_;
   const int current_;
+  const int renumberings_;
   const std::string currentContent_;
   const std::vector<int> pages_;
   std::size_t next_ = 0;

@@ -58,7 +58,8 @@ std::map<int, SeenFile> LeftFiles;
 std::string CountedPaper;
 int LastPage = 0;
 
-int Shown = 0;  // see PagesShown
+int Shown = 0;       // see PagesShown
+int Renumbered = 0;  // see Renumberings
 
 // Of the current paper. On the heap, since the files that it needs may be gone before it at the program's
 // end.
@@ -482,6 +483,10 @@ int PagesShown() {
   return Shown;
 }
 
+int Renumberings() {
+  return Renumbered;
+}
+
 bool StorePageOfPaper() {
   FinishEditing();
   if (!NamePaper()) return false;
@@ -506,6 +511,7 @@ void RenumberPages(const std::function<int(int)>& numberOf) {
   LeftFiles = std::move(renumbered);
   RenumberVersions(CurrentPaperFile, numberOf);
   ++Shown;
+  ++Renumbered;
   RenumberEdits(numberOf);
   CurrentPageNumber = static_cast<std::int16_t>(numberOf(CurrentPageNumber));
   CurrentPaperFile = Seen.path = PageFileName(CurrentPaperFile, CurrentPageNumber);

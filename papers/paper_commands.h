@@ -75,6 +75,8 @@ int LastPageSeen();
 
 // Counts up whenever a page comes into memory or pages get other numbers.
 int PagesShown();
+// Counts up whenever pages get other numbers.
+int Renumberings();
 
 // What the commands that change the row of pages begin with: completes what is half typed, gives the paper a
 // name and has the page stored in its file.

@@ -107,6 +107,11 @@ TEST_F(PdfExportTest, CancelledOrFailedLeavesNoFile) {
   begin();
   EXPECT_TRUE(ExitSequence());
   EXPECT_TRUE(NoPdf());
+  begin();
+  dialogs.AnswerYes();
+  window->ChooseEntry("Insert &Before");
+  EXPECT_NE(FailureOf([&] { Tick(); }).find("while they were exported"), std::string::npos);
+  EXPECT_TRUE(NoPdf());
 }
 
 TEST_F(PdfExportTest, PageInMemoryIsExportedAsItIs) {
