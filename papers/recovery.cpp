@@ -138,16 +138,21 @@ Page WithoutReplaced(const Page& page, const HalfDone& half) {
   return rest;
 }
 
+// A run in the size and typeface of what is half done. What an entry holds beyond that stays.
+void SetRun(TextEntry& entry, const HalfDone& half, std::string_view run, Point at, int anchor) {
+  entry.x = at.x;
+  entry.y = at.y;
+  entry.size = half.size;
+  entry.font = half.font;
+  entry.text = run;
+  entry.anchor = anchor;
+}
+
 // The run that goes on behind a formula from x on.
 void AddBehind(Page& page, const HalfDone& half, float x, float y) {
   if (half.run.empty()) return;
   TextEntry entry;
-  entry.x = x;
-  entry.y = y;
-  entry.size = half.size;
-  entry.font = half.font;
-  entry.text = half.run;
-  entry.anchor = 3;
+  SetRun(entry, half, half.run, {x, y}, 3);
   AddLine(page, LineOfEntry(entry));
 }
 
@@ -169,12 +174,7 @@ Page WithFormula(const Page& page, const HalfDone& half, int anchor) {
   std::string missing;
   const std::string run = SignsToRun(half.notation, half.font, missing);
   TextEntry entry;
-  entry.x = half.cursor.x;
-  entry.y = half.cursor.y;
-  entry.size = half.size;
-  entry.font = half.font;
-  entry.text = run;
-  entry.anchor = anchor;
+  SetRun(entry, half, run, half.cursor, anchor);
   AddLine(whole, LineOfEntry(entry));
   const float width = MeasureRun(run, half.font, half.size);
   const Point origin = AlignAtAnchor(half.cursor, anchor, width, half.size);
@@ -219,12 +219,8 @@ Page WholePage(const Journal& journal) {
   const bool retyped = half.retyped > 0 && half.retyped <= items.Texts().size();
   const std::string_view old = retyped ? items.Texts()[half.retyped - 1].line : std::string_view();
   if (retyped) ParseTextEntry(old, entry);
-  entry.x = placed ? half.cursor.x : std::max(half.cursor.x, kFromEdge);
-  entry.y = placed ? half.cursor.y : std::max(half.cursor.y, kFromEdge);
-  entry.size = half.size;
-  entry.font = half.font;
-  entry.text = half.run;
-  entry.anchor = placed ? anchor : 3;
+  const Point onPaper{std::max(half.cursor.x, kFromEdge), std::max(half.cursor.y, kFromEdge)};
+  SetRun(entry, half, half.run, placed ? half.cursor : onPaper, placed ? anchor : 3);
   const std::string line = LineOfEntry(entry);
   if (retyped) {
     page.text.replace(static_cast<std::size_t>(old.data() - items.Text().data()), old.size(), line);
