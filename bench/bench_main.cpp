@@ -27,8 +27,11 @@ class MedianReporter : public benchmark::ConsoleReporter {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
       if (run.aggregate_name != "median") continue;
-      // Processor time: what else the machine does must not decide a ratio.
-      medians_[run.run_name.function_name][run.run_name.args] = run.GetAdjustedCPUTime();
+      // Processor time: what else the machine does must not decide a ratio. Where waiting is what is measured
+      // there is none.
+      const bool waiting = run.run_name.time_type.find("real_time") != std::string::npos;
+      medians_[run.run_name.function_name][run.run_name.args] =
+          waiting ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
     }
   }
 

@@ -235,6 +235,18 @@ void Drawings(benchmark::State& state) {
   for (auto _ : state) RedrawPage();
 }
 
+// How long, not how much work, until all of the window shows another scale: threads that paint together count
+// once.
+void WaitForZoom(benchmark::State& state) {
+  const Stage stage;
+  state.range(0) > 0 ? FillPage(static_cast<int>(state.range(0)), 12)
+                     : FillDrawings(static_cast<int>(state.range(1)), 1);
+  for (auto _ : state) {
+    SCALE = kDefaultScale * NextScale(1000);
+    stage.Show([] { ShowPage(); });
+  }
+}
+
 // A movement of the mouse while a path of many pieces is being drawn.
 void DrawnPath(benchmark::State& state) {
   const Stage stage;
@@ -396,6 +408,12 @@ BENCHMARK(ImagesText)->Apply(TextSizes);
 BENCHMARK(Text)->Apply(TextSizes);
 BENCHMARK(BareZoom)->Apply(ZoomSizes);
 BENCHMARK(Zoom)->Apply(ZoomSizes);
+BENCHMARK(WaitForZoom)
+    ->ArgNames({"runs", "drawings"})
+    ->ArgsProduct({{1000, 10000}, {0}})
+    ->ArgsProduct({{0}, {1000, 10000}})
+    ->Apply(Measure)
+    ->UseRealTime();
 BENCHMARK(BareDrawings)->Apply(DrawingSizes);
 BENCHMARK(Drawings)->Apply(DrawingSizes);
 BENCHMARK(DrawnPath)->ArgNames({"pieces"})->Arg(100)->Arg(1000)->Apply(Measure);

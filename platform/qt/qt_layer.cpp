@@ -17,16 +17,15 @@ namespace {
 constexpr double kLargestImageEm = 128;
 // Beyond this em, in device pixels, no letter can be told from a stain, and filling one takes ever longer.
 constexpr double kLargestEm = 32000;
-// How far ink may lie from a character's origin, in ems.
-constexpr double kGlyphReach = 1.5;
 
 // The nearest edge between pixels.
 int EdgeAt(int position) {
   return static_cast<int>(std::floor(static_cast<double>(position) / kPixel + 0.5));
 }
 
-// The pixels within a distance of any of the points.
+// The pixels within a distance of any of the points; none without points.
 QRect Around(std::span<const FixedPoint> points, double reach) {
+  if (points.empty()) return {};
   FixedPoint least = points[0], most = least;
   for (const FixedPoint& point : points) {
     least = {std::min(least.x, point.x), std::min(least.y, point.y)};
@@ -59,8 +58,8 @@ void QtLayer::Clear(const QColor& background) {
   if (image_.isNull()) return;
   const QRect cleared = opaque_ ? clip_ : clip_ & inked_;
   if (!cleared.isEmpty()) {
-    FillPixels(cleared, opaque_ ? background.rgb() : QRgb{0});
     dirty_ |= cleared;
+    Put({.kind = Ink::Kind::Box, .colour = opaque_ ? background.rgb() : QRgb{0}, .box = cleared});
   }
   if (clip_ == image_.rect()) inked_ = QRect();
 }
@@ -89,16 +88,27 @@ bool QtLayer::Touch(const QRect& box) {
   return true;
 }
 
-bool QtLayer::Touch(std::span<const FixedPoint> points, double reach) {
-  return !points.empty() && Touch(Around(points, reach));
+PixelRows QtLayer::ImageRows() {
+  return {reinterpret_cast<QRgb*>(image_.bits()),
+          static_cast<std::ptrdiff_t>(image_.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb)))};
 }
 
-void QtLayer::FillPixels(const QRect& box, QRgb colour) {
-  uchar* const bits = image_.bits();
-  for (int y = box.top(); y <= box.bottom(); ++y) {
-    auto* const row = reinterpret_cast<QRgb*>(bits + y * image_.bytesPerLine());
-    std::fill_n(row + box.left(), box.width(), colour);
+void QtLayer::Put(const Ink& ink) {
+  if (!collecting_) {
+    painter_.Paint(ink, ImageRows(), clip_);
+    TrimGlyphImages();
+  } else if (!collected_.Add(ink)) {
+    PaintCollected();
+    Collect();
+    if (!collected_.Add(ink)) PaintInBands({&ink, 1}, ImageRows(), clip_);
   }
+}
+
+void QtLayer::PaintCollected() {
+  collecting_ = false;
+  if (!image_.isNull()) PaintInBands(collected_.Inks(), ImageRows(), clip_);
+  collected_.Clear();
+  TrimGlyphImages();
 }
 
 void QtLayer::FillBox(FixedPoint from, FixedPoint to, QRgb colour) {
@@ -106,18 +116,15 @@ void QtLayer::FillBox(FixedPoint from, FixedPoint to, QRgb colour) {
   const int right = std::max(EdgeAt(std::max(from.x, to.x)), left + 1);
   const int bottom = std::max(EdgeAt(std::max(from.y, to.y)), top + 1);
   const QRect box(QPoint(left, top), QPoint(right - 1, bottom - 1));
-  if (Touch(box)) FillPixels(box & clip_, colour);
+  if (Touch(box)) Put({.kind = Ink::Kind::Box, .colour = colour, .box = box});
 }
 
 void QtLayer::DrawLine(FixedPoint from, FixedPoint to, QRgb colour, double width, bool crisp) {
   const bool upright = from.x == to.x;
   if (!crisp || upright == (from.y == to.y)) {
+    static const Path line{{Path::Step::Move, Path::Step::Line}, {}};
     const FixedPoint points[] = {from, to};
-    if (!Touch(points, width / 2)) return;
-    lines_.Clear();
-    lines_.MoveTo(from);
-    lines_.LineTo(to);
-    Stroke(colour, width);
+    StrokePath(line, points, colour, width);
     return;
   }
   // The whole pixels that the line covers most of.
@@ -127,98 +134,48 @@ void QtLayer::DrawLine(FixedPoint from, FixedPoint to, QRgb colour, double width
   FillBox(from, to, colour);
 }
 
-void QtLayer::Take(const Path& path, std::span<const FixedPoint> points) {
-  lines_.Clear();
-  const FixedPoint* point = points.data();
-  for (const Path::Step step : path.steps) {
-    switch (step) {
-      case Path::Step::Move:
-        lines_.MoveTo(*point++);
-        break;
-      case Path::Step::Line:
-        lines_.LineTo(*point++);
-        break;
-      case Path::Step::Curve:
-        lines_.CurveTo(point[0], point[1], point[2]);
-        point += 3;
-        break;
-    }
-  }
-}
-
-void QtLayer::Stroke(QRgb colour, double width) {
-  area_.Clear();
-  AddStroke(area_, lines_, width);
-  Fill(area_, {}, colour);
-}
-
-void QtLayer::Fill(const FlatPath& area, FixedPoint shift, QRgb colour) {
-  uchar* const bits = image_.bits();
-  const qsizetype stride = image_.bytesPerLine();
-  // The picture is larger than the processor's caches, and most shapes go on below.
-  constexpr int kRowsAhead = 8;
-  coverage_.Cover(area, shift, clip_, [&](int y, int x, const uchar* covered, int count) {
-    auto* const pixels = reinterpret_cast<QRgb*>(bits + y * stride) + x;
-    __builtin_prefetch(reinterpret_cast<uchar*>(pixels) + kRowsAhead * stride, 1);
-    BlendRow(pixels, covered, count, colour);
-  });
-}
-
 void QtLayer::StrokePath(const Path& path, std::span<const FixedPoint> points, QRgb colour, double width) {
-  if (!Touch(points, width / 2)) return;
-  Take(path, points);
-  Stroke(colour, width);
+  const QRect box = Around(points, width / 2);
+  if (!Touch(box)) return;
+  Put({.kind = Ink::Kind::Stroke,
+       .colour = colour,
+       .box = box,
+       .width = width,
+       .points = points,
+       .steps = path.steps});
 }
 
 void QtLayer::FillPath(const Path& path, std::span<const FixedPoint> points, QRgb colour) {
-  if (!Touch(points, 0)) return;
-  Take(path, points);
-  Fill(lines_, {}, colour);
+  const QRect box = Around(points, 0);
+  if (!Touch(box)) return;
+  Put({.kind = Ink::Kind::Fill, .colour = colour, .box = box, .points = points, .steps = path.steps});
 }
 
 void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes,
                        std::span<const FixedPoint> origins, QRgb colour) {
-  if (!(em > 0 && em <= kLargestEm) || !Touch(origins, em * kGlyphReach)) return;
-  QtFace& font = FaceFor(face);
-  if (em > kLargestImageEm) {
-    DrawOutlines(font, em, codes, origins, colour);
-  } else {
-    DrawGlyphs(font, em, codes, origins, colour);
-  }
+  if (!(em > 0 && em <= kLargestEm)) return;
+  const QRect box = Around(origins, em * kGlyphReach);
+  if (!Touch(box)) return;
+  GlyphImages& images = ImagesOf(FaceFor(face), em);
+  images.Prepare(codes);
+  Put({.kind = em > kLargestImageEm ? Ink::Kind::Outlines : Ink::Kind::Glyphs,
+       .colour = colour,
+       .box = box,
+       .points = origins,
+       .codes = codes,
+       .images = &images});
 }
 
 void QtLayer::DrawImage(const QImage& picture, FixedPoint corner) {
   const QPoint at(EdgeAt(corner.x), EdgeAt(corner.y));
   if (!Touch(QRect(at, picture.size()))) return;
+  if (collecting_) {
+    PaintCollected();
+    Collect();
+  }
   QPainter painter(&image_);
   painter.setClipRect(clip_);
   painter.drawImage(at, picture);
-}
-
-void QtLayer::DrawGlyphs(QtFace& face, double em, std::string_view codes, std::span<const FixedPoint> origins,
-                         QRgb colour) {
-  constexpr int kStep = kPixel / GlyphImages::kSteps;
-  GlyphImages& images = ImagesOf(face, em);
-  const int reach = static_cast<int>(std::ceil(em * kGlyphReach)) + 1;
-  const QRect reached = clip_.adjusted(-reach, -reach, reach, reach);
-  for (std::size_t i = 0; i < codes.size(); ++i) {
-    const auto code = static_cast<unsigned char>(codes[i]);
-    const int x = origins[i].x + kStep / 2, y = origins[i].y + kStep / 2;
-    const int pixelX = x >> 8, pixelY = y >> 8;
-    if (face.Glyph(code) == 0 || !reached.contains(pixelX, pixelY)) continue;
-    const GlyphImage& glyph = images.At(code, (x & (kPixel - 1)) / kStep, (y & (kPixel - 1)) / kStep);
-    BlendGlyph(image_, clip_, pixelX, pixelY, glyph, colour);
-  }
-}
-
-void QtLayer::DrawOutlines(QtFace& face, double em, std::string_view codes,
-                           std::span<const FixedPoint> origins, QRgb colour) {
-  GlyphImages& images = ImagesOf(face, em);
-  for (std::size_t i = 0; i < codes.size(); ++i) {
-    const auto code = static_cast<unsigned char>(codes[i]);
-    if (face.Glyph(code) == 0 || !Around(origins.subspan(i, 1), em * kGlyphReach).intersects(clip_)) continue;
-    Fill(images.Outline(code), origins[i], colour);
-  }
 }
 
 }  // namespace kelvane

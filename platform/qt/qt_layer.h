@@ -14,10 +14,9 @@
 
 #include "platform/canvas.h"
 #include "platform/qt/coverage.h"
+#include "platform/qt/ink.h"
 
 namespace kelvane {
-
-class QtFace;
 
 inline QRgb ToRgb(ColourValue colour) {
   return qRgb(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
@@ -43,6 +42,10 @@ class QtLayer {
   // Moves the picture by whole pixels, to the right and down. What it leaves behind holds no picture.
   void Move(QPoint by);
 
+  // What is drawn between these two is painted at the latter, if need be by several threads.
+  void Collect() { collecting_ = true; }
+  void PaintCollected();
+
   // Sizes and widths are device pixels. What lies outside the image costs nothing.
   void FillBox(FixedPoint from, FixedPoint to, QRgb colour);
   // A `crisp` line parallel to an axis is put on whole pixels.
@@ -58,16 +61,9 @@ class QtLayer {
  private:
   // Marks a rectangle as changed; false if nothing of it is within the clip.
   bool Touch(const QRect& touched);
-  // The same for what reaches so many pixels beyond points.
-  bool Touch(std::span<const FixedPoint> points, double reach);
-  void FillPixels(const QRect& box, QRgb colour);
-  void Take(const Path& path, std::span<const FixedPoint> points);
-  void Stroke(QRgb colour, double width);
-  void Fill(const FlatPath& area, FixedPoint shift, QRgb colour);
-  void DrawGlyphs(QtFace& face, double em, std::string_view codes, std::span<const FixedPoint> origins,
-                  QRgb colour);
-  void DrawOutlines(QtFace& face, double em, std::string_view codes, std::span<const FixedPoint> origins,
-                    QRgb colour);
+  // Paints or collects.
+  void Put(const Ink& ink);
+  PixelRows ImageRows();
 
   bool opaque_;
   QImage image_;
@@ -75,10 +71,9 @@ class QtLayer {
   QRect dirty_;
   QRect clip_;
 
-  // Reused from call to call.
-  FlatPath lines_;
-  FlatPath area_;
-  Coverage coverage_;
+  bool collecting_ = false;
+  InkList collected_;
+  InkPainter painter_;
 };
 
 }  // namespace kelvane

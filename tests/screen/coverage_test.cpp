@@ -14,7 +14,7 @@
 #include <random>
 #include <vector>
 
-#include "platform/qt/qt_glyphs.h"
+#include "platform/qt/blending.h"
 
 namespace kelvane {
 namespace {

@@ -1,0 +1,253 @@
+#include "platform/qt/ink.h"
+
+#include <QSemaphore>
+#include <QThreadPool>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "platform/qt/blending.h"
+#include "platform/qt/qt_glyphs.h"
+
+namespace kelvane {
+namespace {
+
+// So much is collected: what is beyond the processor's caches is read again more slowly than it is made.
+constexpr std::size_t kMostInks = 2048;
+constexpr std::size_t kMostPoints = 32768;
+
+// What painting costs, roughly and in nanoseconds, and from where on a second thread is worth waking.
+constexpr double kManyNanoseconds = 400'000;
+constexpr int kMostBands = 4;
+
+double Cost(const Ink& ink) {
+  const double width = ink.box.width(), height = ink.box.height();
+  switch (ink.kind) {
+    case Ink::Kind::Box:
+      return width * height / 16;
+    case Ink::Kind::Stroke:
+      return 100 * (width + height) + 150 * static_cast<double>(ink.points.size());
+    case Ink::Kind::Fill:
+      return width * height / 8 + 50 * (width + height);
+    case Ink::Kind::Glyphs:
+      return static_cast<double>(ink.codes.size()) * (20 + height * height / 16);
+    case Ink::Kind::Outlines:
+      return width * height / 2;
+  }
+  return 0;
+}
+
+// The rows of the clip in bands of about the same cost.
+class Bands {
+ public:
+  Bands(std::span<const Ink> inks, const QRect& clip) : clip_(clip) {
+    for (const Ink& ink : inks) Add(ink);
+  }
+  double Cost() const { return cost_; }
+
+  std::vector<QRect> Parted(int bands) const {
+    std::vector<QRect> parts;
+    int top = clip_.top();
+    double above = 0;
+    for (int slice = 0; slice < kSlices; ++slice) {
+      above += costs_[static_cast<std::size_t>(slice)];
+      const int end = slice + 1 == kSlices ? clip_.bottom() + 1 : RowOf(slice + 1);
+      const bool full = above * bands >= cost_ * static_cast<double>(parts.size() + 1);
+      if (end <= top || (slice + 1 < kSlices && (!full || static_cast<int>(parts.size()) + 1 == bands)))
+        continue;
+      parts.emplace_back(QPoint(clip_.left(), top), QPoint(clip_.right(), end - 1));
+      top = end;
+    }
+    return parts;
+  }
+
+ private:
+  static constexpr int kSlices = 64;
+  int RowOf(int slice) const { return clip_.top() + clip_.height() * slice / kSlices; }
+  int SliceOf(int row) const { return (row - clip_.top()) * kSlices / clip_.height(); }
+
+  void Add(const Ink& ink) {
+    const QRect box = ink.box & clip_;
+    if (box.isEmpty()) return;
+    const int first = SliceOf(box.top()), last = SliceOf(box.bottom());
+    const double cost = kelvane::Cost(ink);
+    for (int slice = first; slice <= last; ++slice)
+      costs_[static_cast<std::size_t>(slice)] += cost / (last - first + 1);
+    cost_ += cost;
+  }
+
+  QRect clip_;
+  std::array<double, kSlices> costs_{};
+  double cost_ = 0;
+};
+
+void PaintAll(InkPainter& painter, std::span<const Ink> inks, const PixelRows& pixels, const QRect& clip) {
+  for (const Ink& ink : inks) {
+    if (ink.box.intersects(clip)) painter.Paint(ink, pixels, clip);
+  }
+}
+
+// Blends a glyph's image; (x, y) is the pixel of its origin.
+void BlendGlyph(const PixelRows& target, const QRect& clip, int x, int y, const GlyphImage& glyph,
+                QRgb colour) {
+  const int left = x + glyph.left;
+  const int top = y + glyph.top;
+  const int firstColumn = std::max(clip.left() - left, 0);
+  const int lastColumn = std::min(glyph.width, clip.right() + 1 - left);
+  const int firstRow = std::max(clip.top() - top, 0);
+  const int lastRow = std::min(glyph.height, clip.bottom() + 1 - top);
+  if (firstColumn >= lastColumn || firstRow >= lastRow) return;
+  for (int row = firstRow; row < lastRow; ++row) {
+    const uchar* const coverage = glyph.coverage.data() + static_cast<std::ptrdiff_t>(row) * glyph.width;
+    BlendRow(target.At(top + row) + left + firstColumn, coverage + firstColumn, lastColumn - firstColumn,
+             colour);
+  }
+}
+
+// The threads that paint beside the one that asks. An idle one waits without waking up.
+QThreadPool& Threads() {
+  static QThreadPool& threads = *[] {
+    auto* const pool = new QThreadPool;  // never destroyed: nothing is left to be waited for at the exit
+    pool->setMaxThreadCount(std::clamp(QThreadPool::globalInstance()->maxThreadCount(), 1, kMostBands) - 1);
+    pool->setExpiryTimeout(-1);
+    return pool;
+  }();
+  return threads;
+}
+
+}  // namespace
+
+void InkPainter::Paint(const Ink& ink, const PixelRows& pixels, const QRect& clip) {
+  switch (ink.kind) {
+    case Ink::Kind::Box: {
+      const QRect box = ink.box & clip;
+      for (int y = box.top(); y <= box.bottom(); ++y)
+        std::fill_n(pixels.At(y) + box.left(), box.width(), ink.colour);
+      break;
+    }
+    case Ink::Kind::Stroke:
+      Stroke(ink, pixels, clip);
+      break;
+    case Ink::Kind::Fill:
+      TakeLines(ink);
+      Fill(lines_, {}, ink.colour, pixels, clip);
+      break;
+    case Ink::Kind::Glyphs:
+      Glyphs(ink, pixels, clip);
+      break;
+    case Ink::Kind::Outlines:
+      Outlines(ink, pixels, clip);
+      break;
+  }
+}
+
+void InkPainter::TakeLines(const Ink& ink) {
+  lines_.Clear();
+  const FixedPoint* point = ink.points.data();
+  for (const Path::Step step : ink.steps) {
+    switch (step) {
+      case Path::Step::Move:
+        lines_.MoveTo(*point++);
+        break;
+      case Path::Step::Line:
+        lines_.LineTo(*point++);
+        break;
+      case Path::Step::Curve:
+        lines_.CurveTo(point[0], point[1], point[2]);
+        point += 3;
+        break;
+    }
+  }
+}
+
+void InkPainter::Stroke(const Ink& ink, const PixelRows& pixels, const QRect& clip) {
+  TakeLines(ink);
+  area_.Clear();
+  AddStroke(area_, lines_, ink.width);
+  Fill(area_, {}, ink.colour, pixels, clip);
+}
+
+void InkPainter::Fill(const FlatPath& area, FixedPoint shift, QRgb colour, const PixelRows& pixels,
+                      const QRect& clip) {
+  // The picture is larger than the processor's caches, and most shapes go on below.
+  constexpr int kRowsAhead = 8;
+  coverage_.Cover(area, shift, clip, [&](int y, int x, const uchar* covered, int count) {
+    QRgb* const row = pixels.At(y) + x;
+    __builtin_prefetch(row + kRowsAhead * pixels.stride, 1);
+    BlendRow(row, covered, count, colour);
+  });
+}
+
+void InkPainter::Glyphs(const Ink& ink, const PixelRows& pixels, const QRect& clip) {
+  constexpr int kStep = kPixel / GlyphImages::kSteps;
+  const int reach = ink.images->Reach();
+  const QRect reached = clip.adjusted(-reach, -reach, reach, reach);
+  for (std::size_t i = 0; i < ink.codes.size(); ++i) {
+    const int x = ink.points[i].x + kStep / 2, y = ink.points[i].y + kStep / 2;
+    if (!reached.contains(x >> 8, y >> 8)) continue;
+    const GlyphImage* const glyph =
+        ink.images->At(static_cast<unsigned char>(ink.codes[i]), (x & (kPixel - 1)) / kStep,
+                       (y & (kPixel - 1)) / kStep, coverage_);
+    if (glyph != nullptr) BlendGlyph(pixels, clip, x >> 8, y >> 8, *glyph, ink.colour);
+  }
+}
+
+void InkPainter::Outlines(const Ink& ink, const PixelRows& pixels, const QRect& clip) {
+  const int reach = ink.images->Reach();
+  const QRect reached = clip.adjusted(-reach, -reach, reach, reach);
+  for (std::size_t i = 0; i < ink.codes.size(); ++i) {
+    if (!reached.contains(ink.points[i].x >> 8, ink.points[i].y >> 8)) continue;
+    const FlatPath* const outline = ink.images->Outline(static_cast<unsigned char>(ink.codes[i]));
+    if (outline != nullptr) Fill(*outline, ink.points[i], ink.colour, pixels, clip);
+  }
+}
+
+void PaintInBands(std::span<const Ink> inks, const PixelRows& pixels, const QRect& clip) {
+  if (clip.isEmpty()) return;
+  // One for each thread. Only one thread asks for painting.
+  static std::array<InkPainter, kMostBands>& painters = *new std::array<InkPainter, kMostBands>;
+  const Bands bands(inks, clip);
+  const int threads = bands.Cost() < kManyNanoseconds ? 1 : Threads().maxThreadCount() + 1;
+  const std::vector<QRect> parts = bands.Parted(threads);
+  QSemaphore painted;
+  for (std::size_t i = 1; i < parts.size(); ++i) {
+    Threads().start([&, i] {
+      PaintAll(painters[i], inks, pixels, parts[i]);
+      painted.release();
+    });
+  }
+  PaintAll(painters[0], inks, pixels, parts[0]);
+  painted.acquire(static_cast<int>(parts.size()) - 1);
+}
+
+bool InkList::Add(const Ink& ink) {
+  if (inks_.capacity() == 0) {
+    inks_.reserve(kMostInks);
+    points_.reserve(kMostPoints);
+    steps_.reserve(kMostPoints);
+    codes_.reserve(kMostPoints);
+  }
+  if (inks_.size() == kMostInks || points_.size() + ink.points.size() > kMostPoints ||
+      steps_.size() + ink.steps.size() > kMostPoints || codes_.size() + ink.codes.size() > kMostPoints)
+    return false;
+  const auto copy = [](auto& to, const auto& from) {
+    const std::size_t begin = to.size();
+    to.insert(to.end(), from.begin(), from.end());
+    return to.data() + begin;
+  };
+  Ink& kept = inks_.emplace_back(ink);
+  kept.points = {copy(points_, ink.points), ink.points.size()};
+  kept.steps = {copy(steps_, ink.steps), ink.steps.size()};
+  kept.codes = {copy(codes_, ink.codes), ink.codes.size()};
+  return true;
+}
+
+void InkList::Clear() {
+  inks_.clear();
+  points_.clear();
+  steps_.clear();
+  codes_.clear();
+}
+
+}  // namespace kelvane
