@@ -31,6 +31,14 @@ std::int64_t FloorDivide(std::int64_t a, std::int64_t b) {
   return quotient - (a % b < 0 ? 1 : 0);
 }
 
+// The nearest whole number, the larger one of two, of what lies within the range of the integer. The routine
+// of the library is a call.
+template <typename Integer>
+Integer Nearest(double value) {
+  const auto towardsZero = static_cast<Integer>(value + 0.5);
+  return towardsZero - (value + 0.5 < static_cast<double>(towardsZero) ? 1 : 0);
+}
+
 void Touch(std::uint64_t* row, int group) {
   row[group >> 6] |= std::uint64_t{1} << (group & 63);
 }
@@ -43,9 +51,11 @@ static_assert(kPixel == 1 << 8);
 }  // namespace
 
 FixedPoint ToFixed(double x, double y, QPoint origin) {
-  static constexpr double kMost = static_cast<double>(kFarthest) * kPixel;
-  const auto fixed = [](double value, double from) {
-    return static_cast<int>(std::clamp(std::floor(value * kPixel + 0.5) - from * kPixel, -kMost, kMost));
+  static constexpr std::int64_t kMost = std::int64_t{kFarthest} * kPixel;
+  static constexpr double kAbsurd = 1e15;
+  const auto fixed = [](double value, int from) {
+    const auto position = Nearest<std::int64_t>(std::clamp(value * kPixel, -kAbsurd, kAbsurd));
+    return static_cast<int>(std::clamp(position - std::int64_t{from} * kPixel, -kMost, kMost));
   };
   return {fixed(x, origin.x()), fixed(y, origin.y())};
 }
@@ -73,8 +83,8 @@ void FlatPath::CurveTo(FixedPoint control1, FixedPoint control2, FixedPoint to) 
   for (int i = 1; i < lines; ++i) {
     const double t = static_cast<double>(i) / lines, u = 1 - t;
     const double a = 3 * u * u * t, b = 3 * u * t * t, c = t * t * t;
-    points_.push_back({from.x + static_cast<int>(std::floor(a * x1 + b * x2 + c * x3 + 0.5)),
-                       from.y + static_cast<int>(std::floor(a * y1 + b * y2 + c * y3 + 0.5))});
+    points_.push_back(
+        {from.x + Nearest<int>(a * x1 + b * x2 + c * x3), from.y + Nearest<int>(a * y1 + b * y2 + c * y3)});
   }
   points_.push_back(to);
 }
@@ -96,111 +106,90 @@ QRect FlatPath::Bounds() const {
 
 namespace {
 
-struct Vector {
-  double x = 0;
-  double y = 0;
-};
-
-double Cross(Vector a, Vector b) {
+double Cross(PathVector a, PathVector b) {
   return a.x * b.y - a.y * b.x;
 }
-double Dot(Vector a, Vector b) {
+double Dot(PathVector a, PathVector b) {
   return a.x * b.x + a.y * b.y;
 }
-
-FixedPoint Beside(FixedPoint point, Vector by) {
-  return {point.x + static_cast<int>(std::floor(by.x + 0.5)),
-          point.y + static_cast<int>(std::floor(by.y + 0.5))};
+PathVector Back(PathVector normal) {
+  return {-normal.x, -normal.y};
 }
 
-// Walks along one side of a line and round its end, then back along the other and round its start.
-class Stroker {
- public:
-  Stroker(FlatPath& area, double width) : area_(area), half_(width * kPixel / 2) {
-    const double step = 2 * std::acos(std::max(1 - kFlatness / half_, 0.0));
-    capSteps_ = std::max(static_cast<int>(std::ceil(std::numbers::pi / step)), 2);
-    const double turn = std::numbers::pi / capSteps_;
-    cos_ = std::cos(turn);
-    sin_ = std::sin(turn);
-  }
-
-  void Add(std::span<const FixedPoint> line) {
-    points_.clear();
-    for (const FixedPoint& point : line) {
-      if (points_.empty() || points_.back() != point) points_.push_back(point);
-    }
-    normals_.clear();
-    for (std::size_t i = 0; i + 1 < points_.size(); ++i) {
-      const double dx = points_[i + 1].x - points_[i].x, dy = points_[i + 1].y - points_[i].y;
-      const double factor = half_ / std::sqrt(dx * dx + dy * dy);
-      normals_.push_back({dy * factor, -dx * factor});
-    }
-    if (normals_.empty()) normals_.push_back({half_, 0});  // a dot
-    begun_ = false;
-    const std::size_t segments = normals_.size();
-    const std::size_t last = points_.size() - 1;
-    Emit(points_[0], normals_[0]);
-    for (std::size_t i = 1; i < segments; ++i) Join(points_[i], normals_[i - 1], normals_[i]);
-    Emit(points_[last], normals_[segments - 1]);
-    Cap(points_[last], normals_[segments - 1]);
-    for (std::size_t i = segments; i-- > 1;) Join(points_[i], Back(normals_[i]), Back(normals_[i - 1]));
-    Emit(points_[0], Back(normals_[0]));
-    Cap(points_[0], Back(normals_[0]));
-  }
-
- private:
-  static Vector Back(Vector normal) { return {-normal.x, -normal.y}; }
-  Vector Turned(Vector normal) const {
-    return {normal.x * cos_ - normal.y * sin_, normal.x * sin_ + normal.y * cos_};
-  }
-  void Emit(FixedPoint point, Vector normal) {
-    const FixedPoint at = Beside(point, normal);
-    begun_ ? area_.LineTo(at) : area_.MoveTo(at);
-    begun_ = true;
-  }
-  void Cap(FixedPoint point, Vector normal) {
-    for (int i = 1; i < capSteps_; ++i) Emit(point, normal = Turned(normal));
-    Emit(point, Turned(normal));
-  }
-  void Join(FixedPoint point, Vector before, Vector after) {
-    constexpr double kSmoothTurn = 0.95;  // cosine of what needs no arc
-    const double cosine = Dot(before, after) / (half_ * half_);
-    if (cosine > kSmoothTurn) {
-      const double factor = 1 / (1 + cosine);
-      Emit(point, {(before.x + after.x) * factor, (before.y + after.y) * factor});
-      return;
-    }
-    Emit(point, before);
-    if (Cross(before, after) > 0 || cosine < -kAlmostBack) {
-      Vector normal = Turned(before);
-      for (int i = 1; i < capSteps_ && Cross(normal, after) > 0; ++i, normal = Turned(normal))
-        Emit(point, normal);
-    } else {
-      Emit(point, {});  // the inner side, within what is covered anyway
-    }
-    Emit(point, after);
-  }
-
-  static constexpr double kAlmostBack = 0.9999;
-
-  FlatPath& area_;
-  double half_;
-  int capSteps_;
-  double cos_;
-  double sin_;
-  bool begun_ = false;
-  std::vector<FixedPoint> points_;
-  std::vector<Vector> normals_;
-};
+FixedPoint Beside(FixedPoint point, PathVector by) {
+  return {point.x + Nearest<int>(by.x), point.y + Nearest<int>(by.y)};
+}
 
 }  // namespace
 
-void AddStroke(FlatPath& area, const FlatPath& lines, double width) {
+void Stroker::Add(FlatPath& area, const FlatPath& lines, double width) {
   if (!(width > 0)) return;
-  Stroker stroker(area, width);
+  if (width != width_) UseWidth(width);
   for (std::size_t part = 0; part < lines.Parts(); ++part) {
-    if (lines.Part(part).size() > 1) stroker.Add(lines.Part(part));
+    if (lines.Part(part).size() > 1) AddPart(area, lines.Part(part));
   }
+}
+
+void Stroker::UseWidth(double width) {
+  width_ = width;
+  half_ = std::min(width, static_cast<double>(kFarthest)) * kPixel / 2;
+  const double step = 2 * std::acos(std::max(1 - kFlatness / half_, 0.0));
+  capSteps_ = std::max(static_cast<int>(std::ceil(std::numbers::pi / step)), 2);
+  const double turn = std::numbers::pi / capSteps_;
+  cos_ = std::cos(turn);
+  sin_ = std::sin(turn);
+}
+
+// Walks along one side of a line and round its end, then back along the other and round its start.
+void Stroker::AddPart(FlatPath& area, std::span<const FixedPoint> line) {
+  points_.clear();
+  for (const FixedPoint& point : line) {
+    if (points_.empty() || points_.back() != point) points_.push_back(point);
+  }
+  normals_.clear();
+  for (std::size_t i = 0; i + 1 < points_.size(); ++i) {
+    const double dx = points_[i + 1].x - points_[i].x, dy = points_[i + 1].y - points_[i].y;
+    const double factor = half_ / std::sqrt(dx * dx + dy * dy);
+    normals_.push_back({dy * factor, -dx * factor});
+  }
+  if (normals_.empty()) normals_.push_back({half_, 0});  // a dot
+  const std::size_t segments = normals_.size();
+  const std::size_t last = points_.size() - 1;
+  area.MoveTo(Beside(points_[0], normals_[0]));
+  for (std::size_t i = 1; i < segments; ++i) Join(area, points_[i], normals_[i - 1], normals_[i]);
+  area.LineTo(Beside(points_[last], normals_[segments - 1]));
+  Cap(area, points_[last], normals_[segments - 1]);
+  for (std::size_t i = segments; i-- > 1;) Join(area, points_[i], Back(normals_[i]), Back(normals_[i - 1]));
+  area.LineTo(Beside(points_[0], Back(normals_[0])));
+  Cap(area, points_[0], Back(normals_[0]));
+}
+
+PathVector Stroker::Turned(PathVector normal) const {
+  return {normal.x * cos_ - normal.y * sin_, normal.x * sin_ + normal.y * cos_};
+}
+
+void Stroker::Cap(FlatPath& area, FixedPoint point, PathVector normal) const {
+  for (int i = 0; i < capSteps_; ++i) area.LineTo(Beside(point, normal = Turned(normal)));
+}
+
+void Stroker::Join(FlatPath& area, FixedPoint point, PathVector before, PathVector after) const {
+  constexpr double kSmoothTurn = 0.95;  // cosine of what needs no arc
+  constexpr double kAlmostBack = 0.9999;
+  const double cosine = Dot(before, after) / (half_ * half_);
+  if (cosine > kSmoothTurn) {
+    const double factor = 1 / (1 + cosine);
+    area.LineTo(Beside(point, {(before.x + after.x) * factor, (before.y + after.y) * factor}));
+    return;
+  }
+  area.LineTo(Beside(point, before));
+  if (Cross(before, after) > 0 || cosine < -kAlmostBack) {
+    PathVector normal = Turned(before);
+    for (int i = 1; i < capSteps_ && Cross(normal, after) > 0; ++i, normal = Turned(normal))
+      area.LineTo(Beside(point, normal));
+  } else {
+    area.LineTo(point);  // the inner side, within what is covered anyway
+  }
+  area.LineTo(Beside(point, after));
 }
 
 bool Coverage::Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip) {
@@ -214,7 +203,8 @@ bool Coverage::Begin(const FlatPath& shape, FixedPoint shift, const QRect& clip)
   const auto sums = static_cast<std::size_t>(groups_) * kGroup;
   bandRows_ = std::min(std::max(kBandSums / static_cast<int>(sums), kLeastBandRows), box_.height());
   const auto rows = static_cast<std::size_t>(bandRows_);
-  if (rises_.size() < sums * rows) rises_.resize(sums * rows);
+  // One more, where the last stretch of a row may add nothing.
+  if (rises_.size() < sums * rows + 1) rises_.resize(sums * rows + 1);
   if (touched_.size() < static_cast<std::size_t>(words_) * rows)
     touched_.resize(static_cast<std::size_t>(words_) * rows);
   if (coverage_.size() < sums) coverage_.resize(sums);
@@ -306,14 +296,18 @@ inline void Coverage::AddStretch(std::int32_t* rises, std::uint64_t* touched, in
     AddWideStretch(rises, touched, from, to, height);
     return;
   }
+  // One column or two without a branch: no processor can guess which, and one that guesses wrong waits longer
+  // than all of this takes.
+  const int two = column - lastColumn;  // all bits or none
   const int inside = from & (kPixel - 1), insideLast = to & (kPixel - 1);
-  if (column == lastColumn) {
-    AddRise(rises + column, inside + insideLast, height);
-  } else {
-    const int first = height * (kPixel - inside) / (to - from);
-    AddRise(rises + column, inside + kPixel, first);
-    AddRise(rises + lastColumn, insideLast, height - first);
-  }
+  const int way = std::max(to - from, 1);
+  const int first = height * (way + ((kPixel - inside - way) & two)) / way, rest = height - first;
+  const int beyond = (inside + insideLast + ((kPixel - insideLast) & two)) * first;
+  const int beyondLast = insideLast * rest;
+  // Each column is read and written once: what was just written in another size is slow to read.
+  rises[column] += 2 * kPixel * first - beyond;
+  rises[column + 1] += beyond + 2 * kPixel * rest - beyondLast;
+  rises[column + 2] += beyondLast;
   Touch(touched, column / kGroup);
   Touch(touched, (lastColumn + 1) / kGroup);
 }
@@ -355,10 +349,9 @@ void Coverage::AddEdge(FixedPoint from, FixedPoint to) {
     y = nextY;
     way += rowStep;
     rest += rowRest;
-    if (rest >= dy) {
-      rest -= dy;
-      ++way;
-    }
+    const std::int64_t over = (dy - 1 - rest) >> 63;  // all bits or none
+    rest -= dy & over;
+    way -= over;
   }
 }
 

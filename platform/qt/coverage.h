@@ -49,8 +49,33 @@ class FlatPath {
   std::vector<std::size_t> starts_;
 };
 
+struct PathVector {
+  double x = 0;
+  double y = 0;
+};
+
 // Adds the areas that lines of a width, in device pixels, cover: ends and joins are round.
-void AddStroke(FlatPath& area, const FlatPath& lines, double width);
+class Stroker {
+ public:
+  void Add(FlatPath& area, const FlatPath& lines, double width);
+
+ private:
+  void UseWidth(double width);
+  void AddPart(FlatPath& area, std::span<const FixedPoint> line);
+  void Cap(FlatPath& area, FixedPoint point, PathVector normal) const;
+  void Join(FlatPath& area, FixedPoint point, PathVector before, PathVector after) const;
+  PathVector Turned(PathVector normal) const;
+
+  double width_ = 0;
+  double half_ = 0;
+  // A half circle in so many steps, and one of them.
+  int capSteps_ = 0;
+  double cos_ = 1;
+  double sin_ = 0;
+  // Reused from call to call.
+  std::vector<FixedPoint> points_;
+  std::vector<PathVector> normals_;
+};
 
 // What the rises of a fully covered pixel add up to.
 inline constexpr int kFull = 2 * kPixel * kPixel;

@@ -164,7 +164,7 @@ void InkPainter::TakeLines(const Ink& ink) {
 void InkPainter::Stroke(const Ink& ink, const PixelRows& pixels, const QRect& clip) {
   TakeLines(ink);
   area_.Clear();
-  AddStroke(area_, lines_, ink.width);
+  stroker_.Add(area_, lines_, ink.width);
   Fill(area_, {}, ink.colour, pixels, clip);
 }
 

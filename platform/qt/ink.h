@@ -53,6 +53,7 @@ class InkPainter {
   void TakeLines(const Ink& ink);
 
   FlatPath lines_;
+  Stroker stroker_;
   FlatPath area_;
   Coverage coverage_;
 };

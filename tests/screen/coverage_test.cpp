@@ -88,7 +88,7 @@ TEST(CoverageTest, AreasAndStrokesAreThoseOfThePainter) {
         painter.strokePath(given.path, QPen(Qt::white, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
       });
       FlatPath stroke;
-      AddStroke(stroke, given.shape, width);
+      Stroker().Add(stroke, given.shape, width);
       EXPECT_LE(Different(Covered(stroke, {}, kWhole), line, 40), 30) << width;
     }
   }
@@ -99,7 +99,7 @@ TEST(CoverageTest, StaysTheSameWhereverItLiesAndWhateverIsAskedFor) {
     SCOPED_TRACE(seed);
     const Random given(seed);
     FlatPath shape;
-    AddStroke(shape, given.shape, 0.7 + seed % 5);
+    Stroker().Add(shape, given.shape, 0.7 + seed % 5);
     const QImage whole = Covered(shape, {}, kWhole);
     for (const QRect clip : {QRect(0, 0, 50, 30), QRect(31, 7, 1, 90), QRect(77, 64, 43, 56)})
       EXPECT_EQ(Covered(shape, {}, clip).copy(clip), whole.copy(clip));
@@ -112,7 +112,7 @@ TEST(CoverageTest, StaysTheSameWhereverItLiesAndWhateverIsAskedFor) {
       lines.Empty() ? lines.MoveTo(at) : lines.LineTo(at);
     }
     FlatPath stroke;
-    AddStroke(stroke, lines, 0.7 + seed % 5);
+    Stroker().Add(stroke, lines, 0.7 + seed % 5);
     EXPECT_EQ(Covered(stroke, {}, kWhole), moved);
   }
 }
@@ -124,7 +124,7 @@ TEST(CoverageTest, PiecesOfALineHaveNoSeams) {
     lines.MoveTo(ToFixed(10, 60.5));
     for (double x = 16.3; x < 110; x += 6.3) lines.LineTo(ToFixed(x, 60.5));
     FlatPath stroke;
-    AddStroke(stroke, lines, width);
+    Stroker().Add(stroke, lines, width);
     const QImage image = Covered(stroke, {}, kWhole);
     for (int y = 55; y < 66; ++y) {
       for (int x = 20; x < 100; ++x) EXPECT_EQ(image.constScanLine(y)[x], image.constScanLine(y)[15]) << x;
