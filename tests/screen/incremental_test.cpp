@@ -132,16 +132,25 @@ Page GeneratedPage(unsigned seed) {
   return page;
 }
 
+// Twenty scales from far away to near by.
+constexpr int kScales = 20;
+float ScaleOf(int step) {
+  return 0.35F * std::pow(1.17F, static_cast<float>(step));
+}
+
 TEST_F(IncrementalTest, SamplePages) {
+  int page = 0;
   for (const auto& file : std::filesystem::directory_iterator(KELVANE_SOURCE_DIR "/data")) {
     const std::string extension = file.path().extension().string();
     if (extension.size() != 4 || extension[1] != '0') continue;
     SCOPED_TRACE(file.path().filename().string());
     ReadPage(BackslashPath(file.path().string()));
     ResetEdits();
-    for (const float scale : {0.73F, 1.0F, 4 / 3.0F, 2.0F, 3.1F}) {
-      SCOPED_TRACE(scale);
-      SCALE = scale;
+    // Each page at some of them; the next one at others.
+    constexpr int kStride = 4;
+    for (int step = page++ % kStride; step < kScales; step += kStride) {
+      SCALE = ScaleOf(step);
+      SCOPED_TRACE(SCALE);
       ScrollAbout();
       EditAbout();
     }
@@ -149,14 +158,34 @@ TEST_F(IncrementalTest, SamplePages) {
 }
 
 TEST_F(IncrementalTest, GeneratedPages) {
-  for (unsigned seed = 1; seed <= 20; ++seed) {
-    ThePage = GeneratedPage(seed);
+  for (int step = 0; step < kScales; ++step) {
+    ThePage = GeneratedPage(static_cast<unsigned>(step));
     ResetEdits();
-    SCALE = 0.3F * std::pow(1.17F, static_cast<float>(seed));
-    STARTX = 200 + 3.1F * static_cast<float>(seed);
+    SCALE = ScaleOf(step);
+    STARTX = 200 + 3.1F * static_cast<float>(step);
     SCOPED_TRACE(SCALE);
     ScrollAbout();
     EditAbout();
+  }
+}
+
+// What several threads paint together is what one paints alone.
+TEST_F(IncrementalTest, PageOfManyItems) {
+  canvas_.SetPlace({0, 0, 1203, 901});
+  ThePage = GeneratedPage(1);
+  for (unsigned seed = 2; seed < 15; ++seed) {
+    const Page more = GeneratedPage(seed);
+    ThePage.text += more.text;
+    ThePage.drawings += more.drawings;
+    ThePage.drawingCount = static_cast<std::int16_t>(ThePage.drawingCount + more.drawingCount);
+  }
+  for (const float scale : {0.9F, 2.3F, 30.0F}) {
+    SCOPED_TRACE(scale);
+    SCALE = scale;
+    ShowPage();
+    const QImage shown = Shown();
+    RedrawPage();
+    EXPECT_EQ(Differences(shown, Shown()), "");
   }
 }
 
