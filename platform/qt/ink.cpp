@@ -1,5 +1,6 @@
 #include "platform/qt/ink.h"
 
+#include <QRegion>
 #include <QSemaphore>
 #include <QThreadPool>
 #include <algorithm>
@@ -83,8 +84,16 @@ class Bands {
 };
 
 void PaintAll(InkPainter& painter, std::span<const Ink> inks, const PixelRows& pixels, const QRect& clip) {
-  for (const Ink& ink : inks) {
-    if (ink.box.intersects(clip)) painter.Paint(ink, pixels, clip);
+  for (std::size_t i = 0; i < inks.size(); ++i) {
+    const Ink& ink = inks[i];
+    if (!ink.box.intersects(clip)) continue;
+    // The paper lies on most of the ground that was cleared.
+    const bool both = ink.kind == Ink::Kind::Box && i + 1 < inks.size() && inks[i + 1].kind == Ink::Kind::Box;
+    if (!both) {
+      painter.Paint(ink, pixels, clip);
+      continue;
+    }
+    for (const QRect& seen : QRegion(ink.box & clip) - inks[i + 1].box) painter.Paint(ink, pixels, seen);
   }
 }
 
