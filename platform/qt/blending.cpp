@@ -10,6 +10,8 @@
 namespace kelvane {
 namespace {
 
+constexpr int kTogether = 4;  // pixels
+
 // `over` with the given coverage on top of `under`, all four channels at once, two in each product.
 QRgb Blend(QRgb under, QRgb over, unsigned coverage) {
   const auto mix = [coverage](unsigned below, unsigned above) {
@@ -48,27 +50,38 @@ void BlendRowPlainly(QRgb* pixels, const uchar* coverage, int count, QRgb colour
 }
 
 void BlendRow(QRgb* pixels, const uchar* coverage, int count, QRgb colour) {
-  int i = 0;
+  BlendRows(pixels, 0, coverage, 0, count, 1, colour);
+}
+
+void BlendRows(QRgb* pixels, std::ptrdiff_t stride, const uchar* coverage, std::ptrdiff_t coverageStride,
+               int count, int rows, QRgb colour) {
+  const int whole = count / kTogether * kTogether;
 #ifdef __SSE2__
   const __m128i four = _mm_set1_epi32(static_cast<int>(colour));
   const __m128i over = _mm_unpacklo_epi8(four, _mm_setzero_si128());
-  for (; i + 4 <= count; i += 4) {
-    std::uint32_t covered;
-    std::memcpy(&covered, coverage + i, sizeof covered);
-    if (covered == 0) continue;
-    auto* const place = reinterpret_cast<__m128i*>(pixels + i);
-    if (covered == 0xFFFFFFFFU) {
-      _mm_storeu_si128(place, four);
-      continue;
-    }
-    // Each pixel's coverage four times, once for each of its channels.
-    __m128i each = _mm_cvtsi32_si128(static_cast<int>(covered));
-    each = _mm_unpacklo_epi8(each, each);
-    each = _mm_unpacklo_epi16(each, each);
-    _mm_storeu_si128(place, BlendFour(_mm_loadu_si128(place), over, each));
-  }
 #endif
-  BlendRowPlainly(pixels + i, coverage + i, count - i, colour);
+  for (; rows > 0; --rows, pixels += stride, coverage += coverageStride) {
+#ifdef __SSE2__
+    for (int i = 0; i < whole; i += kTogether) {
+      std::uint32_t covered;
+      std::memcpy(&covered, coverage + i, sizeof covered);
+      if (covered == 0) continue;
+      auto* const place = reinterpret_cast<__m128i*>(pixels + i);
+      if (covered == 0xFFFFFFFFU) {
+        _mm_storeu_si128(place, four);
+        continue;
+      }
+      // Each pixel's coverage four times, once for each of its channels.
+      __m128i each = _mm_cvtsi32_si128(static_cast<int>(covered));
+      each = _mm_unpacklo_epi8(each, each);
+      each = _mm_unpacklo_epi16(each, each);
+      _mm_storeu_si128(place, BlendFour(_mm_loadu_si128(place), over, each));
+    }
+#else
+    BlendRowPlainly(pixels, coverage, whole, colour);
+#endif
+    if (whole < count) BlendRowPlainly(pixels + whole, coverage + whole, count - whole, colour);
+  }
 }
 
 }  // namespace kelvane

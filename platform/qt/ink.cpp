@@ -107,11 +107,9 @@ void BlendGlyph(const PixelRows& target, const QRect& clip, int x, int y, const 
   const int firstRow = std::max(clip.top() - top, 0);
   const int lastRow = std::min(glyph.height, clip.bottom() + 1 - top);
   if (firstColumn >= lastColumn || firstRow >= lastRow) return;
-  for (int row = firstRow; row < lastRow; ++row) {
-    const uchar* const coverage = glyph.coverage.data() + static_cast<std::ptrdiff_t>(row) * glyph.width;
-    BlendRow(target.At(top + row) + left + firstColumn, coverage + firstColumn, lastColumn - firstColumn,
-             colour);
-  }
+  BlendRows(target.At(top + firstRow) + left + firstColumn, target.stride,
+            glyph.coverage.data() + static_cast<std::ptrdiff_t>(firstRow) * glyph.width + firstColumn,
+            glyph.width, lastColumn - firstColumn, lastRow - firstRow, colour);
 }
 
 // The threads that paint beside the one that asks. An idle one waits without waking up.
