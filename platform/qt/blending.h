@@ -4,15 +4,25 @@
 
 #include <QRgb>
 #include <cstddef>
+#include <span>
 
 namespace kelvane {
 
-// Blends `colour` into a row of pixels, RGB32 or premultiplied, as far as each is covered.
-void BlendRow(QRgb* pixels, const uchar* coverage, int count, QRgb colour);
-// The same for rows that lie so many pixels apart, with coverage that lies so many bytes apart.
-void BlendRows(QRgb* pixels, std::ptrdiff_t stride, const uchar* coverage, std::ptrdiff_t coverageStride,
-               int count, int rows, QRgb colour);
-// The same, pixel by pixel: what the other one does for machines without vectors and for the last few.
-void BlendRowPlainly(QRgb* pixels, const uchar* coverage, int count, QRgb colour);
+// Rows of pixels, RGB32 or premultiplied, and how much of each is covered, 0 to 255.
+struct CoveredRows {
+  QRgb* pixels = nullptr;
+  std::ptrdiff_t stride = 0;  // pixels from row to row
+  const uchar* coverage = nullptr;
+  std::ptrdiff_t coverageStride = 0;  // bytes
+  int count = 0;                      // of pixels in each row
+  int rows = 1;
+};
+
+// Blends `colour` into the pixels as far as each is covered.
+void Blend(const CoveredRows& rows, QRgb colour);
+
+// The forms of it that this machine can run, from pixel by pixel to the one in use. All give the same pixels.
+using BlendForm = void (*)(const CoveredRows& rows, QRgb colour);
+std::span<const BlendForm> BlendForms();
 
 }  // namespace kelvane

@@ -107,9 +107,14 @@ void BlendGlyph(const PixelRows& target, const QRect& clip, int x, int y, const 
   const int firstRow = std::max(clip.top() - top, 0);
   const int lastRow = std::min(glyph.height, clip.bottom() + 1 - top);
   if (firstColumn >= lastColumn || firstRow >= lastRow) return;
-  BlendRows(target.At(top + firstRow) + left + firstColumn, target.stride,
-            glyph.coverage.data() + static_cast<std::ptrdiff_t>(firstRow) * glyph.width + firstColumn,
-            glyph.width, lastColumn - firstColumn, lastRow - firstRow, colour);
+  Blend(
+      {.pixels = target.At(top + firstRow) + left + firstColumn,
+       .stride = target.stride,
+       .coverage = glyph.coverage.data() + static_cast<std::ptrdiff_t>(firstRow) * glyph.width + firstColumn,
+       .coverageStride = glyph.width,
+       .count = lastColumn - firstColumn,
+       .rows = lastRow - firstRow},
+      colour);
 }
 
 // The threads that paint beside the one that asks. An idle one waits without waking up.
@@ -182,7 +187,7 @@ void InkPainter::Fill(const FlatPath& area, FixedPoint shift, QRgb colour, const
   coverage_.Cover(area, shift, clip, [&](int y, int x, const uchar* covered, int count) {
     QRgb* const row = pixels.At(y) + x;
     __builtin_prefetch(row + kRowsAhead * pixels.stride, 1);
-    BlendRow(row, covered, count, colour);
+    Blend({.pixels = row, .coverage = covered, .count = count}, colour);
   });
 }
 

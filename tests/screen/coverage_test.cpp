@@ -151,22 +151,34 @@ TEST(CoverageTest, VectorsSumToTheSameBytes) {
   }
 }
 
-TEST(CoverageTest, VectorsBlendToTheSameBytes) {
+TEST(CoverageTest, AllFormsBlendToTheSameBytes) {
   std::minstd_rand random(1);
   for (int round = 0; round < 2000; ++round) {
-    const int count = static_cast<int>(random() % 23);
-    std::vector<QRgb> pixels(32), expected;
-    std::vector<uchar> coverage(32);
+    constexpr int kStride = 40, kRows = 3;
+    std::vector<QRgb> pixels(kStride * kRows);
+    std::vector<uchar> coverage(kStride * kRows);
     for (QRgb& pixel : pixels) pixel = static_cast<QRgb>(random() * 2654435761U);
-    for (uchar& covered : coverage) {
+    for (std::size_t i = 0; i < coverage.size(); ++i) {
       const unsigned kind = random() % 4;
-      covered = kind == 0 ? 0 : kind == 1 ? 255 : static_cast<uchar>(random());
+      // Often the same for several pixels.
+      coverage[i] = kind == 0 ? 0 : kind == 1 ? 255 : static_cast<uchar>(random());
+      if (i > 0 && random() % 8 != 0) coverage[i] = coverage[i - 1];
     }
-    expected = pixels;
     const auto colour = static_cast<QRgb>(random() * 2654435761U);
-    BlendRowPlainly(expected.data() + 3, coverage.data() + 2, count, colour);
-    BlendRow(pixels.data() + 3, coverage.data() + 2, count, colour);
-    ASSERT_EQ(pixels, expected) << round;
+    const int count = static_cast<int>(random() % 35);
+    std::vector<QRgb> expected;
+    for (const BlendForm form : BlendForms()) {
+      std::vector<QRgb> blended = pixels;
+      form({.pixels = blended.data() + 3,
+            .stride = kStride - 1,
+            .coverage = coverage.data() + 2,
+            .coverageStride = kStride,
+            .count = count,
+            .rows = kRows},
+           colour);
+      if (expected.empty()) expected = blended;
+      ASSERT_EQ(blended, expected) << round;
+    }
   }
 }
 
