@@ -14,9 +14,9 @@
 namespace kelvane {
 namespace {
 
-// So much is collected: what is beyond the processor's caches is read again more slowly than it is made.
-constexpr std::size_t kMostInks = 2048;
-constexpr std::size_t kMostPoints = 32768;
+// So much is collected at a time: what is beyond the processor's caches is read more slowly than it is made.
+constexpr std::size_t kMostInks = 1024;
+constexpr std::size_t kMostPoints = 16384;
 
 // What painting costs, roughly and in nanoseconds, and from where on a second thread is worth waking.
 constexpr double kManyNanoseconds = 400'000;
@@ -38,25 +38,35 @@ double Cost(const Ink& ink) {
   }
   return 0;
 }
+double CostOfCollecting(const Ink& ink) {
+  return 100 + 40 * static_cast<double>(ink.points.size());
+}
 
-// The rows of the clip in bands of about the same cost.
+// The rows of the clip in bands, one for each thread.
 class Bands {
  public:
   Bands(std::span<const Ink> inks, const QRect& clip) : clip_(clip) {
     for (const Ink& ink : inks) Add(ink);
   }
-  double Cost() const { return cost_; }
 
-  std::vector<QRect> Parted(int bands) const {
+  // All of about the same cost, but for the first: whoever paints that collects as much again meanwhile, if
+  // there is `more`.
+  std::vector<QRect> Parted(int bands, bool more) const {
+    if (cost_ < kManyNanoseconds) bands = 1;
+    constexpr double kLeastShare = 0.1;
+    const double each = (cost_ + (more ? collecting_ : 0)) / bands;
+    const double first = std::max(each - (more ? collecting_ : 0), kLeastShare * cost_);
+    const double other = (cost_ - first) / std::max(bands - 1, 1);
     std::vector<QRect> parts;
     int top = clip_.top();
     double above = 0;
     for (int slice = 0; slice < kSlices; ++slice) {
       above += costs_[static_cast<std::size_t>(slice)];
-      const int end = slice + 1 == kSlices ? clip_.bottom() + 1 : RowOf(slice + 1);
-      const bool full = above * bands >= cost_ * static_cast<double>(parts.size() + 1);
-      if (end <= top || (slice + 1 < kSlices && (!full || static_cast<int>(parts.size()) + 1 == bands)))
-        continue;
+      const bool last = slice + 1 == kSlices;
+      const int end = last ? clip_.bottom() + 1 : RowOf(slice + 1);
+      const auto made = static_cast<int>(parts.size());
+      const bool full = above >= first + other * made && made + 1 < bands;
+      if (end == top || !(last || full)) continue;
       parts.emplace_back(QPoint(clip_.left(), top), QPoint(clip_.right(), end - 1));
       top = end;
     }
@@ -69,6 +79,7 @@ class Bands {
   int SliceOf(int row) const { return (row - clip_.top()) * kSlices / clip_.height(); }
 
   void Add(const Ink& ink) {
+    collecting_ += CostOfCollecting(ink);
     const QRect box = ink.box & clip_;
     if (box.isEmpty()) return;
     const int first = SliceOf(box.top()), last = SliceOf(box.bottom());
@@ -81,6 +92,7 @@ class Bands {
   QRect clip_;
   std::array<double, kSlices> costs_{};
   double cost_ = 0;
+  double collecting_ = 0;
 };
 
 void PaintAll(InkPainter& painter, std::span<const Ink> inks, const PixelRows& pixels, const QRect& clip) {
@@ -115,17 +127,6 @@ void BlendGlyph(const PixelRows& target, const QRect& clip, int x, int y, const 
        .count = lastColumn - firstColumn,
        .rows = lastRow - firstRow},
       colour);
-}
-
-// The threads that paint beside the one that asks. An idle one waits without waking up.
-QThreadPool& Threads() {
-  static QThreadPool& threads = *[] {
-    auto* const pool = new QThreadPool;  // never destroyed: nothing is left to be waited for at the exit
-    pool->setMaxThreadCount(std::clamp(QThreadPool::globalInstance()->maxThreadCount(), 1, kMostBands) - 1);
-    pool->setExpiryTimeout(-1);
-    return pool;
-  }();
-  return threads;
 }
 
 }  // namespace
@@ -215,22 +216,62 @@ void InkPainter::Outlines(const Ink& ink, const PixelRows& pixels, const QRect& 
   }
 }
 
-void PaintInBands(std::span<const Ink> inks, const PixelRows& pixels, const QRect& clip) {
-  if (clip.isEmpty()) return;
-  // One for each thread. Only one thread asks for painting.
-  static std::array<InkPainter, kMostBands>& painters = *new std::array<InkPainter, kMostBands>;
-  const Bands bands(inks, clip);
-  const int threads = bands.Cost() < kManyNanoseconds ? 1 : Threads().maxThreadCount() + 1;
-  const std::vector<QRect> parts = bands.Parted(threads);
+// The threads that paint beside the one that asks, and what each paints with. An idle one waits without
+// waking up.
+struct InkCollector::Threads {
+  Threads() {
+    pool.setMaxThreadCount(std::clamp(QThreadPool::globalInstance()->maxThreadCount(), 1, kMostBands) - 1);
+    pool.setExpiryTimeout(-1);
+  }
+  std::array<InkPainter, kMostBands> painters;
   QSemaphore painted;
+  int painting = 0;
+  QThreadPool pool;  // the first to go: it waits for what still uses the others
+};
+
+InkCollector::InkCollector() = default;
+InkCollector::~InkCollector() {
+  Wait();
+}
+
+void InkCollector::Begin(const PixelRows& pixels, const QRect& clip) {
+  pixels_ = pixels;
+  clip_ = clip;
+}
+
+void InkCollector::Add(const Ink& ink) {
+  if (filled_->Add(ink)) return;
+  Paint(filled_->Inks(), true);
+  filled_ = filled_ == &lists_[0] ? &lists_[1] : &lists_[0];
+  filled_->Clear();
+  if (filled_->Add(ink)) return;
+  Paint({&ink, 1}, false);
+  Wait();
+}
+
+void InkCollector::Finish() {
+  Paint(filled_->Inks(), false);
+  Wait();
+  filled_->Clear();
+}
+
+void InkCollector::Paint(std::span<const Ink> inks, bool more) {
+  Wait();
+  if (inks.empty() || clip_.isEmpty()) return;
+  if (threads_ == nullptr) threads_ = std::make_unique<Threads>();
+  const std::vector<QRect> parts = Bands(inks, clip_).Parted(threads_->pool.maxThreadCount() + 1, more);
   for (std::size_t i = 1; i < parts.size(); ++i) {
-    Threads().start([&, i] {
-      PaintAll(painters[i], inks, pixels, parts[i]);
-      painted.release();
+    threads_->pool.start([this, inks, part = parts[i], &painter = threads_->painters[i]] {
+      PaintAll(painter, inks, pixels_, part);
+      threads_->painted.release();
     });
   }
-  PaintAll(painters[0], inks, pixels, parts[0]);
-  painted.acquire(static_cast<int>(parts.size()) - 1);
+  threads_->painting = static_cast<int>(parts.size()) - 1;
+  PaintAll(threads_->painters[0], inks, pixels_, parts[0]);
+}
+
+void InkCollector::Wait() {
+  if (threads_ != nullptr) threads_->painted.acquire(std::exchange(threads_->painting, 0));
 }
 
 bool InkList::Add(const Ink& ink) {

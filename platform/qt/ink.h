@@ -8,6 +8,7 @@
 #include <QRgb>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -42,7 +43,7 @@ struct Ink {
 // Paints things one after the other. What it works with is kept from call to call.
 class InkPainter {
  public:
-  // PixelRows outside the clip are left as they are.
+  // Pixels outside the clip are left as they are.
   void Paint(const Ink& ink, const PixelRows& pixels, const QRect& clip);
 
  private:
@@ -58,9 +59,6 @@ class InkPainter {
   Coverage coverage_;
 };
 
-// Paints all of it in its order, by several threads if it is much.
-void PaintInBands(std::span<const Ink> inks, const PixelRows& pixels, const QRect& clip);
-
 // Copies of what is to be painted.
 class InkList {
  public:
@@ -75,6 +73,30 @@ class InkList {
   std::vector<FixedPoint> points_;
   std::vector<Path::Step> steps_;
   std::vector<char> codes_;
+};
+
+// Paints what it is given in its order, if it is much by several threads. While they paint, more is taken.
+class InkCollector {
+ public:
+  InkCollector();
+  ~InkCollector();
+
+  void Begin(const PixelRows& pixels, const QRect& clip);
+  void Add(const Ink& ink);
+  // Returns when all is painted.
+  void Finish();
+
+ private:
+  void Paint(std::span<const Ink> inks, bool more);
+  // For what other threads paint.
+  void Wait();
+
+  PixelRows pixels_;
+  QRect clip_;
+  InkList lists_[2];  // one is filled while the other is painted
+  InkList* filled_ = &lists_[0];
+  struct Threads;
+  std::unique_ptr<Threads> threads_;
 };
 
 }  // namespace kelvane

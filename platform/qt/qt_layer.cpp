@@ -18,6 +18,8 @@ constexpr double kLargestImageEm = 128;
 // Beyond this em, in device pixels, no letter can be told from a stain, and filling one takes ever longer.
 constexpr double kLargestEm = 32000;
 
+constexpr double kFarthestReach = 1 << 28;
+
 // The nearest edge between pixels.
 int EdgeAt(int position) {
   return static_cast<int>(std::floor(static_cast<double>(position) / kPixel + 0.5));
@@ -31,7 +33,7 @@ QRect Around(std::span<const FixedPoint> points, double reach) {
     least = {std::min(least.x, point.x), std::min(least.y, point.y)};
     most = {std::max(most.x, point.x), std::max(most.y, point.y)};
   }
-  const int margin = static_cast<int>(std::ceil(reach)) + 1;
+  const int margin = static_cast<int>(std::ceil(std::min(reach, kFarthestReach))) + 1;
   return QRect(QPoint(least.x / kPixel, least.y / kPixel), QPoint(most.x / kPixel, most.y / kPixel))
       .adjusted(-margin, -margin, margin, margin);
 }
@@ -93,22 +95,24 @@ PixelRows QtLayer::ImageRows() {
           static_cast<std::ptrdiff_t>(image_.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb)))};
 }
 
-void QtLayer::Put(const Ink& ink) {
-  if (!collecting_) {
-    painter_.Paint(ink, ImageRows(), clip_);
-    TrimGlyphImages();
-  } else if (!collected_.Add(ink)) {
-    PaintCollected();
-    Collect();
-    if (!collected_.Add(ink)) PaintInBands({&ink, 1}, ImageRows(), clip_);
-  }
+void QtLayer::Collect() {
+  collecting_ = !image_.isNull();
+  if (collecting_) collector_.Begin(ImageRows(), clip_);
 }
 
 void QtLayer::PaintCollected() {
-  collecting_ = false;
-  if (!image_.isNull()) PaintInBands(collected_.Inks(), ImageRows(), clip_);
-  collected_.Clear();
+  if (!std::exchange(collecting_, false)) return;
+  collector_.Finish();
   TrimGlyphImages();
+}
+
+void QtLayer::Put(const Ink& ink) {
+  if (collecting_) {
+    collector_.Add(ink);
+  } else {
+    painter_.Paint(ink, ImageRows(), clip_);
+    TrimGlyphImages();
+  }
 }
 
 void QtLayer::FillBox(FixedPoint from, FixedPoint to, QRgb colour) {
@@ -169,13 +173,13 @@ void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes
 void QtLayer::DrawImage(const QImage& picture, FixedPoint corner) {
   const QPoint at(EdgeAt(corner.x), EdgeAt(corner.y));
   if (!Touch(QRect(at, picture.size()))) return;
-  if (collecting_) {
-    PaintCollected();
-    Collect();
-  }
+  const bool collecting = collecting_;
+  PaintCollected();
   QPainter painter(&image_);
   painter.setClipRect(clip_);
   painter.drawImage(at, picture);
+  painter.end();
+  if (collecting) Collect();
 }
 
 }  // namespace kelvane

@@ -43,7 +43,7 @@ class QtLayer {
   void Move(QPoint by);
 
   // What is drawn between these two is painted at the latter, if need be by several threads.
-  void Collect() { collecting_ = true; }
+  void Collect();
   void PaintCollected();
 
   // Sizes and widths are device pixels. What lies outside the image costs nothing.
@@ -72,7 +72,7 @@ class QtLayer {
   QRect clip_;
 
   bool collecting_ = false;
-  InkList collected_;
+  InkCollector collector_;
   InkPainter painter_;
 };
 
