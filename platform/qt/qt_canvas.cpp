@@ -169,14 +169,15 @@ void QtCanvas::PaintInvalid() {
     SelectLayer(layer);
     for (const QRect& rect : region) {
       layer_->SetClip(rect);
-      layer_->Collect();
-      layer_->Clear(DeskColour());
       const Box area = {static_cast<float>((corner_.x() + rect.left()) / scaleX_),
                         static_cast<float>((corner_.y() + rect.top()) / scaleY_),
                         static_cast<float>((corner_.x() + rect.right() + 1) / scaleX_),
                         static_cast<float>((corner_.y() + rect.bottom() + 1) / scaleY_)};
-      RunHandler([&] { OnPaint(layer, area); });
-      layer_->PaintCollected();
+      RunHandler([&] {
+        const QtLayer::Together together(*layer_);
+        layer_->Clear(DeskColour());
+        OnPaint(layer, area);
+      });
     }
     layer_->SetClip(QRect());
   }

@@ -42,9 +42,18 @@ class QtLayer {
   // Moves the picture by whole pixels, to the right and down. What it leaves behind holds no picture.
   void Move(QPoint by);
 
-  // What is drawn between these two is painted at the latter, if need be by several threads.
-  void Collect();
-  void PaintCollected();
+  // What is drawn while one of these lives is painted at its end at the latest, if it is much by several
+  // threads.
+  class Together {
+   public:
+    explicit Together(QtLayer& layer) : layer_(layer) { layer_.Collect(); }
+    ~Together() { layer_.PaintCollected(); }
+    Together(const Together&) = delete;
+    Together& operator=(const Together&) = delete;
+
+   private:
+    QtLayer& layer_;
+  };
 
   // Sizes and widths are device pixels. What lies outside the image costs nothing.
   void FillBox(FixedPoint from, FixedPoint to, QRgb colour);
@@ -61,6 +70,8 @@ class QtLayer {
  private:
   // Marks a rectangle as changed; false if nothing of it is within the clip.
   bool Touch(const QRect& touched);
+  void Collect();
+  void PaintCollected();
   // Paints or collects.
   void Put(const Ink& ink);
   PixelRows ImageRows();
