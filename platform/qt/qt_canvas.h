@@ -74,6 +74,10 @@ class QtCanvas final : public QWidget, public Canvas {
   // Has what was drawn shown at the next pass of the event loop.
   void Drawn();
   void ShowDrawn();
+  // Has an area on the screen before anything else of the window is painted: fields and bars that follow it
+  // take longer than it does. False if the window cannot be painted on yet.
+  bool ShowNow(const QRect& area);
+  void PaintLayers(QPainter& painter, const QRegion& region) const;
   // Has the owner paint what was asked for.
   void PaintInvalid();
 
