@@ -260,10 +260,10 @@ void QtCanvas::ShowDrawn() {
   const int right = static_cast<int>(std::ceil((dirty.right() + 1) / ratio_));
   const int bottom = static_cast<int>(std::ceil((dirty.bottom() + 1) / ratio_));
   const QRect area(left, top, right - left, bottom - top);
-  if (!ShowNow(area)) update(area);
+  if (!ShowAhead(area)) update(area);
 }
 
-bool QtCanvas::ShowNow(const QRect& area) {
+bool QtCanvas::ShowAhead(const QRect& area) {
   QWindow* const screen = window()->windowHandle();
   QBackingStore* const picture = backingStore();
   const bool ready = isVisible() && updatesEnabled() && screen != nullptr && screen->isExposed() &&
@@ -282,6 +282,10 @@ bool QtCanvas::ShowNow(const QRect& area) {
   }
   picture->endPaint();
   picture->flush(ofWindow, screen);
+  // Beginning once more waits for the screen to take it. The display would get no processor while the rest of
+  // the window is painted, and the next painting would wait instead.
+  picture->beginPaint(ofWindow);
+  picture->endPaint();
   return true;
 }
 

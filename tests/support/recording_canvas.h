@@ -99,6 +99,7 @@ class RecordingCanvas : public Canvas {
   void FillPath(const Path& path, ColourValue colour) override;
   void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
                 ColourValue colour) override;
+  void ShowNow() override {}  // it is shown when somebody looks
   void SetPointerArrow() override {
     pointer.clear();
     shape = PointerShape::Arrow;
