@@ -69,7 +69,7 @@ class RecordingCanvas : public Canvas {
   // How often a layer was painted.
   int Paints(Layer layer);
   // Shows the canvas as the end of an act does: each layer that was asked for is painted once.
-  void ShowNow();
+  void ShowNow() override;
   void ForgetDrawn();
 
   // What a person does. Positions are logical; those in pixels follow from the coordinates in force.
@@ -99,7 +99,6 @@ class RecordingCanvas : public Canvas {
   void FillPath(const Path& path, ColourValue colour) override;
   void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
                 ColourValue colour) override;
-  void ShowNow() override {}  // it is shown when somebody looks
   void SetPointerArrow() override {
     pointer.clear();
     shape = PointerShape::Arrow;
