@@ -7,6 +7,7 @@
 #include "editing/cursor.h"
 #include "editing/formula_entry.h"
 #include "editing/keyboard.h"
+#include "typography/glyphs.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
 #include "typography/zoom.h"
@@ -30,6 +31,7 @@ void FollowTyping() {
   if (CursorMode < 0) {
     const Point caret = FormulaIsOpen() ? FormulaCaret() : EndsOfRun().caret;
     BringIntoView(caret.x, caret.y);
+    if (RunIsOpen() || FormulaIsOpen()) Picture1->ShowNow();
   }
   WarnOfTyping();
 }

@@ -114,6 +114,7 @@ Box LineBox(const RunPen& pen, float width) {
 // The box around the characters of the selected part.
 void PaintSelected(Painter& painter) {
   const Part part = SelectedPart();
+  if (part.Empty()) return;
   constexpr float kFar = std::numeric_limits<float>::max();
   Box all{kFar, kFar, -kFar, -kFar};
   WalkRun(PendingRun, PenAt(RunOrigin(), BaseFont, FontSize), 0, [&](std::size_t index, const RunPen& pen) {

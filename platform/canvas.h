@@ -211,6 +211,9 @@ class Canvas : public Painter {
   // Paints on the cleared and selected layer; what lies outside the area is not shown.
   std::function<void(Layer, const Box& area)> OnPaint;
 
+  // Shows what was asked for at once, before what else a handler has to do.
+  virtual void ShowNow() = 0;
+
   // The mouse pointer: the system's arrow, or an icon file of the program folder whose hot spot is the
   // marked point. SetPointerIcon returns false and shows the arrow if the file cannot be loaded.
   virtual void SetPointerArrow() = 0;

@@ -85,8 +85,10 @@ std::string FontLabelText(std::int16_t font, float size) {
 }
 
 void ShowFontLabel(std::int16_t font, float size) {
-  if (!FontLabel) return;
-  FontLabel->SetText(FontLabelText(font, size));
+  const std::string text = FontLabelText(font, size);
+  // Each key asks for it, and painting it again would come before what was typed.
+  if (!FontLabel || FontLabel->Text() == text) return;
+  FontLabel->SetText(text);
   FontLabel->Repaint();
 }
 

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_canvas.h"
 
+#include <QBackingStore>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QInputMethod>
@@ -9,6 +10,7 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QWheelEvent>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -260,7 +262,34 @@ void QtCanvas::ShowDrawn() {
   const int top = static_cast<int>(std::floor(dirty.top() / ratio_));
   const int right = static_cast<int>(std::ceil((dirty.right() + 1) / ratio_));
   const int bottom = static_cast<int>(std::ceil((dirty.bottom() + 1) / ratio_));
-  update(left, top, right - left, bottom - top);
+  const QRect area(left, top, right - left, bottom - top);
+  if (!ShowAhead(area)) update(area);
+}
+
+bool QtCanvas::ShowAhead(const QRect& area) {
+  QWindow* const screen = window()->windowHandle();
+  QBackingStore* const picture = backingStore();
+  const bool ready = isVisible() && updatesEnabled() && screen != nullptr && screen->isExposed() &&
+                     picture != nullptr && picture->size() == screen->size() && devicePixelRatioF() == ratio_;
+  if (!ready) return false;
+  const QPoint corner = mapTo(window(), QPoint(0, 0));
+  const QRegion shown = visibleRegion() & area;
+  const QRegion ofWindow = shown.translated(corner);
+  if (shown.isEmpty()) return true;
+  picture->beginPaint(ofWindow);
+  {
+    QPainter painter(picture->paintDevice());
+    painter.setClipRegion(ofWindow);
+    painter.translate(corner);
+    PaintLayers(painter, shown);
+  }
+  picture->endPaint();
+  picture->flush(ofWindow, screen);
+  // Beginning once more waits for the screen to take it. The display would get no processor while the rest of
+  // the window is painted, and the next painting would wait instead.
+  picture->beginPaint(ofWindow);
+  picture->endPaint();
+  return true;
 }
 
 bool QtCanvas::event(QEvent* event) {
@@ -279,12 +308,16 @@ void QtCanvas::paintEvent(QPaintEvent* event) {
         this, [this] { RunHandler(OnLost); }, Qt::QueuedConnection);
   }
   PaintInvalid();
+  QPainter painter(this);
+  PaintLayers(painter, event->region());
+}
+
+void QtCanvas::PaintLayers(QPainter& painter, const QRegion& region) const {
   const QImage& page = page_.Image();
   const QImage& overlay = overlay_.Image();
-  QPainter painter(this);
   // Device pixels, so that the images go to the screen pixel by pixel.
   painter.scale(1 / ratio_, 1 / ratio_);
-  for (const QRect& exposed : event->region()) {
+  for (const QRect& exposed : region) {
     const QRectF device(exposed.x() * ratio_, exposed.y() * ratio_, exposed.width() * ratio_,
                         exposed.height() * ratio_);
     const QRect area = device.toAlignedRect() & page.rect();

@@ -28,6 +28,7 @@ class QtCanvas final : public QWidget, public Canvas {
   void DrawImage(const Image& image, Point corner) override;
   void Invalidate(Layer layer) override;
   void Invalidate(Layer layer, const Box& area) override;
+  void ShowNow() override { ShowDrawn(); }
   void FillBox(const Box& box, ColourValue colour) override;
   void DrawLine(Point from, Point to, const Pen& pen) override;
   void StrokePath(const Path& path, const Pen& pen) override;
@@ -74,6 +75,10 @@ class QtCanvas final : public QWidget, public Canvas {
   // Has what was drawn shown at the next pass of the event loop.
   void Drawn();
   void ShowDrawn();
+  // Has an area on the screen before anything else of the window is painted: fields and bars that follow it
+  // take longer than it does. False if the window cannot be painted on yet.
+  bool ShowAhead(const QRect& area);
+  void PaintLayers(QPainter& painter, const QRegion& region) const;
   // Has the owner paint what was asked for.
   void PaintInvalid();
 

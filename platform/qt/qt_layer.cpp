@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -42,6 +43,7 @@ QRect Around(std::span<const FixedPoint> points, double reach) {
 
 void QtLayer::Resize(QSize size, const QColor& background) {
   clip_ = QRect(QPoint(0, 0), size);
+  memory_.reset();
   image_ = QImage(size, opaque_ ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
   if (!image_.isNull()) image_.fill(opaque_ ? background : QColor(Qt::transparent));
   inked_ = QRect();
@@ -67,19 +69,28 @@ void QtLayer::Clear(const QColor& background) {
 }
 
 void QtLayer::Move(QPoint by) {
-  const QRect kept = image_.rect().translated(by) & image_.rect();
   dirty_ = image_.rect();
   inked_ = inked_.translated(by) & image_.rect();
-  uchar* const bits = image_.bits();
-  const qsizetype stride = image_.bytesPerLine();
-  constexpr auto kBytes = static_cast<qsizetype>(sizeof(QRgb));
-  // In the order in which no row is written before it was read.
-  for (int i = 0; i < kept.height(); ++i) {
-    const int y = by.y() > 0 ? kept.bottom() - i : kept.top() + i;
-    std::memmove(bits + y * stride + kept.left() * kBytes,
-                 bits + (y - by.y()) * stride + (kept.left() - by.x()) * kBytes,
-                 static_cast<std::size_t>(kept.width() * kBytes));
-  }
+  // Pixels go on behind each other from row to row, so all of them move when the image begins elsewhere.
+  const auto width = static_cast<std::ptrdiff_t>(image_.width());
+  const std::ptrdiff_t all = image_.height() * width, room = all / 2, way = by.y() * width + by.x();
+  const auto beginAt = [this](QRgb* start) {
+    image_ = QImage(reinterpret_cast<uchar*>(start), image_.width(), image_.height(), image_.bytesPerLine(),
+                    image_.format());
+  };
+  QRgb* const from = reinterpret_cast<QRgb*>(image_.bits());
+  if (memory_ != nullptr && from - way >= memory_.get() && from - way <= memory_.get() + room)
+    return beginAt(from - way);
+  const QImage before = image_;
+  if (memory_ == nullptr)
+    memory_ = std::make_unique_for_overwrite<QRgb[]>(static_cast<std::size_t>(all + room));
+  // What goes on moving that way has all of the room before it.
+  QRgb* const to = memory_.get() + (way > 0 ? room : 0);
+  const std::ptrdiff_t kept = all - std::abs(way);
+  if (kept > 0)
+    std::memmove(to + std::max<std::ptrdiff_t>(way, 0), from - std::min<std::ptrdiff_t>(way, 0),
+                 static_cast<std::size_t>(kept) * sizeof(QRgb));
+  beginAt(to);
 }
 
 bool QtLayer::Touch(const QRect& box) {

@@ -9,6 +9,7 @@
 #include <QColor>
 #include <QImage>
 #include <QRect>
+#include <memory>
 #include <span>
 #include <string_view>
 
@@ -77,6 +78,8 @@ class QtLayer {
   PixelRows ImageRows();
 
   bool opaque_;
+  // Of the image once it was moved: half as large again, so that few moves copy it.
+  std::unique_ptr<QRgb[]> memory_;
   QImage image_;
   QRect inked_;
   QRect dirty_;

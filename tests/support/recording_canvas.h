@@ -69,7 +69,7 @@ class RecordingCanvas : public Canvas {
   // How often a layer was painted.
   int Paints(Layer layer);
   // Shows the canvas as the end of an act does: each layer that was asked for is painted once.
-  void ShowNow();
+  void ShowNow() override;
   void ForgetDrawn();
 
   // What a person does. Positions are logical; those in pixels follow from the coordinates in force.
