@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <future>
 #include <span>
 
 #include "app/arguments.h"
@@ -22,6 +23,7 @@
 #include "platform/qt/qt_endings.h"
 #include "platform/qt/qt_outlines.h"
 #include "platform/qt/qt_printer.h"
+#include "platform/qt/qt_start.h"
 #include "platform/qt/qt_toolkit.h"
 
 namespace {
@@ -35,7 +37,10 @@ std::span<const char* const> Arguments(int argc, char** argv) {
 int Run(int argc, char** argv) {
   // Before Qt, which wants a screen and knows options of its own.
   kelvane::RefuseOptions(Arguments(argc, argv));
+  std::future<void> fontSystem = kelvane::ReadFontSystem();
   QApplication application(argc, argv);
+  const std::future<void> usualFont = kelvane::LoadUsualFont(fontSystem);
+  kelvane::UseStyleWithoutPictures();
   const std::string pageFile = kelvane::PageFileArgument(Arguments(argc, argv));
   QApplication::setOrganizationName("Kelvane");
   QApplication::setApplicationName("Kelvane");
