@@ -16,6 +16,7 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
+#include "platform/memory.h"
 #include "platform/outlines.h"
 #include "platform/printer.h"
 #include "platform/qt/qt_clipboard.h"
@@ -40,6 +41,7 @@ int Run(int argc, char** argv) {
   std::future<void> fontSystem = kelvane::ReadFontSystem();
   QApplication application(argc, argv);
   const std::future<void> usualFont = kelvane::LoadUsualFont(fontSystem);
+  const std::future<void> sessionBus = kelvane::ConnectToSessionBus();
   kelvane::UseStyleWithoutPictures();
   const std::string pageFile = kelvane::PageFileArgument(Arguments(argc, argv));
   QApplication::setOrganizationName("Kelvane");
@@ -75,6 +77,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  kelvane::KeepLargeBlocksApart();
   // A file that would grow too large then fails to be written with a message, instead of ending the program.
   std::signal(SIGXFSZ, SIG_IGN);
   try {

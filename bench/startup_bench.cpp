@@ -68,8 +68,10 @@ int ShowWindow(int& argc, char** argv, bool editor) {
   if (editor) fontSystem = kelvane::ReadFontSystem();
   TimedApplication application(argc, argv);
   std::future<void> usualFont;
+  std::future<void> sessionBus;
   if (editor) {
     usualFont = kelvane::LoadUsualFont(fontSystem);
+    sessionBus = kelvane::ConnectToSessionBus();
     kelvane::UseStyleWithoutPictures();
   }
   QMainWindow empty;

@@ -3,6 +3,7 @@
 #include <fontconfig/fontconfig.h>
 
 #include <QApplication>
+#include <QDBusConnection>
 #include <QFont>
 #include <QFontMetrics>
 #include <QIconEngine>
@@ -55,6 +56,10 @@ std::future<void> LoadUsualFont(std::future<void>& fontSystem) {
     // What is found out here, all threads share.
     static_cast<void>(QFontMetrics(QFont()).height());
   });
+}
+
+std::future<void> ConnectToSessionBus() {
+  return std::async(std::launch::async, [] { QDBusConnection::sessionBus(); });
 }
 
 void UseStyleWithoutPictures() {
