@@ -38,7 +38,7 @@ class GlyphImages {
 
   // Bytes that all images of all sizes take, and how many are kept; the size in use comes on top of these.
   static std::size_t Held();
-  static constexpr std::size_t kMostHeld = std::size_t{12} << 20;
+  static constexpr std::size_t kMostHeld = std::size_t{8} << 20;
 
   // The image of a code whose origin lies stepX / kSteps and stepY / kSteps inside a pixel.
   const GlyphImage& At(unsigned char code, int stepX, int stepY);
