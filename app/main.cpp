@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <future>
 #include <span>
 
 #include "app/arguments.h"
@@ -15,6 +16,7 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
+#include "platform/memory.h"
 #include "platform/outlines.h"
 #include "platform/printer.h"
 #include "platform/qt/qt_clipboard.h"
@@ -22,6 +24,7 @@
 #include "platform/qt/qt_endings.h"
 #include "platform/qt/qt_outlines.h"
 #include "platform/qt/qt_printer.h"
+#include "platform/qt/qt_start.h"
 #include "platform/qt/qt_toolkit.h"
 
 namespace {
@@ -35,7 +38,11 @@ std::span<const char* const> Arguments(int argc, char** argv) {
 int Run(int argc, char** argv) {
   // Before Qt, which wants a screen and knows options of its own.
   kelvane::RefuseOptions(Arguments(argc, argv));
+  std::future<void> fontSystem = kelvane::ReadFontSystem();
   QApplication application(argc, argv);
+  const std::future<void> usualFont = kelvane::LoadUsualFont(fontSystem);
+  const std::future<void> sessionBus = kelvane::ConnectToSessionBus();
+  kelvane::UseStyleWithoutPictures();
   const std::string pageFile = kelvane::PageFileArgument(Arguments(argc, argv));
   QApplication::setOrganizationName("Kelvane");
   QApplication::setApplicationName("Kelvane");
@@ -70,6 +77,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  kelvane::KeepLargeBlocksApart();
   // A file that would grow too large then fails to be written with a message, instead of ending the program.
   std::signal(SIGXFSZ, SIG_IGN);
   try {

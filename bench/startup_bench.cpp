@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -21,6 +22,7 @@
 #include "app/startup.h"
 #include "platform/files.h"
 #include "platform/qt/qt_dialogs.h"
+#include "platform/qt/qt_start.h"
 #include "platform/qt/qt_toolkit.h"
 
 extern char** environ;
@@ -62,7 +64,16 @@ class TimedApplication : public QApplication {
 };
 
 int ShowWindow(int& argc, char** argv, bool editor) {
+  std::future<void> fontSystem;
+  if (editor) fontSystem = kelvane::ReadFontSystem();
   TimedApplication application(argc, argv);
+  std::future<void> usualFont;
+  std::future<void> sessionBus;
+  if (editor) {
+    usualFont = kelvane::LoadUsualFont(fontSystem);
+    sessionBus = kelvane::ConnectToSessionBus();
+    kelvane::UseStyleWithoutPictures();
+  }
   QMainWindow empty;
   kelvane::QtToolkit toolkit;
   kelvane::QtDialogs dialogs;

@@ -31,7 +31,8 @@ std::vector<std::int64_t> FindPages(std::string_view help) {
   std::string_view rest = help;
   while (!rest.empty()) {
     const std::size_t position = help.size() - rest.size();
-    if (!StartsPage(UpperCase(TakeLine(rest)))) continue;
+    const std::string_view line = TakeLine(rest);
+    if (line.find('<') == line.npos || !StartsPage(UpperCase(line))) continue;
     if (starts.size() == kMostHelpPages) {
       throw Failure("ERROR: QRX.HLP has more than " + std::to_string(kMostHelpPages) + " pages");
     }

@@ -71,7 +71,19 @@ std::string NameOfPaper() {
 
 void CountPages() {
   CountedPaper = NameOfPaper();
-  LastPage = CurrentPaperFile.empty() ? 0 : kLastPage;
+  LastPage = 0;
+  if (CurrentPaperFile.empty()) return;
+  // The folder is read once, which is quicker than asking for 999 names.
+  const std::string folder = CountedPaper.substr(0, CountedPaper.rfind('\\') + 1);
+  for (const std::string& name : TheFiles->FilesIn(folder)) {
+    const std::string file = folder + name;
+    const int number = file.size() == CountedPaper.size() ? PageNumberOf(file) : 0;
+    if (number > LastPage && number <= kLastPage && file == PageFileName(CurrentPaperFile, number))
+      LastPage = number;
+  }
+  if (LastPage != 0) return;
+  // The paper may have no file yet, or lie in a folder that the person may use and not read.
+  LastPage = kLastPage;
   while (LastPage > 0 && !TheFiles->Exists(PageFileName(CurrentPaperFile, LastPage))) --LastPage;
 }
 

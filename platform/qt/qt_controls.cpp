@@ -132,6 +132,7 @@ constexpr int kSmallestFont = 9;  // pixels; can still be read
 
 // `font` smaller where the text needs it to fit into a place of so many pixels, but not below `smallest`.
 QFont FittingFont(QFont font, const QString& text, int width, int height, int smallest = kSmallestFont) {
+  if (width <= 0 || height <= 0) return font;
   const int usual = QFontInfo(font).pixelSize();
   for (int size = usual; size >= std::min(smallest, usual); --size) {
     if (size != usual) font.setPixelSize(size);
@@ -139,8 +140,8 @@ QFont FittingFont(QFont font, const QString& text, int width, int height, int sm
     const int advance = metrics.horizontalAdvance(text);
     // Advances are rounded; words of the very width of their place would still be shortened.
     if (advance < width && metrics.ascent() + metrics.descent() <= height) break;
-    // What is by far too wide needs no font loaded for each size between.
-    if (advance > width) size = std::clamp(size * width / advance + 2, std::min(smallest, usual) + 1, size);
+    // No font is loaded of a size that will be too wide as well.
+    if (advance > width) size = std::clamp(size * width / advance + 1, std::min(smallest, usual) + 1, size);
   }
   return font;
 }

@@ -1,6 +1,5 @@
 #include "platform/qt/qt_fonts.h"
 
-#include <QFile>
 #include <QFont>
 #include <QTransform>
 #include <deque>
@@ -65,14 +64,13 @@ QRawFont InstalledFont(const Family& family, const ScreenFace& face, bool italic
   return QRawFont::fromFont(font);
 }
 
-QRawFont LoadFont(const Family& family, const ScreenFace& face, bool italic) {
+QString FileOf(const Family& family, const ScreenFace& face, bool italic) {
   const int style = (face.bold ? 1 : 0) + (italic ? 2 : 0);
-  const QString path = QLatin1String(kFontFolder) + QLatin1String(family.files[style]);
-  if (QFile::exists(path)) {
-    QRawFont font(path, QtFace::kOutlineEm, QFont::PreferNoHinting);
-    if (font.isValid()) return font;
-  }
-  return InstalledFont(family, face, italic);
+  return QLatin1String(kFontFolder) + QLatin1String(family.files[style]);
+}
+
+quint32 GlyphOf(const FontFile& font, char16_t character) {
+  return font.GlyphOf(character);
 }
 
 quint32 GlyphOf(const QRawFont& font, char16_t character) {
@@ -110,7 +108,8 @@ char16_t Twin(char16_t character) {
 }
 
 // The glyphs of a font by the codes of the screen.
-std::array<quint32, 256> GlyphsOf(const QRawFont& font, bool symbol) {
+template <typename Font>
+std::array<quint32, 256> GlyphsOf(const Font& font, bool symbol) {
   std::array<quint32, 256> glyphs{};
   // Symbol fonts come in two kinds: with Unicode code points, or with the codes of the encoding in their
   // place, plain or moved to the private area at F000. A Greek letter tells which one this is.
@@ -133,9 +132,19 @@ QtFace::QtFace(const ScreenFace& face) : face_{FamilyNamed(face.family).name, fa
   const Family& family = FamilyNamed(face.family);
   const bool symbol = face.family == "Symbol";
   slanted_ = symbol && face.italic;
-  base_ = LoadFont(family, face, face.italic && !symbol);
-  missing_ = !base_.familyName().startsWith(QLatin1String(family.substitutes[0]));
-  glyphs_ = GlyphsOf(base_, symbol);
+  const bool italic = face.italic && !symbol;
+  file_ = FontFile(FileOf(family, face, italic));
+  if (!file_.IsValid()) base_ = InstalledFont(family, face, italic);
+  missing_ = !FamilyName().startsWith(QLatin1String(family.substitutes[0]));
+  glyphs_ = file_.IsValid() ? GlyphsOf(file_, symbol) : GlyphsOf(base_, symbol);
+}
+
+QString QtFace::FamilyName() const {
+  return file_.IsValid() ? file_.FamilyName() : base_.familyName();
+}
+
+QString QtFace::StyleName() const {
+  return file_.IsValid() ? file_.StyleName() : base_.styleName();
 }
 
 const QtFace::Embeddable* QtFace::ForDocuments() {
@@ -146,7 +155,7 @@ const QtFace::Embeddable* QtFace::ForDocuments() {
   }
   // The desktop may put the maker behind the name.
   const QRawFont& font = embeddable_->font;
-  const bool same = font.familyName().startsWith(base_.familyName()) && font.styleName() == base_.styleName();
+  const bool same = font.familyName().startsWith(FamilyName()) && font.styleName() == StyleName();
   return same ? &*embeddable_ : nullptr;
 }
 
@@ -155,7 +164,8 @@ const QPainterPath& QtFace::Outline(unsigned char code) {
   CachedOutline& outline = outlines_[code];
   if (!outline.made) {
     outline.made = true;
-    outline.path = base_.pathForGlyph(glyphs_[code]);
+    outline.path =
+        file_.IsValid() ? file_.OutlineOf(glyphs_[code], kOutlineEm) : base_.pathForGlyph(glyphs_[code]);
     if (slanted_) outline.path = QTransform(1, 0, -kSlant, 1, 0, 0).map(outline.path);
     outline.path.setFillRule(Qt::WindingFill);
   }

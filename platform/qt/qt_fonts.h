@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/canvas.h"
+#include "platform/qt/font_file.h"
 
 namespace kelvane {
 
@@ -41,8 +42,12 @@ class QtFace {
     QPainterPath path;
   };
 
+  QString FamilyName() const;
+  QString StyleName() const;
+
   const ScreenFace face_;
-  QRawFont base_;
+  FontFile file_;                         // if the font is on the machine
+  QRawFont base_;                         // what stands for it otherwise
   std::optional<Embeddable> embeddable_;  // loaded when it is first asked for
   bool slanted_ = false;
   bool missing_ = false;

@@ -40,7 +40,7 @@ class GlyphImages {
 
   // Bytes that all images of all sizes take, and how many are kept; the size in use comes on top of these.
   static std::size_t Held();
-  static constexpr std::size_t kMostHeld = std::size_t{32} << 20;
+  static constexpr std::size_t kMostHeld = std::size_t{8} << 20;
 
   // Takes the outlines of codes from the face, which the two below need; only one thread may use faces.
   void Prepare(std::string_view codes);

@@ -39,13 +39,22 @@ QRect Around(std::span<const FixedPoint> points, double reach) {
       .adjusted(-margin, -margin, margin, margin);
 }
 
+// An image that shows nothing. Its rows come from the machine cleared, and only those take room that are
+// drawn on, which above a page are few.
+QImage EmptyImage(QSize size) {
+  const qsizetype row = size.width() * qsizetype{sizeof(QRgb)};
+  void* const rows = std::calloc(static_cast<std::size_t>(size.height()), static_cast<std::size_t>(row));
+  return QImage(static_cast<uchar*>(rows), size.width(), size.height(), row,
+                QImage::Format_ARGB32_Premultiplied, std::free, rows);
+}
+
 }  // namespace
 
 void QtLayer::Resize(QSize size, const QColor& background) {
   clip_ = QRect(QPoint(0, 0), size);
   memory_.reset();
-  image_ = QImage(size, opaque_ ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied);
-  if (!image_.isNull()) image_.fill(opaque_ ? background : QColor(Qt::transparent));
+  image_ = opaque_ ? QImage(size, QImage::Format_RGB32) : EmptyImage(size);
+  if (opaque_ && !image_.isNull()) image_.fill(background);
   inked_ = QRect();
   dirty_ = image_.rect();
 }

@@ -21,6 +21,7 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/handlers.h"
+#include "platform/memory.h"
 #include "platform/qt/qt_dialogs.h"
 #include "platform/qt/qt_print_painter.h"
 #include "platform/qt/qt_text.h"
@@ -234,6 +235,7 @@ class PreviewOfJob {
 
 void QtPrinter::Preview(const PrintJob& job) {
   PreviewOfJob(job).Run();
+  GiveBackMemory();  // every sheet was kept
 }
 
 }  // namespace kelvane

@@ -1,6 +1,7 @@
 #include "platform/qt/qt_window.h"
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLayout>
@@ -9,10 +10,12 @@
 #include <QSettings>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTimer>
 #include <algorithm>
 #include <cmath>
 
 #include "platform/handlers.h"
+#include "platform/memory.h"
 #include "platform/qt/qt_browser.h"
 #include "platform/qt/qt_endings.h"
 #include "platform/qt/qt_lists.h"
@@ -87,6 +90,10 @@ class QtWindow::MainFrame final : public QMainWindow {
     QMainWindow::hideEvent(event);
     if (!event->spontaneous()) window_.StorePlace();
     if (editor_ == nullptr || event->spontaneous()) return;
+    // Its picture is as large as the window, and made anew when that is shown again. What else was freed goes
+    // once its owner has dropped what it showed.
+    if (QBackingStore* picture = backingStore(); picture != nullptr) picture->resize(QSize(1, 1));
+    QTimer::singleShot(0, GiveBackMemory);
     QWidget* waiting = QApplication::activeModalWidget();
     (waiting != nullptr ? waiting : editor_)->activateWindow();
   }

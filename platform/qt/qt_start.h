@@ -1,0 +1,23 @@
+#pragma once
+
+// What makes the first picture come sooner.
+
+#include <future>
+
+namespace kelvane {
+
+// The font system reads more than a hundred files before the first text can be measured, which takes about as
+// long as connecting to the display does. A second thread does it meanwhile: the first to be called before
+// the application is made, the other after it. The futures wait for the end when they go, the second one
+// before the application.
+std::future<void> ReadFontSystem();
+std::future<void> LoadUsualFont(std::future<void>& fontSystem);
+
+// The menu bar asks the session bus whether the desktop shows menus itself, and waits until the bus is there.
+// To be called after the application is made.
+std::future<void> ConnectToSessionBus();
+
+// Puts a style around the desktop's that loads no picture before it is shown.
+void UseStyleWithoutPictures();
+
+}  // namespace kelvane
