@@ -142,6 +142,22 @@ struct GlyphOnPage {
   ColourValue colour = 0;
 };
 
+// Glyph units of the program's own fonts, in ems.
+inline constexpr float kGlyphUnit = 0.02F;
+
+// Such a character as the screen shows it: lines.
+struct GlyphLines {
+  struct Lines {
+    const Path* path = nullptr;  // glyph units, y upwards, from the origin
+    float width = 0;             // pixels
+  };
+  Lines lines[2];  // one or both
+  std::int16_t font = 0;
+  int code = 0;
+  std::uint32_t edition = 0;  // another one when a glyph of the fonts has changed
+  float em = 1;               // units of the painter
+};
+
 class Painter {
  public:
   virtual ~Painter() = default;
@@ -155,6 +171,9 @@ class Painter {
   // `origins` have the same length.
   virtual void DrawText(const ScreenFace& face, float em, std::string_view codes,
                         std::span<const Point> origins, ColourValue colour) = 0;
+
+  // A canvas keeps the picture of the character for the next time.
+  virtual void DrawGlyph(const GlyphLines& glyph, Point origin, ColourValue colour);
 
   // A painter that keeps the program's own characters as such takes one here; false has its shape drawn by
   // the calls above.

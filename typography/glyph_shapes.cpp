@@ -222,6 +222,14 @@ GlyphShape ExecuteGlyph(const std::string& procedure) {
   return shape;
 }
 
+namespace {
+std::uint32_t edition = 0;
+}
+
+std::uint32_t EditionOfGlyphs() {
+  return edition;
+}
+
 const GlyphShape* ShapeOfGlyph(int code, std::int16_t font) {
   // Executed once and drawn many times; the text it came from tells when to execute anew.
   struct Executed {
@@ -234,7 +242,10 @@ const GlyphShape* ShapeOfGlyph(int code, std::int16_t font) {
   const std::string& procedure = CharacterDefs[code - kFirstGlyph][column];
   if (procedure.empty()) return nullptr;
   Executed& known = executed[code - kFirstGlyph][column];
-  if (known.procedure != procedure) known = {procedure, ExecuteGlyph(procedure)};
+  if (known.procedure != procedure) {
+    if (!known.procedure.empty()) ++edition;
+    known = {procedure, ExecuteGlyph(procedure)};
+  }
   return &known.shape;
 }
 

@@ -11,8 +11,7 @@
 namespace kelvane {
 
 inline constexpr int kFirstGlyph = 32;
-inline constexpr int kGlyphs = 96;          // codes 32 to 127
-inline constexpr float kGlyphUnit = 0.02F;  // ems
+inline constexpr int kGlyphs = 96;  // codes 32 to 127
 
 // Glyph procedures by code - 32 and column; empty means no glyph. Filled from MATH0.PSF and by saving a
 // glyph.
@@ -40,5 +39,8 @@ GlyphShape ExecuteGlyph(const std::string& procedure);
 // The shape of a character of the glyph fonts 12 to 15, executed once; null for a code that has none. Math3
 // shows the glyphs of Math0: pages of old papers use it as a second name for them.
 const GlyphShape* ShapeOfGlyph(int code, std::int16_t font);
+
+// Another number after a shape has become another one.
+std::uint32_t EditionOfGlyphs();
 
 }  // namespace kelvane

@@ -85,27 +85,28 @@ void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   if (view_.printed && painter_.TakeGlyph({pen.font, code, pen.size * view_.scale, {pen.x, pen.y}, colour}))
     return;
   const float unit = kGlyphUnit * pen.size;
-  const auto place = [&](const Path& path) -> const Path& {
-    path_.steps = path.steps;
-    path_.points.clear();
-    for (const Point& point : path.points)
-      path_.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
-    return path_;
-  };
   const float pixels = unit * view_.scale;
   if (!view_.printed) {
     // On the screen glyphs are lines, as wide as gives them the ink of the print.
-    const auto stroke = [&](const Path& path, float width) {
+    const auto lines = [&](const Path& path, float width) {
       const float device = std::clamp(width * pixels * view_.ratio, kLeastGlyphLine, kMostGlyphLine);
-      painter_.StrokePath(place(path), {colour, device / view_.ratio});
+      return GlyphLines::Lines{&path, device / view_.ratio};
     };
     const bool threads = !shape->threads.Empty() && shape->threadWidth * pixels * view_.ratio >= kLeastThread;
-    if (threads) stroke(shape->threads, shape->threadWidth);
-    stroke(shape->edges, threads ? shape->threadWidth / 2 : shape->edgeWidth);
-  } else if (shape->filled) {
-    painter_.FillPath(place(shape->path), colour);
+    GlyphLines glyph{{}, pen.font, code, EditionOfGlyphs(), pen.size};
+    if (threads) glyph.lines[0] = lines(shape->threads, shape->threadWidth);
+    glyph.lines[1] = lines(shape->edges, threads ? shape->threadWidth / 2 : shape->edgeWidth);
+    painter_.DrawGlyph(glyph, {pen.x, pen.y}, colour);
+    return;
+  }
+  path_.steps = shape->path.steps;
+  path_.points.clear();
+  for (const Point& point : shape->path.points)
+    path_.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
+  if (shape->filled) {
+    painter_.FillPath(path_, colour);
   } else {
-    painter_.StrokePath(place(shape->path), {colour, shape->edgeWidth * pixels});
+    painter_.StrokePath(path_, {colour, shape->edgeWidth * pixels});
   }
 }
 

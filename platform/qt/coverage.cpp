@@ -89,6 +89,24 @@ void FlatPath::CurveTo(FixedPoint control1, FixedPoint control2, FixedPoint to) 
   points_.push_back(to);
 }
 
+void FlatPath::Add(std::span<const Path::Step> steps, std::span<const FixedPoint> points) {
+  const FixedPoint* point = points.data();
+  for (const Path::Step step : steps) {
+    switch (step) {
+      case Path::Step::Move:
+        MoveTo(*point++);
+        break;
+      case Path::Step::Line:
+        LineTo(*point++);
+        break;
+      case Path::Step::Curve:
+        CurveTo(point[0], point[1], point[2]);
+        point += 3;
+        break;
+    }
+  }
+}
+
 std::span<const FixedPoint> FlatPath::Part(std::size_t part) const {
   const std::size_t end = part + 1 < starts_.size() ? starts_[part + 1] : points_.size();
   return std::span(points_).subspan(starts_[part], end - starts_[part]);

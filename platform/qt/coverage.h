@@ -15,6 +15,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/canvas.h"
+
 namespace kelvane {
 
 // Device pixels in parts of kPixel.
@@ -36,6 +38,9 @@ class FlatPath {
   void LineTo(FixedPoint to) { points_.push_back(to); }
   // A cubic curve from where the part stands, as lines that leave it by no more than can be seen.
   void CurveTo(FixedPoint control1, FixedPoint control2, FixedPoint to);
+
+  // The steps of a path with its points.
+  void Add(std::span<const Path::Step> steps, std::span<const FixedPoint> points);
 
   bool Empty() const { return points_.empty(); }
   std::size_t Parts() const { return starts_.size(); }

@@ -157,21 +157,7 @@ void InkPainter::Paint(const Ink& ink, const PixelRows& pixels, const QRect& cli
 
 void InkPainter::TakeLines(const Ink& ink) {
   lines_.Clear();
-  const FixedPoint* point = ink.points.data();
-  for (const Path::Step step : ink.steps) {
-    switch (step) {
-      case Path::Step::Move:
-        lines_.MoveTo(*point++);
-        break;
-      case Path::Step::Line:
-        lines_.LineTo(*point++);
-        break;
-      case Path::Step::Curve:
-        lines_.CurveTo(point[0], point[1], point[2]);
-        point += 3;
-        break;
-    }
-  }
+  lines_.Add(ink.steps, ink.points);
 }
 
 void InkPainter::Stroke(const Ink& ink, const PixelRows& pixels, const QRect& clip) {

@@ -217,6 +217,12 @@ void QtCanvas::DrawText(const ScreenFace& face, float em, std::string_view codes
   Drawn();
 }
 
+void QtCanvas::DrawGlyph(const GlyphLines& glyph, Point origin, ColourValue colour) {
+  const std::span<const FixedPoint> device = ToDevice({&origin, 1});
+  if (!device.empty()) layer_->DrawGlyph(glyph, glyph.em * scaleX_, ratio_, device[0], ToRgb(colour));
+  Drawn();
+}
+
 void QtCanvas::SetPointerArrow() {
   setCursor(Qt::ArrowCursor);
 }

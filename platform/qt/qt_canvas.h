@@ -35,6 +35,7 @@ class QtCanvas final : public QWidget, public Canvas {
   void FillPath(const Path& path, ColourValue colour) override;
   void DrawText(const ScreenFace& face, float em, std::string_view codes, std::span<const Point> origins,
                 ColourValue colour) override;
+  void DrawGlyph(const GlyphLines& glyph, Point origin, ColourValue colour) override;
   void SetPointerArrow() override;
   bool SetPointerIcon(const std::string& path) override;
   void SetPointerShape(PointerShape shape) override;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <list>
+#include <utility>
 
 #include "platform/qt/qt_fonts.h"
 #include "platform/qt/qt_outlines.h"
@@ -20,11 +21,11 @@ FlatPath OutlineOf(QtFace& face, unsigned char code, double em) {
   return shape;
 }
 
-std::unique_ptr<GlyphImage> MakeImage(const FlatPath& outline, FixedPoint shift, Coverage& coverage) {
+std::unique_ptr<GlyphImage> MakeImage(const FlatPath& outline, const QRect& box, FixedPoint shift,
+                                      Coverage& coverage) {
   constexpr int kGroup = 4;  // pixels that are blended together: rows end with a whole one
   auto image = std::make_unique<GlyphImage>();
   if (outline.Empty()) return image;
-  const QRect box = outline.Bounds().adjusted(0, 0, 1, 1);
   image->left = box.left();
   image->top = box.top();
   image->width = (box.width() + kGroup - 1) / kGroup * kGroup;
@@ -41,7 +42,7 @@ std::atomic<std::size_t> heldBytes = 0;
 
 }  // namespace
 
-GlyphImages::GlyphImages(QtFace& face, double em) : face_(face), em_(em), bytes_(sizeof(GlyphImages)) {
+GlyphImages::GlyphImages(double em) : em_(em), bytes_(sizeof(GlyphImages)) {
   heldBytes += bytes_;
 }
 
@@ -57,23 +58,19 @@ GlyphImages::Glyph::~Glyph() {
   for (std::atomic<GlyphImage*>& image : images) delete image.load();
 }
 
-void GlyphImages::Prepare(std::string_view codes) {
-  for (const char character : codes) {
-    const auto code = static_cast<unsigned char>(character);
-    std::unique_ptr<Glyph>& glyph = glyphs_[code];
-    if (glyph != nullptr || face_.Glyph(code) == 0) continue;
-    glyph = std::make_unique<Glyph>();
-    glyph->outline = OutlineOf(face_, code, em_);
-    Hold(sizeof(Glyph) + glyph->outline.Points().size_bytes());
-  }
+void GlyphImages::Keep(unsigned char code, FlatPath outline) {
+  auto glyph = std::make_unique<Glyph>();
+  glyph->outline = std::move(outline);
+  // The origin may lie anywhere in its pixel.
+  glyph->bounds = glyph->outline.Bounds().adjusted(0, 0, 1, 1);
+  const QRect& box = glyph->bounds;
+  reach_ = std::max({reach_.load(), -box.left(), -box.top(), box.right(), box.bottom()});
+  Hold(sizeof(Glyph) + glyph->outline.Points().size_bytes());
+  glyphs_[code] = std::move(glyph);
 }
 
 const FlatPath* GlyphImages::Outline(unsigned char code) const {
   return glyphs_[code] == nullptr ? nullptr : &glyphs_[code]->outline;
-}
-
-int GlyphImages::Reach() const {
-  return static_cast<int>(std::ceil(em_ * kGlyphReach)) + 1;
 }
 
 const GlyphImage* GlyphImages::At(unsigned char code, int stepX, int stepY, Coverage& coverage) {
@@ -83,7 +80,8 @@ const GlyphImage* GlyphImages::At(unsigned char code, int stepX, int stepY, Cove
   GlyphImage* image = place.load(std::memory_order_acquire);
   if (image != nullptr) return image;
   constexpr int kStep = kPixel / kSteps;
-  auto made = MakeImage(glyphs_[code]->outline, {stepX * kStep, stepY * kStep}, coverage);
+  auto made =
+      MakeImage(glyphs_[code]->outline, glyphs_[code]->bounds, {stepX * kStep, stepY * kStep}, coverage);
   // Another thread may have made the same one meanwhile.
   if (!place.compare_exchange_strong(image, made.get(), std::memory_order_acq_rel)) return image;
   Hold(sizeof(GlyphImage) + made->coverage.capacity());
@@ -98,8 +96,8 @@ void GlyphImages::Hold(std::size_t bytes) {
 namespace {
 
 struct Size {
-  Size(QtFace& of, int size) : face(&of), em(size), images(of, size / 64.0) {}
-  const QtFace* face;
+  Size(const GlyphOwner& of, int size) : owner(of), em(size), images(size / 64.0) {}
+  GlyphOwner owner;
   int em;  // 1/64 pixel
   GlyphImages images;
 };
@@ -112,17 +110,46 @@ std::list<Size>& Sizes() {
 
 }  // namespace
 
-GlyphImages& ImagesOf(QtFace& face, double em) {
+GlyphImages& ImagesOf(const GlyphOwner& owner, double em) {
   std::list<Size>& sizes = Sizes();
   const int size = static_cast<int>(std::lround(em * 64));
   const auto found = std::find_if(sizes.begin(), sizes.end(),
-                                  [&](const Size& kept) { return kept.em == size && kept.face == &face; });
+                                  [&](const Size& kept) { return kept.em == size && kept.owner == owner; });
   if (found == sizes.end()) {
-    sizes.emplace_front(face, size);
+    sizes.emplace_front(owner, size);
   } else if (found != sizes.begin()) {
     sizes.splice(sizes.begin(), sizes, found);
   }
   return sizes.front().images;
+}
+
+GlyphImages& PreparedImages(QtFace& face, double em, std::string_view codes) {
+  GlyphImages& images = ImagesOf({&face, 0}, em);
+  for (const char character : codes) {
+    const auto code = static_cast<unsigned char>(character);
+    if (face.Glyph(code) != 0) images.Prepare(code, [&] { return OutlineOf(face, code, images.Em()); });
+  }
+  return images;
+}
+
+GlyphImages& PreparedImages(const GlyphLines& glyph, double em, double ratio) {
+  static constexpr char kFonts[4] = {};
+  GlyphImages& images = ImagesOf({&kFonts[glyph.font % 4], glyph.edition}, em);
+  images.Prepare(static_cast<unsigned char>(glyph.code), [&] {
+    const double unit = kGlyphUnit * images.Em();
+    FlatPath area;
+    Stroker stroker;
+    for (const auto& [path, width] : glyph.lines) {
+      if (path == nullptr) continue;
+      std::vector<FixedPoint> points;
+      for (const Point& point : path->points) points.push_back(ToFixed(point.x * unit, -point.y * unit));
+      FlatPath lines;
+      lines.Add(path->steps, points);
+      stroker.Add(area, lines, width * ratio);
+    }
+    return area;
+  });
+  return images;
 }
 
 void TrimGlyphImages() {

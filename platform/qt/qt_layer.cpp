@@ -180,9 +180,22 @@ void QtLayer::DrawText(const ScreenFace& face, double em, std::string_view codes
   if (!(em > 0 && em <= kLargestEm)) return;
   const QRect box = Around(origins, em * kGlyphReach);
   if (!Touch(box)) return;
-  GlyphImages& images = ImagesOf(FaceFor(face), em);
-  images.Prepare(codes);
-  Put({.kind = em > kLargestImageEm ? Ink::Kind::Outlines : Ink::Kind::Glyphs,
+  PutCharacters(PreparedImages(FaceFor(face), em, codes), box, codes, origins, colour);
+}
+
+void QtLayer::DrawGlyph(const GlyphLines& glyph, double em, double ratio, FixedPoint origin, QRgb colour) {
+  if (!(em > 0 && em <= kLargestEm)) return;
+  GlyphImages& images = PreparedImages(glyph, em, ratio);
+  const char code = static_cast<char>(glyph.code);
+  const QRect box = images.Bounds(static_cast<unsigned char>(code)).translated(origin.x >> 8, origin.y >> 8);
+  // Half a step to the right or down at most.
+  if (Touch(box.adjusted(0, 0, 1, 1)))
+    PutCharacters(images, box.adjusted(0, 0, 1, 1), {&code, 1}, {&origin, 1}, colour);
+}
+
+void QtLayer::PutCharacters(GlyphImages& images, const QRect& box, std::string_view codes,
+                            std::span<const FixedPoint> origins, QRgb colour) {
+  Put({.kind = images.Em() > kLargestImageEm ? Ink::Kind::Outlines : Ink::Kind::Glyphs,
        .colour = colour,
        .box = box,
        .points = origins,

@@ -65,6 +65,7 @@ class QtLayer {
   void FillPath(const Path& path, std::span<const FixedPoint> points, QRgb colour);
   void DrawText(const ScreenFace& face, double em, std::string_view codes,
                 std::span<const FixedPoint> origins, QRgb colour);
+  void DrawGlyph(const GlyphLines& glyph, double em, double ratio, FixedPoint origin, QRgb colour);
   // The corner goes to the nearest edge between pixels.
   void DrawImage(const QImage& picture, FixedPoint corner);
 
@@ -73,6 +74,8 @@ class QtLayer {
   bool Touch(const QRect& touched);
   void Collect();
   void PaintCollected();
+  void PutCharacters(GlyphImages& images, const QRect& box, std::string_view codes,
+                     std::span<const FixedPoint> origins, QRgb colour);
   // Paints or collects.
   void Put(const Ink& ink);
   PixelRows ImageRows();

@@ -340,8 +340,7 @@ TEST_F(CanvasTest, ImagesOfLettersStayWithinTheirLimit) {
   QtFace& face = FaceFor(kSerif);
   Coverage coverage;
   for (double em = 60; em < 128; em += 0.5) {
-    GlyphImages& images = ImagesOf(face, em);
-    images.Prepare("ABCDEFGHIJKLMNOPQRSTUVWXYZ");
+    GlyphImages& images = PreparedImages(face, em, "ABCDEFGHIJKLMNOPQRSTUVWXYZ");
     for (unsigned char code = 'A'; code <= 'Z'; ++code)
       for (int step = 0; step < GlyphImages::kSteps; ++step) images.At(code, step, 0, coverage);
     TrimGlyphImages();
