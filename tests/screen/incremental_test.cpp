@@ -9,6 +9,7 @@
 #include <functional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "document/page.h"
@@ -24,6 +25,7 @@
 #include "platform/qt/qt_toolkit.h"
 #include "tests/screen/program_on_disk.h"
 #include "tests/support/scripted_dialogs.h"
+#include "typography/glyph_shapes.h"
 #include "typography/renderer.h"
 #include "typography/typefaces.h"
 #include "typography/view.h"
@@ -201,6 +203,21 @@ TEST_F(IncrementalTest, NewWidthsAreMeasured) {
   ThePage.text = "330 150 m 20 F0 (abc) 5 s \r\n";  // measured for the first time
   RedrawPage();
   EXPECT_EQ(Shown(), after);
+}
+
+// The pictures of the program's own characters are kept, but not beyond a change of one.
+TEST_F(IncrementalTest, ChangedGlyphsAreShown) {
+  ThePage.text = "290 200 m 40 FC (AB) 5 s\r\n";
+  const auto shown = [this] {
+    ShowPage();
+    return Shown();
+  };
+  const QImage before = shown();
+  std::string& glyph = CharacterDefs['A' - kFirstGlyph][0];
+  const std::string kept = std::exchange(glyph, CharacterDefs['S' - kFirstGlyph][0]);
+  EXPECT_NE(shown(), before);
+  glyph = kept;
+  EXPECT_EQ(shown(), before);
 }
 
 // The finished pieces come from a picture, whose pixels must lie on those of the canvas.
