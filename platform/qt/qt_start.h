@@ -8,8 +8,8 @@ namespace kelvane {
 
 // The font system reads more than a hundred files before the first text can be measured, which takes about as
 // long as connecting to the display does. A second thread does it meanwhile: the first to be called before
-// the application is made, the other after it. The futures wait for the end when they go, the second one
-// before the application.
+// the application is made, the other after it. Before text is measured the first one's end is to be waited
+// for. The futures wait for the end when they go, the second one before the application.
 std::future<void> ReadFontSystem();
 std::future<void> LoadUsualFont(std::future<void>& fontSystem);
 
