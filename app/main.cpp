@@ -38,10 +38,10 @@ std::span<const char* const> Arguments(int argc, char** argv) {
 int Run(int argc, char** argv) {
   // Before Qt, which wants a screen and knows options of its own.
   kelvane::RefuseOptions(Arguments(argc, argv));
+  kelvane::LeaveMissingSessionBus();
   std::future<void> fontSystem = kelvane::ReadFontSystem();
   QApplication application(argc, argv);
   const std::future<void> usualFont = kelvane::LoadUsualFont(fontSystem);
-  const std::future<void> sessionBus = kelvane::ConnectToSessionBus();
   kelvane::UseStyleWithoutPictures();
   const std::string pageFile = kelvane::PageFileArgument(Arguments(argc, argv));
   QApplication::setOrganizationName("Kelvane");

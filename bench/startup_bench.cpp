@@ -65,13 +65,14 @@ class TimedApplication : public QApplication {
 
 int ShowWindow(int& argc, char** argv, bool editor) {
   std::future<void> fontSystem;
-  if (editor) fontSystem = kelvane::ReadFontSystem();
+  if (editor) {
+    kelvane::LeaveMissingSessionBus();
+    fontSystem = kelvane::ReadFontSystem();
+  }
   TimedApplication application(argc, argv);
   std::future<void> usualFont;
-  std::future<void> sessionBus;
   if (editor) {
     usualFont = kelvane::LoadUsualFont(fontSystem);
-    sessionBus = kelvane::ConnectToSessionBus();
     kelvane::UseStyleWithoutPictures();
   }
   QMainWindow empty;

@@ -3,11 +3,12 @@
 #include <fontconfig/fontconfig.h>
 
 #include <QApplication>
-#include <QDBusConnection>
+#include <QFile>
 #include <QFont>
 #include <QFontMetrics>
 #include <QIconEngine>
 #include <QProxyStyle>
+#include <QStandardPaths>
 
 namespace kelvane {
 namespace {
@@ -58,8 +59,16 @@ std::future<void> LoadUsualFont(std::future<void>& fontSystem) {
   });
 }
 
-std::future<void> ConnectToSessionBus() {
-  return std::async(std::launch::async, [] { QDBusConnection::sessionBus(); });
+void LeaveMissingSessionBus() {
+  constexpr char kAddress[] = "DBUS_SESSION_BUS_ADDRESS";
+  const QString run = qEnvironmentVariable("XDG_RUNTIME_DIR");
+  if (qEnvironmentVariableIsSet(kAddress) || (!run.isEmpty() && QFile::exists(run + QStringLiteral("/bus"))))
+    return;
+  const QString starter = QStringLiteral("dbus-launch");
+  if (QFile::exists(QStringLiteral("/usr/bin/") + starter) ||
+      !QStandardPaths::findExecutable(starter).isEmpty())
+    return;
+  qputenv(kAddress, "disabled:");
 }
 
 void UseStyleWithoutPictures() {

@@ -13,9 +13,10 @@ namespace kelvane {
 std::future<void> ReadFontSystem();
 std::future<void> LoadUsualFont(std::future<void>& fontSystem);
 
-// The menu bar asks the session bus whether the desktop shows menus itself, and waits until the bus is there.
-// To be called after the application is made.
-std::future<void> ConnectToSessionBus();
+// Menus and names of controls ask for the session bus. Without the address of one, a program is started that
+// starts one, and the window waits for that. Where that program is missing it cannot succeed, so this tells
+// the library to leave it. It changes the environment: to be called while there is one thread.
+void LeaveMissingSessionBus();
 
 // Puts a style around the desktop's that loads no picture before it is shown.
 void UseStyleWithoutPictures();
