@@ -88,8 +88,10 @@ void QtLayer::Move(QPoint by) {
                     image_.format());
   };
   QRgb* const from = reinterpret_cast<QRgb*>(image_.bits());
-  if (memory_ != nullptr && from - way >= memory_.get() && from - way <= memory_.get() + room)
-    return beginAt(from - way);
+  if (memory_ != nullptr) {
+    const std::ptrdiff_t start = from - memory_.get() - way;
+    if (start >= 0 && start <= room) return beginAt(memory_.get() + start);
+  }
   const QImage before = image_;
   if (memory_ == nullptr)
     memory_ = std::make_unique_for_overwrite<QRgb[]>(static_cast<std::size_t>(all + room));
