@@ -221,6 +221,8 @@ InkCollector::~InkCollector() {
 }
 
 void InkCollector::Begin(const PixelRows& pixels, const QRect& clip) {
+  Wait();  // for what an exception has left behind
+  filled_->Clear();
   pixels_ = pixels;
   clip_ = clip;
 }
@@ -251,8 +253,8 @@ void InkCollector::Paint(std::span<const Ink> inks, bool more) {
       PaintAll(painter, inks, pixels_, part);
       threads_->painted.release();
     });
+    ++threads_->painting;
   }
-  threads_->painting = static_cast<int>(parts.size()) - 1;
   PaintAll(threads_->painters[0], inks, pixels_, parts[0]);
 }
 
