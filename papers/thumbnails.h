@@ -34,8 +34,8 @@ class Thumbnails {
 
   // Bytes of a page that are painted at once: nobody asked for it, and somebody may be typing.
   static constexpr std::size_t kPart = std::size_t{256} << 10;
-  // Pictures kept beyond those that are wanted.
-  static constexpr std::size_t kMostPictures = 200;
+  // Pictures kept beyond those that are wanted. In the window "Pages" one takes 36 kB.
+  static constexpr std::size_t kMostPictures = 40;
 
  private:
   // The pictures are known by what they show, so that a page that gets another number keeps its own.
