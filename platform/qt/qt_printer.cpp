@@ -7,6 +7,7 @@
 #include <QPageLayout>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QPrintDialog>
 #include <QPrintEngine>
 #include <QPrintPreviewDialog>
@@ -235,7 +236,8 @@ class PreviewOfJob {
 
 void QtPrinter::Preview(const PrintJob& job) {
   PreviewOfJob(job).Run();
-  GiveBackMemory();  // every sheet was kept
+  QPixmapCache::clear();  // it has the icons of the dialog, and the next dialog has others
+  GiveBackMemory();       // every sheet was kept
 }
 
 }  // namespace kelvane
