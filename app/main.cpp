@@ -58,6 +58,8 @@ int Run(int argc, char** argv) {
 
   kelvane::ScreenOutline = kelvane::QtOutline;
 
+  // Otherwise it would be read twice, since nothing tells the font system that it is being read already.
+  fontSystem.wait();
   bool started = false;
   kelvane::RunHandler([&] {
     // By its bytes, since its name may be no text.
@@ -70,8 +72,6 @@ int Run(int argc, char** argv) {
   std::string page;
   if (!pageFile.empty()) kelvane::RunHandler([&] { page = kelvane::BackslashPath(pageFile); });
   kelvane::WatchForEndings(application, kelvane::FlushJournal);
-  // Otherwise it would be read twice, since nothing tells the font system that it is being read already.
-  fontSystem.wait();
   kelvane::ShowEditor(page);
   return QCoreApplication::exec();
 }

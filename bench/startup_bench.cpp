@@ -81,10 +81,10 @@ int ShowWindow(int& argc, char** argv, bool editor) {
   kelvane::TheToolkit = &toolkit;
   kelvane::TheDialogs = &dialogs;
   if (editor) {
+    fontSystem.wait();
     if (!kelvane::StartUp(kelvane::BackslashPath(KELVANE_PROGRAM_FOLDER))) return 1;
     // Whatever size somebody's settings tell.
     kelvane::FormPlace = {0, 0, kWidth * kelvane::kTwipsPerPixel, kHeight * kelvane::kTwipsPerPixel};
-    fontSystem.wait();
     kelvane::ShowEditor(kelvane::BackslashPath(kSamplePage));
   } else {
     empty.resize(kWidth, kHeight);
