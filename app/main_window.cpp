@@ -136,24 +136,24 @@ void PageBox_Enter() {
 }
 
 void AddPageRow(Window& window) {
-  Form1Parts.pageUp = AddCommandButton(window, "PageUp", {}, {279, 0, 38, kRow});
+  Form1Parts.pageUp = AddCommandButton(window, "PageUp", {}, {279, 0, 40, kRow});
   PageBox = window.AddTextBox("Page Number", false);
-  PageBox->SetPlace({319, 1, 30, kRow - 2});
+  PageBox->SetPlace({321, 1, 30, kRow - 2});
   PageBox->OnEnter = PageBox_Enter;
   PageBox->OnEscape = [] {
     ShowPageNumber();
     FocusCanvas();
   };
   PageCountLabel = window.AddLabel("");
-  PageCountLabel->SetPlace({352, 0, 38, kRow});
-  Form1Parts.pageDown = AddCommandButton(window, "PageDown", {}, {391, 0, 38, kRow});
+  PageCountLabel->SetPlace({354, 0, 38, kRow});
+  Form1Parts.pageDown = AddCommandButton(window, "PageDown", {}, {393, 0, 40, kRow});
 }
 
 void AddSizeRow(Window& window) {
   Form1Parts.sizeLabel = window.AddLabel("Font Size");
-  Form1Parts.sizeLabel->SetPlace({434, 0, 54, kRow});
+  Form1Parts.sizeLabel->SetPlace({437, 0, 56, kRow});
   Text1 = window.AddTextBox("Font Size", false);
-  Text1->SetPlace({489, 1, 36, kRow - 2});
+  Text1->SetPlace({494, 1, 36, kRow - 2});
   Text1->SetText(FormatSingle(FontSize));
   Text1->OnChange = [] {
     SizeBoxTyped();
@@ -257,7 +257,7 @@ void LayOut(float W, float H) {
   const int bar = kScrollBarPixels;
   Text4->SetPlace({canvas.left, row + 1, box, kRow - 2});
   Form1Parts.apply->SetPlace({canvas.left + box + 2, row, Pixels(kBesideBox) - 4, kRow});
-  FontLabel->SetPlace({529, 0, std::max(Pixels(W) + bar - 531, 0), kRow});
+  FontLabel->SetPlace({533, 0, std::max(Pixels(W) + bar - 535, 0), kRow});
   Form1->SetCanvasPlace(Picture1, canvas);
   Form1Parts.horizontal->SetPlace({canvas.left, canvas.top + canvas.height, canvas.width, bar});
   Form1Parts.vertical->SetPlace({canvas.left + canvas.width, canvas.top, bar, canvas.height});

@@ -1,6 +1,7 @@
 #include "app/menu_bar.h"
 
 #include <map>
+#include <memory>
 
 #include "app/commands.h"
 #include "app/menus.h"
@@ -32,11 +33,7 @@ class MenuTree {
   std::map<std::string, Menu*> menus_;
 };
 
-}  // namespace
-
-void BuildMenus(Window& window) {
-  ResetMenus();
-  MenuTree menus(window);
+void AddEntries(MenuTree& menus) {
   for (const Command& command : Commands()) {
     if (command.menu.empty()) continue;
     Menu* menu = menus.Find(command.menu);
@@ -48,6 +45,16 @@ void BuildMenus(Window& window) {
     if (command.handle) *command.handle = entry;
   }
   RefreshMenus();
+}
+
+}  // namespace
+
+void BuildMenus(Window& window) {
+  ResetMenus();
+  const auto menus = std::make_shared<MenuTree>(window);
+  for (const Command& command : Commands())
+    if (!command.menu.empty()) menus->Find(command.menu.substr(0, command.menu.find('/')));
+  window.WhenShown([menus] { AddEntries(*menus); });
 }
 
 Menu* BuildPopup(Window& window, const std::vector<std::string_view>& rows) {

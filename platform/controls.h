@@ -157,6 +157,8 @@ class Window {
   virtual void Show() = 0;
   virtual void Hide() = 0;
   virtual bool Visible() const = 0;
+  // Has what the first picture does not need done behind that picture, or before the first key is heard.
+  virtual void WhenShown(std::function<void()> handler) = 0;
 
   virtual Menu* AddMenu(const std::string& caption) = 0;
   // A menu that is not in the menu bar; its keys do nothing. ShowPopup opens it at a pixel of a canvas.

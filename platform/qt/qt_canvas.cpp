@@ -77,8 +77,13 @@ void QtCanvas::ResizeLayers() {
                      static_cast<int>(std::lround(height() * ratio_)));
   UseCoordinates();
   if (pixels == page_.Size()) return;
-  page_.Resize(pixels, DeskColour());
-  overlay_.Resize(pixels, Qt::transparent);
+  page_.Resize(pixels);
+  overlay_.Resize(pixels);
+  if (OnPaint) {
+    Invalidate(Layer::Page);
+  } else {
+    page_.Clear(DeskColour());
+  }
 }
 
 void QtCanvas::SetCoordinates(float left, float top, float width, float height) {
@@ -101,7 +106,7 @@ void QtCanvas::ScrollTo(float left, float top, float width, float height) {
     const QRect whole(QPoint(0, 0), page_.Size());
     QRegion& invalid = invalid_[Index(Layer::Page)];
     invalid = (invalid.translated(by) & whole) | QRegion(whole).subtracted(whole.translated(by));
-    page_.Move(by);
+    if (invalid != QRegion(whole)) page_.Move(by);
   }
 }
 

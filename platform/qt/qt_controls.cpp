@@ -155,11 +155,14 @@ QFont FixedPitchFont() {
 
 }  // namespace
 
-// A label in the status bar: it asks for the room of its whole text, and is content with less.
+// A label in the status bar: it asks for the room of its whole text, and is content with less. One without a
+// text leaves its room to the others.
 class QtLabel::FootLabel final : public QLabel {
  public:
   FootLabel(QtLabel& owner, QWidget* parent, int room) : QLabel(parent), owner_(owner), room_(room) {}
-  QSize sizeHint() const override { return {std::max(room_, WholeWidth()), QLabel::sizeHint().height()}; }
+  QSize sizeHint() const override {
+    return {owner_.text_.empty() ? 0 : std::max(room_, WholeWidth()), QLabel::sizeHint().height()};
+  }
   QSize minimumSizeHint() const override {
     return {std::min(room_, WholeWidth()), QLabel::minimumSizeHint().height()};
   }

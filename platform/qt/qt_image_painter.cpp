@@ -11,7 +11,8 @@ namespace kelvane {
 
 QtImagePainter::QtImagePainter(QSize pixels, const Box& shown, double ratio, const QColor& background)
     : layer_(background.alpha() == 255), shown_(shown), ratio_(ratio) {
-  layer_.Resize(pixels, background);
+  layer_.Resize(pixels);
+  layer_.Clear(background);
   scaleX_ = pixels.width() / static_cast<double>(shown.right - shown.left);
   scaleY_ = pixels.height() / static_cast<double>(shown.bottom - shown.top);
 }

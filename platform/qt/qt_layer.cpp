@@ -50,11 +50,10 @@ QImage EmptyImage(QSize size) {
 
 }  // namespace
 
-void QtLayer::Resize(QSize size, const QColor& background) {
+void QtLayer::Resize(QSize size) {
   clip_ = QRect(QPoint(0, 0), size);
   memory_.reset();
   image_ = opaque_ ? QImage(size, QImage::Format_RGB32) : EmptyImage(size);
-  if (opaque_ && !image_.isNull()) image_.fill(background);
   inked_ = QRect();
   dirty_ = image_.rect();
 }

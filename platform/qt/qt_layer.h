@@ -30,8 +30,8 @@ class QtLayer {
   QtLayer(const QtLayer&) = delete;
   QtLayer& operator=(const QtLayer&) = delete;
 
-  // Makes the image anew, cleared. Sizes are device pixels.
-  void Resize(QSize size, const QColor& background);
+  // Makes the image anew; an opaque one holds no picture until it is cleared. Sizes are device pixels.
+  void Resize(QSize size);
   QSize Size() const { return image_.size(); }
   const QImage& Image() const { return image_; }
   QRect Inked() const { return inked_; }

@@ -75,6 +75,19 @@ class QtWindow::MainFrame final : public QMainWindow {
   QPoint FrameMargin() const { return margin_; }
 
  protected:
+  bool event(QEvent* event) override {
+    // Comes before the keys of menu entries are looked at.
+    if (event->type() == QEvent::ShortcutOverride) window_.DoWhenShown();
+    return QMainWindow::event(event);
+  }
+
+  void paintEvent(QPaintEvent* event) override {
+    QMainWindow::paintEvent(event);
+    if (window_.whenShown_)
+      QMetaObject::invokeMethod(
+          this, [this] { window_.DoWhenShown(); }, Qt::QueuedConnection);
+  }
+
   void closeEvent(QCloseEvent* event) override {
     if (!window_.MayClose()) {
       event->ignore();
@@ -216,6 +229,10 @@ void QtWindow::Hide() {
 }
 bool QtWindow::Visible() const {
   return frame_->isVisible();
+}
+
+void QtWindow::DoWhenShown() {
+  if (whenShown_) RunHandler(std::exchange(whenShown_, nullptr));
 }
 
 bool QtWindow::MayClose() {

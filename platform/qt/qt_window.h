@@ -4,8 +4,10 @@
 
 #include <QMainWindow>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/controls.h"
@@ -34,6 +36,7 @@ class QtWindow final : public Window {
   void Show() override;
   void Hide() override;
   bool Visible() const override;
+  void WhenShown(std::function<void()> handler) override { whenShown_ = std::move(handler); }
   Menu* AddMenu(const std::string& caption) override;
   Menu* AddPopup() override;
   void ShowPopup(Menu* popup, Canvas* canvas, float pixelX, float pixelY) override;
@@ -67,10 +70,14 @@ class QtWindow final : public Window {
   void StorePlace() const;
   void PlaceOnScreen(WindowPlace place);
   void ShowTitle();
+  void DoWhenShown();
   // Takes over a control and shows it.
   template <class Kept>
   Kept* Keep(std::unique_ptr<Kept> control) {
-    control->GetWidget()->show();
+    // Otherwise it is shown along with the window, when it has its place: before, Qt would find a size for
+    // it.
+    QWidget* const widget = control->GetWidget();
+    if (widget->parentWidget()->isVisible()) widget->show();
     Kept* kept = control.get();
     controls_.push_back(std::move(control));
     return kept;
@@ -81,6 +88,7 @@ class QtWindow final : public Window {
   std::string title_;
   std::string placeKeptAs_;
   bool changed_ = false;
+  std::function<void()> whenShown_;
   int horizontalBars_ = 0;
   int verticalBars_ = 0;
   std::deque<QtMenu> menus_;

@@ -245,6 +245,7 @@ class FakeWindow : public Window {
   void Show() override;
   void Hide() override { visible = false; }
   bool Visible() const override { return visible; }
+  void WhenShown(std::function<void()> handler) override { handler(); }
   Menu* AddMenu(const std::string& caption) override { return Add(menus, caption); }
   Menu* AddPopup() override { return Add(popups, std::string()); }
   void ShowPopup(Menu* menu, Canvas*, float, float) override {
