@@ -98,6 +98,22 @@ TEST_F(WindowTest, KeysWorkWhereverTheFocusIs) {
   EXPECT_EQ(keys, "up refresh up refresh ");
 }
 
+TEST_F(WindowTest, EntriesMadeBehindTheFirstPictureHearTheFirstKey) {
+  std::string done;
+  Menu* menu = window->AddMenu("&View");
+  const auto addEntry = [&](const std::string& key) {
+    done += "made " + key + " ";
+    menu->AddEntry("&Entry", key)->OnChosen = [&done, key] { done += key + " "; };
+  };
+  window->WhenShown([&] { addEntry("F5"); });
+  EXPECT_EQ(done, "");
+  Show();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return done == "made F5 "; })) << done;
+  window->WhenShown([&] { addEntry("F6"); });
+  for (const Qt::Key key : {Qt::Key_F6, Qt::Key_F5}) QTest::keyClick(&window->Frame(), key);
+  EXPECT_EQ(done, "made F5 made F6 F6 F5 ");
+}
+
 // The same key stands in the menu bar and in a popup, where it only shows.
 TEST_F(WindowTest, APopupOpensAtItsPixelAndLeavesTheKeysToTheMenuBar) {
   int deleted = 0;
