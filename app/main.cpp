@@ -41,7 +41,7 @@ int Run(int argc, char** argv) {
   kelvane::LeaveMissingSessionBus();
   std::future<void> fontSystem = kelvane::ReadFontSystem();
   QApplication application(argc, argv);
-  const std::future<void> usualFont = kelvane::LoadUsualFont(fontSystem);
+  const std::future<void> fontList = kelvane::ListFonts(fontSystem);
   kelvane::UseStyleWithoutPictures();
   const std::string pageFile = kelvane::PageFileArgument(Arguments(argc, argv));
   QApplication::setOrganizationName("Kelvane");

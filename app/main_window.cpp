@@ -111,11 +111,11 @@ void PlaceColumn(int top, int height) {
 }
 
 void AddScriptButtons(Window& window) {
-  constexpr int kWidth = 20;
+  constexpr int kWidth = 19;
   constexpr int kGap = 4;  // between the four scripts
   for (int i = 0; i < 12; ++i) {
     Form1Parts.scripts[i] = AddCommandButton(window, "Script" + std::to_string(i), ScriptIcon(i),
-                                             {kButton + i * kWidth + i / 3 * kGap, 0, kWidth, kRow});
+                                             {i * kWidth + i / 3 * kGap, 0, kWidth, kRow});
   }
 }
 
@@ -136,24 +136,24 @@ void PageBox_Enter() {
 }
 
 void AddPageRow(Window& window) {
-  Form1Parts.pageUp = AddCommandButton(window, "PageUp", {}, {279, 0, 40, kRow});
+  Form1Parts.pageUp = AddCommandButton(window, "PageUp", {}, {244, 0, 40, kRow});
   PageBox = window.AddTextBox("Page Number", false);
-  PageBox->SetPlace({321, 1, 30, kRow - 2});
+  PageBox->SetPlace({286, 1, 30, kRow - 2});
   PageBox->OnEnter = PageBox_Enter;
   PageBox->OnEscape = [] {
     ShowPageNumber();
     FocusCanvas();
   };
   PageCountLabel = window.AddLabel("");
-  PageCountLabel->SetPlace({354, 0, 38, kRow});
-  Form1Parts.pageDown = AddCommandButton(window, "PageDown", {}, {393, 0, 40, kRow});
+  PageCountLabel->SetPlace({319, 0, 39, kRow});
+  Form1Parts.pageDown = AddCommandButton(window, "PageDown", {}, {358, 0, 40, kRow});
 }
 
 void AddSizeRow(Window& window) {
   Form1Parts.sizeLabel = window.AddLabel("Font Size");
-  Form1Parts.sizeLabel->SetPlace({437, 0, 56, kRow});
+  Form1Parts.sizeLabel->SetPlace({402, 0, 56, kRow});
   Text1 = window.AddTextBox("Font Size", false);
-  Text1->SetPlace({494, 1, 36, kRow - 2});
+  Text1->SetPlace({459, 1, 36, kRow - 2});
   Text1->SetText(FormatSingle(FontSize));
   Text1->OnChange = [] {
     SizeBoxTyped();
@@ -224,6 +224,9 @@ void AddCanvasAndBars(Window& window) {
   Form1Parts.horizontal->OnScroll = ScrollToLeft;
   Form1Parts.vertical = window.AddScrollBar(false);
   Form1Parts.vertical->OnScroll = ScrollToTop;
+}
+
+void AddFoot(Window& window) {
   CursorLabel = window.AddStatusText(320);
   NoteLabel = window.AddStatusText(280);
 }
@@ -257,7 +260,7 @@ void LayOut(float W, float H) {
   const int bar = kScrollBarPixels;
   Text4->SetPlace({canvas.left, row + 1, box, kRow - 2});
   Form1Parts.apply->SetPlace({canvas.left + box + 2, row, Pixels(kBesideBox) - 4, kRow});
-  FontLabel->SetPlace({533, 0, std::max(Pixels(W) + bar - 535, 0), kRow});
+  FontLabel->SetPlace({498, 0, std::max(Pixels(W) + bar - 499, 0), kRow});
   Form1->SetCanvasPlace(Picture1, canvas);
   Form1Parts.horizontal->SetPlace({canvas.left, canvas.top + canvas.height, canvas.width, bar});
   Form1Parts.vertical->SetPlace({canvas.left + canvas.width, canvas.top, bar, canvas.height});
@@ -273,14 +276,15 @@ void BuildForm1() {
   Form1->SetTitle(kProgramTitle);
   BuildMenus(*Form1);
   ResetContextMenus();
-  // In the order in which Tab goes through them.
+  // In the order in which Tab goes through them, and what shows text last: fonts are still being listed.
   AddCanvasAndBars(*Form1);
-  AddRunRow(*Form1);
   AddScriptButtons(*Form1);
-  AddPageRow(*Form1);
-  AddSizeRow(*Form1);
   AddColumn(*Form1);
   BuildPalette(*Form1);
+  AddRunRow(*Form1);
+  AddPageRow(*Form1);
+  AddSizeRow(*Form1);
+  AddFoot(*Form1);
   ViewMoved = FollowView;
   Form1->OnResize = Form1_Resize;
   Form1->OnEscape = FocusCanvas;

@@ -70,9 +70,9 @@ int ShowWindow(int& argc, char** argv, bool editor) {
     fontSystem = kelvane::ReadFontSystem();
   }
   TimedApplication application(argc, argv);
-  std::future<void> usualFont;
+  std::future<void> fontList;
   if (editor) {
-    usualFont = kelvane::LoadUsualFont(fontSystem);
+    fontList = kelvane::ListFonts(fontSystem);
     kelvane::UseStyleWithoutPictures();
   }
   QMainWindow empty;

@@ -170,6 +170,7 @@ class QtLabel::FootLabel final : public QLabel {
  protected:
   void resizeEvent(QResizeEvent* event) override {
     QLabel::resizeEvent(event);
+    owner_.placed_ = true;
     owner_.Fit();
   }
 
@@ -187,8 +188,7 @@ QtLabel::QtLabel(QWidget* parent, const std::string& text) : QtControl(new QLabe
   SetText(text);
 }
 
-QtLabel::QtLabel(QStatusBar* bar, int width)
-    : QtControl(new FootLabel(*this, bar, width)), placed_(true), foot_(true) {
+QtLabel::QtLabel(QStatusBar* bar, int width) : QtControl(new FootLabel(*this, bar, width)), foot_(true) {
   widget_->setTextFormat(Qt::PlainText);
   bar->addWidget(widget_);
 }
