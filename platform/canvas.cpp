@@ -2,14 +2,19 @@
 
 namespace kelvane {
 
+void PlaceGlyphPath(const Path& path, Point origin, float em, Path& placed) {
+  const float unit = kGlyphUnit * em;
+  placed.steps = path.steps;
+  placed.points.clear();
+  for (const Point& point : path.points)
+    placed.points.push_back({origin.x + point.x * unit, origin.y - point.y * unit});
+}
+
 void Painter::DrawGlyph(const GlyphLines& glyph, Point origin, ColourValue colour) {
-  const float unit = kGlyphUnit * glyph.em;
+  Path placed;
   for (const auto& [path, width] : glyph.lines) {
     if (path == nullptr) continue;
-    Path placed;
-    placed.steps = path->steps;
-    for (const Point& point : path->points)
-      placed.points.push_back({origin.x + point.x * unit, origin.y - point.y * unit});
+    PlaceGlyphPath(*path, origin, glyph.em, placed);
     StrokePath(placed, {colour, width});
   }
 }

@@ -145,6 +145,9 @@ struct GlyphOnPage {
 // Glyph units of the program's own fonts, in ems.
 inline constexpr float kGlyphUnit = 0.02F;
 
+// `placed` becomes a path in glyph units, y upwards, with its origin at a position; `em` in units of that.
+void PlaceGlyphPath(const Path& path, Point origin, float em, Path& placed);
+
 // Such a character as the screen shows it: lines.
 struct GlyphLines {
   struct Lines {

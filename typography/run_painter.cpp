@@ -84,8 +84,7 @@ void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
   if (!shape || shape->path.Empty()) return;
   if (view_.printed && painter_.TakeGlyph({pen.font, code, pen.size * view_.scale, {pen.x, pen.y}, colour}))
     return;
-  const float unit = kGlyphUnit * pen.size;
-  const float pixels = unit * view_.scale;
+  const float pixels = kGlyphUnit * pen.size * view_.scale;
   if (!view_.printed) {
     // On the screen glyphs are lines, as wide as gives them the ink of the print.
     const auto lines = [&](const Path& path, float width) {
@@ -99,10 +98,7 @@ void RunPainter::PaintGlyph(int code, const RunPen& pen, ColourValue colour) {
     painter_.DrawGlyph(glyph, {pen.x, pen.y}, colour);
     return;
   }
-  path_.steps = shape->path.steps;
-  path_.points.clear();
-  for (const Point& point : shape->path.points)
-    path_.points.push_back({pen.x + point.x * unit, pen.y - point.y * unit});
+  PlaceGlyphPath(shape->path, {pen.x, pen.y}, pen.size, path_);
   if (shape->filled) {
     painter_.FillPath(path_, colour);
   } else {

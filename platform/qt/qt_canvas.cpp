@@ -278,10 +278,10 @@ void QtCanvas::ShowDrawn() {
 }
 
 bool QtCanvas::ShowAhead(const QRect& area) {
-  // Elsewhere beginning to paint a window that is partly transparent, as one with a frame of Qt's own is,
+  // On Wayland beginning to paint a window that is partly transparent, as one with a frame of Qt's own is,
   // would clear what was just painted, and the system says itself when it takes the next picture.
-  static const bool fits = QGuiApplication::platformName() == QLatin1String("xcb");
-  if (!fits) return false;
+  static const bool wayland = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+  if (wayland) return false;
   QWindow* const screen = window()->windowHandle();
   QBackingStore* const picture = backingStore();
   const bool ready = isVisible() && updatesEnabled() && screen != nullptr && screen->isExposed() &&

@@ -188,10 +188,11 @@ void QtLayer::DrawGlyph(const GlyphLines& glyph, double em, double ratio, FixedP
   if (!(em > 0 && em <= kLargestEm)) return;
   GlyphImages& images = PreparedImages(glyph, em, ratio);
   const char code = static_cast<char>(glyph.code);
-  const QRect box = images.Bounds(static_cast<unsigned char>(code)).translated(origin.x >> 8, origin.y >> 8);
   // Half a step to the right or down at most.
-  if (Touch(box.adjusted(0, 0, 1, 1)))
-    PutCharacters(images, box.adjusted(0, 0, 1, 1), {&code, 1}, {&origin, 1}, colour);
+  const QRect box = images.Bounds(static_cast<unsigned char>(code))
+                        .translated(origin.x >> 8, origin.y >> 8)
+                        .adjusted(0, 0, 1, 1);
+  if (Touch(box)) PutCharacters(images, box, {&code, 1}, {&origin, 1}, colour);
 }
 
 void QtLayer::PutCharacters(GlyphImages& images, const QRect& box, std::string_view codes,
