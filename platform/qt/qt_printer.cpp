@@ -303,7 +303,7 @@ class PreviewOfJob {
 void QtPrinter::Preview(const PrintJob& job) {
   PreviewOfJob(job).Run();
   QPixmapCache::clear();  // it has the icons of the dialog, and the next dialog has others
-  GiveBackMemory();       // every sheet was kept
+  GiveBackMemory();       // pages were painted that the person may not go to
 }
 
 }  // namespace kelvane
