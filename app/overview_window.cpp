@@ -127,6 +127,7 @@ void MoveChosenBy(int step) {
 }
 
 void Close() {
+  Board.DropOutOfView();
   OverviewWindow->Hide();
   Shown.timer->Stop();
   Board.LookAgain();

@@ -152,6 +152,10 @@ bool PageBoard::PaintNext() {
   return true;
 }
 
+void PageBoard::DropOutOfView() {
+  if (HasSize()) pictures_.KeepOnly(PagesBetween(0, Height()));
+}
+
 void PageBoard::Show() {
   if (!HasSize()) return;
   const auto width = static_cast<float>(canvas_->PixelWidth());

@@ -37,6 +37,8 @@ class PageBoard {
   bool PaintNext();
   // Other programs may have changed the files.
   void LookAgain() { pictures_.LookAgain(); }
+  // What is not in view is made again when it is needed.
+  void DropOutOfView();
 
   // The page under a point of the canvas, in pixels; 0 for none.
   int PageAt(Point at) const;

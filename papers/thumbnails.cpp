@@ -70,7 +70,7 @@ bool Thumbnails::Update(const std::vector<int>& pages) {
     if (const std::optional<Key> key = TakePage(page)) {
       lastSeen_[page] = *key;
       looked_[page] = {PagesShown(), EditsMade()};
-      DropOthers(pages);
+      if (pictures_.size() > kMostPictures + pages.size()) KeepOnly(pages);
     }
     return true;
   }
@@ -139,8 +139,7 @@ Thumbnails::Key Thumbnails::Take(Kind kind) {
   return key;
 }
 
-void Thumbnails::DropOthers(const std::vector<int>& pages) {
-  if (pictures_.size() <= kMostPictures + pages.size()) return;
+void Thumbnails::KeepOnly(const std::vector<int>& pages) {
   std::set<Key> wanted;
   for (const int page : pages)
     if (const auto seen = lastSeen_.find(page); seen != lastSeen_.end()) wanted.insert(seen->second);

@@ -89,6 +89,11 @@ TEST_F(OverviewTest, PaintsOnePageAtATimeAndOnlyThoseNearby) {
   EXPECT_EQ(overview->labels.back()->text, "Page 57 of 999");
   pictures->Type("78");
   EXPECT_EQ(overview->labels.back()->text, "Page 8 of 999");
+  // What was in view is there at once when the window comes up again.
+  LetItPaint();
+  overview->ClickFrameClose();
+  window->PressShortcut("F7");
+  EXPECT_EQ(Row(), "p1 p2 p3 p4 p5 p6 p7 p8 ");
 }
 
 TEST_F(OverviewTest, FollowsEditsPageTurnsAndUndo) {

@@ -79,8 +79,11 @@ QPainterPath FontFile::OutlineOf(quint32 glyph, double em) const {
   if (FT_Load_Glyph(face_.get(), glyph, FT_LOAD_NO_BITMAP) != 0 ||
       face_->glyph->format != FT_GLYPH_FORMAT_OUTLINE)
     return {};
+  // What grows keeps room for more. Each point is an element, and so is the end of each contour.
+  FT_Outline& outline = face_->glyph->outline;
+  target.path.reserve(outline.n_points + outline.n_contours);
   const FT_Outline_Funcs to = {MoveTo, LineTo, QuadTo, CubicTo, 0, 0};
-  if (FT_Outline_Decompose(&face_->glyph->outline, &to, &target) != 0) return {};
+  if (FT_Outline_Decompose(&outline, &to, &target) != 0) return {};
   target.path.closeSubpath();
   return target.path;
 }

@@ -349,6 +349,19 @@ void QtCanvas::resizeEvent(QResizeEvent*) {
   ResizeLayers();
 }
 
+// What is out of sight takes no memory if its owner can paint it again.
+void QtCanvas::hideEvent(QHideEvent* event) {
+  if (event->spontaneous() || !OnPaint) return;
+  page_.Resize({}, DeskColour());
+  overlay_.Resize({}, Qt::transparent);
+}
+
+void QtCanvas::showEvent(QShowEvent*) {
+  if (!page_.Size().isEmpty()) return;
+  ResizeLayers();
+  for (const Layer layer : {Layer::Page, Layer::Overlay}) Invalidate(layer);
+}
+
 // A widget that is not shown yet gets its resize event late, and what is drawn until then must stay.
 void QtCanvas::SetPlace(const Place& place) {
   setGeometry(place.left, place.top, place.width, place.height);

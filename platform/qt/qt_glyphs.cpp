@@ -40,6 +40,8 @@ std::unique_ptr<GlyphImage> MakeImage(const FlatPath& outline, const QRect& box,
 
 std::atomic<std::size_t> heldBytes = 0;
 
+constexpr std::size_t kAroundBlock = 16;  // bytes that a block takes in the heap beyond its own
+
 }  // namespace
 
 GlyphImages::GlyphImages(double em) : em_(em), bytes_(sizeof(GlyphImages)) {
@@ -58,14 +60,15 @@ GlyphImages::Glyph::~Glyph() {
   for (std::atomic<GlyphImage*>& image : images) delete image.load();
 }
 
-void GlyphImages::Keep(unsigned char code, FlatPath outline) {
+void GlyphImages::Keep(unsigned char code, const FlatPath& outline) {
   auto glyph = std::make_unique<Glyph>();
-  glyph->outline = std::move(outline);
+  glyph->outline = outline;  // a copy: the outline was made with room for more
   // The origin may lie anywhere in its pixel.
   glyph->bounds = glyph->outline.Bounds().adjusted(0, 0, 1, 1);
   const QRect& box = glyph->bounds;
   reach_ = std::max({reach_.load(), -box.left(), -box.top(), box.right(), box.bottom()});
-  Hold(sizeof(Glyph) + glyph->outline.Points().size_bytes());
+  Hold(sizeof(Glyph) + outline.Points().size_bytes() + outline.Parts() * sizeof(std::size_t) +
+       3 * kAroundBlock);
   glyphs_[code] = std::move(glyph);
 }
 
@@ -84,7 +87,7 @@ const GlyphImage* GlyphImages::At(unsigned char code, int stepX, int stepY, Cove
       MakeImage(glyphs_[code]->outline, glyphs_[code]->bounds, {stepX * kStep, stepY * kStep}, coverage);
   // Another thread may have made the same one meanwhile.
   if (!place.compare_exchange_strong(image, made.get(), std::memory_order_acq_rel)) return image;
-  Hold(sizeof(GlyphImage) + made->coverage.capacity());
+  Hold(sizeof(GlyphImage) + made->coverage.capacity() + 2 * kAroundBlock);
   return made.release();
 }
 

@@ -66,7 +66,7 @@ class GlyphImages {
     ~Glyph();
   };
 
-  void Keep(unsigned char code, FlatPath outline);
+  void Keep(unsigned char code, const FlatPath& outline);
   void Hold(std::size_t bytes);
 
   double em_;

@@ -4,6 +4,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QGraphicsItem>
+#include <QGraphicsScene>
+#include <QGraphicsView>
 #include <QPageLayout>
 #include <QPaintEngine>
 #include <QPainter>
@@ -17,6 +20,8 @@
 #include <QTemporaryFile>
 #include <QToolBar>
 #include <algorithm>
+#include <exception>
+#include <functional>
 #include <utility>
 
 #include "platform/failure.h"
@@ -68,15 +73,17 @@ QList<int> Sheets(const QPrinter& printer, const PrintJob& job) {
   return sheets;
 }
 
-void PaintSheet(QPrinter& printer, QPainter& painter, const PrintJob& job, int page, bool embedsFonts) {
-  const double ratio = printer.resolution() / kPointsPerInch;
-  painter.save();
+double DotsPerPoint(const QPrinter& printer) {
+  return printer.resolution() / kPointsPerInch;
+}
+
+// Leaves the painter as it is needed for a sheet.
+void PaintSheet(double ratio, QPainter& painter, const PrintJob& job, int page, bool embedsFonts) {
   painter.setRenderHint(QPainter::Antialiasing);
   painter.scale(ratio, ratio);
-  painter.setClipRect(QRectF(0, 0, job.width, job.height));
+  painter.setClipRect(QRectF(0, 0, job.width, job.height), Qt::IntersectClip);
   QtPrintPainter to(painter, embedsFonts);
   job.paint(page, static_cast<float>(ratio), to);
-  painter.restore();
 }
 
 std::string NotTaken(const QPrinter& printer) {
@@ -85,20 +92,20 @@ std::string NotTaken(const QPrinter& printer) {
 }
 
 // False if the person stopped it.
-bool PaintSheets(QPrinter& printer, const PrintJob& job, QProgressDialog* progress) {
+bool PaintSheets(QPrinter& printer, const PrintJob& job, QProgressDialog& progress) {
   const QList<int> sheets = Sheets(printer, job);
-  // Only what makes a PDF has use for fonts; the preview keeps drawing calls, and would set glyphs anew.
+  // Only what makes a PDF has use for fonts.
   const bool embedsFonts = printer.paintEngine()->type() == QPaintEngine::Pdf;
   QPainter painter;
   if (!painter.begin(&printer)) throw Failure("The printer cannot be used.");
   for (qsizetype i = 0; i < sheets.size(); ++i) {
-    if (progress != nullptr) {
-      progress->setMaximum(static_cast<int>(sheets.size()));
-      progress->setValue(static_cast<int>(i));
-      if (progress->wasCanceled()) return false;
-    }
+    progress.setMaximum(static_cast<int>(sheets.size()));
+    progress.setValue(static_cast<int>(i));
+    if (progress.wasCanceled()) return false;
     if (i > 0 && !printer.newPage()) throw Failure(NotTaken(printer));
-    PaintSheet(printer, painter, job, sheets[i], embedsFonts);
+    painter.save();
+    PaintSheet(DotsPerPoint(printer), painter, job, sheets[i], embedsFonts);
+    painter.restore();
   }
   if (!painter.end() || printer.printerState() == QPrinter::Error) throw Failure(NotTaken(printer));
   return true;
@@ -140,7 +147,7 @@ bool PrintTo(QPrinter& printer, const PrintJob& job, QWidget* above) {
   progress.setWindowModality(Qt::WindowModal);
   PrintedFile file(printer);
   try {
-    if (PaintSheets(printer, job, &progress)) {
+    if (PaintSheets(printer, job, progress)) {
       file.PutInPlace();
       return true;
     }
@@ -168,9 +175,41 @@ bool QtPrinter::Print(const PrintJob& job) {
 
 namespace {
 
-// The preview keeps all pages that it shows in memory.
+// The preview can show all its pages at a time, and then paints all of them.
 constexpr qsizetype kMostPreviewed = 40;
 constexpr int kRoom = 24;  // pixels beside its tool bar
+
+// What is on a sheet of paper in the preview, painted whenever that comes into view.
+class SheetInView final : public QGraphicsItem {
+ public:
+  using Paint = std::function<void(QPainter&)>;
+  SheetInView(QGraphicsItem* paper, const QRectF& place, Paint paint)
+      : QGraphicsItem(paper), place_(place), paint_(std::move(paint)) {}
+
+  QRectF boundingRect() const override { return place_; }
+
+  void paint(QPainter* painter, const QStyleOptionGraphicsItem*, QWidget*) override {
+    if (failed_) return;
+    painter->save();
+    painter->setClipRect(place_, Qt::IntersectClip);
+    try {
+      paint_(*painter);
+    } catch (...) {
+      // The message is a window of its own, which must not come up in the middle of painting.
+      failed_ = true;
+      QMetaObject::invokeMethod(
+          scene(),
+          [failure = std::current_exception()] { RunHandler([&] { std::rethrow_exception(failure); }); },
+          Qt::QueuedConnection);
+    }
+    painter->restore();
+  }
+
+ private:
+  const QRectF place_;
+  const Paint paint_;
+  bool failed_ = false;
+};
 
 // The desktop's preview of a job. Of a long one it shows a part, with buttons for those before and behind it.
 class PreviewOfJob {
@@ -182,9 +221,10 @@ class PreviewOfJob {
       RunHandler([&] {
         // The preview asks for its own picture first, and for the sheets when the person prints from there.
         const bool shows = to->paintEngine()->type() == QPaintEngine::Picture;
-        shows ? PaintSheets(*to, part_, nullptr) : PrintTo(*to, job_, &dialog_);
+        shows ? LayOutSheets() : void(PrintTo(*to, job_, &dialog_));
       });
     });
+    QObject::connect(preview_, &QPrintPreviewWidget::previewChanged, &dialog_, [this] { FillSheets(); });
     if (Count() > kMostPreviewed) AddSteps();
     const auto current = std::find(job.pages.begin(), job.pages.end(), job.current);
     ShowFrom(current - job.pages.begin());
@@ -203,11 +243,35 @@ class PreviewOfJob {
     dialog_.resize(std::max(dialog_.width(), bar->sizeHint().width() + kRoom), dialog_.height());
   }
 
+  // The desktop keeps all that is drawn on its sheets, the outline of every letter, so it gets empty ones.
+  void LayOutSheets() {
+    sheets_ = Sheets(printer_, part_);
+    QPainter painter;
+    if (!painter.begin(&printer_)) throw Failure("The printer cannot be used.");
+    for (qsizetype i = 1; i < sheets_.size(); ++i) printer_.newPage();
+  }
+
+  // Puts on the sheets of the preview, in their order, what is on them.
+  void FillSheets() {
+    const double ratio = DotsPerPoint(printer_);
+    const QRectF place = QRectF(0, 0, job_.width * ratio, job_.height * ratio) &
+                         printer_.pageLayout().fullRectPixels(printer_.resolution());
+    qsizetype sheet = 0;
+    for (QGraphicsItem* paper : preview_->findChild<QGraphicsView*>()->scene()->items(Qt::AscendingOrder)) {
+      if (paper->parentItem() != nullptr) continue;
+      if (sheet == sheets_.size()) return;
+      const int page = sheets_[sheet++];
+      if (!paper->childItems().isEmpty()) continue;
+      new SheetInView(paper, place, [this, ratio, page](QPainter& painter) {
+        PaintSheet(ratio, painter, part_, page, false);
+      });
+    }
+  }
+
   void Step(qsizetype pages) {
     ShowFrom(first_ + pages);
-    auto* const shown = dialog_.findChild<QPrintPreviewWidget*>();
-    shown->updatePreview();
-    shown->setCurrentPage(1);
+    preview_->updatePreview();
+    preview_->setCurrentPage(1);
   }
 
   void ShowFrom(qsizetype page) {
@@ -228,6 +292,8 @@ class PreviewOfJob {
   qsizetype first_ = 0;
   QPrinter printer_{QPrinter::HighResolution};
   QPrintPreviewDialog dialog_;
+  QPrintPreviewWidget* const preview_ = dialog_.findChild<QPrintPreviewWidget*>();
+  QList<int> sheets_;  // the page of each
   QAction* earlier_ = nullptr;
   QAction* later_ = nullptr;
 };
@@ -237,7 +303,7 @@ class PreviewOfJob {
 void QtPrinter::Preview(const PrintJob& job) {
   PreviewOfJob(job).Run();
   QPixmapCache::clear();  // it has the icons of the dialog, and the next dialog has others
-  GiveBackMemory();       // every sheet was kept
+  GiveBackMemory();       // pages were painted that the person may not go to
 }
 
 }  // namespace kelvane

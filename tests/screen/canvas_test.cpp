@@ -336,6 +336,19 @@ TEST_F(CanvasTest, LettersBeyondAnySizeLeaveNoInk) {
   EXPECT_GT(ink(), 0);
 }
 
+TEST_F(CanvasTest, IsPaintedAnewWhenItComesUpAgain) {
+  canvas->OnPaint = [this](Layer layer, const Box& area) {
+    if (layer == Layer::Page) canvas->FillBox(area, kWhite);
+    if (layer == Layer::Overlay) canvas->FillBox({10, 10, 20, 20}, kRed);
+  };
+  Show();
+  window->Hide();
+  canvas->ScrollTo(0, -30, kSide, kSide);  // its owner may go on meanwhile
+  window->Show();
+  EXPECT_EQ(PixelAt(Shown(), {15, 45}), 0xFFFF0000);
+  EXPECT_EQ(PixelAt(Shown(), {15, 15}), 0xFFFFFFFF);
+}
+
 TEST_F(CanvasTest, ImagesOfLettersStayWithinTheirLimit) {
   QtFace& face = FaceFor(kSerif);
   Coverage coverage;

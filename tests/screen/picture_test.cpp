@@ -5,6 +5,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QGraphicsScene>
+#include <QGraphicsView>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMimeData>
@@ -135,33 +137,72 @@ TEST_F(PictureTest, PrintersSheetIsThePrintedPage) {
   }
 }
 
-TEST_F(PictureTest, PreviewReachesAllPages) {
-  std::vector<int> painted;
+PrintJob JobOf(int pages) {
   PrintJob job;
   job.title = "Essay";
   job.width = PaperWidth;
   job.height = PaperHeight;
+  for (int page = 1; page <= pages; ++page) job.pages.push_back(page);
+  return job;
+}
+
+// All sheets of the preview that is open.
+QImage ShowSheets() {
+  auto* const view = QApplication::activeModalWidget()->findChild<QGraphicsView*>();
+  QImage shown(400, 400, QImage::Format_RGB32);
+  QPainter painter(&shown);
+  view->scene()->render(&painter);
+  return shown;
+}
+
+TEST_F(PictureTest, PreviewReachesAllPages) {
+  std::vector<int> painted;
+  PrintJob job = JobOf(90);
   job.current = 60;
-  for (int page = 1; page <= 90; ++page) job.pages.push_back(page);
   job.paint = [&](int page, float, Painter&) { painted.push_back(page); };
   std::string shown;
   QTimer::singleShot(0, [&] {
     auto* const preview = qobject_cast<QPrintPreviewDialog*>(QApplication::activeModalWidget());
-    const auto press = [&](const char* caption) {
-      shown += std::to_string(painted.front()) + "-" + std::to_string(painted.back()) + " ";
+    const auto look = [&] {
       painted.clear();
+      ShowSheets();
+      shown += std::to_string(painted.front()) + "-" + std::to_string(painted.back()) + " ";
+    };
+    const auto press = [&](const char* caption) {
+      look();
       for (QAction* action : preview->findChild<QToolBar*>()->actions())
         if (action->text() == QLatin1String(caption) && action->isEnabled()) action->trigger();
     };
     press("Earlier Pages");
     press("Earlier Pages");
     press("Later Pages");
+    look();
     shown += preview->windowTitle().toStdString();
     preview->close();
   });
   QtPrinter().Preview(job);
-  EXPECT_EQ(shown, "51-90 11-50 1-40 Print Preview: Essay, pages 41 to 80");
+  EXPECT_EQ(shown, "51-90 11-50 1-40 41-80 Print Preview: Essay, pages 41 to 80");
   EXPECT_EQ(painted.size(), 40U);
+}
+
+TEST_F(PictureTest, PreviewShowsWhatItCanOfAPaper) {
+  PrintJob job = JobOf(3);
+  job.paint = [&](int page, float, Painter& sheet) {
+    if (page == 2) throw Failure("Page 2 cannot be read.");
+    sheet.FillBox({0, 0, PaperWidth, PaperHeight}, 0x0000FF);
+  };
+  int red = 0;
+  QTimer::singleShot(0, [&] {
+    const QImage shown = ShowSheets();
+    for (int y = 0; y < shown.height(); ++y)
+      for (int x = 0; x < shown.width(); ++x) red += shown.pixelColor(x, y) == Qt::red ? 1 : 0;
+    ShowSheets();  // the message comes once
+    QApplication::processEvents();
+    QApplication::activeModalWidget()->close();
+  });
+  QtPrinter().Preview(job);
+  EXPECT_GT(red, 0);
+  EXPECT_EQ(dialogs.messages, std::vector<std::string>{"Page 2 cannot be read."});
 }
 
 TEST_F(PictureTest, CanvasShowsAPicturePixelByPixel) {
