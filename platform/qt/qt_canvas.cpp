@@ -352,14 +352,14 @@ void QtCanvas::resizeEvent(QResizeEvent*) {
 // What is out of sight takes no memory if its owner can paint it again.
 void QtCanvas::hideEvent(QHideEvent* event) {
   if (event->spontaneous() || !OnPaint) return;
-  page_.Resize({}, DeskColour());
-  overlay_.Resize({}, Qt::transparent);
+  page_.Resize({});
+  overlay_.Resize({});
 }
 
 void QtCanvas::showEvent(QShowEvent*) {
   if (!page_.Size().isEmpty()) return;
   ResizeLayers();
-  for (const Layer layer : {Layer::Page, Layer::Overlay}) Invalidate(layer);
+  Invalidate(Layer::Overlay);
 }
 
 // A widget that is not shown yet gets its resize event late, and what is drawn until then must stay.
