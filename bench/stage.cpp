@@ -20,7 +20,7 @@ namespace kelvane {
 namespace {
 
 constexpr int kCharacters = 10;
-constexpr int kRepetitions = 15;
+constexpr int kRepetitions = 9;
 
 }  // namespace
 
