@@ -276,14 +276,15 @@ void BuildForm1() {
   Form1->SetTitle(kProgramTitle);
   BuildMenus(*Form1);
   ResetContextMenus();
-  // In the order in which Tab goes through them, and what shows text last: fonts are still being listed.
+  // In the order in which Tab goes through them. The foot, which is not among them, is the last: measuring its
+  // text waits for the list of fonts.
   AddCanvasAndBars(*Form1);
-  AddScriptButtons(*Form1);
-  AddColumn(*Form1);
-  BuildPalette(*Form1);
   AddRunRow(*Form1);
+  AddScriptButtons(*Form1);
   AddPageRow(*Form1);
   AddSizeRow(*Form1);
+  AddColumn(*Form1);
+  BuildPalette(*Form1);
   AddFoot(*Form1);
   ViewMoved = FollowView;
   Form1->OnResize = Form1_Resize;
