@@ -276,8 +276,8 @@ void BuildForm1() {
   Form1->SetTitle(kProgramTitle);
   BuildMenus(*Form1);
   ResetContextMenus();
-  // In the order in which Tab goes through them. The foot, which is not among them, is the last: measuring its
-  // text waits for the list of fonts.
+  // In the order in which Tab goes through them. The foot, which is not among them, is the last: measuring
+  // its text waits for the list of fonts.
   AddCanvasAndBars(*Form1);
   AddRunRow(*Form1);
   AddScriptButtons(*Form1);
